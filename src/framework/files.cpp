@@ -1,0 +1,8 @@
+#include "framework/files.h"
+
+#include <sys/stat.h>
+
+bool FileExists(const char* path) {
+  struct stat status;
+  return stat(path, &status) == 0;
+}

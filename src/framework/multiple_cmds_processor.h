@@ -1,0 +1,56 @@
+// A node with children: how words are matched down the tree and how the matched node is run.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "framework/cmd_processor.h"
+
+class MultipleCmdsProcessor : public CmdProcessor {
+ public:
+  using Children = std::vector<CmdProcessor*>;
+
+  MultipleCmdsProcessor(CmdProcessor* parent, const Place& place) : CmdProcessor(parent, place) {}
+  ~MultipleCmdsProcessor() override;
+
+  bool IsLeaf() const override { return false; }
+  StatusCode Usage(Words& words, std::uint32_t index) override;
+  StatusCode Execute(Words& words) override;
+  // Lists the children: name and description of each that is neither excluded, hidden nor restricted.
+  StatusCode Help(Words& words) override;
+
+  // The children in order, built at the first call.
+  const Children& GetChildren();
+
+  // Matches the words down the tree and erases those that it consumes. Switch pairs may stand anywhere in the
+  // list; a leaf's name must be the first word left. Without RUN_FLAG_BATCH a single word names a child by
+  // its name alone, and such a child is not entered. Returns null when nothing matches; consumed words stay
+  // erased.
+  CmdProcessor* FindChild(Words& words);
+
+  // Runs a matched node in its bracket of Initialize and Uninitialize, and prints its usage on a wrong word
+  // count, a help word or an invalid parameter. Returns the node's code.
+  StatusCode RunChild(CmdProcessor* child, Words& words);
+
+ protected:
+  // Adds the class's children, leaves ahead of sub-nodes, with AddLeaf and AddNode. A plain node has none.
+  virtual void BuildChildren() {}
+
+  void AddLeaf(std::unique_ptr<CmdProcessor> leaf);
+  void AddNode(CmdProcessor* node) { children_.push_back(node); }
+
+  // Prints one line of a command list.
+  static void PrintChild(const CmdProcessor& child);
+
+ private:
+  CmdProcessor* MatchByName(Words& words);
+  CmdProcessor* MatchBySwitch(Words& words);
+
+  bool built_ = false;
+  Children children_;
+  std::vector<std::unique_ptr<CmdProcessor>> leaves_;
+};
+
+// The run step that the argument vector and the shell share: finds the node that the words name and runs it.
+// When there is none, says so and returns kUnknownCommand.
+StatusCode DispatchWords(MultipleCmdsProcessor& node, Words& words);

@@ -1,0 +1,43 @@
+#include "framework/output_bracket.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "runtime/debug_log.h"
+
+namespace {
+
+// Opens the library output file for appending, as mode "a+" does, but through no symbolic link: its folder is
+// writable for everybody. Null when that fails.
+std::FILE* OpenLibraryOutput() {
+  const int descriptor = open(kLibraryOutputFile, O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0666);
+  if (descriptor < 0) return nullptr;
+  std::FILE* const stream = fdopen(descriptor, "a+");
+  if (stream == nullptr) close(descriptor);
+  return stream;
+}
+
+}  // namespace
+
+OutputBracket::OutputBracket(const char* class_name, const char* step)
+    : standard_output_(stdout), library_output_(OpenLibraryOutput()) {
+  if (IsOpen()) {
+    stdout = library_output_;
+  } else {
+    DebugLogLevel(kDebugFailure, "%s: Failed to open %s file%s", class_name, kLibraryOutputFile, step);
+  }
+}
+
+void OutputBracket::Close() {
+  if (!IsOpen()) return;
+  std::fclose(library_output_);
+  library_output_ = nullptr;
+  stdout = standard_output_;
+}
+
+void SilenceStandardOutput() {
+  static char sink[1];
+  std::FILE* nowhere = std::fopen("/dev/null", "w");
+  if (nowhere == nullptr) nowhere = fmemopen(sink, sizeof sink, "w");
+  if (nowhere != nullptr) stdout = nowhere;
+}

@@ -1,0 +1,31 @@
+// Keeps the device library's chatter out of the program's output.
+#pragma once
+
+#include <cstdio>
+
+inline constexpr const char* kLibraryOutputFile = "/var/tmp/torpi-output.log";
+
+// While an object of this class is open, standard output is the library output file: the stream pointer of
+// the C library itself is replaced, so that everything printed in this process lands there. The object opens
+// in its constructor and puts standard output back in its destructor at the latest; a file that cannot be
+// opened leaves standard output in place, so that the command can report it.
+class OutputBracket {
+ public:
+  // `class_name` and `step` (such as " before read") only word the log line of a failure.
+  explicit OutputBracket(const char* class_name, const char* step = "");
+  ~OutputBracket() { Close(); }
+  OutputBracket(const OutputBracket&) = delete;
+  OutputBracket& operator=(const OutputBracket&) = delete;
+
+  bool IsOpen() const { return library_output_ != nullptr; }
+
+  // Ends the bracket early; calling it again does nothing. Results are evaluated and printed behind it.
+  void Close();
+
+ private:
+  std::FILE* standard_output_;
+  std::FILE* library_output_;
+};
+
+// Throws away all that is printed to standard output from here on.
+void SilenceStandardOutput();

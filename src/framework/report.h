@@ -1,0 +1,59 @@
+// The documents that commands share: their frames, written once.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "framework/report_text.h"
+#include "framework/serializer.h"
+
+// Whether a document tells if a reboot is needed, and where it does.
+struct RebootField {
+  enum Place : std::uint8_t { kAbsent, kAheadOfMessage, kBehindMessage };
+
+  Place place = kAbsent;
+  bool required = false;
+};
+
+// One document with a "Message", from Open to Close: the constructor writes its head, the destructor its end.
+// What the command writes in between are its own fields.
+class Document {
+ public:
+  Document(Serializer& out, OutputMode mode, const char* structure, const char* message,
+           RebootField reboot = {});
+  ~Document();
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+ private:
+  Serializer& out_;
+};
+
+// Names of a report: result structure, field that holds the list, structure of its one element, and the
+// element's field with the text.
+struct ReportFrame {
+  const char* structure;
+  const char* field;
+  const char* list_structure;
+  const char* data_field = "Data";
+};
+
+// Writes the document of a success: the report's text in its frame. The text deliberately counts as a format
+// without arguments (see DropConversions), so a percent sign in device data does not come out as it stands.
+void WriteReport(Serializer& out, OutputMode mode, const ReportFrame& frame, const ReportText& text,
+                 RebootField reboot = {});
+
+// Writes the document of a failure: the same frame with `message`, and an empty list where the text would
+// stand.
+void WriteReportError(Serializer& out, OutputMode mode, const ReportFrame& frame, const char* message,
+                      RebootField reboot = {});
+
+// Writes a document that is a list of identifiers, each in a structure `structure` as its field `field`.
+void WriteIdentifierList(Serializer& out, OutputMode mode, const char* structure, const char* field,
+                         std::span<const std::string> identifiers);
+
+// Asks the library, outside any bracket, whether a change needs a reboot. When it cannot tell, one is
+// assumed. `class_name` words the log line.
+bool IsRebootRequired(const char* class_name);

@@ -1,0 +1,25 @@
+// The text of a report: lines in one buffer of fixed size.
+#pragma once
+
+#include <cstddef>
+
+class ReportText {
+ public:
+  // A zeroed buffer of `size` bytes, terminator included. Ask Allocated() before the first line.
+  explicit ReportText(std::size_t size);
+  ~ReportText();
+  ReportText(const ReportText&) = delete;
+  ReportText& operator=(const ReportText&) = delete;
+
+  bool Allocated() const { return buffer_ != nullptr; }
+
+  // Formats one line of at most 1024 characters and appends it. A line that does not fit is dropped whole;
+  // the lines behind it can still fit.
+  [[gnu::format(printf, 2, 3)]] void Line(const char* format, ...);
+
+  const char* Text() const { return buffer_; }
+
+ private:
+  std::size_t size_;
+  char* buffer_;
+};

@@ -1,0 +1,19 @@
+#include "framework/run_flags.h"
+
+#include <strings.h>
+
+std::atomic<std::uint32_t> gRunFlags{0};
+
+std::uint32_t ParseProgramFlags(int argc, char** argv, int& first) {
+  std::uint32_t flags = 0;
+  for (first = 1; first < argc; ++first) {
+    if (strcasecmp(argv[first], "-debug") == 0) {
+      flags |= RUN_FLAG_DEBUG;
+    } else if (strcasecmp(argv[first], "-eng") == 0) {
+      flags |= RUN_FLAG_ENGINEERING;
+    } else {
+      break;
+    }
+  }
+  return flags;
+}

@@ -1,0 +1,121 @@
+#include "framework/serializer.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+constexpr const char* kRuler = "****************************************************\n";
+
+const char* BoolText(bool value) {
+  return value ? "true" : "false";
+}
+
+}  // namespace
+
+StatusCode Serializer::Print(const char* xml_format, const char* cli_format, ...) const {
+  if (mode_ != OUTPUT_XML && mode_ != OUTPUT_CLI) return kBadMode;
+  va_list arguments;
+  va_start(arguments, cli_format);
+  std::vprintf(mode_ == OUTPUT_XML ? xml_format : cli_format, arguments);
+  va_end(arguments);
+  return kSuccess;
+}
+
+StatusCode Serializer::Open(OutputMode mode) {
+  mode_ = mode;
+  return Print("<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n", kRuler);
+}
+
+StatusCode Serializer::Close() {
+  const StatusCode status = Print("</output>\n", kRuler);
+  if (status == kSuccess) mode_ = OUTPUT_NONE;
+  return status;
+}
+
+StatusCode Serializer::BeginList(ListKind kind) {
+  static constexpr const char* kTypes[] = {"string", "int", "bool", "structure"};
+  if (kind >= std::size(kTypes)) return mode_ == OUTPUT_CLI ? kSuccess : kBadMode;
+  return Print("<list type=\"%s\">\n", "", kTypes[kind]);
+}
+
+StatusCode Serializer::EndList() {
+  return Print("</list>\n", "");
+}
+
+StatusCode Serializer::WriteStringList(const std::vector<std::string>& values) {
+  for (const std::string& value : values) Print("<string>%s</string>", "%s,", value.c_str());
+  return Print("", "\n");
+}
+
+StatusCode Serializer::WriteIntList(const std::vector<std::int32_t>& values) {
+  for (const std::int32_t value : values) Print("<int>%d</int>", "%d,", value);
+  return Print("", "\n");
+}
+
+StatusCode Serializer::WriteBoolList(const std::vector<bool>& values) {
+  for (const bool value : values) Print("<bool>%s</bool>", "%s,", BoolText(value));
+  return Print("", "\n");
+}
+
+StatusCode Serializer::BeginStructure(const char* name) {
+  return Print("<structure typeName=\"%s\">\n", "%s:\n", name);
+}
+
+StatusCode Serializer::EndStructure() {
+  return Print("</structure>\n", "");
+}
+
+StatusCode Serializer::BeginField(const char* name) {
+  return Print("<field name=\"%s\">\n", "%s: ", name);
+}
+
+StatusCode Serializer::EndField() {
+  return Print("</field>\n", "");
+}
+
+StatusCode Serializer::WriteStringField(const char* name, const char* value) {
+  return Print("<field name=\"%s\">\n<string>%s</string></field>\n", "%s: %s\n", name, value);
+}
+
+StatusCode Serializer::WriteIntField(const char* name, std::int64_t value, IntKind kind) {
+  const StatusCode status = BeginField(name);
+  switch (kind) {
+    case kSigned32:
+      Print("<int>%d</int>", "%d\n", static_cast<std::int32_t>(value));
+      break;
+    case kUnsigned32:
+      Print("<int>%u</int>", "%u\n", static_cast<std::uint32_t>(value));
+      break;
+    case kSigned64:
+      Print("<int>%lld</int>", "%lld\n", static_cast<long long>(value));
+      break;
+    case kUnsigned64:
+      Print("<int>%llu</int>", "%llu\n", static_cast<unsigned long long>(value));
+      break;
+    case kHexadecimal32:
+      Print("<int>%d</int>", "%x\n", static_cast<std::int32_t>(value));
+      break;
+  }
+  EndField();
+  return status;
+}
+
+StatusCode Serializer::WriteBoolField(const char* name, bool value) {
+  return Print("<field name=\"%s\">\n<bool>%s</bool></field>\n", "%s: %s\n", name, BoolText(value));
+}
+
+StatusCode Serializer::WriteFormatted(std::size_t limit, const char* format, ...) {
+  struct Free {
+    void operator()(char* text) const { std::free(text); }
+  };
+  const std::unique_ptr<char, Free> text(static_cast<char*>(std::calloc(limit + 1, 1)));
+  if (text == nullptr || limit + 1 == 0) return kMemoryError;
+  va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(text.get(), limit + 1, format, arguments);
+  va_end(arguments);
+  return Print("<string>%s</string>", "%s", text.get());
+}

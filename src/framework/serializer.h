@@ -1,0 +1,67 @@
+// Writes a command's document to standard output, as XML for the host's shell or as text for a person.
+//
+// The two forms of a command make the same calls in the same order; only this class makes them look
+// different.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "framework/status.h"
+
+enum OutputMode : std::uint32_t {
+  OUTPUT_NONE = 0,  // outside Open and Close
+  OUTPUT_XML = 1,
+  OUTPUT_CLI = 2,
+};
+
+enum ListKind : std::uint32_t { kStringList = 0, kIntList = 1, kBoolList = 2, kStructureList = 3 };
+
+enum IntKind : std::uint32_t {
+  kSigned32 = 0,
+  kUnsigned32 = 1,
+  kSigned64 = 2,
+  kUnsigned64 = 3,
+  kHexadecimal32 = 4,  // hexadecimal in text; XML deliberately shows it as signed decimal
+};
+
+// Every operation prints straight through the C library and returns kSuccess, or kBadMode, having printed
+// nothing, outside Open and Close. Nothing is escaped: the reading side takes values as they stand.
+class Serializer {
+ public:
+  Serializer() = default;
+  Serializer(const Serializer&) = delete;
+  Serializer& operator=(const Serializer&) = delete;
+  virtual ~Serializer() = default;
+
+  // Stores the mode, whatever it is, and begins the document.
+  virtual StatusCode Open(OutputMode mode);
+  // Ends the document; a mode that is none stays.
+  virtual StatusCode Close();
+
+  virtual StatusCode BeginList(ListKind kind);  // kBadMode also for an unknown kind in XML
+  virtual StatusCode EndList();
+  virtual StatusCode WriteStringList(const std::vector<std::string>& values);
+  virtual StatusCode WriteIntList(const std::vector<std::int32_t>& values);
+  virtual StatusCode WriteBoolList(const std::vector<bool>& values);
+
+  virtual StatusCode BeginStructure(const char* name);
+  virtual StatusCode EndStructure();
+  virtual StatusCode BeginField(const char* name);
+  virtual StatusCode EndField();
+  virtual StatusCode WriteStringField(const char* name, const char* value);
+  // An unknown kind shows the name without a value.
+  virtual StatusCode WriteIntField(const char* name, std::int64_t value, IntKind kind);
+  virtual StatusCode WriteBoolField(const char* name, bool value);
+
+  // Formats at most `limit` characters and writes them as one string value. kMemoryError when the text's
+  // memory cannot be had.
+  [[gnu::format(printf, 3, 4)]] virtual StatusCode WriteFormatted(std::size_t limit, const char* format, ...);
+
+ private:
+  // Prints with the format of the present mode; both take the same arguments.
+  StatusCode Print(const char* xml_format, const char* cli_format, ...) const;
+
+  OutputMode mode_ = OUTPUT_NONE;
+};

@@ -1,0 +1,63 @@
+#include "framework/shell.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "framework/command_line.h"
+#include "framework/console.h"
+#include "framework/run_flags.h"
+
+namespace {
+
+constexpr const char* kPrompt = "$";
+constexpr int kLineBytes = 2048;  // a longer line is read in pieces, each a command of its own
+constexpr int kSecondsToBreak = 5;
+
+// Gives a signal that interrupted the read up to five seconds to show in the run flags.
+void WaitForBreak() {
+  for (int second = 0; second < kSecondsToBreak; ++second) {
+    if (RunFlagIsSet(RUN_FLAG_QUIT) || RunFlagIsSet(RUN_FLAG_BREAK)) return;
+    sleep(1);
+  }
+}
+
+// Runs one line as read. Returns its command's code; what has no command counts as done.
+StatusCode RunLine(MultipleCmdsProcessor& node, char* line) {
+  if (line[0] == '\0') return kSuccess;
+  MirrorToLogFile(line);
+  const std::size_t length = std::strlen(line);
+  if (line[length - 1] == '\n') line[length - 1] = '\0';
+
+  Words words;
+  if (!ParseInputLine(line, words)) {
+    ConsolePrint(kPrintError, "Error parsing command input string!\n");
+    return kSuccess;
+  }
+  return words.empty() ? kSuccess : DispatchWords(node, words);
+}
+
+}  // namespace
+
+StatusCode RunShell(MultipleCmdsProcessor& node) {
+  for (;;) {
+    gRunFlags &= ~std::uint32_t{RUN_FLAG_BREAK};
+    ConsolePrint(kPrintPrompt, "%s>", kPrompt);
+    std::fflush(stdout);
+
+    char line[kLineBytes];
+    if (std::fgets(line, kLineBytes, stdin) == nullptr) {
+      WaitForBreak();
+      if (RunFlagIsSet(RUN_FLAG_QUIT)) return kSuccess;
+      if (RunFlagIsSet(RUN_FLAG_BREAK)) {
+        std::clearerr(stdin);
+        continue;
+      }
+      ConsolePrint(kPrintError, "Unknown input problem!\r\nQuit...\r\n");
+      return kWrongWordCount;
+    }
+    const StatusCode status = RunLine(node, line);
+    if (status == kLeaveShell || status == kQuit || RunFlagIsSet(RUN_FLAG_QUIT)) return kSuccess;
+  }
+}
