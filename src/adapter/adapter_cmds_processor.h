@@ -1,0 +1,9 @@
+// The `adapter` node: lists adapters, updates their flash, and holds the sub-nodes of one adapter.
+#pragma once
+
+#include "framework/command_node.h"
+
+class AdapterCmdsProcessor : public CommandNode {
+ public:
+  AdapterCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

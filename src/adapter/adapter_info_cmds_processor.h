@@ -1,0 +1,9 @@
+// The `info` node of `adapter`: identity of an adapter and the versions of all its flash parts.
+#pragma once
+
+#include "framework/command_node.h"
+
+class AdapterInfoCmdsProcessor : public CommandNode {
+ public:
+  AdapterInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

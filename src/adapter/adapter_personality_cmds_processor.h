@@ -1,0 +1,9 @@
+// The `personality` node of `adapter`: whether an adapter runs as a Fibre Channel or as a converged adapter.
+#pragma once
+
+#include "framework/command_node.h"
+
+class AdapterPersonalityCmdsProcessor : public CommandNode {
+ public:
+  AdapterPersonalityCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};
