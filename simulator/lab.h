@@ -1,0 +1,69 @@
+// The running simulation: environment, host, state, trace. One per process, from the first call to
+// TORPI_Uninitialize; the library is called from one thread.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "faults.h"
+#include "host.h"
+
+namespace lab {
+
+struct Environment {
+  std::string host_file;
+  std::string state_file;
+  std::string trace_file;
+  std::string time;  // "2026-03-14 09:26:53", or empty for the clock
+  Chatter chatter = Chatter::kUnset;
+  FaultQueue faults;
+  std::string mistake;  // what is wrong in a variable, or empty
+};
+
+class Lab {
+ public:
+  Lab();
+  ~Lab();
+  Lab(const Lab&) = delete;
+  Lab& operator=(const Lab&) = delete;
+
+  // The simulation, brought up at the first call.
+  static Lab& Get();
+
+  // Takes it down; the next call brings up a fresh one.
+  static void Reset();
+
+  // The host, loaded at the first use. A mistake in the host file, the state file or a variable has then been
+  // told on standard error, and the host has no adapters.
+  Host& GetHost();
+
+  // The faults that hold now: those of the environment until the host is loaded, then both.
+  FaultQueue& Faults() { return host_ ? host_->faults : environment_.faults; }
+  Chatter ChatterNow() const;
+
+  // Keeps a change of the adapter, and in the state file where there is one. Returns 0 or kStateNotSaved.
+  std::uint32_t Keep(Adapter& adapter, bool reboot_required);
+
+  // Writes the time of an update, and the tool that makes it, into a memo block.
+  void StampUpdate(FlashMemoBlock& memo) const;
+
+  // Appends one line, without its line end, to the trace, if there is one.
+  void Trace(std::string line);
+
+  void SetToolId(std::uint32_t tool) { tool_id_ = tool; }
+  void SetToolVersion(const std::uint8_t (&version)[4]) {
+    std::memcpy(tool_version_, version, sizeof tool_version_);
+  }
+
+ private:
+  std::unique_ptr<Host> LoadHost();
+
+  Environment environment_;
+  std::unique_ptr<Host> host_;
+  int trace_descriptor_ = -1;
+  std::uint32_t tool_id_ = 0;
+  std::uint8_t tool_version_[4] = {};
+};
+
+}  // namespace lab
