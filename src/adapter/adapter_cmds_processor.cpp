@@ -1,8 +1,5 @@
 #include "adapter/adapter_cmds_processor.h"
 
-#include <string>
-#include <vector>
-
 #include "adapter/adapter_flash_info_cmds_processor.h"
 #include "adapter/adapter_info_cmds_processor.h"
 #include "adapter/adapter_personality_cmds_processor.h"
@@ -26,9 +23,8 @@ StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
     DebugLogLevel(kDebugFailure, "%s::%s: List is NULL", kClassName, __func__);
     return kHostNotFound;
   }
-  std::vector<std::string> identifiers;
-  for (const AdapterEntry& adapter : AdaptersOf(*list)) identifiers.push_back(AdapterIdentifier(adapter));
-  WriteIdentifierList(out, mode, "AdapterList", "Adapters", identifiers);
+  IdentifierList identifiers(out, mode, "AdapterList", "Adapters");
+  for (const AdapterEntry& adapter : AdaptersOf(*list)) identifiers.Write(AdapterIdentifier(adapter));
   return kSuccess;
 }
 

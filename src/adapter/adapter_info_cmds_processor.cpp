@@ -7,6 +7,7 @@
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
 #include "framework/output_bracket.h"
+#include "framework/report_lines.h"
 #include "runtime/debug_log.h"
 #include "runtime/timing_scope.h"
 
@@ -31,33 +32,12 @@ const char* TypeText(std::uint32_t type) {
   return type < std::size(kTypeTexts) ? kTypeTexts[type] : "Unknown";
 }
 
-// Lines of the report, each with its label and its value in the format that the value's kind has.
-
-void TextLine(ReportText& text, const char* label, std::string_view value) {
-  text.Line("      %s: %.*s\n", label, static_cast<int>(value.size()), value.data());
-}
-
-void TextOrNaLine(ReportText& text, const char* label, std::string_view value) {
-  TextLine(text, label, value.empty() ? "NA" : value);
-}
-
 void IdLine(ReportText& text, const char* label, std::uint16_t value) {
   text.Line("      %s: 0x%x\n", label, value);
 }
 
-void VersionLine(ReportText& text, const char* label, const ComponentVersion& version) {
-  if (version.AllZero()) return TextLine(text, label, "NA");
-  text.Line("      %s: %hhu.%02hhu.%02hhu\n", label, version.major, version.minor, version.sub);
-}
-
-// For the components that read as all ones where the flash holds none.
-void VersionOrBlankLine(ReportText& text, const char* label, const ComponentVersion& version) {
-  VersionLine(text, label, version.AllOnes() ? ComponentVersion{} : version);
-}
-
 void IdentityLines(ReportText& text, const AdapterEntry& adapter, const FCProtocolEntry& fc) {
-  const std::string_view manufacturer = adapter.manufacturer.View();
-  text.Line("%s: %.*s\n", "Manufacturer", static_cast<int>(manufacturer.size()), manufacturer.data());
+  FirstTextLine(text, "Manufacturer", adapter.manufacturer.View());
   TextOrNaLine(text, "Model", adapter.model.View());
   TextOrNaLine(text, "Serial Number", adapter.serial_number.View());
   IdLine(text, "Vendor ID", adapter.vendor_id);

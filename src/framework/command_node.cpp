@@ -53,9 +53,3 @@ StatusCode CommandNode::CmdUsage(CmdProcessor& node, Words&, std::uint32_t index
   }
   return kNoSuchUsage;
 }
-
-std::unique_ptr<MultipleCmdsProcessor> MakePlainNode(CmdProcessor* parent, const SubNode& self) {
-  return std::make_unique<MultipleCmdsProcessor>(
-      parent, CmdProcessor::Place{
-                  .name = self.name, .switch_word = self.switch_word, .description = self.description});
-}

@@ -69,9 +69,6 @@ std::unique_ptr<MultipleCmdsProcessor> MakeNode(CmdProcessor* parent, const SubN
   return std::make_unique<Node>(parent, self);
 }
 
-// Makes a node that has no commands yet.
-std::unique_ptr<MultipleCmdsProcessor> MakePlainNode(CmdProcessor* parent, const SubNode& self);
-
 // A command: does the work and writes one document through `out` in the given mode.
 using Command = StatusCode (*)(Serializer& out, Words& words, OutputMode mode);
 

@@ -22,40 +22,55 @@ Document::~Document() {
   out_.Close();
 }
 
+ListField::ListField(Serializer& out, const char* field) : out_(out) {
+  out_.BeginField(field);
+  out_.BeginList(kStructureList);
+}
+
+ListField::~ListField() {
+  out_.EndList();
+  out_.EndField();
+}
+
+ListStructure::ListStructure(Serializer& out, const char* structure) : out_(out) {
+  out_.BeginStructure(structure);
+}
+
+ListStructure::~ListStructure() {
+  out_.EndStructure();
+}
+
 void WriteReport(Serializer& out, OutputMode mode, const ReportFrame& frame, const ReportText& text,
                  RebootField reboot) {
   const Document document(out, mode, frame.structure, "Success", reboot);
-  out.BeginField(frame.field);
-  out.BeginList(kStructureList);
-  out.BeginStructure(frame.list_structure);
+  const ListField list(out, frame.field);
+  const ListStructure element(out, frame.list_structure);
   out.BeginField(frame.data_field);
   out.WriteFormatted(std::strlen(text.Text()), "%s", DropConversions(text.Text()).c_str());
-  out.EndField();
-  out.EndStructure();
-  out.EndList();
   out.EndField();
 }
 
 void WriteReportError(Serializer& out, OutputMode mode, const ReportFrame& frame, const char* message,
                       RebootField reboot) {
   const Document document(out, mode, frame.structure, message, reboot);
-  out.BeginField(frame.field);
-  out.BeginList(kStructureList);
-  out.EndList();
-  out.EndField();
+  const ListField list(out, frame.field);
 }
 
-void WriteIdentifierList(Serializer& out, OutputMode mode, const char* structure, const char* field,
-                         std::span<const std::string> identifiers) {
-  out.Open(mode);
-  out.BeginList(kStructureList);
-  for (const std::string& identifier : identifiers) {
-    out.BeginStructure(structure);
-    out.WriteStringField(field, identifier.c_str());
-    out.EndStructure();
-  }
-  out.EndList();
-  out.Close();
+IdentifierList::IdentifierList(Serializer& out, OutputMode mode, const char* structure, const char* field)
+    : out_(out), structure_(structure), field_(field) {
+  out_.Open(mode);
+  out_.BeginList(kStructureList);
+}
+
+IdentifierList::~IdentifierList() {
+  out_.EndList();
+  out_.Close();
+}
+
+void IdentifierList::Write(const std::string& identifier) {
+  out_.BeginStructure(structure_);
+  out_.WriteStringField(field_, identifier.c_str());
+  out_.EndStructure();
 }
 
 bool IsRebootRequired(const char* class_name) {

@@ -2,9 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
-#include <vector>
 
 #include "framework/report_text.h"
 #include "framework/serializer.h"
@@ -31,6 +29,30 @@ class Document {
   Serializer& out_;
 };
 
+// A field of a document that holds a list of structures: the constructor begins it, the destructor ends it.
+class ListField {
+ public:
+  ListField(Serializer& out, const char* field);
+  ~ListField();
+  ListField(const ListField&) = delete;
+  ListField& operator=(const ListField&) = delete;
+
+ private:
+  Serializer& out_;
+};
+
+// One structure of such a list, in the same manner.
+class ListStructure {
+ public:
+  ListStructure(Serializer& out, const char* structure);
+  ~ListStructure();
+  ListStructure(const ListStructure&) = delete;
+  ListStructure& operator=(const ListStructure&) = delete;
+
+ private:
+  Serializer& out_;
+};
+
 // Names of a report: result structure, field that holds the list, structure of its one element, and the
 // element's field with the text.
 struct ReportFrame {
@@ -50,9 +72,22 @@ void WriteReport(Serializer& out, OutputMode mode, const ReportFrame& frame, con
 void WriteReportError(Serializer& out, OutputMode mode, const ReportFrame& frame, const char* message,
                       RebootField reboot = {});
 
-// Writes a document that is a list of identifiers, each in a structure `structure` as its field `field`.
-void WriteIdentifierList(Serializer& out, OutputMode mode, const char* structure, const char* field,
-                         std::span<const std::string> identifiers);
+// One document that is a list of identifiers, each in a structure `structure` as its field `field`. The
+// identifiers go out as they come, so a long list takes no memory.
+class IdentifierList {
+ public:
+  IdentifierList(Serializer& out, OutputMode mode, const char* structure, const char* field);
+  ~IdentifierList();
+  IdentifierList(const IdentifierList&) = delete;
+  IdentifierList& operator=(const IdentifierList&) = delete;
+
+  void Write(const std::string& identifier);
+
+ private:
+  Serializer& out_;
+  const char* structure_;
+  const char* field_;
+};
 
 // Asks the library, outside any bracket, whether a change needs a reboot. When it cannot tell, one is
 // assumed. `class_name` words the log line.

@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 #include "runtime/debug_log.h"
@@ -20,5 +21,7 @@ void ReportText::Line(const char* format, ...) {
   FormatStringV(line, format, arguments);
   va_end(arguments);
   DebugLogLevel(kDebugTrace, "%s", line.c_str());
-  BoundedAppend(buffer_, size_, line.c_str());
+  if (BoundedAppend(buffer_ + length_, size_ - length_, line.c_str()) == kTextDone) {
+    length_ += std::strlen(buffer_ + length_);
+  }
 }

@@ -21,5 +21,6 @@ class ReportText {
 
  private:
   std::size_t size_;
+  std::size_t length_ = 0;
   char* buffer_;
 };
