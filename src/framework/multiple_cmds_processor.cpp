@@ -102,5 +102,5 @@ StatusCode DispatchWords(MultipleCmdsProcessor& node, Words& words) {
     ConsolePrint(kPrintError, "Unknown command or invalid target identifier!\r\n");
     return kUnknownCommand;
   }
-  return node.RunChild(child, words);
+  return MultipleCmdsProcessor::RunChild(child, words);
 }

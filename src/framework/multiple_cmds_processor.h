@@ -30,7 +30,7 @@ class MultipleCmdsProcessor : public CmdProcessor {
 
   // Runs a matched node in its bracket of Initialize and Uninitialize, and prints its usage on a wrong word
   // count, a help word or an invalid parameter. Returns the node's code.
-  StatusCode RunChild(CmdProcessor* child, Words& words);
+  static StatusCode RunChild(CmdProcessor* child, Words& words);
 
  protected:
   // Adds the class's children, leaves ahead of sub-nodes, with AddLeaf and AddNode. A plain node has none.

@@ -20,6 +20,7 @@ enum StatusCode : std::uint32_t {
   kQuit = 10,
   kFlashUpdateError = 11,
   kBadMode = 12,  // also: an output operation outside Open and Close
+  kBadCustomPattern = 12,  // the same number as a command's own code
   kReadFailed = 13,
   kHostNotFound = 14,
   kNotSupportedBySwitch = 15,
@@ -40,6 +41,7 @@ enum StatusCode : std::uint32_t {
   kChecksumError = 30,
   kInvalidSignature = 31,
   kFirmwareLockdown = 32,
+  kLinkTestRefused = 33,  // by the firmware, whose reason words the message
   kDiagnosticFailed = 34,
   kFeatureNotSupported = 35,
   kNotSupportedForNvme = 36,
@@ -55,6 +57,7 @@ enum StatusCode : std::uint32_t {
   kResponseNotAvailable = 46,
   kReadOnlyParameter = 47,
   kNotInDiagnosticsMode = 48,
+  kLinkTestFailed = 50,
   kVirtualPort = 51,
   kFeatureDisabled = 52,
   kNoRomBios = 53,
@@ -80,6 +83,7 @@ void NoCommonMessageForThisCode();  // not constexpr: a table row that needs its
 
 // One row of a class's message table: a code with the common wording, or with the class's own.
 struct StatusMessage {
+  // Implicit, so that a row can be the bare code. NOLINTNEXTLINE(google-explicit-constructor)
   consteval StatusMessage(StatusCode row_code) : code(row_code), text(CommonMessage(row_code)) {
     if (text == nullptr) NoCommonMessageForThisCode();
   }
