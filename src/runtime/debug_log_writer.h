@@ -1,0 +1,27 @@
+#pragma once
+
+#include <csignal>
+#include <cstdarg>
+
+// The right to write to the debug log, for the log functions: holds the logging lock for its lifetime, and
+// gives errno back as it was. Signals wait meanwhile: a handler that logs never meets a half-done line, or a
+// lock of the C library that the line's thread holds.
+class DebugLogWriter {
+ public:
+  DebugLogWriter();
+  ~DebugLogWriter();
+  DebugLogWriter(const DebugLogWriter&) = delete;
+  DebugLogWriter& operator=(const DebugLogWriter&) = delete;
+
+  // Appends a line with the message made from `format`. `tag` is the level's tag, null for a line without a
+  // place for one; `context` stands behind the process ID.
+  void Write(const char* tag, const char* context, const char* format, std::va_list arguments)
+      __attribute__((format(printf, 4, 0)));
+
+  // Appends a line with a message that is complete.
+  void WriteMessage(const char* tag, const char* context, const char* message);
+
+ private:
+  int saved_errno_;
+  sigset_t saved_signals_;
+};

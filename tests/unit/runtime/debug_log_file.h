@@ -1,0 +1,91 @@
+#pragma once
+
+#include <errno.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "runtime/debug_log.h"
+
+// Reads the whole of a file; "" when there is none.
+inline std::string ReadWholeFile(const std::string& path) {
+  std::string content;
+  std::FILE* file = std::fopen(path.c_str(), "r");
+  if (file == nullptr) return content;
+  char buffer[4096];
+  for (std::size_t count = 0; (count = std::fread(buffer, 1, sizeof buffer, file)) > 0;)
+    content.append(buffer, count);
+  std::fclose(file);
+  return content;
+}
+
+// Returns where the debug log of a program lies that was started as `started_as`.
+inline std::string DebugLogPath(const std::string& started_as) {
+  const std::size_t slash = started_as.rfind('/');
+  std::string component = slash == std::string::npos ? "/viplugin" : started_as.substr(slash);
+  component.resize(std::min(component.size(), component.find(".so")));
+  return "/var/tmp" + component + ".log";
+}
+
+// Returns a line of the log without its time, which must be of the form m/d/y hh:mm:ss.mmm; a text that says
+// what is wrong with any other.
+inline std::string WithoutTime(const std::string& line) {
+  int month = 0, day = 0, year = 0, hour = 0, minute = 0, second = 0, millisecond = 0;
+  if (std::sscanf(line.c_str(), "%d/%d/%d %d:%d:%d.%d ", &month, &day, &year, &hour, &minute, &second,
+                  &millisecond) != 7) {
+    return "no time in: " + line;
+  }
+  char time[128];
+  std::snprintf(time, sizeof time, "%d/%d/%d %02d:%02d:%02d.%03d ", month, day, year, hour, minute, second,
+                millisecond);
+  if (!line.starts_with(time)) return "other form of time in: " + line;
+  return line.substr(std::string(time).size());
+}
+
+// Turns the debug log on and off, and reads what it holds.
+class DebugLogTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    unlink(path_.c_str());
+    SetMask("0");
+  }
+
+  void TearDown() override {
+    unsetenv("ZNFC_DEBUG_LEVEL");
+    InitDebugLog();
+    unlink(path_.c_str());
+  }
+
+  static void SetMask(const char* value) {
+    setenv("ZNFC_DEBUG_LEVEL", value, 1);
+    InitDebugLog();
+  }
+
+  std::string Content() const { return ReadWholeFile(path_); }
+
+  // The lines so far without their times, line ends left out.
+  std::vector<std::string> Lines() const {
+    std::vector<std::string> lines;
+    const std::string content = Content();
+    for (std::size_t start = 0; start < content.size();) {
+      const std::size_t end = content.find("\r\n", start);
+      lines.push_back(WithoutTime(content.substr(start, end - start)));
+      if (end == std::string::npos) break;
+      start = end + 2;
+    }
+    return lines;
+  }
+
+  // The head of a line without and with a tag.
+  static std::string Head() { return "CIM Provider " + std::to_string(getpid()) + ": "; }
+  static std::string Head(const std::string& tag) {
+    return "CIM Provider " + tag + " " + std::to_string(getpid()) + ": ";
+  }
+
+  const std::string path_ = DebugLogPath(program_invocation_name);
+};

@@ -1,0 +1,82 @@
+#include "runtime/timing_scope.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include "debug_log_file.h"
+
+namespace {
+
+using Strings = std::vector<std::string>;
+using TimingScopeTest = DebugLogTest;
+using TraceScopeTest = DebugLogTest;
+
+TEST_F(TimingScopeTest, LogsStartAndReturnWithoutALevel) {
+  SetMask("1024");
+  {
+    TimingScope scope("Main::Initialize");
+    EXPECT_EQ(Lines(), Strings{Head() + "STARTING Main::Initialize"});
+  }
+  EXPECT_EQ(Lines(), (Strings{Head() + "STARTING Main::Initialize", Head() + "RETURNING Main::Initialize"}));
+}
+
+TEST_F(TimingScopeTest, BuildsTheNamesOfConstructorAndDestructor) {
+  SetMask("1");
+  { TimingScope scope("AdapterInfoCmdsProcessor", TimedFunction::kConstructor); }
+  { TimingScope scope("AdapterInfoCmdsProcessor", TimedFunction::kDestructor); }
+  EXPECT_EQ(Lines(), (Strings{Head() + "STARTING AdapterInfoCmdsProcessor::AdapterInfoCmdsProcessor()",
+                              Head() + "RETURNING AdapterInfoCmdsProcessor::AdapterInfoCmdsProcessor()",
+                              Head() + "STARTING AdapterInfoCmdsProcessor::~AdapterInfoCmdsProcessor()",
+                              Head() + "RETURNING AdapterInfoCmdsProcessor::~AdapterInfoCmdsProcessor()"}));
+}
+
+TEST_F(TimingScopeTest, From300MillisecondsOnTellsTheElapsedTime) {
+  SetMask("1");
+  {
+    TimingScope scope("Slow::Slow()");
+    const timespec pause{0, 310000000};
+    nanosleep(&pause, nullptr);
+  }
+  const Strings lines = Lines();
+  ASSERT_EQ(lines.size(), 2U);
+  const std::string head = Head() + "RETURNING Slow::Slow() ... elapsed ";
+  ASSERT_TRUE(lines[1].starts_with(head)) << lines[1];
+  const std::string elapsed = lines[1].substr(head.size());
+  EXPECT_EQ(elapsed.size(), 12U);
+  EXPECT_GE(elapsed, "00:00:00.310");
+  EXPECT_LT(elapsed, "00:00:10.000");
+}
+
+TEST_F(TimingScopeTest, MaskZeroWritesNothing) {
+  { TimingScope scope("Silent::Silent()"); }
+  EXPECT_EQ(Content(), "");
+}
+
+TEST_F(TimingScopeTest, ScopeThatBeganSilentEndsSilent) {
+  {
+    TimingScope scope("Silent::Silent()");
+    SetMask("1");
+  }
+  EXPECT_EQ(Content(), "");
+}
+
+TEST_F(TraceScopeTest, LogsEntryAndExitAtLevel1) {
+  SetMask("1");
+  {
+    TraceScope trace("AdapterCmdsProcessor", "CmdList");
+    EXPECT_EQ(Lines(), Strings{Head("INFORMATION") + "AdapterCmdsProcessor::CmdList: Entered"});
+  }
+  EXPECT_EQ(Lines(), (Strings{Head("INFORMATION") + "AdapterCmdsProcessor::CmdList: Entered",
+                              Head("INFORMATION") + "AdapterCmdsProcessor::CmdList: Exiting"}));
+}
+
+TEST_F(TraceScopeTest, OtherLevelsDoNotTrace) {
+  SetMask("65534");
+  { TraceScope trace("AdapterCmdsProcessor", "CmdList"); }
+  EXPECT_EQ(Content(), "");
+}
+
+}  // namespace
