@@ -153,7 +153,9 @@ StatusCode MainCmdsProcessor::Initialize(Words&) {
 
 StatusCode MainCmdsProcessor::Uninitialize(Words&) {
   TORPI_Uninitialize();
+  DropChildren();
   for (auto& node : nodes_) node.reset();  // in the order of their creation
+  nodes_.clear();
   return kSuccess;
 }
 

@@ -40,6 +40,12 @@ void MultipleCmdsProcessor::AddLeaf(std::unique_ptr<CmdProcessor> leaf) {
   leaves_.push_back(std::move(leaf));
 }
 
+void MultipleCmdsProcessor::DropChildren() {
+  built_ = false;
+  children_.clear();
+  leaves_.clear();
+}
+
 CmdProcessor* MultipleCmdsProcessor::FindChild(Words& words) {
   const bool paired = RunFlagIsSet(RUN_FLAG_BATCH) || words.size() >= 2;
   return paired ? MatchBySwitch(words) : MatchByName(words);

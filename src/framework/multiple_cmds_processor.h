@@ -37,7 +37,13 @@ class MultipleCmdsProcessor : public CmdProcessor {
   virtual void BuildChildren() {}
 
   void AddLeaf(std::unique_ptr<CmdProcessor> leaf);
-  void AddNode(CmdProcessor* node) { children_.push_back(node); }
+  // A null is no child.
+  void AddNode(CmdProcessor* node) {
+    if (node != nullptr) children_.push_back(node);
+  }
+
+  // Forgets all children; the next look at them builds them anew.
+  void DropChildren();
 
   // Prints one line of a command list.
   static void PrintChild(const CmdProcessor& child);

@@ -46,7 +46,9 @@ void WriteReport(Serializer& out, OutputMode mode, const ReportFrame& frame, con
   const ListField list(out, frame.field);
   const ListStructure element(out, frame.list_structure);
   out.BeginField(frame.data_field);
-  out.WriteFormatted(std::strlen(text.Text()), "%s", DropConversions(text.Text()).c_str());
+  if (text.Allocated()) {
+    out.WriteFormatted(std::strlen(text.Text()), "%s", DropConversions(text.Text()).c_str());
+  }
   out.EndField();
 }
 
@@ -68,9 +70,7 @@ IdentifierList::~IdentifierList() {
 }
 
 void IdentifierList::Write(const std::string& identifier) {
-  out_.BeginStructure(structure_);
-  out_.WriteStringField(field_, identifier.c_str());
-  out_.EndStructure();
+  out_.WriteListItem(structure_, field_, identifier.c_str());
 }
 
 bool IsRebootRequired(const char* class_name) {

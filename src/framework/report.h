@@ -64,6 +64,7 @@ struct ReportFrame {
 
 // Writes the document of a success: the report's text in its frame. The text deliberately counts as a format
 // without arguments (see DropConversions), so a percent sign in device data does not come out as it stands.
+// A report without memory leaves its field empty.
 void WriteReport(Serializer& out, OutputMode mode, const ReportFrame& frame, const ReportText& text,
                  RebootField reboot = {});
 

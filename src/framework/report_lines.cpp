@@ -1,5 +1,10 @@
 #include "framework/report_lines.h"
 
+#include <algorithm>
+#include <cinttypes>
+
+#include "framework/code_text.h"
+
 namespace {
 
 constexpr const char* kIndent = "      ";
@@ -27,6 +32,14 @@ void NumberLine(ReportText& text, const char* label, std::uint32_t value) {
   text.Line("%s%s: %u\n", kIndent, label, value);
 }
 
+void WideNumberLine(ReportText& text, const char* label, std::uint64_t value) {
+  text.Line("%s%s: %" PRIu64 "\n", kIndent, label, value);
+}
+
+void FlagLine(ReportText& text, const char* label, bool flag) {
+  TextLine(text, label, BoolText(flag));
+}
+
 void FirstNameLine(ReportText& text, const char* label, const WorldWideName& name) {
   WriteNameLine(text, "", label, name);
 }
@@ -46,4 +59,15 @@ void VersionOrBlankLine(ReportText& text, const char* label, const ComponentVers
 
 void PortIdLine(ReportText& text, const char* label, const std::uint8_t (&port_id)[3]) {
   text.Line("%s%s: %02x:%02x:%02x\n", kIndent, label, port_id[0], port_id[1], port_id[2]);
+}
+
+void HostIdLine(ReportText& text, const char* label, const std::uint8_t (&id)[16]) {
+  if (std::all_of(std::begin(id), std::end(id), [](std::uint8_t octet) { return octet == 0; })) {
+    return TextLine(text, label, "NA");
+  }
+  text.Line(
+      "%s%s: %02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx"
+      "%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx\n",
+      kIndent, label, id[0], id[1], id[2], id[3], id[4], id[5], id[6], id[7], id[8], id[9], id[10], id[11],
+      id[12], id[13], id[14], id[15]);
 }

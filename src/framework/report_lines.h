@@ -18,6 +18,10 @@ void TextOrNaLine(ReportText& text, const char* label, std::string_view value);
 
 // "      label: number", unsigned decimal.
 void NumberLine(ReportText& text, const char* label, std::uint32_t value);
+void WideNumberLine(ReportText& text, const char* label, std::uint64_t value);
+
+// "      label: true" or "false".
+void FlagLine(ReportText& text, const char* label, bool flag);
 
 // A World Wide Name as eight hexadecimal octets; the first form begins a report.
 void FirstNameLine(ReportText& text, const char* label, const WorldWideName& name);
@@ -30,3 +34,6 @@ void VersionOrBlankLine(ReportText& text, const char* label, const ComponentVers
 
 // A Fibre Channel address identifier as three hexadecimal octets.
 void PortIdLine(ReportText& text, const char* label, const std::uint8_t (&port_id)[3]);
+
+// A host identifier as hexadecimal digits without separators, or "NA" for one of all zeros.
+void HostIdLine(ReportText& text, const char* label, const std::uint8_t (&id)[16]);

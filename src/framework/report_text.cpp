@@ -21,7 +21,11 @@ void ReportText::Line(const char* format, ...) {
   FormatStringV(line, format, arguments);
   va_end(arguments);
   DebugLogLevel(kDebugTrace, "%s", line.c_str());
-  if (BoundedAppend(buffer_ + length_, size_ - length_, line.c_str()) == kTextDone) {
+  Append(line.c_str());
+}
+
+void ReportText::Append(const char* piece) {
+  if (BoundedAppend(buffer_ + length_, size_ - length_, piece) == kTextDone) {
     length_ += std::strlen(buffer_ + length_);
   }
 }

@@ -17,6 +17,9 @@ class ReportText {
   // the lines behind it can still fit.
   [[gnu::format(printf, 2, 3)]] void Line(const char* format, ...);
 
+  // Appends a piece of a line, of any length, as it stands. A piece that does not fit is dropped whole.
+  void Append(const char* piece);
+
   const char* Text() const { return buffer_; }
 
  private:

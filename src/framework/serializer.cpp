@@ -5,13 +5,11 @@
 #include <cstdlib>
 #include <memory>
 
+#include "framework/code_text.h"
+
 namespace {
 
 constexpr const char* kRuler = "****************************************************\n";
-
-const char* BoolText(bool value) {
-  return value ? "true" : "false";
-}
 
 }  // namespace
 
@@ -118,4 +116,10 @@ StatusCode Serializer::WriteFormatted(std::size_t limit, const char* format, ...
   std::vsnprintf(text.get(), limit + 1, format, arguments);
   va_end(arguments);
   return Print("<string>%s</string>", "%s", text.get());
+}
+
+StatusCode Serializer::WriteListItem(const char* structure, const char* field, const char* value) {
+  return Print(
+      "<structure typeName=\"%s\">\n<field name=\"%s\">\n<string>%s</string></field>\n</structure>\n",
+      "%s:\n%s: %s\n", structure, field, value);
 }

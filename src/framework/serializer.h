@@ -59,6 +59,10 @@ class Serializer {
   // memory cannot be had.
   [[gnu::format(printf, 3, 4)]] virtual StatusCode WriteFormatted(std::size_t limit, const char* format, ...);
 
+  // BeginStructure, WriteStringField and EndStructure in one print: a list can have hundreds of thousands of
+  // items.
+  StatusCode WriteListItem(const char* structure, const char* field, const char* value);
+
  private:
   // Prints with the format of the present mode; both take the same arguments.
   StatusCode Print(const char* xml_format, const char* cli_format, ...) const;

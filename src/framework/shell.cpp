@@ -23,19 +23,17 @@ void WaitForBreak() {
   }
 }
 
-// Runs one line as read. Returns its command's code; what has no command counts as done.
-StatusCode RunLine(MultipleCmdsProcessor& node, char* line) {
-  if (line[0] == '\0') return kSuccess;
+// Splits one line as read into words. False when there is nothing to run.
+bool ReadWords(char* line, Words& words) {
+  if (line[0] == '\0') return false;
   MirrorToLogFile(line);
   const std::size_t length = std::strlen(line);
   if (line[length - 1] == '\n') line[length - 1] = '\0';
-
-  Words words;
   if (!ParseInputLine(line, words)) {
     ConsolePrint(kPrintError, "Error parsing command input string!\n");
-    return kSuccess;
+    return false;
   }
-  return words.empty() ? kSuccess : DispatchWords(node, words);
+  return !words.empty();
 }
 
 }  // namespace
@@ -57,7 +55,9 @@ StatusCode RunShell(MultipleCmdsProcessor& node) {
       ConsolePrint(kPrintError, "Unknown input problem!\r\nQuit...\r\n");
       return kWrongWordCount;
     }
-    const StatusCode status = RunLine(node, line);
+    Words words;
+    if (!ReadWords(line, words)) continue;
+    const StatusCode status = DispatchWords(node, words);
     if (status == kLeaveShell || status == kQuit || RunFlagIsSet(RUN_FLAG_QUIT)) return kSuccess;
   }
 }

@@ -12,3 +12,10 @@ const char* MessageFor(std::span<const StatusMessage> table, StatusCode code) {
 StatusCode FromLibrary(LibraryStatus library_status, StatusCode own) {
   return library_status == kLibraryMaintenanceMode ? kMaintenanceMode : own;
 }
+
+StatusCode FromLibrary(LibraryStatus library_status, std::span<const LibraryAnswer> table, StatusCode own) {
+  for (const LibraryAnswer& row : table) {
+    if (row.library_status == library_status) return row.status;
+  }
+  return FromLibrary(library_status, own);
+}

@@ -12,10 +12,12 @@ enum StatusCode : std::uint32_t {
   kNoSuchUsage = 2,  // a usage index that the class does not know, or a node with children was run
   kInitFailed = 3,
   kWrongWordCount = 4,
+  kBootModeNeeded = 4,  // the boot option belongs to another boot mode than the one asked for
   kHelpWord = 5,
   kInvalidParameter = 6,
   kUnknownCommand = 7,
   kDataNotAvailable = 8,
+  kBootModeNotSupported = 8,
   kLeaveShell = 9,
   kQuit = 10,
   kFlashUpdateError = 11,
@@ -26,7 +28,11 @@ enum StatusCode : std::uint32_t {
   kNotSupportedBySwitch = 15,
   kComponentValidation = 16,
   kInvalidData = 17,
+  kDelayNotAllowed = 17,    // an interrupt delay in the operation mode that has none
+  kNoNvmeBootEntries = 17,
   kInvalidSerialNumber = 18,
+  kTooFastForLoopOnly = 18,  // a loop at a data rate that has none
+  kNotForBootMode = 18,      // an option of the legacy boot mode in another one
   kFileNotFound = 19,
   kUpdateFailed = 20,
   kAdapterNotFound = 21,
@@ -58,6 +64,8 @@ enum StatusCode : std::uint32_t {
   kReadOnlyParameter = 47,
   kNotInDiagnosticsMode = 48,
   kLinkTestFailed = 50,
+  kSfpUpdateRefused = 50,  // the same number of another command, which has no words for it
+  kStatisticsResetFailed = 50,  // and of a third one, which has none either
   kVirtualPort = 51,
   kFeatureDisabled = 52,
   kNoRomBios = 53,
@@ -99,6 +107,15 @@ const char* MessageFor(std::span<const StatusMessage> table, StatusCode code);
 // The status of a failed library call: `own` as the command assigns it, unless the library says that the port
 // is in maintenance mode.
 StatusCode FromLibrary(std::uint32_t library_status, StatusCode own);
+
+// One row of a command's translation table: what the library answers, and the status that it becomes.
+struct LibraryAnswer {
+  std::uint32_t library_status;
+  StatusCode status;
+};
+
+// The status of a failed library call after the command's table; for an answer that the table lacks, as above.
+StatusCode FromLibrary(std::uint32_t library_status, std::span<const LibraryAnswer> table, StatusCode own);
 
 constexpr const char* CommonMessage(StatusCode code) {
   switch (code) {

@@ -9,28 +9,18 @@
 
 #include <cstdint>
 
+#include "framework/device_library/config_records.h"
+#include "framework/device_library/congestion_records.h"
 #include "framework/device_library/diag_records.h"
 #include "framework/device_library/flash_records.h"
+#include "framework/device_library/port_records.h"
 #include "framework/device_library/records.h"
+#include "framework/device_library/target_statistics_records.h"
 
 using LibraryStatus = std::uint32_t;
 
 inline constexpr LibraryStatus kLibrarySuccess = 0;
 inline constexpr LibraryStatus kLibraryMaintenanceMode = 150;
-
-struct BoardTemperature;         // 64 bytes
-struct LockdownStatus;           // 40 bytes
-struct HBAParamsInfo;            // 512 bytes
-struct HBAParamsExtra;           // 96 bytes, written by the library and read by nobody
-struct FWPrivateStats;           // allocated by the library, released with free()
-struct NVMeBootRecord;           // 2560 bytes
-struct EchoElsResult;            // 92 bytes
-struct DiagTestRequest;          // 144 bytes
-struct RWBufferResult;           // list node of the library
-struct SCMRStatisticsEntry;      // list node of the library
-struct SCMRProfile;              // 16 bytes
-struct TargetStatisticsAddress;  // 12 bytes
-struct TargetPortStatistics;     // 184 bytes
 
 #pragma GCC visibility push(default)
 extern "C" {

@@ -3,6 +3,7 @@
 namespace {
 
 constexpr std::uint16_t kVendorId = 0x1C9E;
+constexpr std::uint16_t kPartnerVendorId = 0x1D4A;  // sells some models under its own subsystem identifiers
 
 constexpr std::uint16_t Bit(int number) {
   return static_cast<std::uint16_t>(1u << number);
@@ -12,6 +13,16 @@ constexpr std::uint16_t Bit(int number) {
 std::uint16_t DeviceId(const PciIdentity& pci, std::uint16_t cleared = 0) {
   if (pci.vendor_id != kVendorId) return 0;
   return static_cast<std::uint16_t>(pci.device_id & ~cleared);
+}
+
+bool IsModel(const PciIdentity& pci, std::uint16_t device_id, std::uint16_t subsystem_vendor_id,
+             std::uint16_t subsystem_device_id) {
+  return DeviceId(pci) == device_id && pci.subsystem_vendor_id == subsystem_vendor_id &&
+         pci.subsystem_device_id == subsystem_device_id;
+}
+
+bool IsSubsystemWithin(const PciIdentity& pci, std::uint16_t first, std::uint16_t last) {
+  return pci.subsystem_device_id >= first && pci.subsystem_device_id <= last;
 }
 
 }  // namespace
@@ -63,10 +74,48 @@ bool IsDeviceGroupIris(const PciIdentity& pci) {
   return DeviceId(pci, Bit(9)) == 0x3150 || DeviceId(pci, Bit(8)) == 0x3850;
 }
 
+bool IsMezzDeviceElm(const PciIdentity& pci) {
+  return IsModel(pci, 0x3432, kVendorId, 0x0A11) || IsModel(pci, 0x3432, kPartnerVendorId, 0x0A12);
+}
+
+bool IsFixedRateDeviceElm(const PciIdentity& pci) {
+  return IsModel(pci, 0x3432, kPartnerVendorId, 0x0A13);
+}
+
+bool IsNoLoopDeviceElm(const PciIdentity& pci) {
+  return IsModel(pci, 0x3432, kPartnerVendorId, 0x0A12);
+}
+
+bool IsMezz32DeviceHazel(const PciIdentity& pci) {
+  return IsModel(pci, 0x3522, kVendorId, 0x0A14);
+}
+
+bool IsMezz16DeviceHazel(const PciIdentity& pci) {
+  return IsModel(pci, 0x3522, kVendorId, 0x0A15);
+}
+
+bool IsSixtyFourGigAdapter(const PciIdentity& pci) {
+  return DeviceId(pci, Bit(3)) == 0x3640 && IsSubsystemWithin(pci, 0x0B01, 0x0B07);
+}
+
+bool IsEncryptionAdapter(const PciIdentity& pci) {
+  if (DeviceId(pci) != 0x3648) return false;
+  return (pci.subsystem_vendor_id == kVendorId && IsSubsystemWithin(pci, 0x0B01, 0x0B06)) ||
+         (pci.subsystem_vendor_id == kPartnerVendorId && IsSubsystemWithin(pci, 0x0B11, 0x0B16));
+}
+
 bool IsDeviceGroupHazelIrisOrDahlia(const PciIdentity& pci) {
   return IsDeviceGroupHazel(pci) || IsDeviceGroupIris(pci) || IsDeviceGroupDahlia(pci);
 }
 
-bool HasFlashMemoBlock(const PciIdentity& pci) {
+bool IsDeviceGroupElmOnlyHazelIrisOrDahlia(const PciIdentity& pci) {
   return IsDeviceGroupElmOnly(pci) || IsDeviceGroupHazelIrisOrDahlia(pci);
+}
+
+bool IsDeviceGroupAsterBirchOrCedar(const PciIdentity& pci) {
+  return IsDeviceGroupAster(pci) || IsDeviceGroupBirch(pci) || IsDeviceGroupCedar(pci);
+}
+
+bool HasFlashMemoBlock(const PciIdentity& pci) {
+  return IsDeviceGroupElmOnlyHazelIrisOrDahlia(pci);
 }

@@ -18,6 +18,17 @@ bool IsDeviceGinkgo(const PciIdentity& pci);
 bool IsDeviceGroupHazel(const PciIdentity& pci);
 bool IsDeviceGroupIris(const PciIdentity& pci);
 
+// Single models and model lines, told by the subsystem too.
+bool IsMezzDeviceElm(const PciIdentity& pci);       // mezzanine cards
+bool IsFixedRateDeviceElm(const PciIdentity& pci);  // the data rate cannot be set
+bool IsNoLoopDeviceElm(const PciIdentity& pci);
+bool IsMezz32DeviceHazel(const PciIdentity& pci);
+bool IsMezz16DeviceHazel(const PciIdentity& pci);
+bool IsSixtyFourGigAdapter(const PciIdentity& pci);
+bool IsEncryptionAdapter(const PciIdentity& pci);
+
 // Families that rules name together.
 bool IsDeviceGroupHazelIrisOrDahlia(const PciIdentity& pci);
+bool IsDeviceGroupElmOnlyHazelIrisOrDahlia(const PciIdentity& pci);
+bool IsDeviceGroupAsterBirchOrCedar(const PciIdentity& pci);
 bool HasFlashMemoBlock(const PciIdentity& pci);  // those three and the Elm family without Fern

@@ -1,0 +1,9 @@
+#include "framework/library_call.h"
+
+#include "runtime/debug_log.h"
+
+StatusCode StatusOfCall(const char* class_name, const char* step, LibraryStatus result, StatusCode failure) {
+  if (result == kLibrarySuccess) return kSuccess;
+  DebugLogLevel(kDebugFailure, "%s: %s failed err=%u", class_name, step, result);
+  return FromLibrary(result, failure);
+}

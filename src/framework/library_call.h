@@ -1,0 +1,34 @@
+// One call of the device library, from its bracket to its status.
+#pragma once
+
+#include "framework/device_library/calls.h"
+#include "framework/output_bracket.h"
+#include "framework/status.h"
+
+// The status of a call's result: kSuccess, kMaintenanceMode, or `failure` for any other failure. Logs a
+// failure with `step`, which words what the call does ("Get HBA params").
+StatusCode StatusOfCall(const char* class_name, const char* step, LibraryStatus result, StatusCode failure);
+
+// Makes `call` in an output bracket of its own. False, without the call, when the bracket cannot be opened.
+template <class Call>
+bool CallInBracket(const char* class_name, Call call) {
+  const OutputBracket bracket(class_name);
+  if (bracket.IsOpen()) call();
+  return bracket.IsOpen();
+}
+
+// The same for a call that answers a status: returns what StatusOfCall makes of it; kFileNotFound when the
+// bracket cannot be opened.
+template <class Call>
+StatusCode CallLibrary(const char* class_name, const char* step, StatusCode failure, Call call) {
+  LibraryStatus result = kLibrarySuccess;
+  if (!CallInBracket(class_name, [&] { result = call(); })) return kFileNotFound;
+  return StatusOfCall(class_name, step, result, failure);
+}
+
+// The same for a call whose every failure has one status, deliberately also in maintenance mode.
+template <class Call>
+StatusCode CallLibraryWithOneStatus(const char* class_name, const char* step, StatusCode failure, Call call) {
+  const StatusCode status = CallLibrary(class_name, step, failure, call);
+  return status == kMaintenanceMode ? failure : status;
+}

@@ -1,0 +1,45 @@
+#include "support/unit_files.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "framework/output_bracket.h"
+
+std::string ContentOf(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+void WriteContent(const std::filesystem::path& path, const std::string& content) {
+  std::ofstream(path, std::ios::binary) << content;
+}
+
+int DescriptorOf(const std::filesystem::path& path) {
+  for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+    std::error_code no_such_descriptor;
+    const auto open_file =
+        std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor), no_such_descriptor);
+    if (!no_such_descriptor && open_file == path) return descriptor;
+  }
+  return -1;
+}
+
+ScratchFolder::ScratchFolder() {
+  char name[] = "/tmp/unit_test_XXXXXX";
+  if (mkdtemp(name) == nullptr) std::abort();
+  path_ = name;
+}
+
+ScratchFolder::~ScratchFolder() {
+  std::filesystem::remove_all(path_);
+}
+
+NoLibraryOutputFile::NoLibraryOutputFile() {
+  std::filesystem::remove_all(kLibraryOutputFile);
+}
+
+NoLibraryOutputFile::~NoLibraryOutputFile() {
+  std::filesystem::remove_all(kLibraryOutputFile);
+}

@@ -1,0 +1,293 @@
+#include "framework/command_node.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/unit_captured_stdout.h"
+#include "support/unit_recording_node.h"
+#include "support/unit_run_flags.h"
+
+namespace {
+
+// The commands that have been run, with the form they were run in and their words.
+std::vector<std::string> commands_run;
+StatusCode command_result = kSuccess;
+
+StatusCode RunList(Serializer& out, Words& words, OutputMode mode) {
+  out.Open(mode);
+  out.Close();
+  commands_run.push_back("list in mode " + std::to_string(mode) + ": " + Joined(words));
+  return !words.empty() && IsHelpWord(words[0]) ? kHelpWord : command_result;
+}
+
+// The order in which nodes have come and gone.
+std::vector<std::string> lives;
+
+class MortalNode : public MultipleCmdsProcessor {
+ public:
+  MortalNode(CmdProcessor* parent, const SubNode& self)
+      : MultipleCmdsProcessor(
+            parent, {.name = self.name, .switch_word = self.switch_word, .description = self.description}) {
+    lives.push_back(std::string("made ") + GetName() + " under " + parent->GetName());
+  }
+  ~MortalNode() override { lives.push_back(std::string("deleted ") + GetName()); }
+};
+
+constexpr Leaf kLeaves[] = {
+    {"list", 0, "Discover list of Sorvex adapters", &InXml<RunList>},
+    {"help", 1, "List of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
+    {"listcli", 2, "Discover list of Sorvex adapters", &InText<RunList>, &CommandNode::CmdUsage},
+};
+constexpr UsageText kUsage[] = {{2, "Usage: list\r\n"}};
+constexpr SubNode kSubNodes[] = {
+    {"info", "-s", "use this command to get Sorvex Adapter info", &MakeNode<MortalNode>},
+    {"flashinfo", "-s", "use this command to get Sorvex Adapter flash information", &MakeNode<MortalNode>},
+};
+constexpr NodeClass kClass = {"AdapterCmdsProcessor", "Adapter", kLeaves, kUsage, kSubNodes};
+constexpr SubNode kSelf = {"adapter", "-t", "use this command to get/set/list Sorvex adapters", nullptr};
+
+constexpr char kHelp[] =
+    "\r\nFollowing is the list of available commands in the Adapter command mode.\r\n"
+    "For detailed information of each command, please type 'command ?'\r\n"
+    "All commands are case insensitive.\r\n\r\n"
+    "list        : Discover list of Sorvex adapters\r\n"
+    "help        : List of available commands\r\n"
+    "listcli     : Discover list of Sorvex adapters\r\n"
+    "info        : use this command to get Sorvex Adapter info\r\n"
+    "flashinfo   : use this command to get Sorvex Adapter flash information\r\n";
+
+class Node : public testing::Test {
+ protected:
+  Node() {
+    commands_run.clear();
+    command_result = kSuccess;
+    root_.AddNode(&node_);
+  }
+
+  // Runs the words as from the argument vector. Returns what they print.
+  std::string Dispatch(Words words) {
+    return PrintedBy([&] { status_ = DispatchWords(root_, words); });
+  }
+
+  ScopedRunFlags flags_{RUN_FLAG_BATCH};
+  RecordingNode root_{{.name = "main"}};
+  CommandNode node_{&root_, kSelf, kClass};
+  StatusCode status_ = kNoCallback;
+};
+
+TEST_F(Node, StandsWhereItsRowTells) {
+  EXPECT_EQ(node_.GetParent(), &root_);
+  EXPECT_STREQ(node_.GetName(), "adapter");
+  EXPECT_STREQ(node_.GetSwitch(), "-t");
+  EXPECT_STREQ(node_.GetDescription(), "use this command to get/set/list Sorvex adapters");
+  EXPECT_FALSE(node_.IsHidden());
+  EXPECT_EQ(node_.GetUsageIndex(), 0u);
+  EXPECT_EQ(node_.GetFlags(), 0u);
+  EXPECT_FALSE(node_.IsLeaf());
+}
+
+TEST_F(Node, HasItsLeavesAheadOfItsSubNodes) {
+  struct Expected {
+    const char* name;
+    const char* switch_word;
+    std::uint32_t usage_index;
+    bool leaf;
+  };
+  const Expected expected[] = {{"list", "", 0, true},
+                               {"help", "", 1, true},
+                               {"listcli", "", 2, true},
+                               {"info", "-s", 0, false},
+                               {"flashinfo", "-s", 0, false}};
+  const auto& children = node_.GetChildren();
+  ASSERT_EQ(children.size(), std::size(expected));
+  for (std::size_t i = 0; i < children.size(); ++i) {
+    EXPECT_STREQ(children[i]->GetName(), expected[i].name);
+    EXPECT_STREQ(children[i]->GetSwitch(), expected[i].switch_word);
+    EXPECT_EQ(children[i]->GetUsageIndex(), expected[i].usage_index);
+    EXPECT_EQ(children[i]->IsLeaf(), expected[i].leaf);
+    EXPECT_EQ(children[i]->GetParent(), &node_);
+    EXPECT_FALSE(children[i]->IsHidden());
+    EXPECT_EQ(children[i]->GetFlags(), 0u);
+  }
+  EXPECT_STREQ(children[2]->GetDescription(), "Discover list of Sorvex adapters");
+  EXPECT_STREQ(children[3]->GetDescription(), "use this command to get Sorvex Adapter info");
+}
+
+TEST_F(Node, RunsThePlainFormInXmlAndTheCliFormInText) {
+  EXPECT_EQ(Dispatch({"-t", "adapter", "list", "a"}),
+            "<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n</output>\n");
+  EXPECT_EQ(Dispatch({"-t", "adapter", "listcli", "b", "c"}),
+            "****************************************************\n"
+            "****************************************************\n");
+  EXPECT_EQ(commands_run, (std::vector<std::string>{"list in mode 1: a", "list in mode 2: b c"}));
+}
+
+TEST_F(Node, ReturnsTheCommandsStatus) {
+  command_result = kReadFailed;
+  Dispatch({"-t", "adapter", "list"});
+  EXPECT_EQ(status_, 13u);
+  command_result = kMemoryError;
+  Dispatch({"-t", "adapter", "listcli"});
+  EXPECT_EQ(status_, 42u);
+}
+
+TEST_F(Node, QuestionMarkBehindAPlainFormPrintsNothing) {
+  EXPECT_EQ(Dispatch({"-t", "adapter", "list", "?"}), "");
+  EXPECT_EQ(status_, 0u);
+  EXPECT_TRUE(commands_run.empty());
+}
+
+TEST_F(Node, QuestionMarkBehindTheCliFormPrintsItsUsage) {
+  EXPECT_EQ(Dispatch({"-t", "adapter", "listcli", "?"}), "Usage: list\r\n");
+  EXPECT_EQ(status_, 0u);
+  EXPECT_TRUE(commands_run.empty());
+}
+
+TEST_F(Node, HelpWordBehindTheCliFormPrintsItsUsageBehindWhatItPrinted) {
+  EXPECT_EQ(Dispatch({"-t", "adapter", "listcli", "help"}),
+            "****************************************************\n"
+            "****************************************************\n"
+            "Usage: list\r\n");
+  EXPECT_EQ(status_, 5u);
+}
+
+TEST_F(Node, HelpWordBehindAPlainFormPrintsNoUsage) {
+  EXPECT_EQ(Dispatch({"-t", "adapter", "list", "help"}),
+            "<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n</output>\n");
+  EXPECT_EQ(status_, 5u);
+}
+
+TEST_F(Node, ListsItsCommands) {
+  EXPECT_EQ(Dispatch({"-t", "adapter", "help"}), kHelp);
+  EXPECT_EQ(status_, 0u);
+}
+
+TEST_F(Node, PrintsTheTextOfAUsageIndex) {
+  Words words;
+  StatusCode status = kNoCallback;
+  EXPECT_EQ(PrintedBy([&] { status = CommandNode::CmdUsage(node_, words, 2); }), "Usage: list\r\n");
+  EXPECT_EQ(status, 0u);
+}
+
+TEST_F(Node, ListsItsCommandsForTheUsageIndexOfHelp) {
+  Words words = {"?"};
+  StatusCode status = kNoCallback;
+  EXPECT_EQ(PrintedBy([&] { status = CommandNode::CmdUsage(node_, words, 1); }), kHelp);
+  EXPECT_EQ(status, 0u);
+  EXPECT_EQ(Dispatch({"-t", "adapter", "help", "?"}), kHelp);
+}
+
+TEST_F(Node, HasNoUsageForAnyOtherIndex) {
+  Words words;
+  for (const std::uint32_t index : {0u, 3u, 4u, 0xFFFFFFFFu}) {
+    StatusCode status = kSuccess;
+    EXPECT_EQ(PrintedBy([&] { status = CommandNode::CmdUsage(node_, words, index); }), "");
+    EXPECT_EQ(status, 2u);
+  }
+}
+
+TEST_F(Node, PrintsPercentSignsOfUsageTextsAsTheyStand) {
+  static constexpr UsageText kPercent[] = {{2, "Usage: 100%s %n\r\n"}};
+  static constexpr NodeClass kPercentClass = {"C", "Some %d", kLeaves, kPercent};
+  CommandNode node(nullptr, kSelf, kPercentClass);
+  Words words;
+  EXPECT_EQ(PrintedBy([&] { CommandNode::CmdUsage(node, words, 2); }), "Usage: 100%s %n\r\n");
+  const std::string head = "\r\nFollowing is the list of available commands in the Some %d command mode.\r\n";
+  EXPECT_EQ(PrintedBy([&] { CommandNode::CmdHelp(node, words); }).substr(0, head.size()), head);
+}
+
+TEST_F(Node, ReachesItsSubNodes) {
+  Words words = {"-t", "adapter", "-s", "flashinfo"};
+  EXPECT_EQ(root_.FindChild(words), nullptr);  // the sub-node has no commands
+  EXPECT_EQ(words, Words{});
+}
+
+// The words with which the class's help asked whether a child is excluded.
+std::string words_of_exclude;
+
+StatusCode NeverExcluded(CmdProcessor&, Words& words) {
+  words_of_exclude = words.empty() ? "none" : Joined(words);
+  return kSuccess;
+}
+
+StatusCode AlwaysExcluded(CmdProcessor&, Words&) {
+  return kNoCallback;
+}
+
+constexpr NodeClass kHelpOnly = {"C", "Special", {kLeaves + 1, 1}, {}};
+
+// A class with children of every kind that the help looks at.
+class SpecialNode : public CommandNode {
+ public:
+  SpecialNode() : CommandNode(nullptr, kSelf, kHelpOnly) {}
+
+ protected:
+  void BuildChildren() override {
+    CommandNode::BuildChildren();
+    Add({.name = "hidden", .hidden = true}, {});
+    Add({.name = "asked"}, {.exclude = &NeverExcluded});
+    Add({.name = "excluded"}, {.exclude = &AlwaysExcluded});
+    Add({.name = "engineering", .flags = 1}, {});
+    Add({.name = "nobody", .flags = 2}, {});
+  }
+
+ private:
+  void Add(const Place& place, const Callbacks& callbacks) {
+    AddLeaf(std::make_unique<CmdProcessor>(this, place, callbacks));
+  }
+};
+
+constexpr char kSpecialHead[] =
+    "\r\nFollowing is the list of available commands in the Special command mode.\r\n"
+    "For detailed information of each command, please type 'command ?'\r\n"
+    "All commands are case insensitive.\r\n\r\n"
+    "help        : List of available commands\r\n";
+
+TEST(CmdHelp, ShowsHiddenChildrenButNoExcludedOrRestrictedOnes) {
+  SpecialNode node;
+  Words words;
+  const ScopedRunFlags flags(0);
+  EXPECT_EQ(PrintedBy([&] { CommandNode::CmdHelp(node, words); }),
+            std::string(kSpecialHead) + "hidden      : \r\nasked       : \r\n");
+}
+
+TEST(CmdHelp, ShowsRestrictedChildrenWithTheEngineeringFlag) {
+  SpecialNode node;
+  Words words;
+  const ScopedRunFlags flags(RUN_FLAG_ENGINEERING);
+  EXPECT_EQ(PrintedBy([&] { CommandNode::CmdHelp(node, words); }),
+            std::string(kSpecialHead) + "hidden      : \r\nasked       : \r\nengineering : \r\n");
+}
+
+TEST(CmdHelp, AsksWithItsWordsAndAsUsageWithoutAny) {
+  SpecialNode node;
+  Words words = {"a", "b"};
+  PrintedBy([&] { CommandNode::CmdHelp(node, words); });
+  EXPECT_EQ(words_of_exclude, "a b");
+  PrintedBy([&] { CommandNode::CmdUsage(node, words, 1); });
+  EXPECT_EQ(words_of_exclude, "none");
+  EXPECT_EQ(words, (Words{"a", "b"}));
+}
+
+TEST(CommandNode, MakesAndDeletesItsSubNodesInTheirOrder) {
+  static constexpr SubNode kMortals[] = {
+      {"first", "-s", "", &MakeNode<MortalNode>},
+      {"second", "-s", "", &MakeNode<MortalNode>},
+      {"third", "-s", "", &MakeNode<MortalNode>},
+  };
+  static constexpr NodeClass kMortalClass = {"C", "Mortal", {}, {}, kMortals};
+  lives.clear();
+  {
+    CommandNode node(nullptr, kSelf, kMortalClass);
+    EXPECT_EQ(lives, (std::vector<std::string>{"made first under adapter", "made second under adapter",
+                                               "made third under adapter"}));
+    EXPECT_EQ(node.GetChildren().size(), 3u);
+    lives.clear();
+  }
+  EXPECT_EQ(lives, (std::vector<std::string>{"deleted first", "deleted second", "deleted third"}));
+}
+
+}  // namespace

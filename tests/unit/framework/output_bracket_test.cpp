@@ -1,0 +1,180 @@
+#include "framework/output_bracket.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+#include "support/unit_captured_stdout.h"
+#include "support/unit_files.h"
+
+namespace {
+
+constexpr char kFile[] = "/var/tmp/torpi-output.log";
+
+class Bracket : public testing::Test {
+ protected:
+  ~Bracket() override { stdout = standard_output_; }
+
+  // Opens a bracket that cannot be opened, and prints behind it.
+  void ExpectDoesNotOpen() {
+    bool open = true;
+    std::FILE* inside = nullptr;
+    std::FILE* behind = nullptr;
+    EXPECT_EQ(PrintedBy([&] {
+                {
+                  OutputBracket bracket("SomeClass", " before read");
+                  open = bracket.IsOpen();
+                  inside = stdout;
+                  std::printf("still here\n");
+                  bracket.Close();
+                }
+                behind = stdout;
+                std::printf("and here\n");
+              }),
+              "still here\nand here\n");
+    EXPECT_FALSE(open);
+    EXPECT_EQ(inside, standard_output_);
+    EXPECT_EQ(behind, standard_output_);
+  }
+
+  std::FILE* const standard_output_ = stdout;
+  NoLibraryOutputFile none_;
+  ScratchFolder folder_;
+};
+
+TEST_F(Bracket, SendsWhatIsPrintedToTheFile) {
+  bool open = false;
+  EXPECT_EQ(PrintedBy([&] {
+              std::printf("ahead\n");
+              {
+                const OutputBracket bracket("SomeClass");
+                open = bracket.IsOpen();
+                std::printf("library text\n");
+                std::puts("by another call");
+              }
+              std::printf("behind\n");
+            }),
+            "ahead\nbehind\n");
+  EXPECT_TRUE(open);
+  EXPECT_EQ(ContentOf(kFile), "library text\nby another call\n");
+}
+
+TEST_F(Bracket, PutsStandardOutputBackAtItsEnd) {
+  {
+    const OutputBracket bracket("SomeClass");
+    EXPECT_NE(stdout, standard_output_);
+  }
+  EXPECT_EQ(stdout, standard_output_);
+}
+
+TEST_F(Bracket, PutsStandardOutputBackAtClose) {
+  OutputBracket bracket("SomeClass");
+  std::printf("library text");
+  bracket.Close();
+  EXPECT_EQ(stdout, standard_output_);
+  EXPECT_FALSE(bracket.IsOpen());
+  EXPECT_EQ(ContentOf(kFile), "library text");
+}
+
+TEST_F(Bracket, ClosesOnce) {
+  OutputBracket first("SomeClass");
+  first.Close();
+  {
+    const OutputBracket second("SomeClass");
+    std::FILE* const inside_second = stdout;
+    first.Close();
+    EXPECT_EQ(stdout, inside_second);
+    EXPECT_NE(stdout, standard_output_);
+  }
+  EXPECT_EQ(stdout, standard_output_);
+}
+
+TEST_F(Bracket, LeavesNoDescriptorOpen) {
+  { const OutputBracket bracket("SomeClass"); }
+  EXPECT_EQ(DescriptorOf(kFile), -1);
+}
+
+TEST_F(Bracket, AppendsToTheFile) {
+  WriteContent(kFile, "from yesterday\n");
+  {
+    const OutputBracket bracket("SomeClass");
+    std::printf("one\n");
+  }
+  {
+    const OutputBracket bracket("SomeClass");
+    std::printf("two\n");
+  }
+  EXPECT_EQ(ContentOf(kFile), "from yesterday\none\ntwo\n");
+}
+
+TEST_F(Bracket, StandsInAnother) {
+  EXPECT_EQ(PrintedBy([&] {
+              const OutputBracket outer("SomeClass");
+              {
+                OutputBracket inner("SomeClass");
+                std::printf("inner\n");
+                inner.Close();
+                std::printf("outer\n");
+              }
+              std::printf("outer again\n");
+            }),
+            "");
+  EXPECT_EQ(stdout, standard_output_);
+  // The inner stream is written out first, at its close.
+  EXPECT_EQ(ContentOf(kFile), "inner\nouter\nouter again\n");
+}
+
+TEST_F(Bracket, DoesNotOpenAFolder) {
+  std::filesystem::create_directory(kFile);
+  ExpectDoesNotOpen();
+}
+
+TEST_F(Bracket, DoesNotFollowASymbolicLink) {
+  const auto target = folder_ / "target";
+  WriteContent(target, "not ours");
+  std::filesystem::create_symlink(target, kFile);
+  ExpectDoesNotOpen();
+  EXPECT_EQ(ContentOf(target), "not ours");
+}
+
+TEST_F(Bracket, CreatesNothingThroughADanglingLink) {
+  const auto target = folder_ / "target";
+  std::filesystem::create_symlink(target, kFile);
+  ExpectDoesNotOpen();
+  EXPECT_FALSE(std::filesystem::exists(target));
+}
+
+TEST_F(Bracket, OpensAgainOnceItsFileCanBe) {
+  std::filesystem::create_directory(kFile);
+  { const OutputBracket bracket("SomeClass"); }
+  std::filesystem::remove(kFile);
+  {
+    const OutputBracket bracket("SomeClass");
+    EXPECT_TRUE(bracket.IsOpen());
+    std::printf("library text");
+  }
+  EXPECT_EQ(ContentOf(kFile), "library text");
+}
+
+TEST_F(Bracket, NamesItsFile) {
+  EXPECT_STREQ(kLibraryOutputFile, kFile);
+}
+
+TEST_F(Bracket, SilencedStandardOutputTakesEverythingAndShowsNothing) {
+  std::FILE* silenced = nullptr;
+  EXPECT_EQ(PrintedBy([&] {
+              SilenceStandardOutput();
+              silenced = stdout;
+              std::printf("%s", std::string(100000, 'x').c_str());
+              std::fflush(stdout);
+              stdout = standard_output_;
+            }),
+            "");
+  ASSERT_NE(silenced, nullptr);
+  ASSERT_NE(silenced, standard_output_);
+  std::fclose(silenced);
+}
+
+}  // namespace

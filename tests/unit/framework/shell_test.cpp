@@ -1,0 +1,234 @@
+#include "framework/shell.h"
+
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <string>
+#include <thread>
+
+#include "framework/console.h"
+#include "framework/signals.h"
+#include "support/unit_captured_stdout.h"
+#include "support/unit_files.h"
+#include "support/unit_recording_node.h"
+#include "support/unit_run_flags.h"
+#include "support/unit_stdin_pipe.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using std::chrono::steady_clock;
+
+constexpr char kUnknownCommandText[] = "Unknown command or invalid target identifier!\r\n";
+
+StatusCode Leave(CmdProcessor&, Words&) {
+  return kLeaveShell;
+}
+
+StatusCode Quit(CmdProcessor&, Words&) {
+  return kQuit;
+}
+
+StatusCode Fail(CmdProcessor&, Words& words) {
+  return static_cast<StatusCode>(std::stoi(words.at(0)));
+}
+
+StatusCode SetFlags(CmdProcessor&, Words& words) {
+  gRunFlags |= static_cast<std::uint32_t>(std::stoi(words.at(0)));
+  return kSuccess;
+}
+
+StatusCode ShowFlags(CmdProcessor&, Words&) {
+  ConsolePrint(kPrintText, "flags %u\n", gRunFlags.load());
+  return kSuccess;
+}
+
+// Words are shown with a bar between two, so that blanks in a word are seen.
+StatusCode Echo(CmdProcessor&, Words& words) {
+  for (const std::string& word : words) ConsolePrint(kPrintText, "|%s", word.c_str());
+  ConsolePrint(kPrintText, "|\n");
+  return kSuccess;
+}
+
+class Shell : public testing::Test {
+ protected:
+  Shell() {
+    node_.AddLeaf({.name = "leave"}, {.execute = &Leave});
+    node_.AddLeaf({.name = "q"}, {.execute = &Quit});
+    node_.AddLeaf({.name = "fail"}, {.execute = &Fail});
+    node_.AddLeaf({.name = "set"}, {.execute = &SetFlags});
+    node_.AddLeaf({.name = "flags"}, {.execute = &ShowFlags});
+    node_.AddLeaf({.name = "echo"}, {.execute = &Echo});
+  }
+  ~Shell() override { CloseLogMirror(); }
+
+  // Runs the shell against a user who types `text` and then goes away. Returns what it prints.
+  std::string Run(std::string_view text) {
+    StdinPipe typed(text);
+    typed.CloseInput();
+    return PrintedBy([&] { status_ = RunShell(node_); });
+  }
+
+  ScopedRunFlags flags_{0};
+  ScratchFolder folder_;
+  RecordingNode node_;
+  StatusCode status_ = kNoCallback;
+};
+
+TEST_F(Shell, PromptsAndQuits) {
+  EXPECT_EQ(Run("q\n"), "$>");
+  EXPECT_EQ(status_, 0u);
+}
+
+TEST_F(Shell, EndsOnCode9Too) {
+  EXPECT_EQ(Run("leave\nq\n"), "$>");
+  EXPECT_EQ(status_, 0u);
+}
+
+TEST_F(Shell, GoesOnAfterAnyOtherCode) {
+  EXPECT_EQ(Run("fail 1\nfail 4\nfail 7\nfail 8\nfail 11\nfail 60\nq\n"), "$>$>$>$>$>$>$>");
+  EXPECT_EQ(status_, 0u);
+}
+
+TEST_F(Shell, RunsEachLineAsACommand) {
+  EXPECT_EQ(Run("echo a b\nECHO c\nq\n"), "$>|a|b|\n$>|c|\n$>");
+}
+
+TEST_F(Shell, KeepsQuotedBlanks) {
+  EXPECT_EQ(Run("echo \"my file\" \"\"\nq\n"), "$>|my file||\n$>");
+}
+
+TEST_F(Shell, TakesLinesWithACarriageReturn) {
+  EXPECT_EQ(Run("echo a\r\nq\r\n"), "$>|a|\n$>");
+}
+
+TEST_F(Shell, PromptsAgainForALineWithoutWords) {
+  EXPECT_EQ(Run("\n   \n\t\r\n\nq\n"), "$>$>$>$>$>");
+}
+
+TEST_F(Shell, PromptsAgainForALineThatBeginsWithAZeroByte) {
+  using std::string_view_literals::operator""sv;
+  EXPECT_EQ(Run("\0echo a\nq\n"sv), "$>$>");
+}
+
+TEST_F(Shell, RefusesAnUnterminatedQuoteAndGoesOn) {
+  EXPECT_EQ(Run("echo \"a\necho b\nq\n"), "$>Error parsing command input string!\n$>|b|\n$>");
+}
+
+TEST_F(Shell, RefusesAnUnknownCommandAndGoesOn) {
+  EXPECT_EQ(Run("nothing\nq\n"), std::string("$>") + kUnknownCommandText + "$>");
+}
+
+TEST_F(Shell, TakesALastLineWithoutItsEnd) {
+  EXPECT_EQ(Run("q"), "$>");
+  EXPECT_EQ(status_, 0u);
+}
+
+TEST_F(Shell, ReadsALongLineInPieces) {
+  // 2047 characters make a piece: the command and an argument, then the rest of the line.
+  const std::string argument(2042, 'x');
+  EXPECT_EQ(Run("echo " + argument + "echo rest\nq\n"), "$>|" + argument + "|\n$>|rest|\n$>");
+}
+
+TEST_F(Shell, ReadsALineThatJustFitsInOnePiece) {
+  const std::string argument(2041, 'x');
+  EXPECT_EQ(Run("echo " + argument + "\nq\n"), "$>|" + argument + "|\n$>");
+}
+
+TEST_F(Shell, ReadsTheEndOfALineThatDoesNotFitByItself) {
+  const std::string argument(2042, 'x');
+  EXPECT_EQ(Run("echo " + argument + "\nq\n"), "$>|" + argument + "|\n$>$>");
+}
+
+TEST_F(Shell, EndOfInputEndsItAfterFiveSeconds) {
+  const auto begin = steady_clock::now();
+  EXPECT_EQ(Run(""), "$>Unknown input problem!\r\nQuit...\r\n");
+  EXPECT_EQ(status_, 4u);
+  EXPECT_GE(steady_clock::now() - begin, milliseconds(4900));
+}
+
+TEST_F(Shell, QuitFlagEndsItAtTheEndOfInputWithoutAWord) {
+  gRunFlags = RUN_FLAG_QUIT;
+  const auto begin = steady_clock::now();
+  EXPECT_EQ(Run(""), "$>");
+  EXPECT_EQ(status_, 0u);
+  EXPECT_LT(steady_clock::now() - begin, seconds(4));
+}
+
+TEST_F(Shell, QuitFlagEndsItBehindACommand) {
+  EXPECT_EQ(Run("set 2\necho a\n"), "$>");
+  EXPECT_EQ(status_, 0u);
+}
+
+TEST_F(Shell, ClearsTheBreakFlagAloneBeforeEveryPrompt) {
+  gRunFlags = RUN_FLAG_BREAK | RUN_FLAG_DEBUG | RUN_FLAG_ENGINEERING;
+  EXPECT_EQ(Run("flags\nset 16\nflags\nq\n"), "$>flags 9\n$>$>flags 9\n$>");
+}
+
+TEST_F(Shell, MirrorsPromptsInputAndOutput) {
+  const auto path = folder_ / "typed.log";
+  ASSERT_TRUE(OpenLogMirror(path.c_str()));
+  EXPECT_EQ(Run("echo a\n\nnothing\nq"), std::string("$>|a|\n$>$>") + kUnknownCommandText + "$>");
+  EXPECT_EQ(ContentOf(path), std::string("$>echo a\n|a|\n$>\n$>nothing\n") + kUnknownCommandText + "$>q");
+}
+
+TEST_F(Shell, MirrorsALineThatCannotBeSplit) {
+  const auto path = folder_ / "typed.log";
+  ASSERT_TRUE(OpenLogMirror(path.c_str()));
+  Run("echo \"a\nq\n");
+  EXPECT_EQ(ContentOf(path), "$>echo \"a\nError parsing command input string!\n$>q\n");
+}
+
+// Puts back the signal dispositions that a test has changed.
+class ScopedSignals {
+ public:
+  ScopedSignals() {
+    for (std::size_t i = 0; i < std::size(kSignals); ++i) sigaction(kSignals[i], nullptr, &before_[i]);
+  }
+  ~ScopedSignals() {
+    for (std::size_t i = 0; i < std::size(kSignals); ++i) sigaction(kSignals[i], &before_[i], nullptr);
+  }
+  ScopedSignals(const ScopedSignals&) = delete;
+  ScopedSignals& operator=(const ScopedSignals&) = delete;
+
+ private:
+  static constexpr int kSignals[] = {SIGINT, SIGABRT, SIGTERM, SIGQUIT};
+  struct sigaction before_[std::size(kSignals)] = {};
+};
+
+TEST_F(Shell, BreakInterruptsTheReadAndPromptsAnew) {
+  const ScopedSignals signals;
+  InstallSignalHandler();
+  StdinPipe typed;
+  const CapturedStdout captured;
+  const pthread_t shell = pthread_self();
+  const auto begin = steady_clock::now();
+  std::atomic<bool> prompted_anew = false;
+
+  std::thread user([&] {
+    const auto prompts = [&] { return captured.BytesWritten() / 2; };  // nothing else is printed
+    while (prompts() == 0) std::this_thread::sleep_for(milliseconds(5));
+    // A break that comes between prompt and read is seen by none: the user then tries again.
+    for (int attempt = 0; attempt < 20 && prompts() == 1; ++attempt) {
+      std::this_thread::sleep_for(milliseconds(50));
+      pthread_kill(shell, SIGQUIT);
+      for (int wait = 0; wait < 50 && prompts() == 1; ++wait) std::this_thread::sleep_for(milliseconds(10));
+    }
+    prompted_anew = prompts() > 1;
+    typed.Type("q\n");
+  });
+  status_ = RunShell(node_);
+  user.join();
+
+  EXPECT_TRUE(prompted_anew);
+  EXPECT_EQ(status_, 0u);
+  EXPECT_EQ(captured.Text().find("Unknown"), std::string::npos);
+  EXPECT_EQ(captured.Text().substr(0, 4), "$>$>");
+  EXPECT_LT(steady_clock::now() - begin, seconds(5));
+}
+
+}  // namespace
