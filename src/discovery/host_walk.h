@@ -4,22 +4,32 @@
 // A null pointer at any level is an empty level: it is skipped in silence.
 #pragma once
 
+#include <cstddef>
+#include <iterator>
+
 #include "framework/device_library/records.h"
 #include "framework/device_library/target_records.h"
 
-// The entries of one chain, from `first` along their next pointers, for a range-based for.
+// The entries of one chain, from `first` along their next pointers, for a range-based for and the
+// algorithms that go once from front to back.
 template <class Entry>
 class Chain {
  public:
   class Iterator {
    public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = Entry;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const Entry*;
+    using reference = const Entry&;
+
     explicit Iterator(const Entry* entry) : entry_(entry) {}
     const Entry& operator*() const { return *entry_; }
     Iterator& operator++() {
       entry_ = entry_->next;
       return *this;
     }
-    bool operator!=(const Iterator& other) const { return entry_ != other.entry_; }
+    bool operator==(const Iterator& other) const = default;
 
    private:
     const Entry* entry_;

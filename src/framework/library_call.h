@@ -9,6 +9,10 @@
 // failure with `step`, which words what the call does ("Get HBA params").
 StatusCode StatusOfCall(const char* class_name, const char* step, LibraryStatus result, StatusCode failure);
 
+// The same for a command that translates failures by a table; `failure` is for those that the table lacks.
+StatusCode StatusOfCall(const char* class_name, const char* step, LibraryStatus result,
+                        std::span<const LibraryAnswer> answers, StatusCode failure);
+
 // Makes `call` in an output bracket of its own. False, without the call, when the bracket cannot be opened.
 template <class Call>
 bool CallInBracket(const char* class_name, Call call) {

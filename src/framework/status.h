@@ -64,7 +64,7 @@ enum StatusCode : std::uint32_t {
   kReadOnlyParameter = 47,
   kNotInDiagnosticsMode = 48,
   kLinkTestFailed = 50,
-  kSfpUpdateRefused = 50,  // the same number of another command, which has no words for it
+  kSfpUpdateRefused = 50,       // the same number of another command, which has no words for it
   kStatisticsResetFailed = 50,  // and of a third one, which has none either
   kVirtualPort = 51,
   kFeatureDisabled = 52,

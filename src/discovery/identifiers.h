@@ -1,0 +1,48 @@
+// The texts that name ports, targets and LUNs, and the exact reading of such a text back into what it names.
+//
+// An identifier is taken only in the very form that `list` prints: lower-case digits, no blank, nothing left
+// over.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "framework/device_library/records.h"
+#include "framework/device_library/target_records.h"
+
+// Length of a World Wide Name as text: eight octets of two digits with colons between them.
+inline constexpr std::size_t kNameTextLength = 23;
+
+// The name as lower-case hexadecimal octets with colons.
+std::string NameText(const WorldWideName& name);
+
+// "FC_" with the port's name.
+std::string PortIdentifier(const FCProtocolEntry& entry);
+
+// The port's identifier with "_Target_" and the target's port name.
+std::string TargetIdentifier(const FCProtocolEntry& entry, const TargetEntry& target);
+
+// The identifiers of one target's LUNs: the target's identifier with "_LUN_%u", or "_NSID_%u" for an NVMe
+// target. What they have in common is put together once.
+class LunIdentifiers {
+ public:
+  LunIdentifiers(const FCProtocolEntry& entry, const TargetEntry& target);
+
+  // The identifier of a LUN of the target; it stands until the next call.
+  const std::string& Of(const LunEntry& lun);
+
+ private:
+  std::string text_;
+  std::size_t common_length_;
+};
+
+// Each takes the leading part of `text` that its function prints, removes it and stores what it names; false,
+// with `text` and the result unusable, when the text does not begin like that.
+bool TakePort(std::string_view& text, WorldWideName& port_name);
+bool TakeTarget(std::string_view& text, WorldWideName& target_name);
+bool TakeLun(std::string_view& text, bool& is_namespace, std::uint32_t& number);
+
+inline bool SameName(const WorldWideName& left, const WorldWideName& right) {
+  return std::memcmp(left, right, sizeof left) == 0;
+}

@@ -1,0 +1,151 @@
+#include "discovery/port_lookup.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <string_view>
+
+#include "discovery/host_walk.h"
+#include "discovery/identifiers.h"
+#include "framework/device_library/calls.h"
+#include "runtime/debug_log.h"
+
+namespace {
+
+// The words of an identifier that tell its kind, each cut at an underscore or an apostrophe; empty where the
+// text ends or departs from the form before it. The names between them are skipped here: only the exact
+// reading of the whole text decides what it names.
+struct KindWords {
+  char port[16] = {};
+  char target[16] = {};
+  char lun[9] = {};
+};
+
+KindWords ReadKindWords(const char* text) {
+  KindWords kind;
+  unsigned char octet = 0;
+  unsigned char* const skipped = &octet;
+  unsigned number = 0;
+  // A part that does not scan leaves the words behind it empty. NOLINTNEXTLINE(cert-err34-c)
+  std::sscanf(text,
+              "%15[^'_']_%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx"
+              "_%15[^'_']_%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx_%8[^'_']_%u",
+              kind.port, skipped, skipped, skipped, skipped, skipped, skipped, skipped, skipped, kind.target,
+              skipped, skipped, skipped, skipped, skipped, skipped, skipped, skipped, kind.lun, &number);
+  return kind;
+}
+
+// How far down an identifier leads.
+enum class Depth : std::uint8_t { kPort, kTarget, kLun };
+
+// The part of the identifier whose word is another one, as the debug log names it; null when it is of the
+// right kind.
+const char* WrongPart(const KindWords& kind, Depth depth) {
+  if (!EqualNoCase(kind.port, "FC")) return "Port";
+  if (depth >= Depth::kTarget && !EqualNoCase(kind.target, "Target")) return "Tgt";
+  const bool is_lun = EqualNoCase(kind.lun, "LUN") || EqualNoCase(kind.lun, "NSID");
+  return depth >= Depth::kLun && !is_lun ? "Lun" : nullptr;
+}
+
+// Who looks up, for the debug log.
+struct Caller {
+  const char* class_name;
+  const char* function_name;
+};
+
+// The steps that the three look-ups share: the help word, the kind of the identifier, the adapter list.
+StatusCode OpenHost(const Caller& caller, const Words& words, Depth depth, const AdapterList*& list) {
+  if (IsHelpWord(WordAt(words, 0))) return kHelpWord;
+  const char* const identifier = words.empty() ? "" : words[0].c_str();
+  if (const char* const wrong = WrongPart(ReadKindWords(identifier), depth); wrong != nullptr) {
+    DebugLogLevel(kDebugFailure, "%s::%s: Invalid %s identifier %s", caller.class_name, caller.function_name,
+                  wrong, identifier);
+    return kInvalidParameter;
+  }
+  list = TORPI_GetAdapterList();
+  if (list != nullptr) return kSuccess;
+  DebugLogLevel(kDebugFailure, "%s::%s: Adapter List is NULL", caller.class_name, caller.function_name);
+  return kHostNotFound;
+}
+
+}  // namespace
+
+StatusCode GetPhyPortFromPortString(const Words& words, PortSelection& selection) {
+  selection = {};
+  const AdapterList* list = nullptr;
+  const Caller caller = {"PhysicalPortCmdsProcessor", __func__};
+  if (const StatusCode status = OpenHost(caller, words, Depth::kPort, list); status != kSuccess)
+    return status;
+
+  std::string_view text = words[0];
+  WorldWideName wanted;
+  if (!TakePort(text, wanted) || !text.empty()) return kInvalidParameter;
+  const bool found = VisitFcEntries(*list, [&](const auto& adapter, const auto& port, const auto& entry) {
+    if (!SameName(entry.port_name, wanted)) return false;
+    selection = {&adapter, &port, &entry};
+    return true;
+  });
+  return found ? kSuccess : kInvalidParameter;
+}
+
+StatusCode GetPhysicalPortFromPortString(const char* class_name, const Words& words,
+                                         PortSelection& selection) {
+  if (const StatusCode status = GetPhyPortFromPortString(words, selection); status != kSuccess) return status;
+  if (selection.fc->interface_type == PortInterfaceType::kNpivVirtual) {
+    DebugLogLevel(kDebugFailure, "%s: Command not supported for vport", class_name);
+    return kVirtualPort;
+  }
+  return kSuccess;
+}
+
+StatusCode GetTargetFromTargetString(const Words& words, TargetSelection& selection) {
+  selection = {};
+  const AdapterList* list = nullptr;
+  const Caller caller = {"FCTargetCmdsProcessor", __func__};
+  if (const StatusCode status = OpenHost(caller, words, Depth::kTarget, list); status != kSuccess)
+    return status;
+
+  std::string_view text = words[0];
+  WorldWideName wanted_port;
+  WorldWideName wanted;
+  if (!TakePort(text, wanted_port) || !TakeTarget(text, wanted) || !text.empty()) return kInvalidParameter;
+  const bool found = VisitFcEntries(*list, [&](const auto&, const auto&, const auto& entry) {
+    if (!SameName(entry.port_name, wanted_port)) return false;
+    for (const TargetEntry& target : TargetsOf(entry)) {
+      if (!SameName(target.port_name, wanted)) continue;
+      selection = {&entry, &target};
+      return true;
+    }
+    return false;
+  });
+  return found ? kSuccess : kInvalidParameter;
+}
+
+StatusCode GetLunFromLunString(const Words& words, LunSelection& selection) {
+  selection = {};
+  const AdapterList* list = nullptr;
+  const Caller caller = {"FCLunCmdsProcessor", __func__};
+  if (const StatusCode status = OpenHost(caller, words, Depth::kLun, list); status != kSuccess) return status;
+
+  std::string_view text = words[0];
+  WorldWideName wanted_port;
+  WorldWideName wanted_target;
+  bool is_namespace = false;
+  std::uint32_t number = 0;
+  if (!TakePort(text, wanted_port) || !TakeTarget(text, wanted_target) ||
+      !TakeLun(text, is_namespace, number) || !text.empty()) {
+    return kInvalidParameter;
+  }
+  const bool found = VisitFcEntries(*list, [&](const auto&, const auto&, const auto& entry) {
+    if (!SameName(entry.port_name, wanted_port)) return false;
+    for (const TargetEntry& target : TargetsOf(entry)) {
+      if (!SameName(target.port_name, wanted_target) || IsNvmeTarget(target) != is_namespace) continue;
+      for (const LunEntry& lun : LunsOf(target)) {
+        if (lun.number != number) continue;
+        selection = {&entry, &target, &lun};
+        return true;
+      }
+    }
+    return false;
+  });
+  return found ? kSuccess : kInvalidParameter;
+}
