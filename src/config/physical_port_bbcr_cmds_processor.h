@@ -1,0 +1,9 @@
+// The `bbcr` node of `port`: shows and changes the buffer-to-buffer credit recovery of a port.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortBBCRCmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortBBCRCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

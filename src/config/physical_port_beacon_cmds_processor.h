@@ -1,0 +1,9 @@
+// The `beacon` node of `port`: shows and sets the light that makes an adapter findable.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortBeaconCmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortBeaconCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

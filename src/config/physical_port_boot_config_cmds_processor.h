@@ -1,0 +1,9 @@
+// The `bootconfig` node of `port`: shows and changes how a port boots the host.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortBootConfigCmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortBootConfigCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

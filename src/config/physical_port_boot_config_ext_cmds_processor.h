@@ -1,0 +1,9 @@
+// The `bootconfigext` node of `port`: as `bootconfig`, with NVMe over Fibre Channel as a third boot mode.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortBootConfigExtCmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortBootConfigExtCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

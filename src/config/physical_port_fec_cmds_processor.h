@@ -1,0 +1,9 @@
+// The `fec` node of `port`: shows and changes the forward error correction of a port.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortFECCmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortFECCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

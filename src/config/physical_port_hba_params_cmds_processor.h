@@ -1,0 +1,9 @@
+// The `hbaparams` node of `port`: shows, changes, restores and saves the operational parameters of a port.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortHBAParamsCmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortHBAParamsCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

@@ -1,0 +1,53 @@
+#include "config/staged_file.h"
+
+#include <cstdlib>
+
+#include "config/file_ops.h"
+#include "runtime/debug_log.h"
+
+namespace {
+
+// Made when the program is installed; nothing here creates it.
+constexpr const char* kCacheFolder = "/opt/ZunaFcEsxcliPlugin/tmp";
+
+}  // namespace
+
+std::uint32_t NumberOf(const std::string& text) {
+  return static_cast<std::uint32_t>(std::strtoul(text.c_str(), nullptr, 10));
+}
+
+StagedFile::StagedFile(const char* family, const std::string& port, std::size_t value_size)
+    : path_(std::string(kCacheFolder) + "/" + family + "_" + port), value_size_(value_size) {}
+
+bool StagedFile::IsPresent() const {
+  return FileOps::IsFilePresent(path_.c_str()) == 1;
+}
+
+bool StagedFile::Find(const std::string& key, std::string& value) const {
+  std::string buffer(value_size_, '\0');
+  const int result =
+      FileOps::GetKeyValueFromFile(path_.c_str(), key.c_str(), buffer.data(), buffer.size(), '=');
+  if (result != FileOps::kFound) return false;
+  value = buffer.c_str();
+  return true;
+}
+
+bool StagedFile::FindNumber(const std::string& key, std::uint32_t& number) const {
+  std::string value;
+  if (!Find(key, value)) return false;
+  number = NumberOf(value);
+  return true;
+}
+
+StatusCode StagedFile::Write(const StagedValues& values) const {
+  for (const auto& [key, value] : values) {
+    if (FileOps::UpdateKeyValueInFile(path_.c_str(), key.c_str(), value.c_str()) == FileOps::kDone) continue;
+    DebugLogLevel(kDebugFailure, "%s: %s: file ops failed", __func__, path_.c_str());
+    return kFileNotFound;
+  }
+  return kSuccess;
+}
+
+void StagedFile::Remove() const {
+  FileOps::RemoveFile(path_.c_str());  // logs a failure itself
+}
