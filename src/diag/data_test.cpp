@@ -1,0 +1,99 @@
+#include "diag/data_test.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "diag/test_words.h"
+
+namespace {
+
+struct ActionWord {
+  const char* word;
+  OnErrorAction action;
+};
+
+constexpr ActionWord kActions[] = {
+    {"Ignore", OnErrorAction::kIgnore},
+    {"Stop", OnErrorAction::kStop},
+    {"Loop", OnErrorAction::kLoop},
+};
+
+// Deliberately without an error for an unknown word: it means to ignore.
+OnErrorAction ReadAction(std::string_view word) {
+  for (const ActionWord& row : kActions) {
+    if (EqualNoCase(word, row.word)) return row.action;
+  }
+  return OnErrorAction::kIgnore;
+}
+
+struct PatternWord {
+  const char* word;
+  DataPatternKind kind;
+};
+
+// The word of a fixed pattern is the pattern itself.
+constexpr PatternWord kPatterns[] = {
+    {"Random", DataPatternKind::kRandom},  {"CRPAT", DataPatternKind::kCrpat},
+    {"CJTPAT", DataPatternKind::kCjtpat},  {"CSPAT", DataPatternKind::kCspat},
+    {"Custom", DataPatternKind::kCustom},  {"00000000", DataPatternKind::kFixed},
+    {"01010101", DataPatternKind::kFixed}, {"01011010", DataPatternKind::kFixed},
+    {"10100101", DataPatternKind::kFixed}, {"10101010", DataPatternKind::kFixed},
+    {"11111111", DataPatternKind::kFixed},
+};
+
+// Reads "a-b-c-d-e-f-g-h": eight characters of any kind with hyphens between them, whatever stands behind
+// them.
+bool ReadCustomPattern(const std::string& value, char (&pattern)[8]) {
+  char text[2 * sizeof pattern] = {};  // what the value lacks is a null character
+  value.copy(text, sizeof text - 1);
+  for (std::size_t i = 1; i + 1 < sizeof text; i += 2) {
+    if (text[i] != '-') return false;
+  }
+  for (std::size_t i = 0; i < sizeof pattern; ++i) pattern[i] = text[2 * i];
+  return true;
+}
+
+}  // namespace
+
+void SetTestCount(DiagTestRequest& request, std::uint32_t count) {
+  request.test_count = count;
+  request.test_count_again = count;
+}
+
+StatusCode ReadPassWords(const Words& words, std::uint32_t max_increment,
+                         std::span<const std::uint32_t> data_sizes, DiagTestRequest& request,
+                         std::uint32_t& increment) {
+  if (!ReadCount(words, 2, max_increment, increment)) return kInvalidParameter;
+  const auto size = std::find(data_sizes.begin(), data_sizes.end(), ReadDecimal(words, 3));
+  if (size == data_sizes.end()) return kInvalidParameter;
+  request.data_size = *size;
+  request.on_error = ReadAction(WordAt(words, 4));
+  return kSuccess;
+}
+
+StatusCode ReadDataPattern(const Words& words, std::size_t index, DiagTestRequest& request) {
+  const std::string_view word = WordAt(words, index);
+  const auto* const row =
+      std::find_if(std::begin(kPatterns), std::end(kPatterns),
+                   [word](const PatternWord& pattern) { return EqualNoCase(word, pattern.word); });
+  // Deliberately without an error for an unknown word: it means random data.
+  request.pattern_kind = row == std::end(kPatterns) ? DataPatternKind::kRandom : row->kind;
+  if (request.pattern_kind == DataPatternKind::kFixed) {
+    std::memcpy(request.pattern, row->word, sizeof request.pattern);
+  }
+  if (request.pattern_kind != DataPatternKind::kCustom) return kSuccess;
+
+  Words options = words;
+  std::string value;
+  // Deliberately without an error when there is no option: the pattern is empty.
+  if (!GetOptionValue(options, "--data-pattern", "-d", value)) return kSuccess;
+  return ReadCustomPattern(value, request.pattern) ? kSuccess : kBadCustomPattern;
+}
+
+bool CountPass(bool succeeded, OnErrorAction on_error, PassCounters& counters) {
+  ++(succeeded ? counters.succeeded : counters.failed);
+  if (!succeeded && on_error == OnErrorAction::kStop) return false;
+  ++counters.iteration;
+  return true;
+}

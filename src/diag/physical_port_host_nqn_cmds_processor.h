@@ -1,0 +1,9 @@
+// The `hnqn` node of `port`: registers the port's NVMe host name with the switch.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortHostNQNCmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortHostNQNCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

@@ -1,0 +1,39 @@
+// How a test calls the library pass by pass, and shows its progress.
+#pragma once
+
+#include <cstdint>
+
+#include "framework/library_call.h"
+#include "framework/serializer.h"
+
+// Tells a person at a terminal which pass of a test runs: one line "pass 3 of 100" on standard error, removed
+// at the end. Silent where standard error is no terminal, and in XML.
+class PassProgress {
+ public:
+  PassProgress(OutputMode mode, std::uint32_t passes);
+  ~PassProgress();
+  PassProgress(const PassProgress&) = delete;
+  PassProgress& operator=(const PassProgress&) = delete;
+
+  // Shows the pass that begins now, counted from 1.
+  void Show(std::uint32_t pass);
+
+ private:
+  bool visible_;
+  std::uint32_t passes_;
+  int width_ = 0;  // of the line that stands at the terminal
+};
+
+// Runs up to `passes` passes: `call` makes the library call of each, in a bracket of its own, `go_on` judges
+// it behind the bracket and answers whether the next pass runs. Returns false when a bracket cannot be
+// opened, which ends the passes.
+template <class Call, class GoOn>
+bool RunPasses(const char* class_name, OutputMode mode, std::uint32_t passes, Call call, GoOn go_on) {
+  PassProgress progress(mode, passes);
+  for (std::uint32_t pass = 1; pass <= passes; ++pass) {
+    progress.Show(pass);
+    if (!CallInBracket(class_name, call)) return false;
+    if (!go_on()) break;
+  }
+  return true;
+}
