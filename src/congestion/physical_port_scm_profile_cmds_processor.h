@@ -1,0 +1,9 @@
+// The `scmprofile` node of `port`: shows and sets how strongly a port answers congestion in the fabric.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortSCMProfileCmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortSCMProfileCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

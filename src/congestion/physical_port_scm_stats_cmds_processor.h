@@ -1,0 +1,9 @@
+// The `scmstats` node of `port`: the counters of a port's congestion management, and their reset.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortSCMStatsCmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortSCMStatsCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};
