@@ -6,15 +6,20 @@
 #include "framework/main_cmds_processor.h"
 #include "framework/run_flags.h"
 #include "framework/signals.h"
+#include "port/physical_port_cmds_processor.h"
 #include "runtime/debug_log.h"
+#include "target/fc_lun_cmds_processor.h"
+#include "target/fc_target_cmds_processor.h"
 
 namespace {
 
 constexpr SubNode kTopLevelNodes[] = {
     {"adapter", "-t", "use this command to get/set/list Sorvex adapters", &MakeNode<AdapterCmdsProcessor>},
-    {"port", "-t", "use this command to get/set/list Sorvex Ports", &MakePlainNode},
-    {"target", "-t", "use this command to get/list targets detected by Sorvex adapters", &MakePlainNode},
-    {"lun", "-t", "use this command to get/list LUNs detected by Sorvex adapters", &MakePlainNode},
+    {"port", "-t", "use this command to get/set/list Sorvex Ports", &MakeNode<PhysicalPortCmdsProcessor>},
+    {"target", "-t", "use this command to get/list targets detected by Sorvex adapters",
+     &MakeNode<FCTargetCmdsProcessor>},
+    {"lun", "-t", "use this command to get/list LUNs detected by Sorvex adapters",
+     &MakeNode<FCLunCmdsProcessor>},
 };
 
 StatusCode RunTree(Words words) {

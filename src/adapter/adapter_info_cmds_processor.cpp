@@ -1,7 +1,6 @@
 #include "adapter/adapter_info_cmds_processor.h"
 
 #include <cstring>
-#include <string_view>
 
 #include "discovery/adapter_lookup.h"
 #include "framework/device_library/calls.h"
@@ -111,6 +110,7 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
       result != kLibrarySuccess) {
     DebugLogLevel(kDebugFailure, "%s::%s: Get Flash Component Version failed err=%u", kClassName, __func__,
                   result);
+    components = {};
   }
   FlashMemoBlock memo = {};
   if (HasFlashMemoBlock(fc.pci)) {
@@ -118,6 +118,7 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
         result != kLibrarySuccess) {
       DebugLogLevel(kDebugFailure, "%s::%s: Get Flash Memo Block failed err=%u", kClassName, __func__,
                     result);
+      memo = {};
     }
   }
   bracket.Close();

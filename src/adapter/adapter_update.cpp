@@ -23,19 +23,14 @@ constexpr LibraryStatus kUpdatedColdBootNeeded = 205;
 constexpr LibraryStatus kNoUpdate =
     static_cast<LibraryStatus>(-1);  // no image type that the library could write
 
-struct UpdateAnswer {
-  LibraryStatus result;
-  StatusCode status;
-};
-
-constexpr UpdateAnswer kUpdateAnswers[] = {
+constexpr LibraryAnswer kUpdateAnswers[] = {
     {3, kFileNotFound},          {40, kMemoryError},          {101, kFileOpenError},
     {102, kFileReadError},       {103, kFileNotValid},        {104, kInvalidSsid},
     {105, kCorruptedFile},       {106, kInvalidFileSize},     {107, kChecksumError},
     {108, kInvalidData},         {110, kInvalidSerialNumber}, {111, kInvalidSignature},
     {113, kFeatureNotSupported}, {114, kAdapterNotFound},     {121, kFeatureNotSupported},
-    {133, kFirmwareLockdown},    {150, kMaintenanceMode},     {152, kImageSetValidation},
-    {153, kImageSetConfig},      {522, kComponentValidation},
+    {133, kFirmwareLockdown},    {152, kImageSetValidation},  {153, kImageSetConfig},
+    {522, kComponentValidation},
 };
 
 constexpr StatusMessage kMessages[] = {
@@ -118,13 +113,6 @@ RebootState RebootStateOf(LibraryStatus result, bool is_multi_boot, const PciIde
   return IsDeviceGroupHazelIrisOrDahlia(pci) ? kNoReboot : kWarmReboot;
 }
 
-StatusCode StatusOf(LibraryStatus result) {
-  for (const UpdateAnswer& row : kUpdateAnswers) {
-    if (row.result == result) return row.status;
-  }
-  return kFlashUpdateError;
-}
-
 // Writes the document of a success or a failure and returns its code.
 StatusCode DisplayUpdateInfo(Serializer& out, StatusCode code, OutputMode mode, RebootState reboot_state) {
   out.Open(mode);
@@ -175,7 +163,7 @@ StatusCode CmdUpdateCommon(Serializer& out, Words& words, OutputMode mode) {
   if (!IsSuccess(result)) {
     DebugLogLevel(kDebugFailure, "%s::%s: Update operation failed. uReturnCode=%u", kClassName, __func__,
                   result);
-    return fail(StatusOf(result));
+    return fail(FromLibrary(result, kUpdateAnswers, kFlashUpdateError));
   }
   DebugLog("%s::%s: Update operation successful", kClassName, __func__);
   return DisplayUpdateInfo(out, kSuccess, mode, RebootStateOf(result, type->word == kMultiBootImage, pci));

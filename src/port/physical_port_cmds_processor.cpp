@@ -1,0 +1,176 @@
+#include "port/physical_port_cmds_processor.h"
+
+#include <string>
+
+#include "config/physical_port_bbcr_cmds_processor.h"
+#include "config/physical_port_beacon_cmds_processor.h"
+#include "config/physical_port_boot_config_cmds_processor.h"
+#include "config/physical_port_boot_config_ext_cmds_processor.h"
+#include "config/physical_port_fec_cmds_processor.h"
+#include "config/physical_port_hba_params_cmds_processor.h"
+#include "congestion/physical_port_scm_chk_cmds_processor.h"
+#include "congestion/physical_port_scm_profile_cmds_processor.h"
+#include "congestion/physical_port_scm_stats_cmds_processor.h"
+#include "diag/physical_port_ct_diag_cmds_processor.h"
+#include "diag/physical_port_dport_diag_cmds_processor.h"
+#include "diag/physical_port_fc_echo_cmds_processor.h"
+#include "diag/physical_port_fc_ping_cmds_processor.h"
+#include "diag/physical_port_host_nqn_cmds_processor.h"
+#include "diag/physical_port_loopback_cmds_processor.h"
+#include "diag/physical_port_rw_buffer_cmds_processor.h"
+#include "discovery/host_walk.h"
+#include "discovery/identifiers.h"
+#include "discovery/port_lookup.h"
+#include "framework/files.h"
+#include "framework/library_call.h"
+#include "port/physical_port_dmi_cmds_processor.h"
+#include "port/physical_port_fc_stats_cmds_processor.h"
+#include "port/physical_port_fw_dump_cmds_processor.h"
+#include "port/physical_port_info_cmds_processor.h"
+#include "port/physical_port_rdp_cmds_processor.h"
+#include "port/physical_port_vpd_cmds_processor.h"
+#include "runtime/debug_log.h"
+#include "runtime/timing_scope.h"
+
+namespace {
+
+constexpr const char* kClassName = "PhysicalPortCmdsProcessor";
+
+constexpr StatusMessage kMessages[] = {
+    kSuccess,
+    kInvalidParameter,
+    kHostNotFound,
+    kFileNotFound,
+    {kUpdateFailed, "Failed, NVRAM update failed"},
+    kAdapterNotFound,
+    kFeatureNotSupported,
+    kVirtualPort,
+    kMaintenanceMode,
+};
+
+StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
+  const TraceScope trace(kClassName, __func__);
+  if (IsHelpWord(WordAt(words, 0))) return kHelpWord;
+  const AdapterList* const list = TORPI_GetAdapterList();
+  if (list == nullptr) {
+    // The one failure without a document: the command deliberately ends in silence.
+    DebugLogLevel(kDebugFailure, "%s::%s: List is NULL", kClassName, __func__);
+    return kHostNotFound;
+  }
+  IdentifierList identifiers(out, mode, "PortList", "Ports");
+  VisitFcEntries(*list, [&](const auto&, const auto&, const FCProtocolEntry& entry) {
+    identifiers.Write(PortIdentifier(entry));
+    return false;
+  });
+  return kSuccess;
+}
+
+// Writes the document of a success or a failure and returns its code.
+StatusCode DisplayUpdateNvram(Serializer& out, StatusCode code, OutputMode mode, bool reboot_required) {
+  const Document document(out, mode, "UpdateNVRAM", MessageFor(kMessages, code),
+                          {RebootField::kAheadOfMessage, reboot_required});
+  return code;
+}
+
+StatusCode CmdUpdateNvramCommon(Serializer& out, Words& words, OutputMode mode) {
+  const TraceScope trace(kClassName, __func__);
+  const auto fail = [&](StatusCode code) { return DisplayUpdateNvram(out, code, mode, false); };
+
+  PortSelection selected;
+  if (const StatusCode status = GetPhyPortFromPortString(words, selected); status != kSuccess)
+    return fail(status);
+  if (selected.fc->interface_type == PortInterfaceType::kNpivVirtual) {
+    DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for vport", kClassName, __func__);
+    return fail(kVirtualPort);
+  }
+  const std::string file(WordAt(words, 1));
+  if (!FileExists(file.c_str())) {
+    DebugLogLevel(kDebugFailure, "%s::%s: NVRAM file [%s] does not exist", kClassName, __func__,
+                  file.c_str());
+    return fail(kFileNotFound);
+  }
+  const StatusCode status = CallLibrary(kClassName, "Update NVRAM from File", kUpdateFailed, [&] {
+    return TORPI_UpdateAdapterNVRAMFromFile(&selected.fc->handle, file.c_str());
+  });
+  if (status != kSuccess) return fail(status);
+  return DisplayUpdateNvram(out, kSuccess, mode, IsRebootRequired(kClassName));
+}
+
+constexpr auto CmdList = &InXml<CmdListCommon>;
+constexpr auto CmdUpdateNvram = &InXml<CmdUpdateNvramCommon>;
+constexpr auto CmdListCli = &InText<CmdListCommon>;
+constexpr auto CmdUpdateNvramCli = &InText<CmdUpdateNvramCommon>;
+
+constexpr const char* kListDescription = "Discover list of Sorvex physical ports";
+constexpr const char* kUpdateNvramDescription = "Update NVRAM of Sorvex physical port";
+
+constexpr Leaf kLeaves[] = {
+    {"list", 0, kListDescription, CmdList},
+    {"updatenvram", 1, kUpdateNvramDescription, CmdUpdateNvram},
+    {"help", 2, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
+    {"listcli", 3, kListDescription, CmdListCli, &CommandNode::CmdUsage},
+    {"updatenvramcli", 4, kUpdateNvramDescription, CmdUpdateNvramCli, &CommandNode::CmdUsage},
+};
+
+constexpr UsageText kUsage[] = {{3, "Usage: list\r\n"}};  // deliberately nothing for updatenvramcli
+
+constexpr SubNode kSubNodes[] = {
+    {"info", "-s", "use this command to get Sorvex Fibre Channel Port's info",
+     &MakeNode<PhysicalPortInfoCmdsProcessor>},
+    {"stats", "-s", "use this command to get Sorvex Fibre Chanel Port Statistics",
+     &MakeNode<PhysicalPortFCStatsCmdsProcessor>},
+    {"dmi", "-s", "use this command to get Sorvex Fibre Channel Port's SFP DMI info",
+     &MakeNode<PhysicalPortDMICmdsProcessor>},
+    {"vpd", "-s", "use this command to get Sorvex Fibre Channel Port's VPD info",
+     &MakeNode<PhysicalPortVPDCmdsProcessor>},
+    {"hbaparams", "-s", "use this command to get/set Sorvex Fibre Channel Port's HBA parameters",
+     &MakeNode<PhysicalPortHBAParamsCmdsProcessor>},
+    {"bbcr", "-s", "use this command to get/set Sorvex Fibre Channel Port's BBCR info",
+     &MakeNode<PhysicalPortBBCRCmdsProcessor>},
+    {"fec", "-s", "use this command to get/set Sorvex Fibre Channel Port's FEC info",
+     &MakeNode<PhysicalPortFECCmdsProcessor>},
+    {"bootconfig", "-s", "use this command to get/set Sorvex Fibre Channel Port's Boot Config info",
+     &MakeNode<PhysicalPortBootConfigCmdsProcessor>},
+    {"bootconfigext", "-s", "use this command to get/set Sorvex Fibre Channel Port's Boot Config info",
+     &MakeNode<PhysicalPortBootConfigExtCmdsProcessor>},
+    {"fwdump", "-s", "use this command to get Sorvex Fibre Channel Port's Firmware Dump info",
+     &MakeNode<PhysicalPortFwDumpCmdsProcessor>},
+    {"beacon", "-s", "use this command to get/set Sorvex Fibre Channel Port's Beacon info",
+     &MakeNode<PhysicalPortBeaconCmdsProcessor>},
+    {"scmstats", "-s",
+     "use this command to get Sorvex Fibre Channel Port's Variable Credit Load Mitigation (VCLM) Statistics",
+     &MakeNode<PhysicalPortSCMStatsCmdsProcessor>},
+    {"scmchk", "-s",
+     "use this command to check Sorvex Fibre Channel Port's Variable Credit Load Mitigation (VCLM) Status",
+     &MakeNode<PhysicalPortSCMChkCmdsProcessor>},
+    {"scmprofile", "-s",
+     "use this command to check Sorvex Fibre Channel Port's Variable Credit Load Mitigation (VCLM) Profile",
+     &MakeNode<PhysicalPortSCMProfileCmdsProcessor>},
+    {"dportdiag", "-s",
+     "use this command to get/set/run Diagnostic Port (DPort) on Sorvex Fibre Channel Port",
+     &MakeNode<PhysicalPortDPortDiagCmdsProcessor>},
+    {"ctdiag", "-s", "use this command to run CT diagnostic through Sorvex Fibre Channel Port",
+     &MakeNode<PhysicalPortCTDiagCmdsProcessor>},
+    {"fcping", "-s", "use this command to run FC Ping diagnostic through Sorvex Fibre Channel Port",
+     &MakeNode<PhysicalPortFCPingCmdsProcessor>},
+    {"fcecho", "-s", "use this command to run FC Echo ELS diagnostic through Sorvex Fibre Channel Port",
+     &MakeNode<PhysicalPortFCEchoCmdsProcessor>},
+    {"rdp", "-s",
+     "use this command to get Read Diagnostic Parameters ELS info through Sorvex Fibre Channel Port",
+     &MakeNode<PhysicalPortRDPCmdsProcessor>},
+    {"loopback", "-s", "use this command to run loopback diagnostic test through Sorvex Fibre Channel Port",
+     &MakeNode<PhysicalPortLoopbackCmdsProcessor>},
+    {"rwbuffer", "-s",
+     "use this command to run Read/Write Buffer Diagnostic test through Sorvex Fibre Channel Port",
+     &MakeNode<PhysicalPortRWBufferCmdsProcessor>},
+    {"hnqn", "-s",
+     "use this command to register/deregister NVMe Host NQN to FC switch through Sorvex Fibre Channel Port",
+     &MakeNode<PhysicalPortHostNQNCmdsProcessor>},
+};
+
+constexpr NodeClass kClass = {kClassName, "Port", kLeaves, kUsage, kSubNodes};
+
+}  // namespace
+
+PhysicalPortCmdsProcessor::PhysicalPortCmdsProcessor(CmdProcessor* parent, const SubNode& self)
+    : CommandNode(parent, self, kClass) {}

@@ -1,0 +1,10 @@
+// The `dmi` node: shows what a port's pluggable module tells about itself, saves it in a file, and updates
+// the module's firmware.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortDMICmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortDMICmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

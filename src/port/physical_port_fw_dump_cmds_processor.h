@@ -1,0 +1,9 @@
+// The `fwdump` node of `port`: fetches the firmware dump of a port and writes it to a file.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortFwDumpCmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortFwDumpCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

@@ -1,0 +1,296 @@
+#include "port/physical_port_info_cmds_processor.h"
+
+#include <algorithm>
+#include <string>
+
+#include "discovery/port_lookup.h"
+#include "framework/code_text.h"
+#include "framework/device_library/calls.h"
+#include "framework/device_library/families.h"
+#include "framework/output_bracket.h"
+#include "framework/report_lines.h"
+#include "runtime/debug_log.h"
+#include "runtime/timing_scope.h"
+
+namespace {
+
+constexpr const char* kClassName = "PhysicalPortInfoCmdsProcessor";
+
+constexpr ReportFrame kFrame = {"PortInformation", "PortInfo", "PortInfoList"};
+constexpr std::size_t kReportBytes = 4096;
+
+constexpr StatusMessage kMessages[] = {
+    kInvalidParameter, kHostNotFound, kFileNotFound, kAdapterNotFound, kMemoryError,
+};
+
+// Link width and speed as the PCI Express Link Capabilities and Link Status registers code them, except that
+// the codes of "x32" and "32 Gtps" are deliberately not those of the standard.
+constexpr CodeText kPciWidths[] = {{1, "x1"}, {2, "x2"}, {4, "x4"}, {8, "x8"}, {16, "x16"}, {24, "x32"}};
+constexpr CodeText kPciSpeeds[] = {
+    {1, "2.5 Gtps"}, {2, "5 Gtps"}, {3, "8 Gtps"}, {4, "16 Gtps"}, {8, "32 Gtps"},
+};
+
+constexpr CodeText kInterfaceTypes[] = {{1, "Physical Port"}, {3, "NPIV Virtual Port"}};
+constexpr CodeText kProtocolTypes[] = {{0, "FC"}, {1, "FCoE"}};
+constexpr CodeText kConnectionModes[] = {{1, "Point to Point"}, {2, "Loop"}};
+
+constexpr CodeText kPortTypes[] = {
+    {1, "Node Port"},           {2, "Loop Port"},      {3, "Fabric Private Loop Port"},
+    {4, "Node Or Loop Port"},   {5, "Fabric Port"},    {6, "Fabric Public Loop Port"},
+    {7, "Loop Transport Port"}, {8, "Expansion Port"}, {9, "Bridge Port"},
+};
+
+constexpr CodeText kPortSpeeds[] = {
+    {1, "1 Gbps"},   {2, "2 Gbps"},   {4, "4 Gbps"},   {8, "8 Gbps"},
+    {16, "10 Gbps"}, {22, "16 Gbps"}, {50, "32 Gbps"}, {100, "64 Gbps"},
+};
+constexpr std::uint32_t kSpeed16Gbps = 22;
+constexpr std::uint32_t kGreatestSpeedWithoutFec = 49;
+
+enum PortState : std::uint8_t { kOnline = 1, kOffline = 3 };
+constexpr std::uint16_t kFecInUse = 1u << 15;
+
+// A speed in the mask of supported speeds.
+struct SupportedSpeed {
+  std::uint8_t mask;
+  const char* text;
+};
+
+constexpr SupportedSpeed kRisingSpeeds[] = {
+    {0x01, "1 "},  {0x02, "2 "},  {0x08, "4 "},  {0x10, "8 "},
+    {0x04, "10 "}, {0x20, "16 "}, {0x40, "32 "}, {0x80, "64 "},
+};
+
+// The first of these that the mask holds is the maximum. Deliberately without 1 and 2 Gbps.
+constexpr SupportedSpeed kMaximumSpeeds[] = {
+    {0x80, "64 Gbps"}, {0x40, "32 Gbps"}, {0x20, "16 Gbps"},
+    {0x04, "10 Gbps"}, {0x10, "8 Gbps"},  {0x08, "4 Gbps"},
+};
+
+// With the state read, the word is "false" deliberately, whatever the flag itself says.
+constexpr CodeText kLockdownTexts[] = {
+    {static_cast<std::uint32_t>(LockdownReadStatus::kRead), "false"},
+    {static_cast<std::uint32_t>(LockdownReadStatus::kUnsupportedDriver), "Unsupported Driver"},
+    {static_cast<std::uint32_t>(LockdownReadStatus::kUnsupportedFirmware), "Unsupported Firmware"},
+};
+
+bool IsOfTheFourGroups(const PciIdentity& pci) {
+  return IsDeviceGroupElm(pci) || IsDeviceGroupHazelIrisOrDahlia(pci);
+}
+
+const char* PciWidthText(std::uint16_t link_word) {
+  return TextOfCode(kPciWidths, (link_word >> 4) & 0x3fu);
+}
+
+const char* PciSpeedText(std::uint16_t link_word) {
+  return TextOfCode(kPciSpeeds, link_word & 0x0fu);
+}
+
+const char* MaximumSpeedText(std::uint8_t mask) {
+  for (const SupportedSpeed& speed : kMaximumSpeeds) {
+    if ((mask & speed.mask) != 0) return speed.text;
+  }
+  return "Unknown";
+}
+
+std::string SupportedSpeedsText(std::uint8_t mask) {
+  std::string text;
+  for (const SupportedSpeed& speed : kRisingSpeeds) {
+    if ((mask & speed.mask) != 0) text += speed.text;
+  }
+  return text + "Gbps";
+}
+
+// Above 16 Gbps error correction is always in use; at 16 Gbps the adapters that can have it tell.
+bool IsFecInUse(const FCProtocolEntry& fc) {
+  if (fc.port_speed > kGreatestSpeedWithoutFec) return true;
+  return IsOfTheFourGroups(fc.pci) && fc.port_speed == kSpeed16Gbps && (fc.link_flags & kFecInUse) != 0;
+}
+
+const char* PortStateText(const FCProtocolEntry& fc) {
+  if (fc.port_state == kOffline) return "Offline";
+  if (fc.port_state != kOnline) return "Unknown";
+  return IsFecInUse(fc) ? "Online (FEC)" : "Online";
+}
+
+void PciNumberLine(ReportText& text, const char* label, std::uint8_t number) {
+  text.Line("      %s: 0x%hhx\n", label, number);
+}
+
+void PositionLines(ReportText& text, const PhyPortEntry& port, const FCProtocolEntry& fc) {
+  text.Line("      %s: %hhu\n", "Port Number", static_cast<std::uint8_t>(port.number));
+  PciNumberLine(text, "PCI Bus Number", fc.pci_bus);
+  PciNumberLine(text, "PCI Device Number", fc.pci_device);
+  PciNumberLine(text, "PCI Function Number", fc.pci_function);
+  TextLine(text, "PCI Bus Max Width", PciWidthText(fc.pci.link_capability));
+  TextLine(text, "PCI Bus Negotiated Width", PciWidthText(fc.pci.link_status));
+  TextLine(text, "PCI Bus Max Speed", PciSpeedText(fc.pci.link_capability));
+  TextLine(text, "PCI Bus Negotiated Speed", PciSpeedText(fc.pci.link_status));
+}
+
+void HostIdLine(ReportText& text, const std::uint8_t (&id)[16]) {
+  if (std::all_of(std::begin(id), std::end(id), [](std::uint8_t octet) { return octet == 0; })) {
+    return TextLine(text, "Host ID", "NA");
+  }
+  text.Line(
+      "      %s: %02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx"
+      "%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx\n",
+      "Host ID", id[0], id[1], id[2], id[3], id[4], id[5], id[6], id[7], id[8], id[9], id[10], id[11], id[12],
+      id[13], id[14], id[15]);
+}
+
+void NameLines(ReportText& text, const FCProtocolEntry& fc) {
+  NameLine(text, "Node Name", fc.node_name);
+  NameLine(text, "Port Name", fc.port_name);
+  NameLine(text, "Principal Fabric WWN", fc.principal_fabric_name);
+  NameLine(text, "Adjacent Fabric WWN", fc.adjacent_fabric_name);
+}
+
+void LinkLines(ReportText& text, const FCProtocolEntry& fc) {
+  TextLine(text, "Maximum Speed", MaximumSpeedText(fc.supported_speeds));
+  TextLine(text, "Supported Speeds", SupportedSpeedsText(fc.supported_speeds));
+  TextLine(text, "Port Interface Type",
+           TextOfCode(kInterfaceTypes, static_cast<std::uint32_t>(fc.interface_type)));
+  TextLine(text, "Protocol Type", TextOfCode(kProtocolTypes, static_cast<std::uint32_t>(fc.protocol_type)));
+  TextLine(text, "Port Type", TextOfCode(kPortTypes, fc.port_type));
+  TextLine(text, "Port State", PortStateText(fc));
+  TextLine(text, "Port Connection Mode", TextOfCode(kConnectionModes, fc.connection_mode));
+  TextLine(text, "Port Speed", TextOfCode(kPortSpeeds, fc.port_speed));
+  PortIdLine(text, "Port ID", fc.port_id);
+}
+
+ComponentVersion ThreePartVersion(const std::uint8_t (&bytes)[4]) {
+  return {bytes[0], bytes[1], bytes[2]};
+}
+
+void TwoPartVersionLine(ReportText& text, const char* label, const std::uint8_t (&bytes)[4]) {
+  if (bytes[0] == 0 && bytes[1] == 0) return TextLine(text, label, "NA");
+  text.Line("      %s: %hhu.%02hhu\n", label, bytes[0], bytes[1]);
+}
+
+// Where there is no PEP SoftROM the line deliberately carries the label of the MPI SoftROM.
+void PepSoftRomLine(ReportText& text, const ComponentVersion& version) {
+  const bool absent = version.AllZero() || version.AllOnes();
+  VersionOrBlankLine(text, absent ? "Flash MPI SoftROM Version" : "Flash PEP SoftROM Version", version);
+}
+
+void FlashLines(ReportText& text, const FCProtocolEntry& fc, const FlashComponentVersions& components) {
+  VersionLine(text, "Flash Firmware Version", ThreePartVersion(fc.flash_firmware_version));
+  TextOrNaLine(text, "Flash BIOS Version", fc.flash_bios_version.View());
+  TwoPartVersionLine(text, "Flash FCode Version", fc.flash_fcode_version);
+  TwoPartVersionLine(text, "Flash EFI Version", fc.flash_efi_version);
+  VersionLine(text, "Flash Preload Firmware Area Version", components.preload_firmware_area);
+  VersionLine(text, "Flash FC Board Config Version", components.fc_board_config);
+  if (IsDeviceGroupHazelIrisOrDahlia(fc.pci)) {
+    VersionOrBlankLine(text, "Flash MPI Firmware Version", components.mpi_firmware);
+    VersionOrBlankLine(text, "Flash PEP Firmware Version", components.pep_firmware);
+    VersionOrBlankLine(text, "Flash PEP Board Config Version", components.pep_board_config);
+    PepSoftRomLine(text, components.pep_softrom);
+  }
+  if (IsDeviceGroupDahlia(fc.pci)) {
+    VersionOrBlankLine(text, "Flash MPI SoftROM Version", components.mpi_softrom);
+    VersionOrBlankLine(text, "Flash PCIE Serdes Version", components.pcie_serdes);
+  }
+}
+
+void LockdownLine(ReportText& text, const char* label, LockdownReadStatus status) {
+  TextLine(text, label, TextOfCode(kLockdownTexts, static_cast<std::uint32_t>(status)));
+}
+
+void RunningLines(ReportText& text, const FCProtocolEntry& fc, const LockdownStatus& lockdown) {
+  TextOrNaLine(text, "Running Firmware Version", fc.running_firmware_version.View());
+  if (!IsDeviceGroupHazelIrisOrDahlia(fc.pci)) return;
+  VersionOrBlankLine(text, "Running MPI Firmware Version", ThreePartVersion(fc.running_mpi_version));
+  VersionOrBlankLine(text, "Running PEP Firmware Version", ThreePartVersion(fc.running_pep_version));
+  LockdownLine(text, "Config Lockdown", lockdown.config_status);
+  LockdownLine(text, "Firmware Update Lockdown", lockdown.firmware_update_status);
+  LockdownLine(text, "MPI Lockdown", lockdown.mpi_status);
+}
+
+StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
+  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
+  return code;
+}
+
+// What the library tells beyond the port's records.
+struct Readings {
+  BoardTemperature temperature;
+  LockdownStatus lockdown;
+  FlashComponentVersions components;
+};
+
+StatusCode DisplayPortInfo(Serializer& out, const PortSelection& selected, const Readings& readings,
+                           OutputMode mode) {
+  ReportText text(kReportBytes);
+  if (!text.Allocated()) {
+    DebugLogLevel(kDebugFailure, "%s::%s: Output memory alloc failed", kClassName, __func__);
+    return DisplayError(out, kMemoryError, mode);
+  }
+  const FCProtocolEntry& fc = *selected.fc;
+  FirstTextLine(text, "Model", selected.adapter->model.Empty() ? "NA" : selected.adapter->model.View());
+  PositionLines(text, *selected.port, fc);
+  TextLine(text, "Driver Version", fc.driver_version.View());
+  if (IsDeviceGroupHazelIrisOrDahlia(fc.pci)) {
+    TextOrNaLine(text, "Host NQN", fc.host_nqn.View());
+    HostIdLine(text, fc.host_id);
+  }
+  NameLines(text, fc);
+  LinkLines(text, fc);
+  if (IsOfTheFourGroups(fc.pci)) {
+    // Deliberately unsigned: -1 shows as 4294967295.
+    NumberLine(text, "Temperature In Celsius", static_cast<std::uint32_t>(readings.temperature.celsius));
+  }
+  FlashLines(text, fc, readings.components);
+  RunningLines(text, fc, readings.lockdown);
+  WriteReport(out, mode, kFrame, text);
+  return kSuccess;
+}
+
+// Zeroes the buffer of a call that failed, so that its lines show what is absent; the report goes on.
+template <class Buffer>
+void Evaluate(LibraryStatus result, const char* step, Buffer& buffer) {
+  if (result == kLibrarySuccess) return;
+  DebugLogLevel(kDebugFailure, "%s: Get %s failed err=%u", kClassName, step, result);
+  buffer = {};
+}
+
+StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
+  const TraceScope trace(kClassName, __func__);
+  PortSelection selected;
+  if (const StatusCode status = GetPhyPortFromPortString(words, selected); status != kSuccess) {
+    DebugLogLevel(kDebugFailure, "%s::%s: Get phy port failed err=%u", kClassName, __func__, status);
+    return DisplayError(out, status, mode);
+  }
+  const DeviceHandle& handle = selected.fc->handle;
+
+  OutputBracket bracket(kClassName);
+  if (!bracket.IsOpen()) return DisplayError(out, kFileNotFound, mode);
+  Readings read = {};
+  Evaluate(TORPI_GetAdapterAsicBoardTemperature(&handle, &read.temperature), "phy port temperature",
+           read.temperature);
+  Evaluate(TORPI_GetLockdownStatus(&handle, &read.lockdown), "Lockdown status", read.lockdown);
+  Evaluate(TORPI_GetFlashComponentVersion(&handle, &read.components), "Flash Component Version",
+           read.components);
+  bracket.Close();
+  return DisplayPortInfo(out, selected, read, mode);
+}
+
+constexpr auto CmdGet = &InXml<CmdGetCommon>;
+constexpr auto CmdGetCli = &InText<CmdGetCommon>;
+
+constexpr const char* kGetDescription = "get Sorvex Physical Port information";
+
+constexpr Leaf kLeaves[] = {
+    {"get", 0, kGetDescription, CmdGet},
+    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
+    {"getcli", 2, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
+};
+
+constexpr UsageText kUsage[] = {{2, "Usage: get [port identifier]\r\n"}};
+
+constexpr NodeClass kClass = {kClassName, "Port info", kLeaves, kUsage};
+
+}  // namespace
+
+PhysicalPortInfoCmdsProcessor::PhysicalPortInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self)
+    : CommandNode(parent, self, kClass) {}

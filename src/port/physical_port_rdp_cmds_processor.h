@@ -1,0 +1,9 @@
+// The `rdp` node of `port`: sends a Read Diagnostic Parameters ELS and shows the answer.
+#pragma once
+
+#include "framework/command_node.h"
+
+class PhysicalPortRDPCmdsProcessor : public CommandNode {
+ public:
+  PhysicalPortRDPCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

@@ -1,0 +1,9 @@
+// The `lun` node: lists LUNs and namespaces, and holds the sub-node of one of them.
+#pragma once
+
+#include "framework/command_node.h"
+
+class FCLunCmdsProcessor : public CommandNode {
+ public:
+  FCLunCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

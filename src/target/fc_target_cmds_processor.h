@@ -1,0 +1,9 @@
+// The `target` node: lists the remote targets that the ports see, and holds the sub-nodes of one target.
+#pragma once
+
+#include "framework/command_node.h"
+
+class FCTargetCmdsProcessor : public CommandNode {
+ public:
+  FCTargetCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

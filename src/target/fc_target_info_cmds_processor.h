@@ -1,0 +1,9 @@
+// The `info` node of `target`: everything known about one remote target.
+#pragma once
+
+#include "framework/command_node.h"
+
+class FCTargetInfoCmdsProcessor : public CommandNode {
+ public:
+  FCTargetInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

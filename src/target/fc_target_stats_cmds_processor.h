@@ -1,0 +1,9 @@
+// The `stats` node of `target`: the link error counters of one target.
+#pragma once
+
+#include "framework/command_node.h"
+
+class FCTargetStatsCmdsProcessor : public CommandNode {
+ public:
+  FCTargetStatsCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};

@@ -1,0 +1,9 @@
+// The `tlsd` node of `target`: the link speed used towards one target.
+#pragma once
+
+#include "framework/command_node.h"
+
+class FCTargetTLSDCmdsProcessor : public CommandNode {
+ public:
+  FCTargetTLSDCmdsProcessor(CmdProcessor* parent, const SubNode& self);
+};
