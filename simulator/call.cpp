@@ -23,7 +23,7 @@ Call::Call(const char* name, std::uint32_t sd_handle, Arguments arguments) : nam
 
 void Call::AddPort(bool known) {
   arguments_ =
-      known ? "port=FC_" + OctetText(port_.entry->port_name, sizeof port_.entry->port_name) : "port=unknown";
+      known ? "port=FC_" + OctetText(entry().port_name, sizeof entry().port_name) : "port=unknown";
 }
 
 void Call::AddArguments(Arguments arguments) {
@@ -38,8 +38,7 @@ void Call::AddArguments(Arguments arguments) {
 }
 
 bool Call::InMaintenance() const {
-  return (port_.entry->driver_flags & kMaintenanceDriverFlag) &&
-         (port_.entry->port_flags & kMaintenancePortFlag);
+  return (entry().driver_flags & kMaintenanceDriverFlag) && (entry().port_flags & kMaintenancePortFlag);
 }
 
 void Call::Out(const char* name, std::uint64_t value) {

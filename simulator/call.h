@@ -51,7 +51,19 @@ class Call {
   void Finish(const std::string& result);
 
   Adapter& adapter() const { return *port_.adapter; }
-  FCProtocolEntry& entry() const { return *port_.entry; }
+  FCProtocolEntry& entry() const { return port_.entry->record; }
+  DiagSetup& diag() const { return port_.entry->diag; }
+  ConfigSetup& config() const { return port_.entry->config; }
+  Entry& port() const { return *port_.entry; }
+  CongestionSetup& congestion() const { return port_.entry->congestion; }
+  TargetSet& targets() const { return port_.entry->targets; }
+  SfpModule* sfp() const { return port_.entry->sfp.get(); }  // null: the cage is empty
+
+  // Keeps a change of what stands behind the port. Returns 0 or kStateNotSaved.
+  std::uint32_t KeepPort(bool reboot_required) const {
+    port_.entry->changed = true;
+    return Lab::Get().Keep(adapter(), reboot_required);
+  }
 
  private:
   void AddArguments(Arguments arguments);
@@ -90,6 +102,23 @@ std::uint32_t ServeHost(const char* name, Arguments arguments, Action action) {
     return result;
   } catch (...) {
     return kInternalFailure;
+  }
+}
+
+// A call on a port that answers a record. action(call, record) fills it and answers 0, or a failure: then, and for a
+// handle that names no port, the record is zero.
+template <typename Record, typename Action>
+Record ServeRecord(const char* name, const DeviceHandle* handle, Arguments arguments, Action action) {
+  Record record{};
+  try {
+    Call call(name, handle, arguments);
+    const std::uint32_t result =
+        call.Answer(kUnknownHandle, [&] { return std::uint32_t{action(call, record)}; });
+    if (result != kSuccess) record = {};
+    call.Finish(std::to_string(result));
+    return record;
+  } catch (...) {
+    return {};
   }
 }
 

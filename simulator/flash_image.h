@@ -30,7 +30,4 @@ std::uint32_t ReadFlashImage(const char* file, ImageKind kind, const Adapter& ad
 // says about the image.
 void ApplyFlashImage(const FlashImage& image, Adapter& adapter);
 
-// CRC-32 as in ISO 3309, the checksum of an image.
-std::uint32_t Crc32(std::string_view bytes);
-
 }  // namespace lab

@@ -141,6 +141,7 @@ FCProtocolEntry MakeProtocolEntry(const Adapter& adapter, std::size_t index, std
   entry.protocol_type = family.fcoe ? ProtocolType::kFcoe : ProtocolType::kFc;
 
   if (family.nvme) {
+    FillCongestion(entry);
     constexpr std::uint8_t kHostId[16] = {0x6d, 0x1f, 0x40, 0x2a, 0x9b, 0x7c, 0x4e, 0x15,
                                           0x8a, 0x33, 0x5c, 0x0e, 0x71, 0xd2, 0x46, 0xb8};
     std::memcpy(entry.host_id, kHostId, sizeof kHostId);
@@ -157,7 +158,8 @@ void RefreshPortVersions(Adapter& adapter) {
   ReadVersion(record.flash_fcode_version.View(), fcode);
   efi.sub = fcode.sub = 0;
   for (Port& port : adapter.ports) {
-    for (FCProtocolEntry& entry : port.entries) {
+    for (Entry& of_port : port.entries) {
+      FCProtocolEntry& entry = of_port.record;
       StoreText(entry.flash_bios_version, record.flash_bios_version.View());
       StoreBytes(entry.flash_firmware_version, firmware);
       StoreBytes(entry.flash_efi_version, efi);
@@ -183,7 +185,10 @@ void LinkHost(Host& host) {
       port_link = &port.record.next;
       const FCProtocolEntry** entry_link = &port.list.first;
       if (port.has_list) port.record.protocols = &port.list;
-      for (FCProtocolEntry& entry : port.entries) {
+      for (Entry& of_port : port.entries) {
+        FCProtocolEntry& entry = of_port.record;
+        entry.target_count = of_port.targets.Count();
+        entry.first_target = of_port.targets.First();
         *entry_link = &entry;
         entry_link = &entry.next;
         entry.handle = {kHandleCookie, number, CheckWord(number)};
@@ -194,6 +199,11 @@ void LinkHost(Host& host) {
   }
 }
 
+void ResetCounters(Entry& entry) {
+  std::memset(entry.record.firmware_counters, 0, sizeof entry.record.firmware_counters);
+  entry.reports.counters_reset = true;
+}
+
 bool FindPort(Host& host, const DeviceHandle& handle, PortRef& out) {
   if (handle.reserved_0 != kHandleCookie || handle.reserved_8 != CheckWord(handle.sd_handle)) return false;
   return FindPort(host, handle.sd_handle, out);
@@ -202,8 +212,8 @@ bool FindPort(Host& host, const DeviceHandle& handle, PortRef& out) {
 bool FindPort(Host& host, std::uint32_t sd_handle, PortRef& out) {
   for (Adapter& adapter : host.adapters) {
     for (Port& port : adapter.ports) {
-      for (FCProtocolEntry& entry : port.entries) {
-        if (entry.handle.sd_handle != sd_handle) continue;
+      for (Entry& entry : port.entries) {
+        if (entry.record.handle.sd_handle != sd_handle) continue;
         out = {&adapter, &entry};
         return true;
       }

@@ -6,20 +6,43 @@
 #include <string>
 #include <vector>
 
+#include "config_setup.h"
+#include "congestion_setup.h"
+#include "diag_setup.h"
 #include "family_table.h"
 #include "faults.h"
 #include "framework/device_library/flash_records.h"
 #include "framework/device_library/records.h"
+#include "port_report_setup.h"
+#include "sfp_module.h"
+#include "target_set.h"
 
 namespace lab {
 
+// The library's boot modes.
+inline constexpr std::uint32_t kBootModeBios = 1;
+inline constexpr std::uint32_t kBootModeUefi = 2;
+inline constexpr std::uint32_t kBootModeNvme = 4;
+
 enum class Chatter { kUnset, kOff, kPortCalls, kAllCalls };
+
+// One protocol entry: the record that callers see, and behind it what each group of calls needs.
+struct Entry {
+  FCProtocolEntry record{};
+  DiagSetup diag;
+  TargetSet targets;
+  std::shared_ptr<SfpModule> sfp;  // null: the cage is empty. Virtual ports share the module of their port
+  CongestionSetup congestion;
+  ConfigSetup config;
+  PortReportSetup reports;
+  bool changed = false;  // what calls can change differs from the host file, so belongs in the state file
+};
 
 struct Port {
   PhyPortEntry record{};
   ProtocolList list{};
   bool has_list = true;
-  std::vector<FCProtocolEntry> entries;  // the first one is the port itself, the others its virtual ports
+  std::vector<Entry> entries;  // the first one is the port itself, the others its virtual ports
 };
 
 struct Adapter {
@@ -39,6 +62,7 @@ struct Adapter {
   std::uint8_t personality = 0;
   bool personality_change_allowed = false;
   bool firmware_lockdown = false;
+  bool mezzanine = false;
   bool changed = false;  // differs from the host file, so belongs in the state file
 
   // Names the adapter in the state file: "ZX100/AB12345", with "#2" and so on behind further ones of that
@@ -51,6 +75,7 @@ struct Host {
   std::vector<Adapter> adapters;
   bool no_list = false;
   bool reboot_required = false;
+  std::uint32_t boot_mode = kBootModeBios;  // of the whole process
   Chatter chatter = Chatter::kUnset;
   FaultQueue faults;
 };
@@ -62,7 +87,7 @@ inline constexpr std::uint8_t kMaintenancePortFlag = 1;
 // A port as a call names it.
 struct PortRef {
   Adapter* adapter;
-  FCProtocolEntry* entry;
+  Entry* entry;
 };
 
 // An adapter of `family` with everything that the family decides, and one protocol entry of such an adapter.
@@ -76,6 +101,9 @@ void LinkHost(Host& host);
 
 // Copies the adapter's flash version texts into the records of its ports.
 void RefreshPortVersions(Adapter& adapter);
+
+// Zeroes the counters of the port's firmware.
+void ResetCounters(Entry& entry);
 
 // The port that a handle names, told by the handle's content; false for a handle that LinkHost did not make.
 bool FindPort(Host& host, const DeviceHandle& handle, PortRef& out);

@@ -5,12 +5,15 @@
 #include <set>
 
 #include "host_file_port.h"
+#include "port_state.h"
 #include "text.h"
 
 namespace lab {
 namespace {
 
 constexpr NamedNumber kPersonalities[] = {{"fc", 0}, {"cna", 1}};
+constexpr NamedNumber kBootModes[] = {
+    {"bios", kBootModeBios}, {"uefi", kBootModeUefi}, {"nvme", kBootModeNvme}};
 constexpr NamedNumber kChatterWords[] = {{"false", static_cast<std::uint32_t>(Chatter::kOff)},
                                          {"true", static_cast<std::uint32_t>(Chatter::kAllCalls)},
                                          {"ports", static_cast<std::uint32_t>(Chatter::kPortCalls)}};
@@ -118,6 +121,7 @@ constexpr KeyRow<Adapter> kAdapterKeys[] = {
     {"personality-change-allowed",
      [](const Value& value, Adapter& into) { value.Into(into.personality_change_allowed); }},
     {"firmware-lockdown", [](const Value& value, Adapter& into) { value.Into(into.firmware_lockdown); }},
+    {"mezzanine", [](const Value& value, Adapter& into) { value.Into(into.mezzanine); }},
     {"ports", ReadElsewhere},
 };
 
@@ -175,6 +179,10 @@ constexpr KeyRow<HostReading> kHostKeys[] = {
      }},
     {"no-list", [](const Value& value, HostReading& into) { value.Into(into.host.no_list); }},
     {"reboot-required", [](const Value& value, HostReading& into) { value.Into(into.host.reboot_required); }},
+    {"boot-mode",
+     [](const Value& value, HostReading& into) {
+       into.host.boot_mode = value.ChoiceOrNumber(kBootModes, UINT32_MAX);
+     }},
     {"chatter",
      [](const Value& value, HostReading& into) {
        into.host.chatter = static_cast<Chatter>(value.Choice(kChatterWords));
@@ -188,7 +196,10 @@ constexpr KeyRow<HostReading> kHostKeys[] = {
 }  // namespace
 
 void ReadAdapterState(const Value& map, Adapter& adapter) {
-  ReadMap(map, kStateKeys, adapter);
+  static constexpr KeyRow<Adapter> kKeys[] = {
+      kStateKeys[0], kStateKeys[1], kStateKeys[2], kStateKeys[3], {"ports", ReadPortStates},
+  };
+  ReadMap(map, kKeys, adapter);
 }
 
 std::string ReadHost(const std::string& name, const std::string& text, Host& host) {

@@ -12,7 +12,7 @@ namespace lab {
 // with `name` and its line; `host` is then of no use.
 std::string ReadHost(const std::string& name, const std::string& text, Host& host);
 
-// Reads into `adapter` a map of what calls can change: personality, versions, flash, memo-block.
+// Reads into `adapter` a map of what calls can change: personality, versions, flash, memo-block, ports.
 void ReadAdapterState(const Value& map, Adapter& adapter);
 
 // What is larger is neither a host nor an image: reading stops soon behind it, which also ends endless

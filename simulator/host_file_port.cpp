@@ -1,5 +1,12 @@
 #include "host_file_port.h"
 
+#include "host_file_config.h"
+#include "host_file_congestion.h"
+#include "host_file_diag.h"
+#include "host_file_report.h"
+#include "host_file_sfp.h"
+#include "host_file_target.h"
+#include "speed_codes.h"
 #include "text.h"
 
 namespace lab {
@@ -9,8 +16,6 @@ constexpr NamedNumber kLinkStates[] = {{"up", 1}, {"down", 3}};
 constexpr NamedNumber kInterfaceTypes[] = {{"physical", 1}, {"npiv", 3}};
 constexpr NamedNumber kProtocols[] = {{"fc", 0}, {"fcoe", 1}};
 constexpr NamedNumber kConnections[] = {{"point-to-point", 1}, {"loop", 2}};
-constexpr NamedNumber kSpeedCodes[] = {{"1", 1},   {"2", 2},   {"4", 4},   {"8", 8},
-                                       {"10", 16}, {"16", 22}, {"32", 50}, {"64", 100}};
 constexpr NamedNumber kSpeedBits[] = {{"1", 1},    {"2", 2},     {"10", 4},    {"4", 8},
                                       {"8", 0x10}, {"16", 0x20}, {"32", 0x40}, {"64", 0x80}};
 constexpr NamedNumber kRomImages[] = {{"bios", 1u << 3}, {"uefi", 1u << 1}};
@@ -22,7 +27,9 @@ constexpr std::uint16_t kErrorCorrectionInUse = 1u << 15;
 
 struct EntryReading {
   FCProtocolEntry& entry;
+  Entry& setup;
   Port& port;
+  TargetDefaults target_defaults;
 };
 
 std::uint32_t MaskOf(const Value& list, std::span<const NamedNumber> bits) {
@@ -140,17 +147,30 @@ constexpr KeyRow<EntryReading> kEntryKeys[] = {
      [](const Value& value, EntryReading& into) { ReadCounters(value, into.entry.driver_counters); }},
     {"firmware-counters",
      [](const Value& value, EntryReading& into) { ReadCounters(value, into.entry.firmware_counters); }},
+    {"diagnostics", [](const Value& value, EntryReading& into) { ReadDiagnostics(value, into.setup.diag); }},
+    {"configuration",
+     [](const Value& value, EntryReading& into) { ReadConfiguration(value, into.setup.config); }},
+    {"congestion", [](const Value& value, EntryReading& into) { ReadCongestion(value, into.setup); }},
+    {"temperature",
+     [](const Value& value, EntryReading& into) { ReadTemperature(value, into.setup.reports); }},
+    {"lockdown", [](const Value& value, EntryReading& into) { ReadLockdown(value, into.setup.reports); }},
+    {"vpd", [](const Value& value, EntryReading& into) { ReadVpd(value, into.setup.reports); }},
+    {"rdp", [](const Value& value, EntryReading& into) { ReadRdp(value, into.setup.reports); }},
+    {"firmware-dump",
+     [](const Value& value, EntryReading& into) { ReadFirmwareDump(value, into.setup.reports); }},
+    {"targets", ReadElsewhere},
+    {"sfp", ReadElsewhere},
     {"number", ReadElsewhere},
     {"no-protocols", [](const Value& value, EntryReading& into) { into.port.has_list = !value.Bool(); }},
     {"npiv", ReadElsewhere},
 };
 
 // A virtual port has the keys of a port but these, which stand last.
-constexpr std::size_t kPortOnlyKeys = 3;
+constexpr std::size_t kPortOnlyKeys = 4;
 constexpr std::span<const KeyRow<EntryReading>> kAllKeys(kEntryKeys);
 constexpr auto kVirtualKeys = kAllKeys.first(kAllKeys.size() - kPortOnlyKeys);
 
-// The link decides what the other keys begin with, wherever it stands.
+// The link decides what the other keys begin with, and they what the targets begin with, wherever they stand.
 void ReadEntry(const Value& map, std::span<const KeyRow<EntryReading>> keys, EntryReading& reading,
                std::set<std::string>& names) {
   map.EachKey([&](const Value& value) {
@@ -160,6 +180,18 @@ void ReadEntry(const Value& map, std::span<const KeyRow<EntryReading>> keys, Ent
   const std::string name = OctetText(reading.entry.port_name, sizeof reading.entry.port_name);
   if (!names.insert(name).second)
     map.Wrong("wwpn: expected a name of its own, got '" + name + "' a second time");
+  map.EachKey([&](const Value& value) {
+    if (value.Key() == "targets") ReadTargets(value, reading.target_defaults, reading.setup);
+  });
+}
+
+// The module in the port's cage: without a word about it, one that fits the adapter's family.
+std::shared_ptr<SfpModule> ModuleOf(const Value& map, const SfpValues& defaults) {
+  std::shared_ptr<SfpModule> module = MakeSfp(defaults);
+  map.EachKey([&](const Value& value) {
+    if (value.Key() == "sfp") module = ReadSfp(value, defaults);
+  });
+  return module;
 }
 
 }  // namespace
@@ -171,21 +203,32 @@ void ReadPort(const Value& map, Adapter& adapter, std::size_t adapter_index, std
   });
   Port& port = adapter.ports.emplace_back();
   port.record.number = number;
-  port.entries.push_back(MakeProtocolEntry(adapter, adapter_index, number));
-  EntryReading reading{port.entries.front(), port};
+  Entry& entry = port.entries.emplace_back();
+  entry.record = MakeProtocolEntry(adapter, adapter_index, number);
+  entry.config = MakeConfig(*adapter.family);
+  const TargetDefaults target_defaults = {adapter_index, number, adapter.family->speed};
+  EntryReading reading{entry.record, entry, port, target_defaults};
   ReadEntry(map, kAllKeys, reading, names);
+  entry.sfp = ModuleOf(map, DefaultSfpValues(*adapter.family, adapter_index, number));
 
   map.EachKey([&](const Value& value) {
     if (value.Key() != "npiv") return;
     value.EachItem([&](const Value& item) {
-      FCProtocolEntry entry = port.entries.front();
+      Entry virtual_entry;
+      FCProtocolEntry& record = virtual_entry.record;
+      record = port.entries.front().record;
+      virtual_entry.diag = port.entries.front().diag;
+      virtual_entry.sfp = port.entries.front().sfp;
+      virtual_entry.congestion = port.entries.front().congestion;
+      virtual_entry.config = port.entries.front().config;
+      virtual_entry.reports = port.entries.front().reports;
       const auto place = static_cast<std::uint8_t>(port.entries.size());
-      entry.interface_type = PortInterfaceType::kNpivVirtual;
-      entry.port_name[1] = entry.node_name[1] = place;
-      entry.port_id[2] = static_cast<std::uint8_t>(entry.port_id[2] + place);
-      EntryReading virtual_reading{entry, port};
+      record.interface_type = PortInterfaceType::kNpivVirtual;
+      record.port_name[1] = record.node_name[1] = place;
+      record.port_id[2] = static_cast<std::uint8_t>(record.port_id[2] + place);
+      EntryReading virtual_reading{record, virtual_entry, port, target_defaults};
       ReadEntry(item, kVirtualKeys, virtual_reading, names);
-      port.entries.push_back(entry);
+      port.entries.push_back(std::move(virtual_entry));
     });
   });
 }

@@ -9,6 +9,7 @@
 #include <cstdlib>
 
 #include "host_file.h"
+#include "port_state.h"
 #include "text.h"
 
 namespace lab {
@@ -70,6 +71,7 @@ YAML::Node AdapterNode(const Adapter& adapter) {
     flash[component.name] = Shown(adapter.flash.*component.field);
   }
   if (adapter.family->memo_block) node["memo-block"] = MemoNode(adapter.memo);
+  node["ports"] = PortStates(adapter);
   return node;
 }
 

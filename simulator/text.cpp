@@ -65,6 +65,12 @@ bool ReadNumber(std::string_view text, std::uint64_t limit, std::uint64_t& out) 
   return error == std::errc{} && stop == end && out <= limit;
 }
 
+bool ReadDecimalNumber(std::string_view text, double& out) {
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, out, std::chars_format::fixed);
+  return error == std::errc{} && stop == end && text.find_first_not_of("-.0123456789") == text.npos;
+}
+
 bool ReadVersion(std::string_view text, ComponentVersion& out) {
   std::uint8_t parts[3] = {};
   const std::size_t count = ReadDotted(text, parts);

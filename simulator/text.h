@@ -13,6 +13,9 @@ namespace lab {
 // "0x1f" or "31", nothing else around it; false for any other text and for numbers above `limit`.
 bool ReadNumber(std::string_view text, std::uint64_t limit, std::uint64_t& out);
 
+// "36.5" or "-4": digits with at most one point, nothing else around them.
+bool ReadDecimalNumber(std::string_view text, double& out);
+
 // "9.12.01" or "3.62": two or three numbers of at most 255. False, and `out` all zero, for any other text.
 bool ReadVersion(std::string_view text, ComponentVersion& out);
 

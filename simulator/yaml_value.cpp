@@ -1,5 +1,7 @@
 #include "yaml_value.h"
 
+#include <cstdio>
+
 #include "text.h"
 
 namespace lab {
@@ -28,6 +30,23 @@ std::uint64_t Value::Number(std::uint64_t low, std::uint64_t high) const {
     Expected("a number from " + std::to_string(low) + " to " + std::to_string(high));
   }
   return number;
+}
+
+double Value::Decimal(double low, double high) const {
+  double number = 0;
+  if (!node_.IsScalar() || !ReadDecimalNumber(node_.Scalar(), number) || number < low || number > high) {
+    char range[64];
+    std::snprintf(range, sizeof range, "a number from %g to %g", low, high);
+    Expected(range);
+  }
+  return number;
+}
+
+std::string Value::Path() const {
+  std::string path = Text(4096);
+  const std::size_t slash = document_.rfind('/');
+  if (path.starts_with('/') || slash == std::string_view::npos) return path;
+  return std::string(document_.substr(0, slash + 1)) + path;
 }
 
 bool Value::Bool() const {

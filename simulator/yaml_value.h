@@ -30,8 +30,9 @@ struct NamedNumber {
 // A value with the key that it stands under.
 class Value {
  public:
-  Value(YAML::Node node, std::string key, int line)
-      : node_(std::move(node)), key_(std::move(key)), line_(line) {}
+  // `document` is the name of the file that it stands in; it must outlive the value.
+  Value(YAML::Node node, std::string key, int line, std::string_view document)
+      : node_(std::move(node)), key_(std::move(key)), line_(line), document_(document) {}
 
   const std::string& Key() const { return key_; }
 
@@ -48,9 +49,14 @@ class Value {
   }
 
   bool IsNull() const { return node_.IsNull(); }
+  bool IsText() const { return node_.IsScalar(); }
+  bool IsList() const { return node_.IsSequence(); }
+  bool IsMap() const { return node_.IsMap(); }
   std::string Text(std::size_t limit) const;
   std::uint64_t Number(std::uint64_t low, std::uint64_t high) const;
+  double Decimal(double low, double high) const;
   bool Bool() const;
+  std::string Path() const;  // of a file; a relative one begins at the document's folder
   bool Is(std::string_view word) const { return node_.IsScalar() && node_.Scalar() == word; }
   ComponentVersion Version() const;  // "none" is all zero
   void Octets(std::uint8_t* out, std::size_t count) const;
@@ -74,7 +80,7 @@ class Value {
   template <typename Visit>
   void EachItem(Visit visit) const {
     if (!node_.IsSequence()) Expected("a list");
-    for (const YAML::Node& item : node_) visit(Value(item, key_, item.Mark().line + 1));
+    for (const YAML::Node& item : node_) visit(Value(item, key_, item.Mark().line + 1, document_));
   }
 
   // Calls visit(Value) for every key of a map. A key that stands twice is a mistake.
@@ -84,7 +90,7 @@ class Value {
     std::set<std::string> seen;
     for (const auto& pair : node_) {
       Value value(pair.second, pair.first.IsScalar() ? pair.first.Scalar() : "key",
-                  pair.first.Mark().line + 1);
+                  pair.first.Mark().line + 1, document_);
       if (!pair.first.IsScalar()) throw Mistake{value.line_, "expected a word as key"};
       if (!seen.insert(value.key_).second) throw Mistake{value.line_, value.key_ + ": stands here twice"};
       visit(value);
@@ -97,6 +103,7 @@ class Value {
   YAML::Node node_;
   std::string key_;
   int line_;
+  std::string_view document_;
 };
 
 // A key of a map and what it sets.
@@ -127,7 +134,7 @@ std::string ReadDocument(const std::string& name, const std::string& text, Read 
     return name + (line > 0 ? ':' + std::to_string(line) : "") + ": " + what;
   };
   try {
-    read(Value(YAML::Load(text), "file", 1));
+    read(Value(YAML::Load(text), "file", 1, name));
     return {};
   } catch (const Mistake& mistake) {
     return told(mistake.line, mistake.text);
