@@ -1,0 +1,24 @@
+import sys
+from pathlib import Path
+
+import pytest
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
+
+pytest.register_assert_rewrite("zfc.documents", "zfc.runner", "zfc.terminal")
+
+from zfc.runner import BUILD, EXECUTABLE, Zfc  # noqa: E402
+
+
+def pytest_sessionstart(session):
+    parts = [EXECUTABLE, BUILD / "tests/private_run", BUILD / "tests/hostile", BUILD / "tests/sparse"]
+    missing = [str(part) for part in parts if not part.exists()]
+    if missing:
+        pytest.exit(f"not built: {', '.join(missing)}; ZFC_BUILD_DIR names the build folder", returncode=3)
+
+
+@pytest.fixture
+def zfc(tmp_path):
+    """Runs the executable in private folders; see tests/support/zfc/runner.py."""
+    return Zfc(tmp_path / "run")

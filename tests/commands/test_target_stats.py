@@ -1,0 +1,99 @@
+"""The stats node of a target: `get` in both forms."""
+
+import pytest
+
+from zfc import documents
+from zfc.documents import check_both
+from zfc.host import NO_ADAPTERS, NO_LIST, every_device
+from zfc.target import IDENTIFIER, one_target, statistics
+
+GET = "-t target -v stats get"
+USAGE = "Usage: get [port identifier]\r\n"
+
+LIST_CALL = "TORPI_GetAdapterList()"
+READ = "TORPI_GetPortStatisticsFC"
+# The number of the port's handle, the kind and name of the target with zeros behind them, and the record.
+READ_CALL = f"{READ}(0x1234abcd, 0, 020050060160abcdef010000, zeroed buffer)"
+
+COUNTERS = {"target_statistics": statistics(1, 22, 333, 4444, 4294967295, 0)}
+
+
+def check_get(zfc, name, words=(IDENTIFIER,), **options):
+    return check_both(zfc, GET, f"target/{name}", words=words, **{"host": one_target(), **options})
+
+
+def test_report(zfc):
+    result = check_get(zfc, "stats", buffers=COUNTERS)
+    assert result.command_calls == [LIST_CALL, READ_CALL]
+
+
+def test_library_that_stores_nothing_gives_zeros(zfc):
+    check_get(zfc, "stats-zero")
+
+
+@pytest.mark.parametrize("device", every_device(), ids=hex)
+def test_every_family_and_a_virtual_port(zfc, device):
+    check_get(zfc, "stats", host=one_target(device=device, interface=3), buffers=COUNTERS)
+
+
+def test_report_ignores_more_words(zfc):
+    check_get(zfc, "stats", [IDENTIFIER, "more", "help", "?"], buffers=COUNTERS)
+
+
+@pytest.mark.parametrize("code", [1, 13, 38, 150, 151, 0xFFFFFFFF])
+def test_failed_read(zfc, code):
+    values = {"message": "Failed, Statistics read error"}
+    result = check_get(zfc, "stats-failed", results={READ: code}, values=values, buffers=COUNTERS)
+    assert result.command_calls == [LIST_CALL, READ_CALL]
+
+
+@pytest.mark.parametrize(
+    "words, host, message, usage, calls",
+    [
+        pytest.param([], NO_LIST, "Failed, Invalid parameter", USAGE, [], id="no identifier"),
+        pytest.param(["nobody"], NO_LIST, "Failed, Invalid parameter", USAGE, [], id="bad identifier"),
+        pytest.param(["help"], NO_LIST, "Failed, Unknown", USAGE, [], id="help word"),
+        pytest.param([IDENTIFIER], NO_LIST, "Failed, Host not found", "", [LIST_CALL], id="no list"),
+        pytest.param([IDENTIFIER], NO_ADAPTERS, "Failed, Invalid parameter", USAGE, [LIST_CALL], id="empty list"),
+        pytest.param([IDENTIFIER], one_target(), "Failed, File not found", "", [LIST_CALL], id="bracket"),
+    ],
+)
+def test_failure(zfc, words, host, message, usage, calls):
+    result = check_get(
+        zfc,
+        "stats-failed",
+        words,
+        host=host,
+        results={READ: 1},
+        spoil_log="TORPI_SetToolVersion:directory",
+        usage=usage,
+        values={"message": message},
+    )
+    assert result.command_calls == calls
+
+
+@pytest.mark.parametrize(
+    "words, options, line",
+    [
+        ("nobody", {}, b": Get target failed err=6\r\n"),
+        (IDENTIFIER, {"results": {READ: 9}}, b": Get Port Stats FC failed err=9\r\n"),
+    ],
+)
+def test_debug_log(zfc, words, options, line):
+    result = zfc(f"{GET} {words}", host=one_target(), debug=4, **options)
+    lines = result.debug_log.splitlines(keepends=True)
+    assert any(b"FCTargetStatsCmdsProcessor::" in logged and logged.endswith(line) for logged in lines)
+
+
+@pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])
+def test_help(zfc, words):
+    result = zfc(f"-t target -v stats {words}")
+    documents.check(result.stdout, "target/stats-help.txt")
+    assert result.command_calls == []
+
+
+@pytest.mark.parametrize("words, text", [("get ?", b""), ("getcli ?", USAGE.encode())])
+def test_question_mark_prints_the_usage_of_the_leaf(zfc, words, text):
+    result = zfc(f"-t target -v stats {words}")
+    assert result.stdout == text
+    assert result.command_calls == []

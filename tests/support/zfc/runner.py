@@ -1,0 +1,240 @@
+"""Runs of the real executable, each with private folders for the fixed paths that it uses."""
+
+import os
+import re
+import subprocess
+from dataclasses import dataclass
+from pathlib import Path
+
+from . import host as hosts
+
+ROOT = Path(__file__).resolve().parents[3]
+BUILD = Path(os.environ.get("ZFC_BUILD_DIR", ROOT / "build" / "release")).resolve()
+EXECUTABLE = BUILD / "bin" / "zfcesxcli"
+SANITIZED = os.environ.get("ZFC_SANITIZE") == "1"
+LIBRARIES = {
+    "hostile": BUILD / "tests" / "hostile",
+    "sparse": BUILD / "tests" / "sparse",
+    "simulated": None,  # the one that the executable finds by itself
+}
+
+# The calls whose prints must never reach standard output.
+BRACKETED = (
+    "TORPI_Initialize",
+    "TORPI_SetToolID",
+    "TORPI_SetToolVersion",
+    "TORPI_doOptionROMUpdate",
+    "TORPI_UpdateSpecificFlashRegionFromFile",
+    "TORPI_UpdateAdapterFirmwareTableFromFile",
+    "TORPI_UpdateAdapterPEPCfgFromFile",
+    "TORPI_GetFlashComponentVersion",
+    "TORPI_GetAdapterFlashMemoBlock",
+    "TORPI_UpdateAdapterNVRAMFromFile",
+    "TORPI_GetAdapterAsicBoardTemperature",
+    "TORPI_GetLockdownStatus",
+    "TORPI_ResetDeviceStats",
+    "TORPI_GetVpd",
+    "TORPI_DiagnosticsRDPTest",
+    "TORPI_SDGetFwDump2",
+    "TORPI_GetSFPDataEx",
+    "TORPI_SaveSFPDataToFile",
+    "TORPI_SaveSFPDataToTextFile",
+    "TORPI_SfpModuleFirmwareUpdate",
+    "TORPI_CheckAdapterDPortOption",
+    "TORPI_ConfigureAdapterDPortSettings",
+    "TORPI_DiagnosticDPortTest",
+    "TORPI_DiagnosticDPortTestV2",
+    "TORPI_DiagnosticsCTCommand",
+    "TORPI_DiagnosticsFCPingTest",
+    "TORPI_DiagnosticsEchoElsTest",
+    "TORPI_DiagnosticsLoopBackTest",
+    "TORPI_DiagnosticsReadWriteBufferTest",
+    "TORPI_GetNVMeHostNQNStatus",
+    "TORPI_RegisterDeregisterNVMeHostNQN",
+    "TORPI_IsMezzAdapter",
+    "TORPI_IsVCLMFeatureEnabled",
+    "TORPI_GetSCMRStatisticsList",
+    "TORPI_FreeSCMRStatisticsList",
+    "TORPI_SANCongMgmtResetStatistics",
+    "TORPI_GetSCMRProfile",
+    "TORPI_SetSCMRProfile",
+    "TORPI_GetPortStatisticsFC",
+    "TORPI_GetTargetLinkSpeed",
+    "TORPI_SetTargetLinkSpeed",
+)
+
+SESSION_START = ["TORPI_Initialize(0, 0)", "TORPI_SetToolID(11)", "TORPI_SetToolVersion(1, 9, 0, 0)"]
+SESSION_END = ["TORPI_Uninitialize()"]
+UNKNOWN_COMMAND = b"Unknown command or invalid target identifier!\r\n"
+
+_SANITIZER_REPORT = re.compile(rb"(Address|Leak|UndefinedBehavior)Sanitizer|runtime error:")
+
+
+def chatter(*calls):
+    """What these calls print on standard output when they are told to chatter."""
+    return b"".join(b"<%s> chatters & is 100%% sure\n" % call.encode() for call in calls)
+
+
+def reject_sanitizer_report(text):
+    assert not _SANITIZER_REPORT.search(text), text.decode(errors="replace")
+
+
+@dataclass
+class Result:
+    stdout: bytes
+    stderr: bytes
+    status: int  # negative: the signal that ended the process
+    calls: list  # every call of the session, with its arguments
+    library_log: bytes | None  # /var/tmp/torpi-output.log; None when there is no such file
+    debug_log: bytes | None  # /var/tmp/zfcesxcli.log
+    library_files: list  # the names of all files in /var/tmp
+
+    @property
+    def command_calls(self):
+        """The calls between the start and the end of the session, which are the same for all commands."""
+        assert self.calls[:3] == SESSION_START and self.calls[3:][-1:] == SESSION_END, self.calls
+        return self.calls[3:-1]
+
+    @property
+    def code(self):
+        """The command's code as the debug log tells it; the run must have been made with the log on."""
+        found = re.findall(rb"main: Program Exit Code: \((\d+)\)", self.debug_log or b"")
+        assert len(found) == 1, self.debug_log
+        return int(found[0])
+
+
+class Zfc:
+    """Calling it runs the executable; the private folders last for all runs of one object."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+        self.work = self.folder / "work"
+        self.tmp = self.folder / "tmp"
+        self.var_tmp = self.folder / "var_tmp"
+        self.staging = self.folder / "staging"
+        self._image = self.folder / "host.image"
+        self._trace = self.folder / "calls.trace"
+        for made in (self.work, self.tmp, self.var_tmp, self.staging):
+            made.mkdir(parents=True)
+        self._handles = {}
+
+    def file(self, name, content=b"image"):
+        """A file in the folder in which the executable runs."""
+        path = self.work / name
+        path.write_bytes(content)
+        return path
+
+    def __call__(self, words="", *, stdin=b"", status=0, timeout=120, **options):
+        """Runs one command to its end. `words` is a text split at blanks, or a list. The other arguments are those
+        of `command`. The process must end with `status` and leave standard error empty."""
+        argv, env = self.command(words, **options)
+        done = subprocess.run(argv, input=stdin, capture_output=True, env=env, timeout=timeout)
+        result = self.result(done.stdout, done.stderr, done.returncode)
+        assert result.stderr == b"" and result.status == status, (
+            f"status {result.status}, standard error: {result.stderr.decode(errors='replace')}"
+        )
+        return result
+
+    def command(
+        self,
+        words="",
+        *,
+        host=None,
+        results=None,
+        components=None,
+        memo=None,
+        personality=None,
+        buffers=None,
+        sizes=None,
+        reboot=None,
+        chatter=BRACKETED,
+        pause=None,
+        spoil_log=None,
+        services=False,
+        debug=None,
+        library="hostile",
+        program=EXECUTABLE,
+        read_only_var_tmp=False,
+        env=None,
+    ):
+        """The argument vector and the environment of one run.
+
+        host: what the library serves, by default one adapter of the Hazel family; results: results of calls by
+        name; components, memo: bytes that the flash reads give; personality: the one in force; buffers, sizes: bytes
+        that further reads give, and the sizes they tell, by the names of the library's settings; reboot: the reboot
+        flag that the library stores; chatter: the calls that print; pause, spoil_log: "<call>:<how>"; debug: ZNFC_DEBUG_LEVEL; env: more variables.
+        """
+        image, self._handles = (hosts.one() if host is None else host).image()
+        self._image.write_bytes(image)
+        self._trace.write_bytes(b"")
+        variables = {
+            "PATH": f"{EXECUTABLE.parent}:/usr/sbin:/usr/bin:/sbin:/bin",
+            "LC_ALL": "C",
+            "TZ": "UTC",
+            "HOSTILE_HOST": str(self._image),
+            "HOSTILE_TRACE": str(self._trace),
+            "HOSTILE_CHATTER": chatter if isinstance(chatter, str) else ",".join(chatter),
+        }
+        for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"):
+            if name in os.environ:
+                variables[name] = os.environ[name]
+        if LIBRARIES[library]:
+            variables["LD_LIBRARY_PATH"] = str(LIBRARIES[library])
+        for call, value in (results or {}).items():
+            variables[f"HOSTILE_RESULT_{call}"] = str(value)
+        if components is not None:
+            variables["HOSTILE_COMPONENTS"] = components.hex()
+        if memo is not None:
+            variables["HOSTILE_MEMO"] = memo.hex()
+        if personality is not None:
+            variables["HOSTILE_PERSONALITY"] = str(personality)
+        for name, content in (buffers or {}).items():
+            variables[f"HOSTILE_{name.upper()}"] = content.hex()
+        for name, size in (sizes or {}).items():
+            variables[f"HOSTILE_{name.upper()}_SIZE"] = str(size)
+        if reboot is not None:
+            variables["HOSTILE_REBOOT"] = str(reboot)
+        if pause:
+            variables["HOSTILE_PAUSE"] = pause
+        if spoil_log:
+            variables["HOSTILE_SPOIL_LOG"] = spoil_log
+        if services:
+            variables["HOSTILE_SERVICES"] = "1"
+        if debug is not None:
+            variables["ZNFC_DEBUG_LEVEL"] = str(debug)
+        variables.update(env or {})
+
+        argv = [str(BUILD / "tests" / "private_run")]
+        if read_only_var_tmp:
+            argv.append("--read-only-var-tmp")
+        argv += ["--keep", str(BUILD), str(self.folder), str(program)]
+        argv += words.split() if isinstance(words, str) else words
+        return argv, variables
+
+    def mend_log(self):
+        """Takes away what a spoiled run left in place of the library output file."""
+        log = self.var_tmp / "torpi-output.log"
+        log.unlink() if log.is_symlink() else log.rmdir()
+
+    def result(self, stdout, stderr, status):
+        """What a finished run left."""
+        reject_sanitizer_report(stderr)
+        return Result(
+            stdout=stdout,
+            stderr=stderr,
+            status=status,
+            calls=self.calls(),
+            library_log=_content(self.var_tmp / "torpi-output.log"),
+            debug_log=_content(self.var_tmp / "zfcesxcli.log"),
+            library_files=sorted(found.name for found in self.var_tmp.iterdir()),
+        )
+
+    def calls(self):
+        """The calls made so far, handles by the names of their entries."""
+        text = self._trace.read_bytes().decode(errors="surrogateescape")
+        named = re.sub(r"@(\d+)", lambda match: self._handles[int(match.group(1))], text)
+        return named.splitlines()
+
+
+def _content(path):
+    return path.read_bytes() if path.is_file() and not path.is_symlink() else None
