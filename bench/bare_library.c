@@ -1,5 +1,5 @@
-/* A device library that costs nothing: one adapter in static memory. With it the benchmarks time the program, not
-   the library. */
+/* A device library that costs nothing: one adapter in static memory. With it the benchmarks time the program,
+   not the library. */
 #include <stddef.h>
 #include <stdint.h>
 
@@ -20,10 +20,18 @@ _Static_assert(offsetof(__typeof__(kAdapter), model) == 156, "model");
 _Static_assert(offsetof(__typeof__(kAdapter), next) == 392, "next");
 _Static_assert(offsetof(__typeof__(kList), first) == 8, "first");
 
-uint32_t TORPI_Initialize(uint32_t level, uint32_t zero) { return level & zero; }
-uint32_t TORPI_SetToolID(uint32_t tool) { return tool & 0; }
+uint32_t TORPI_Initialize(uint32_t level, uint32_t zero) {
+  return level & zero;
+}
+uint32_t TORPI_SetToolID(uint32_t tool) {
+  return tool & 0;
+}
 uint32_t TORPI_SetToolVersion(uint32_t major, uint32_t minor, uint32_t a, uint32_t b) {
   return (major | minor | a | b) & 0;
 }
-uint32_t TORPI_Uninitialize(void) { return 0; }
-const void* TORPI_GetAdapterList(void) { return &kList; }
+uint32_t TORPI_Uninitialize(void) {
+  return 0;
+}
+const void* TORPI_GetAdapterList(void) {
+  return &kList;
+}

@@ -1,5 +1,5 @@
-/* The baseline of `adapter list`: the same library calls and the same bytes, with nothing of the program around
-   them. What the program costs above this is what its tree, words and serializer cost. */
+/* The baseline of `adapter list`: the same library calls and the same bytes, with nothing of the program
+   around them. What the program costs above this is what its tree, words and serializer cost. */
 #include <fcntl.h>
 #include <stddef.h>
 #include <stdint.h>
@@ -14,7 +14,9 @@ const char* TORPI_GetAdapterList(void);
 
 enum { kFirstAdapter = 8, kSerialNumber = 0, kModel = 156, kNextAdapter = 392 };
 
-static const char* Pointer(const char* record, size_t offset) { return *(const char* const*)(record + offset); }
+static const char* Pointer(const char* record, size_t offset) {
+  return *(const char* const*)(record + offset);
+}
 
 int main(void) {
   FILE* const standard_output = stdout;
@@ -31,9 +33,11 @@ int main(void) {
 
   const char* const list = TORPI_GetAdapterList();
   printf("<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n<list type=\"structure\">\n");
-  for (const char* adapter = Pointer(list, kFirstAdapter); adapter != NULL; adapter = Pointer(adapter, kNextAdapter)) {
+  for (const char* adapter = Pointer(list, kFirstAdapter); adapter != NULL;
+       adapter = Pointer(adapter, kNextAdapter)) {
     printf("<structure typeName=\"AdapterList\">\n<field name=\"Adapters\">\n");
-    printf("<string>Adapter_%.32s_%.32s</string></field>\n</structure>\n", adapter + kModel, adapter + kSerialNumber);
+    printf("<string>Adapter_%.32s_%.32s</string></field>\n</structure>\n", adapter + kModel,
+           adapter + kSerialNumber);
   }
   printf("</list>\n</output>\n");
   TORPI_Uninitialize();
