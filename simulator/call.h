@@ -122,14 +122,4 @@ Record ServeRecord(const char* name, const DeviceHandle* handle, Arguments argum
   }
 }
 
-// Calls that the simulation has no behaviour for: they answer kNotServed, or 0 where the answer is a small
-// value.
-inline std::uint32_t NotServed(const char* name, const DeviceHandle* handle, Arguments arguments = {}) {
-  return ServePort(name, handle, arguments, [](Call&) { return kNotServed; });
-}
-inline std::uint32_t NotServedValue(const char* name, const DeviceHandle* handle) {
-  return ServePort(
-      name, handle, {}, [](Call&) { return kSuccess; }, 0);
-}
-
 }  // namespace lab

@@ -1,12 +1,10 @@
 // Non-volatile configuration, boot records, credit recovery, error correction and the beacon.
-#include <unistd.h>
-
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "call.h"
 #include "framework/device_library/calls.h"
+#include "host_file.h"
 #include "nvram_image.h"
 #include "text.h"
 
@@ -87,17 +85,6 @@ std::uint32_t FecRefusal(Call& call) {
   return family.memo_block ? lab::kSuccess : lab::kNotForThisAdapter;
 }
 
-std::uint32_t SaveNvram(Call& call, const char* file) {
-  if (!file) return lab::kBadArgument;
-  std::FILE* const out = std::fopen(file, "wbe");
-  if (!out) return lab::kFileOpenError;
-  const std::string image = lab::NvramImage(*call.adapter().family, call.config().nvram);
-  const bool written = std::fwrite(image.data(), 1, image.size(), out) == image.size();
-  if (std::fclose(out) == 0 && written) return lab::kSuccess;
-  unlink(file);
-  return lab::kFileWriteError;
-}
-
 // What the link has made of the credit recovery, where the host file does not say.
 void StoreCreditState(const Call& call, std::uint8_t& state, std::uint8_t& negotiated, std::string& reason) {
   const lab::CreditRecovery& setup = call.config().credit_recovery;
@@ -164,8 +151,10 @@ LibraryStatus TORPI_RestoreDefaultNVRAM(const DeviceHandle* handle) {
 }
 
 LibraryStatus TORPI_SaveSingleAdapterNVRAMToFile(const DeviceHandle* handle, const char* file) {
-  return ServeConfig("TORPI_SaveSingleAdapterNVRAMToFile", handle, {file},
-                     [=](Call& call) { return SaveNvram(call, file); });
+  return ServeConfig("TORPI_SaveSingleAdapterNVRAMToFile", handle, {file}, [=](Call& call) -> std::uint32_t {
+    if (!file) return lab::kBadArgument;
+    return lab::WriteFile(file, lab::NvramImage(*call.adapter().family, call.config().nvram));
+  });
 }
 
 LibraryStatus TORPI_UpdateAdapterNVRAMFromFile(const DeviceHandle* handle, const char* file) {

@@ -34,7 +34,7 @@ std::uint32_t GiveList(Call& call, SCMRStatisticsEntry*& head) {
   auto list = lab::MakeStatisticsList(call.port());
   call.Out("elements", list->size());
   head = list->empty() ? nullptr : list->data();
-  if (head) ListsOut().push_back(std::move(list));
+  if (head != nullptr) ListsOut().push_back(std::move(list));
   return lab::kSuccess;
 }
 
@@ -48,7 +48,7 @@ std::string Shown(const SCMRProfile& profile) {
 LibraryStatus TORPI_IsVCLMFeatureEnabled(const DeviceHandle* handle, std::uint8_t* out_enabled) {
   return ServeCapable("TORPI_IsVCLMFeatureEnabled", handle, kFirstGeneration | kSecondGeneration, {},
                       [=](Call& call) {
-                        if (!out_enabled) return lab::kBadArgument;
+                        if (out_enabled == nullptr) return lab::kBadArgument;
                         *out_enabled = call.congestion().enabled ? 1 : 0;
                         call.Out("enabled", *out_enabled);
                         return lab::kSuccess;
@@ -57,7 +57,7 @@ LibraryStatus TORPI_IsVCLMFeatureEnabled(const DeviceHandle* handle, std::uint8_
 
 LibraryStatus TORPI_GetSCMRStatisticsList(const DeviceHandle* handle, SCMRStatisticsEntry** out_head) {
   return ServeCapable("TORPI_GetSCMRStatisticsList", handle, kSecondGeneration, {}, [=](Call& call) {
-    return out_head ? GiveList(call, *out_head) : std::uint32_t{lab::kBadArgument};
+    return out_head != nullptr ? GiveList(call, *out_head) : std::uint32_t{lab::kBadArgument};
   });
 }
 
@@ -82,7 +82,7 @@ LibraryStatus TORPI_SANCongMgmtResetStatistics(const DeviceHandle* handle) {
 
 LibraryStatus TORPI_GetSCMRProfile(const DeviceHandle* handle, SCMRProfile* out) {
   return ServeCapable("TORPI_GetSCMRProfile", handle, kSecondGeneration, {}, [=](Call& call) {
-    if (!out) return lab::kBadArgument;
+    if (out == nullptr) return lab::kBadArgument;
     *out = call.congestion().profile;
     call.Out("profile", Shown(*out));
     return lab::kSuccess;
@@ -91,10 +91,10 @@ LibraryStatus TORPI_GetSCMRProfile(const DeviceHandle* handle, SCMRProfile* out)
 
 LibraryStatus TORPI_SetSCMRProfile(const DeviceHandle* handle, const SCMRProfile* profile) {
   try {
-    const std::string shown = profile ? Shown(*profile) : "";
+    const std::string shown = profile != nullptr ? Shown(*profile) : "";
     return ServeCapable("TORPI_SetSCMRProfile", handle, kSecondGeneration,
-                        {profile ? shown.c_str() : nullptr}, [=](Call& call) -> std::uint32_t {
-                          if (!profile) return lab::kBadArgument;
+                        {profile != nullptr ? shown.c_str() : nullptr}, [=](Call& call) -> std::uint32_t {
+                          if (profile == nullptr) return lab::kBadArgument;
                           call.congestion().profile = *profile;
                           call.congestion().changed = true;
                           return call.KeepPort(false);

@@ -6,6 +6,7 @@
 
 #include "host_file_port.h"
 #include "port_state.h"
+#include "results.h"
 #include "text.h"
 
 namespace lab {
@@ -222,6 +223,14 @@ FileResult ReadFile(const char* path, std::string& out) {
   std::fclose(file);
   errno = error;
   return good ? FileResult::kRead : FileResult::kNotRead;
+}
+
+std::uint32_t WriteFile(const char* path, const std::string& content) {
+  std::FILE* const file = std::fopen(path, "wbe");
+  if (file == nullptr) return errno == ENOENT || errno == ENOTDIR ? kFileNotFound : kFileOpenError;
+  const bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size();
+  const bool closed = std::fclose(file) == 0;
+  return written && closed ? kSuccess : kFileOpenError;
 }
 
 }  // namespace lab

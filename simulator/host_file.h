@@ -24,4 +24,7 @@ enum class FileResult { kRead, kNotOpened, kNotRead };
 // The whole content of a file; errno tells why it could not be opened or read.
 FileResult ReadFile(const char* path, std::string& out);
 
+// Writes a file. Returns 0, kFileNotFound when its folder is not there, or kFileOpenError.
+std::uint32_t WriteFile(const char* path, const std::string& content);
+
 }  // namespace lab

@@ -14,8 +14,6 @@ constexpr const char* kFirstLine = "ZNFC NVRAM image";
 constexpr std::string_view kVirtualLane = "virtual-lane";
 constexpr std::string_view kDrive = "drive-";
 
-// Flags stand in an image as the record has them: the boot settings of two families may share a key name
-// otherwise.
 std::string KeyOf(const char* group, const ConfigField& row) {
   return std::string(group) + '.' + row.key;
 }
@@ -23,10 +21,15 @@ std::string KeyOf(const char* group, const ConfigField& row) {
 constexpr const char* kParameterGroup = "parameters";
 constexpr const char* kBootGroup = "boot";
 
+std::uint32_t Shown(const ConfigField& row, std::uint32_t number) {
+  if (row.kind == ConfigField::kNumber) return number;
+  return (number != 0) == (row.kind == ConfigField::kFlag) ? 1 : 0;
+}
+
 void AddFields(const char* group, std::span<const ConfigField> rows, const HBAParamsInfo& nvram,
                std::string& text) {
   for (const ConfigField& row : rows) {
-    text += KeyOf(group, row) + ": " + std::to_string(nvram.*row.field) + '\n';
+    text += KeyOf(group, row) + ": " + std::to_string(Shown(row, nvram.*row.field)) + '\n';
   }
 }
 
@@ -46,8 +49,10 @@ bool ReadDrive(std::string_view text, BootDrive& out) {
 bool TakeNumber(const char* group, std::span<const ConfigField> rows, const ImageText::Line& line,
                 HBAParamsInfo& nvram) {
   for (const ConfigField& row : rows) {
+    if (line.key != KeyOf(group, row)) continue;
     std::uint64_t number = 0;
-    if (line.key != KeyOf(group, row) || !ReadNumber(line.value, UINT32_MAX, number)) continue;
+    if (!ReadNumber(line.value, row.kind == ConfigField::kNumber ? UINT32_MAX : 1, number)) return false;
+    if (row.kind == ConfigField::kInverseFlag) number = 1 - number;
     nvram.*row.field = static_cast<std::uint32_t>(number);
     return true;
   }

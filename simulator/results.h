@@ -1,4 +1,4 @@
-// Numbers that the simulated library answers: those that callers know, and its own from 900 upward.
+// Numbers that the simulated library answers: those that callers know, and its own from 901 upward.
 #pragma once
 
 #include <cstdint>
@@ -39,7 +39,6 @@ enum Result : std::uint32_t {
   kSuccessColdReboot = 205,
   kComponentInvalid = 522,
 
-  kNotServed = 900,        // the simulation has no behaviour for this call
   kUnknownHandle = 901,    // the handle names no port of this host
   kInternalFailure = 902,  // out of memory and the like
   kBadArgument = 903,      // a null pointer where a result or a name belongs
@@ -48,7 +47,6 @@ enum Result : std::uint32_t {
   kTestFailed = 906,       // a pass of the test failed
   kNoSuchTarget = 907,     // the port sees no such target
   kNoBootEntries = 908,    // the port has no NVMe boot entries
-  kFileWriteError = 909,   // the file could not be written completely
 };
 
 // Offset that the firmware dump call adds to its failures.

@@ -3,6 +3,7 @@
 
 #include "call.h"
 #include "framework/device_library/calls.h"
+#include "host_file.h"
 #include "sfp_files.h"
 #include "text.h"
 
@@ -39,7 +40,7 @@ std::uint32_t SaveModule(const Call& call, const char* file,
   if (file == nullptr) return lab::kBadArgument;
   if (call.entry().interface_type == PortInterfaceType::kNpivVirtual) return lab::kNoSavingForVirtualPort;
   const SfpModule* const module = call.sfp();
-  return module == nullptr ? std::uint32_t{lab::kNoModule} : lab::WriteSfpFile(file, content(module->now));
+  return module == nullptr ? std::uint32_t{lab::kNoModule} : lab::WriteFile(file, content(module->now));
 }
 
 std::uint32_t UpdateModule(const Call& call, const char* file, std::uint32_t kind) {

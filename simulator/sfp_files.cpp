@@ -79,14 +79,6 @@ std::string ReadSfpMemory(const std::string& path, SfpMemory& out) {
   return {};
 }
 
-std::uint32_t WriteSfpFile(const char* path, const std::string& content) {
-  std::FILE* const file = std::fopen(path, "wbe");
-  if (file == nullptr) return errno == ENOENT || errno == ENOTDIR ? kFileNotFound : kFileOpenError;
-  const bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size();
-  const bool closed = std::fclose(file) == 0;
-  return written && closed ? kSuccess : kFileOpenError;
-}
-
 std::uint32_t UpdateSfpFirmware(const char* file, SfpModule& module) {
   if (SfpVendor(module.now) != kUpdatableVendor) return kOtherModuleVendor;
   ImageText content;

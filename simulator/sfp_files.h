@@ -14,9 +14,6 @@ std::string SfpMemoryText(const SfpMemory& memory);
 // remarks. Returns an empty text, or what was expected in place of the file.
 std::string ReadSfpMemory(const std::string& path, SfpMemory& out);
 
-// Writes a file. Returns 0, kFileNotFound when its folder is not there, or kFileOpenError.
-std::uint32_t WriteSfpFile(const char* path, const std::string& content);
-
 // Reads a firmware file and puts it into the module. Returns 0, or the result that refuses it; the module is
 // then unchanged. docs/lab-host.md describes the format.
 std::uint32_t UpdateSfpFirmware(const char* file, SfpModule& module);

@@ -84,7 +84,7 @@ StatusCode Bbcr::WriteDevice() {
 
 StatusCode Bbcr::Display(Serializer& out, OutputMode mode, RebootField reboot) const {
   ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
+  if (!text.Allocated()) return DisplayNoMemory(out, mode);
   const bool online = state_.online != 0;
   FirstTextLine(text, "BBCR Status", BoolText(state_.status != 0));
   NumberLine(text, "BBCR Configured", state_.configured);

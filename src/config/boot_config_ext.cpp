@@ -256,7 +256,7 @@ StatusCode BootConfigExt::WriteDevice() {
 StatusCode BootConfigExt::Display(Serializer& out, OutputMode mode, RebootField reboot) const {
   if (Mode() != BootMode::kNvme) return BootSettings::Display(out, mode, reboot);
   ReportText text(kNvmeReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
+  if (!text.Allocated()) return DisplayNoMemory(out, mode);
   LoginLines(text);
   FlagLine(text, "FC NVMe", nvme_enabled_);
   TextOrNaLine(text, "Host NQN", Fc().host_nqn.View());

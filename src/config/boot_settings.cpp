@@ -144,7 +144,7 @@ void BootSettings::LoginLines(ReportText& text) const {
 
 StatusCode BootSettings::Display(Serializer& out, OutputMode mode, RebootField reboot) const {
   ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
+  if (!text.Allocated()) return DisplayNoMemory(out, mode);
   if (mode_ == BootMode::kBios) {
     FirstTextLine(text, "Adapter BIOS", BoolText(record_.disable_bios == 0));
     FlagLine(text, "Selectable Boot", record_.enable_selectable_boot != 0);

@@ -16,8 +16,9 @@ std::uint32_t NumberOf(const std::string& text) {
   return static_cast<std::uint32_t>(std::strtoul(text.c_str(), nullptr, 10));
 }
 
-StagedFile::StagedFile(const char* family, const std::string& port, std::size_t value_size)
-    : path_(std::string(kCacheFolder) + "/" + family + "_" + port), value_size_(value_size) {}
+std::string StagedPath(const char* family, const std::string& port) {
+  return std::string(kCacheFolder) + "/" + family + "_" + port;
+}
 
 bool StagedFile::IsPresent() const {
   return FileOps::IsFilePresent(path_.c_str()) == 1;

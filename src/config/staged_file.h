@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "framework/status.h"
 
@@ -15,11 +16,13 @@ using StagedValues = std::map<std::string, std::string>;
 // to count, so that a minus sign makes a number that is out of every range.
 std::uint32_t NumberOf(const std::string& text);
 
+// Where the changes of one family for one port wait; `port` is the port identifier as the user typed it.
+std::string StagedPath(const char* family, const std::string& port);
+
 class StagedFile {
  public:
-  // `family` begins the file's name, `port` is the port identifier as the user typed it. Of a value in the
-  // file at most `value_size` - 1 characters are seen.
-  StagedFile(const char* family, const std::string& port, std::size_t value_size);
+  // Of a value in the file at most `value_size` - 1 characters are seen.
+  StagedFile(std::string path, std::size_t value_size) : path_(std::move(path)), value_size_(value_size) {}
 
   bool IsPresent() const;
 

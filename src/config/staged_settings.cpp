@@ -15,7 +15,7 @@ bool StagedSettings::NeedsReboot() const {
 }
 
 StagedFile StagedSettings::FileOf(const Words& words) const {
-  return {node_.file_family, words[0], node_.value_size};
+  return {StagedPath(node_.file_family, words[0]), node_.value_size};
 }
 
 StatusCode StagedSettings::WriteText(Serializer& out, OutputMode mode, const ReportText& text,
@@ -28,6 +28,11 @@ StatusCode StagedSettings::DisplayError(Serializer& out, StatusCode code, Output
                                         RebootField reboot) const {
   WriteReportError(out, mode, node_.frame, MessageFor(node_.messages, code), reboot);
   return code;
+}
+
+StatusCode StagedSettings::DisplayNoMemory(Serializer& out, OutputMode mode) const {
+  DebugLogLevel(kDebugFailure, "%s: no memory for the report", node_.class_name);
+  return DisplayError(out, kMemoryError, mode);
 }
 
 StatusCode StagedSettings::SelectPort(const Words& words) {

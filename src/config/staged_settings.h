@@ -56,6 +56,9 @@ class StagedSettings {
   // Writes `text` as the document of a success.
   StatusCode WriteText(Serializer& out, OutputMode mode, const ReportText& text, RebootField reboot) const;
 
+  // The end of a Display whose report has no memory: no reboot is told. Returns kMemoryError.
+  StatusCode DisplayNoMemory(Serializer& out, OutputMode mode) const;
+
   // Writes the document of a failure and returns its code.
   StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode, RebootField reboot = {}) const;
 

@@ -1,6 +1,5 @@
 #include "port/physical_port_info_cmds_processor.h"
 
-#include <algorithm>
 #include <string>
 
 #include "discovery/port_lookup.h"
@@ -128,17 +127,6 @@ void PositionLines(ReportText& text, const PhyPortEntry& port, const FCProtocolE
   TextLine(text, "PCI Bus Negotiated Speed", PciSpeedText(fc.pci.link_status));
 }
 
-void HostIdLine(ReportText& text, const std::uint8_t (&id)[16]) {
-  if (std::all_of(std::begin(id), std::end(id), [](std::uint8_t octet) { return octet == 0; })) {
-    return TextLine(text, "Host ID", "NA");
-  }
-  text.Line(
-      "      %s: %02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx"
-      "%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx\n",
-      "Host ID", id[0], id[1], id[2], id[3], id[4], id[5], id[6], id[7], id[8], id[9], id[10], id[11], id[12],
-      id[13], id[14], id[15]);
-}
-
 void NameLines(ReportText& text, const FCProtocolEntry& fc) {
   NameLine(text, "Node Name", fc.node_name);
   NameLine(text, "Port Name", fc.port_name);
@@ -232,7 +220,7 @@ StatusCode DisplayPortInfo(Serializer& out, const PortSelection& selected, const
   TextLine(text, "Driver Version", fc.driver_version.View());
   if (IsDeviceGroupHazelIrisOrDahlia(fc.pci)) {
     TextOrNaLine(text, "Host NQN", fc.host_nqn.View());
-    HostIdLine(text, fc.host_id);
+    HostIdLine(text, "Host ID", fc.host_id);
   }
   NameLines(text, fc);
   LinkLines(text, fc);

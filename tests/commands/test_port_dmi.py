@@ -1,30 +1,23 @@
-"""The dmi node: `get`, `getraw`, `save` and `update` in both forms."""
+"""The dmi node: `get` and `getraw` in both forms, and its help."""
 
 import re
-import shutil
 
 import pytest
 
 from zfc import documents
 from zfc.documents import EXPECTED, check_both
-from zfc.host import DAHLIA, NO_LIST, every_device
+from zfc.host import NO_LIST
 from zfc.port import IDENTIFIER, one_port
-from zfc.runner import ROOT
 from zfc.sfp import EXTERNAL, NO_MODULE, REAL_QSFP, REAL_SFP, changed, laid_out
 
 GET = "-t port -s dmi get"
 GETRAW = "-t port -s dmi getraw"
-SAVE = "-t port -s dmi save"
-UPDATE = "-t port -s dmi update"
 GET_USAGE = "Usage: get [port identifier]\r\n"
 GETRAW_USAGE = "Usage: getraw [port identifier]\r\n"
 UPDATE_USAGE = "Usage: update [port identifier]\r\n"
 SAVE_USAGE = "Usage: save [port identifier] [sfpfile] [mode]\r\n"
 
-READ, SAVE_BINARY, SAVE_TEXT, UPDATE_FIRMWARE = (
-    f"TORPI_{name}"
-    for name in ("GetSFPDataEx", "SaveSFPDataToFile", "SaveSFPDataToTextFile", "SfpModuleFirmwareUpdate")
-)
+READ = "TORPI_GetSFPDataEx"
 LIST_CALL = "TORPI_GetAdapterList()"
 
 
@@ -37,11 +30,6 @@ NO_DATA = "Failed, Data not available"
 READ_FAILED = "Failed, SFP DMI data read failed"
 NO_HOST = "Failed, Host not found"
 NO_FILE = "Failed, File not found"
-NO_ADAPTER = "Failed, Adapter not found"
-NOT_OPENED = "Failed, File Open Error"
-UNSUPPORTED = "Failed, Feature not supported for this adapter"
-NOT_BY_DRIVER = "Failed, Feature not supported by driver"
-OTHER_VENDOR = "Failed, SFP FW update not supported for this SFP vendor"
 MAINTENANCE = "Failed, Command not supported when adapter port in maintenance mode"
 UNKNOWN = "Failed, Unknown"
 
@@ -74,19 +62,22 @@ def row(zfc, image, label):
 
 
 # The measured values of the real SFP+ module. Its slope fields hold 1.0 as the standard writes it, 01 00, which the
-# program reads as 1.0 for temperature, voltage and transmit power, but as 0 for the bias, whose last byte alone counts.
+# program reads as 1.0 for temperature, voltage and transmit power, but as 0 for the bias, whose last byte alone
+# counts.
 #
 #   Temperature  value 0a 1a: 10 + 26/256 = 10.10; thresholds 4e, 49, f8, f3 with fraction 0: 78, 73, 248-256 = -8,
 #                243-256 = -13; each times 1.0 plus 0
-#   Voltage      818a = 33162 * 0.0001 = 3.3162; 9088 = 37000, 8ca0 = 36000, 7530 = 30000, 7148 = 29000: 3.70, 3.60, 3.00,
-#                2.90; times 1.0 plus 0
-#   Bias         0e04 = 3588 * 0.002 = 7.176; 19c8 = 6600, 189c = 6300, 09c4 = 2500, 07d0 = 2000: 13.20, 12.60, 5.00, 4.00
-#   Tx power     16d6 = 5846 * 0.0001 = 0.5846; 2710 = 10000, 1f07 = 7943, 0c5a = 3162, 09d0 = 2512: 1.0000, 0.7943, 0.3162,
-#                0.2512. The offset is the slope's field with its four bytes reversed: 00000100, 00010000 = 65536. Up there
-#                single-precision numbers are 1/128 apart: 65536.5846 is nearest to 65536 + 75/128 = 65536.5859,
-#                65536.7943 to 65536 + 102/128 = 65536.7969, 65536.3162 to + 40/128 = .3125, 65536.2512 to + 32/128 = .2500
-#   Rx power     value 0, thresholds 2710, 1f07, 009e, 0064: 1.0000, 0.7943, 0.0158, 0.0100. Rx_PWR(1) is 3f800000 = 1.0, the
-#                other coefficients 0: each number times 1.0. The Low Alarm 0.01 is above 0: a fault
+#   Voltage      818a = 33162 * 0.0001 = 3.3162; 9088 = 37000, 8ca0 = 36000, 7530 = 30000, 7148 = 29000: 3.70, 3.60,
+#                3.00, 2.90; times 1.0 plus 0
+#   Bias         0e04 = 3588 * 0.002 = 7.176; 19c8 = 6600, 189c = 6300, 09c4 = 2500, 07d0 = 2000: 13.20, 12.60, 5.00,
+#                4.00
+#   Tx power     16d6 = 5846 * 0.0001 = 0.5846; 2710 = 10000, 1f07 = 7943, 0c5a = 3162, 09d0 = 2512: 1.0000, 0.7943,
+#                0.3162, 0.2512. The offset is the slope's field with its four bytes reversed: 00000100, 00010000 =
+#                65536. Up there single-precision numbers are 1/128 apart: 65536.5846 is nearest to 65536 + 75/128 =
+#                65536.5859, 65536.7943 to 65536 + 102/128 = 65536.7969, 65536.3162 to + 40/128 = .3125, 65536.2512 to
+#                + 32/128 = .2500
+#   Rx power     value 0, thresholds 2710, 1f07, 009e, 0064: 1.0000, 0.7943, 0.0158, 0.0100. Rx_PWR(1) is 3f800000 =
+#                1.0, the other coefficients 0: each number times 1.0. The Low Alarm 0.01 is above 0: a fault
 @pytest.mark.parametrize(
     "name, image",
     [
@@ -94,18 +85,18 @@ def row(zfc, image, label):
         ("dmi-qsfp", REAL_QSFP),
         # An externally calibrated module.
         #
-        #   Temperature  slope 02 00 is 2.0, offset 05 00 is 5. Value 23 40: 35.25 * 2 + 5 = 75.50. High Alarm 4b 01: 014b is
-        #                331, bit 8 is set: 331/2 - 256 = -90.5; -181 + 5 = -176.00: the value is above it, a fault. High
-        #                Warning 46: 70; 145.00. Low Warning 0: 5.00. Low Alarm fb: 251 - 256 = -5; -5.00
-        #   Voltage      slope 03 00 is 3.0, offset fffe is -2. 33000, 36000, 35000, 31000, 30000 ten-thousandths, times 3,
-        #                less 2: 7.90, 8.80, 8.50, 7.30, 7.00
-        #   Bias         slope xx 02 is 2.0, offset xx 03 is 3. 3500, 6000, 5500, 1500, 1000 times 0.002 are 7, 12, 11, 3, 2:
-        #                17.00, 27.00, 25.00, 9.00, 7.00
-        #   Tx power     slope 00 02: 0200 is 512, "512.2". Offset 00000002 reversed: 02000000 = 33554432. 0.5, 1.0, 0.8, 0.2,
-        #                0.1 times 512.2 are 256.1, 512.2, 409.76, 102.44, 51.22; single-precision numbers are 4 apart up
-        #                there: + 256, + 512, + 408, + 104, + 52
-        #   Rx power     (1/16 - 1/32 + 1/8 + 2) = 2.15625 times 0.2, 1.0, 0.8, 0.2, 0.1, plus 0.01: 0.44125, 2.16625, 1.735,
-        #                0.44125, 0.225625. The Low Warning is at the value: a warning
+        #   Temperature  slope 02 00 is 2.0, offset 05 00 is 5. Value 23 40: 35.25 * 2 + 5 = 75.50. High Alarm 4b 01:
+        #                014b is 331, bit 8 is set: 331/2 - 256 = -90.5; -181 + 5 = -176.00: the value is above it, a
+        #                fault. High Warning 46: 70; 145.00. Low Warning 0: 5.00. Low Alarm fb: 251 - 256 = -5; -5.00
+        #   Voltage      slope 03 00 is 3.0, offset fffe is -2. 33000, 36000, 35000, 31000, 30000 ten-thousandths,
+        #                times 3, less 2: 7.90, 8.80, 8.50, 7.30, 7.00
+        #   Bias         slope xx 02 is 2.0, offset xx 03 is 3. 3500, 6000, 5500, 1500, 1000 times 0.002 are 7, 12,
+        #                11, 3, 2: 17.00, 27.00, 25.00, 9.00, 7.00
+        #   Tx power     slope 00 02: 0200 is 512, "512.2". Offset 00000002 reversed: 02000000 = 33554432. 0.5, 1.0,
+        #                0.8, 0.2, 0.1 times 512.2 are 256.1, 512.2, 409.76, 102.44, 51.22; single-precision numbers
+        #                are 4 apart up there: + 256, + 512, + 408, + 104, + 52
+        #   Rx power     (1/16 - 1/32 + 1/8 + 2) = 2.15625 times 0.2, 1.0, 0.8, 0.2, 0.1, plus 0.01: 0.44125, 2.16625,
+        #                1.735, 0.44125, 0.225625. The Low Warning is at the value: a warning
         ("dmi-external", EXTERNAL),
     ],
 )
@@ -220,8 +211,8 @@ def test_percent_signs(zfc, form, ending):
 
 def test_texts_of_a_module_end_with_their_field(zfc):
     """No text of this module has a terminator, and all have bytes of every kind."""
-    filled = laid_out({20: b"\xff<&>" + b"V" * 12, 40: b"P" * 16, 56: b"RRRR", 68: b"S" * 16, 84: b"D" * 8, 92: b"DDDD"})
-    report = report_of(zfc, filled)
+    texts = {20: b"\xff<&>" + b"V" * 12, 40: b"P" * 16, 56: b"RRRR", 68: b"S" * 16, 84: b"D" * 8, 92: b"DDDD"}
+    report = report_of(zfc, laid_out(texts))
     for line in (
         b"                        Vendor: \xff<&>VVVVVVVVVVVV\n",
         b"                   Part Number: PPPPPPPPPPPPPPPP\n",
@@ -331,189 +322,10 @@ class TestRead:
         assert b"<string>Success</string>" in result.stdout
 
 
-def check_save(zfc, message, words, **options):
-    options = {"host": HOST, **options}
-    return check_both(zfc, SAVE, "port/dmi-save", words=words, values={"message": message}, **options)
+def test_get_with_refresh_maybe_is_status_6_and_nothing_on_the_output(zfc):
+    result = zfc([*GET.split(), IDENTIFIER, "--refresh", "maybe"], host=HOST, debug=4)
+    assert (result.stdout, result.code) == (b"", 6)
 
-
-@pytest.mark.parametrize(
-    "mode, call",
-    [
-        ("Binary", SAVE_BINARY),
-        ("binary", SAVE_BINARY),
-        ("BINARY", SAVE_BINARY),
-        ("Text", SAVE_TEXT),
-        ("text", SAVE_TEXT),
-        ("tExT", SAVE_TEXT),
-    ],
-)
-def test_save(zfc, mode, call):
-    result = check_save(zfc, "Success", [IDENTIFIER, "/tmp/module %s.bin", mode, "more"])
-    assert result.command_calls == [LIST_CALL, f'{call}(port, "/tmp/module %s.bin")']
-
-
-@pytest.mark.parametrize("words", [[], ["/tmp/file"], ["/tmp/file", "csv"], ["/tmp/file", ""], ["Binary"], ["/tmp/file", "Texts"]])
-def test_save_without_a_known_mode(zfc, words):
-    result = check_save(zfc, READ_FAILED, [IDENTIFIER, *words], debug=4)
-    assert result.command_calls == [LIST_CALL]
-    assert result.xml.code == 13
-
-
-SAVE_TRANSLATION = {
-    3: NO_FILE,
-    40: "Failed, Memory Error",
-    100: "Failed, Feature not supported for virtual port",
-    101: NOT_OPENED,
-    113: UNSUPPORTED,
-    114: NO_ADAPTER,
-    121: UNSUPPORTED,
-    150: MAINTENANCE,
-    **dict.fromkeys([1, 2, 6, 8, 13, 14, 19, 22, 42, 51, 60, 99, 102, 107, 118, 144, 149, 151, 0xFFFFFFFF], READ_FAILED),
-}
-
-
-@pytest.mark.parametrize("mode, call", [("Binary", SAVE_BINARY), ("Text", SAVE_TEXT)])
-@pytest.mark.parametrize("result", SAVE_TRANSLATION)
-def test_save_translation(zfc, mode, call, result):
-    done = check_save(zfc, SAVE_TRANSLATION[result], [IDENTIFIER, "file", mode], results={call: result})
-    assert done.command_calls == [LIST_CALL, f'{call}(port, "file")']
-
-
-# The checks in their order: each row fails at one check and at all behind it.
-@pytest.mark.parametrize(
-    "words, options, message, usage, calls",
-    [
-        pytest.param([], {"spoil_log": SPOILED}, INVALID, SAVE_USAGE, [], id="no identifier"),
-        pytest.param(["nobody", "file", "csv"], {"spoil_log": SPOILED}, INVALID, SAVE_USAGE, [], id="bad identifier"),
-        pytest.param(["?x", "file", "csv"], {}, INVALID, SAVE_USAGE, [], id="not quite a help word"),
-        pytest.param(["help", "file", "csv"], {}, UNKNOWN, SAVE_USAGE, [], id="help word"),
-        pytest.param([IDENTIFIER, "file", "csv"], {"host": NO_LIST}, NO_HOST, "", [LIST_CALL], id="no list"),
-        pytest.param([IDENTIFIER, "file", "csv"], {"spoil_log": SPOILED}, NO_FILE, "", [LIST_CALL], id="no bracket"),
-        pytest.param([IDENTIFIER, "file", "csv"], {}, READ_FAILED, "", [LIST_CALL], id="mode"),
-    ],
-)
-def test_save_failure(zfc, words, options, message, usage, calls):
-    result = check_save(zfc, message, words, usage=usage, **options)
-    assert result.command_calls == calls
-
-
-DAHLIA_PORT = {"device": 0x3640, "driver_flags": 0x02}
-
-
-def check_update(zfc, message, words=None, *, host=None, **options):
-    words = [IDENTIFIER, zfc.file("sfp.img").name, "WTD"] if words is None else words
-    options = {"host": host or one_port(**DAHLIA_PORT), **options}
-    return check_both(zfc, UPDATE, "port/dmi-update", words=words, values={"message": message}, **options)
-
-
-UPDATE_CALL = f'{UPDATE_FIRMWARE}(port, "sfp.img", 2)'
-
-
-@pytest.mark.parametrize("vendor", ["WTD", "wtd", "wTd"])
-def test_update(zfc, vendor):
-    result = check_update(zfc, "Success", [IDENTIFIER, zfc.file("sfp.img").name, vendor, "more"])
-    assert result.command_calls == [LIST_CALL, UPDATE_CALL]
-
-
-@pytest.mark.parametrize("device", every_device(), ids=hex)
-def test_update_of_each_family(zfc, device):
-    host = one_port(device=device, driver_flags=0x02)
-    if device in DAHLIA:
-        check_update(zfc, "Success", host=host)
-    else:
-        assert check_update(zfc, UNSUPPORTED, host=host).command_calls == [LIST_CALL]
-
-
-def test_update_of_another_maker_s_adapter(zfc):
-    check_update(zfc, UNSUPPORTED, host=one_port(**DAHLIA_PORT, vendor=0x1077))
-
-
-@pytest.mark.parametrize("flags", [0x00, 0x01, 0x02, 0x03, 0xFD, 0xFF])
-def test_update_needs_the_driver(zfc, flags):
-    host = one_port(device=0x3640, driver_flags=flags)
-    if flags & 0x02:
-        check_update(zfc, "Success", host=host)
-    else:
-        assert check_update(zfc, NOT_BY_DRIVER, host=host).command_calls == [LIST_CALL]
-
-
-UPDATE_TRANSLATION = {
-    101: NOT_OPENED,
-    107: "Failed, Checksum Error",
-    113: UNSUPPORTED,
-    114: NO_ADAPTER,
-    118: NOT_BY_DRIVER,
-    144: "Failed, SFP FW update failed",
-    145: OTHER_VENDOR,
-    146: "Failed, SFP FW file not supported for this SFP",
-    150: MAINTENANCE,
-    **dict.fromkeys([1, 3, 6, 8, 13, 14, 40, 50, 58, 100, 121, 143, 147, 149, 151, 0xFFFFFFFF], UNKNOWN),
-}
-
-
-@pytest.mark.parametrize("result", UPDATE_TRANSLATION)
-def test_update_translation(zfc, result):
-    done = check_update(zfc, UPDATE_TRANSLATION[result], results={UPDATE_FIRMWARE: result})
-    assert done.command_calls == [LIST_CALL, UPDATE_CALL]
-
-
-# The checks in their order: each row fails at one check and at all behind it.
-OTHER_HOST = one_port(device=0x3522, driver_flags=0xFD)
-
-
-@pytest.mark.parametrize(
-    "words, options, message, usage, calls",
-    [
-        pytest.param([], {}, INVALID, UPDATE_USAGE, [], id="no identifier"),
-        pytest.param(["nobody", "missing", "X"], {}, INVALID, UPDATE_USAGE, [], id="bad identifier"),
-        pytest.param(["help", "missing", "X"], {}, UNKNOWN, UPDATE_USAGE, [], id="help word"),
-        pytest.param([IDENTIFIER, "missing", "X"], {"host": NO_LIST}, NO_HOST, "", [LIST_CALL], id="no list"),
-        pytest.param([IDENTIFIER], {}, NO_FILE, "", [LIST_CALL], id="no file"),
-        pytest.param([IDENTIFIER, ""], {}, NO_FILE, "", [LIST_CALL], id="empty file"),
-        pytest.param([IDENTIFIER, "missing", "X"], {}, NO_FILE, "", [LIST_CALL], id="missing file"),
-        pytest.param([IDENTIFIER, "sfp.img"], {}, OTHER_VENDOR, "", [LIST_CALL], id="no vendor"),
-        pytest.param([IDENTIFIER, "sfp.img", "X"], {}, OTHER_VENDOR, "", [LIST_CALL], id="other vendor"),
-        pytest.param([IDENTIFIER, "sfp.img", "WTD"], {}, UNSUPPORTED, "", [LIST_CALL], id="family"),
-        pytest.param(
-            [IDENTIFIER, "sfp.img", "WTD"],
-            {"host": one_port(device=0x3640, driver_flags=0xFD)},
-            NOT_BY_DRIVER,
-            "",
-            [LIST_CALL],
-            id="driver",
-        ),
-        pytest.param(
-            [IDENTIFIER, "sfp.img", "WTD"],
-            {"host": one_port(**DAHLIA_PORT)},
-            NO_FILE,
-            "",
-            [LIST_CALL],
-            id="no bracket",
-        ),
-    ],
-)
-def test_update_failure(zfc, words, options, message, usage, calls):
-    zfc.file("sfp.img")
-    options = {"host": OTHER_HOST, "spoil_log": SPOILED, "results": {UPDATE_FIRMWARE: 1}, **options}
-    result = check_update(zfc, message, words, usage=usage, **options)
-    assert result.command_calls == calls
-
-
-class TestEdgeCasesOfTheCommands:
-    def test_get_with_refresh_maybe_is_status_6_and_nothing_on_the_output(self, zfc):
-        result = zfc([*GET.split(), IDENTIFIER, "--refresh", "maybe"], host=HOST, debug=4)
-        assert (result.stdout, result.code) == (b"", 6)
-
-    def test_save_with_mode_text_works_and_with_csv_fails(self, zfc):
-        check_save(zfc, "Success", [IDENTIFIER, "file", "text"])
-        check_save(zfc, READ_FAILED, [IDENTIFIER, "file", "csv"])
-
-    def test_update_with_a_missing_file_and_a_wrong_vendor_reports_the_file(self, zfc):
-        check_update(zfc, NO_FILE, [IDENTIFIER, "missing", "X"])
-
-    def test_update_answered_with_147_is_status_50_and_unknown(self, zfc):
-        result = check_update(zfc, UNKNOWN, results={UPDATE_FIRMWARE: 147}, debug=4)
-        assert result.xml.code == 50
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])
@@ -549,62 +361,3 @@ def test_columns_of_the_table_stand_under_each_other(zfc):
     ends = {tuple(match.end() for match in re.finditer(rb"(?<= )(-?[\d.]+|Normal|Fault|Warning)(?= |$)", line))[-5:] for line in rows}
     assert len(rows) == 6
     assert ends == {(24, 37, 49, 61, 73)}
-
-
-class TestSimulatedLibrary:
-    """examples/modules.yaml: a module of every kind, port by port."""
-
-    @pytest.fixture
-    def run(self, zfc):
-        shutil.copytree(ROOT / "examples" / "modules", zfc.work / "modules")
-        shutil.copy(ROOT / "examples" / "modules.yaml", zfc.work)
-        env = {"TORPI_LAB_HOST": "modules.yaml", "TORPI_LAB_STATE": "state.yaml"}
-
-        def run(command, port, *words):
-            identifier = f"FC_21:00:f4:c7:aa:64:01:{port:02x}"
-            return zfc([*f"-t port -s dmi {command}".split(), identifier, *words], library="simulated", env=env).stdout
-
-        return run
-
-    @pytest.mark.parametrize("port, name", [(0, "dmi-sfp"), (1, "dmi-qsfp")])
-    def test_real_modules(self, run, port, name):
-        documents.check(run("get", port), f"port/{name}.xml")
-        documents.check(run("getcli", port), f"port/{name}.txt")
-
-    def test_raw_bytes_of_a_real_module(self, run):
-        documents.check(run("getraw", 0), "port/dmi-raw.xml")
-
-    def test_refresh_is_seen_by_later_runs(self, run):
-        """72 degrees before, 81 behind."""
-        assert b"\n        Value      72.00 " in run("getcli", 3)
-        assert b"\n        Value      81.00 " in run("getcli", 3, "--refresh", "true")
-        assert b"\n        Value      81.00 " in run("getcli", 3, "--refresh", "false")
-
-    def test_saved_text_is_the_file_that_was_read(self, zfc, run):
-        documents.check(run("save", 0, "saved.hex", "Text"), "port/dmi-save.xml", message="Success")
-        original = ROOT / "examples" / "modules" / "sfpp-10g-sr-finisar-a.hex"
-        assert (zfc.work / "saved.hex").read_bytes() == original.read_bytes()
-
-    def test_saved_binary_is_the_memory(self, zfc, run):
-        documents.check(run("save", 1, "saved.bin", "Binary"), "port/dmi-save.xml", message="Success")
-        assert (zfc.work / "saved.bin").read_bytes() == REAL_QSFP
-
-    def test_save_where_nothing_can_be_written(self, run):
-        documents.check(run("save", 1, "none/saved", "Text"), "port/dmi-save.xml", message=NO_FILE)
-
-    def test_update_changes_the_version(self, run):
-        assert b"SFP Firmware Version: 0x02 0x07 \n" in run("getcli", 2)
-        documents.check(run("update", 2, "modules/wtd-firmware.fw", "WTD"), "port/dmi-update.xml", message="Success")
-        assert b"SFP Firmware Version: 0x02 0x08 \n" in run("getcli", 2)
-
-    def test_update_of_a_module_of_another_maker(self, run):
-        update = run("update", 5, "modules/wtd-firmware.fw", "WTD")
-        documents.check(update, "port/dmi-update.xml", message=OTHER_VENDOR)
-
-    def test_module_without_diagnostics_has_no_table(self, run):
-        report = run("getcli", 6)
-        assert b"Part Number: SX-DAC-3M\n" in report and b"Temperature   Voltage" not in report
-
-    def test_empty_cage(self, run):
-        for command in ("get", "getraw"):
-            documents.check(run(command, 7), "port/dmi-failed.xml", message=NO_DATA)

@@ -278,7 +278,8 @@ class TestSecondInterface:
     def test_failed_with_a_reason(self, zfc, code, reason, kept):
         # Only the low four bits of both registers count.
         record = self.failed((0xBCD2, 0x1230 | code))
-        values = {"reason": reason, "rx": "-3.979400" if kept else "0.000000", "tx": "-6.020600" if kept else "0.000000"}
+        powers = ("-3.979400", "-6.020600") if kept else ("0.000000", "0.000000")
+        values = {"reason": reason, "rx": powers[0], "tx": powers[1]}
         check_run(zfc, "dport-failed-reason", values, env=run_v2(step(0, record)))
 
     @pytest.mark.parametrize("outcome", [0x4000, 0x0001, 0x0023, 0x4006, 0x400A])

@@ -292,7 +292,7 @@ class TestPattern:
 
     @pytest.mark.parametrize(
         "value",
-        ["", "abcdefgh", "a-b-c-d-e-f-gh", "a-b-c-d-e-f-g", "ab-c-d-e-f-g-h", "a-b-c-dxe-f-g-h", "a_b-c-d-e-f-g-h", "-"],
+        ["", "-", "abcdefgh", "a-b-c-d-e-f-gh", "a-b-c-d-e-f-g", "ab-c-d-e-f-g-h", "a-b-c-dxe-f-g-h", "a_b-c-d-e-f-g-h"],
     )
     def test_bad_custom(self, zfc, value):
         made = check_failed(zfc, BAD_PATTERN, [*words(pattern="Custom"), "-d", value])
@@ -365,7 +365,9 @@ class TestPasses:
         )
         assert made.command_calls == [LIST_CALL, *[call(on_error=STOP)] * 3]
 
-    @pytest.mark.parametrize("status", ["", "success", "SUCCESS", "Success ", "Succes", "Successful", "Failed", "S" * 64])
+    @pytest.mark.parametrize(
+        "status", ["", "success", "SUCCESS", "Success ", "Succes", "Successful", "Failed", "S" * 64]
+    )
     def test_only_success_is_one(self, zfc, status):
         env = passes(step(0, loopback(status)))
         check_run(zfc, words(), status=status, counters=(1, 0, 1), env=env)

@@ -16,7 +16,6 @@
 #include "hostile_library.h"
 
 using hostile::Answer;
-using hostile::BufferText;
 using hostile::Fill;
 using hostile::Format;
 using hostile::Hex;
@@ -93,14 +92,14 @@ LibraryStatus TORPI_IsVCLMFeatureEnabled(const DeviceHandle* handle, std::uint8_
 }
 
 LibraryStatus TORPI_GetSCMRStatisticsList(const DeviceHandle* handle, SCMRStatisticsEntry** out_head) {
-  const LibraryStatus result =
-      Answer("TORPI_GetSCMRStatisticsList", NameOf(handle) + (*out_head ? ", used head" : ", null"));
+  const LibraryStatus result = Answer("TORPI_GetSCMRStatisticsList",
+                                      NameOf(handle) + (*out_head != nullptr ? ", used head" : ", null"));
   if (result == 0) *out_head = List().first;
   return result;
 }
 
 LibraryStatus TORPI_FreeSCMRStatisticsList(SCMRStatisticsEntry* head) {
-  const char* const what = !head ? "null" : head == List().first ? "the list" : "something else";
+  const char* const what = head == nullptr ? "null" : head == List().first ? "the list" : "something else";
   const LibraryStatus result = Answer("TORPI_FreeSCMRStatisticsList", what);
   if (head == List().first && mprotect(head, List().size, PROT_NONE) != 0) std::abort();
   return result;

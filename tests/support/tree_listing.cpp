@@ -4,7 +4,7 @@
 
 // The program's own composition root, so that what is listed is the tree that runs.
 #define main RunProgram
-#include "main.cpp"
+#include "main.cpp"  // NOLINT(bugprone-suspicious-include)
 #undef main
 
 #include <cstdio>

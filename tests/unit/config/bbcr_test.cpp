@@ -13,7 +13,7 @@ class BbcrTest : public StagedFixture {
     Bbcr bbcr;
     EXPECT_EQ(bbcr.SelectPort(words), kSuccess);
     StagedValues values;
-    const StatusCode status = bbcr.CheckOptions(words, {"BBCR", kPort, kValueSize}, values);
+    const StatusCode status = bbcr.CheckOptions(words, {StagedPath("BBCR", kPort), kValueSize}, values);
     if (status != kSuccess) return std::to_string(status);
     std::string text;
     for (const auto& [key, value] : values) text += (text.empty() ? "" : " ") + key + "=" + value;
@@ -53,7 +53,7 @@ TEST_F(BbcrTest, ValuesOfAFile) {
   ASSERT_EQ(bbcr.SelectPort(With({})), kSuccess);
   ASSERT_EQ(bbcr.ReadDevice(), kSuccess);
   EXPECT_EQ(bbcr.AllValues(), (StagedValues{{"BBCR_Count", "9"}, {"BBCR_Status", "1"}}));
-  const StagedFile file("BBCR", kPort, kValueSize);
+  const StagedFile file(StagedPath("BBCR", kPort), kValueSize);
 
   Stage("BBCR_Count=15\nBBCR_Status=0\n");
   EXPECT_EQ(bbcr.ReadFile(file), kSuccess);

@@ -37,7 +37,7 @@ class BootTest : public StagedFixture {
       return "prepare " + std::to_string(status);
     }
     StagedValues values;
-    const StatusCode status = settings.CheckOptions(words, {"Boot", kPort, kValueSize}, values);
+    const StatusCode status = settings.CheckOptions(words, {StagedPath("Boot", kPort), kValueSize}, values);
     if (status != kSuccess) return std::to_string(status);
     std::string text;
     for (const auto& [key, value] : values) text += (text.empty() ? "" : " ") + key + "=" + value;
@@ -289,7 +289,7 @@ class BootFileTest : public BootTest {
     EXPECT_EQ(settings.SelectPort(words), kSuccess);
     EXPECT_EQ(settings.Prepare(words), kSuccess);
     EXPECT_EQ(settings.ReadDevice(), kSuccess);
-    const StatusCode status = settings.ReadFile({"BootConfig", kPort, kValueSize});
+    const StatusCode status = settings.ReadFile({StagedPath("BootConfig", kPort), kValueSize});
     record_ = settings.Record();
     mode_ = settings.Mode();
     return status;
@@ -473,7 +473,7 @@ class BootExtFileTest : public BootTest {
     EXPECT_EQ(settings.SelectPort(words), kSuccess);
     EXPECT_EQ(settings.Prepare(words), kSuccess);
     EXPECT_EQ(settings.ReadDevice(), kSuccess);
-    const StatusCode status = settings.ReadFile({"BootConfigExt", kPort, 256});
+    const StatusCode status = settings.ReadFile({StagedPath("BootConfigExt", kPort), 256});
     record_ = settings.NvmeRecord();
     mode_ = settings.Mode();
     return status;

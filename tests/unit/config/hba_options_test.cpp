@@ -24,7 +24,7 @@ class HbaOptionsTest : public StagedFixture {
     HbaParams params;
     EXPECT_EQ(params.SelectPort(words), kSuccess);
     StagedValues values;
-    const StagedFile file("HBAParams", kPort, kValueSize);
+    const StagedFile file(StagedPath("HBAParams", kPort), kValueSize);
     const StatusCode status = params.CheckOptions(words, file, values);
     if (status != kSuccess) return std::to_string(status);
     std::string text;
@@ -474,7 +474,7 @@ class HbaFileTest : public HbaOptionsTest {
     HbaParams params;
     EXPECT_EQ(params.SelectPort(With({})), kSuccess);
     EXPECT_EQ(params.ReadDevice(), kSuccess);
-    const StatusCode status = params.ReadFile({"HBAParams", kPort, kValueSize});
+    const StatusCode status = params.ReadFile({StagedPath("HBAParams", kPort), kValueSize});
     record_ = params.Record();
     return status;
   }

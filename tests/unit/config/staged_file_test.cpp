@@ -13,7 +13,7 @@ class StagedFileTest : public StagedFixture {
  protected:
   StagedFileTest() : StagedFixture("Family") {}
 
-  const StagedFile file_{"Family", kPort, kValueSize};
+  const StagedFile file_{StagedPath("Family", kPort), kValueSize};
 };
 
 TEST_F(StagedFileTest, IsNamedAfterItsFamilyAndThePort) {
@@ -59,7 +59,7 @@ TEST_F(StagedFileTest, ASmallerBufferSeesLess) {
   std::string value;
   EXPECT_TRUE(file_.Find("A", value));
   EXPECT_EQ(value.size(), 300u);
-  EXPECT_TRUE(StagedFile("Family", kPort, 256).Find("A", value));
+  EXPECT_TRUE(StagedFile(StagedPath("Family", kPort), 256).Find("A", value));
   EXPECT_EQ(value.size(), 255u);
 }
 

@@ -20,6 +20,7 @@ std::size_t refused_size = 0;
 
 }  // namespace
 
+// The names that the linker asks for. NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" {
 void* __real_calloc(std::size_t count, std::size_t size);
 void* __wrap_calloc(std::size_t count, std::size_t size);
@@ -27,6 +28,7 @@ void* __wrap_calloc(std::size_t count, std::size_t size) {
   return refused_size != 0 && count * size == refused_size ? nullptr : __real_calloc(count, size);
 }
 }
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace {
 
@@ -114,7 +116,7 @@ TEST_F(ReportMemory, FreeingThatFailsTooAddsASecondDocument) {
 }
 
 TEST_F(ReportMemory, BuffersOfAnotherSizeAreNotAskedFor) {
-  for (const std::size_t size : {8191, 8193, 4096, 1024}) {
+  for (const std::size_t size : {8191u, 8193u, 4096u, 1024u}) {
     EXPECT_NE(Get<PhysicalPortSCMStatsCmdsProcessor>(kPort, kSecond, size, kSuccess), "");
   }
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <map>
 #include <string>
 
@@ -12,7 +13,7 @@ using Words = std::map<unsigned, std::string>;
 // Every code of the type, against the words told and `otherwise`.
 template <class Number, class Text>
 void ExpectWords(Text text, const Words& words, const std::string& otherwise) {
-  for (unsigned code = 0; code <= Number(-1); ++code) {
+  for (unsigned code = 0; code <= std::numeric_limits<Number>::max(); ++code) {
     const auto found = words.find(code);
     ASSERT_EQ(text(static_cast<Number>(code)), found == words.end() ? otherwise : found->second) << code;
   }

@@ -18,6 +18,11 @@ TEST(TextOfCode, GivesUnknownForACodeWithoutARow) {
   EXPECT_STREQ(TextOfCode({}, 1), "Unknown");
 }
 
+TEST(TextOfCode, GivesTheTextToldForACodeWithoutARow) {
+  EXPECT_STREQ(TextOfCode(kTable, 2, "Reserved"), "Reserved");
+  EXPECT_STREQ(TextOfCode(kTable, 3, "Reserved"), "Offline");
+}
+
 TEST(BoolText, IsTrueOrFalse) {
   EXPECT_STREQ(BoolText(true), "true");
   EXPECT_STREQ(BoolText(false), "false");

@@ -30,6 +30,8 @@ TEST(ReportLines, StartWithSixBlanks) {
   EXPECT_EQ(Lines([](ReportText& text) { NumberLine(text, "Count", 0xFFFFFFFF); }),
             "      Count: 4294967295\n");
   EXPECT_EQ(Lines([](ReportText& text) { NumberLine(text, "Count", 0); }), "      Count: 0\n");
+  EXPECT_EQ(Lines([](ReportText& text) { WideNumberLine(text, "Count", 0xFFFFFFFFFFFFFFFF); }),
+            "      Count: 18446744073709551615\n");
   EXPECT_EQ(Lines([](ReportText& text) {
               PortIdLine(text, "Port ID", {0x01, 0xAB, 0xFF});
             }),

@@ -128,11 +128,6 @@ TEST_F(Calls, PortInMaintenanceModeAnswers150) {
   EXPECT_EQ(TORPI_GetFlashComponentVersion(HandleAt(0), &versions), 150u);
 }
 
-TEST_F(Calls, CallsWithoutBehaviourSaySo) {
-  EXPECT_EQ(TORPI_GetBfsConfigMode(), 0u);
-  EXPECT_EQ(TORPI_SetBfsConfigMode(1), 900u);
-}
-
 TEST_F(Calls, QuietByDefault) {
   testing::internal::CaptureStdout();
   TORPI_IsRebootRequired(nullptr);

@@ -17,7 +17,7 @@ std::ostream& operator<<(std::ostream& out, const BadHost& host) {
 
 constexpr BadHost kBadHosts[] = {
     {"UnknownTopKey", "adapter: []\n",
-     ":1: adapter: expected one of the keys adapters, no-list, reboot-required, chatter, faults"},
+     ":1: adapter: expected one of the keys adapters, no-list, reboot-required, boot-mode, chatter, faults"},
     {"EmptyFile", "", ":1: file: expected a map, got nothing"},
     {"TextOnly", "hello\n", ":1: file: expected a map, got 'hello'"},
     {"AdaptersNoList", "adapters: 3\n", ":1: adapters: expected a list, got '3'"},
@@ -72,7 +72,7 @@ constexpr BadHost kBadHosts[] = {
      "driver, "
      "running-firmware, running-mpi, running-pep, capabilities, driver-flags, maintenance, rom, pci-bus, "
      "pci-device, pci-function, pci-capability, pci-status, driver-counters, firmware-counters, "
-     "diagnostics, congestion, temperature, lockdown, vpd, rdp, firmware-dump, targets, sfp, number, "
+     "diagnostics, configuration, congestion, temperature, lockdown, vpd, rdp, firmware-dump, targets, sfp, number, "
      "no-protocols, npiv"},
     {"SevenCounters",
      "adapters:\n  - family: elm\n    ports:\n      - driver-counters: [1, 2, 3, 4, 5, 6, 7]\n",
@@ -88,7 +88,7 @@ constexpr BadHost kBadHosts[] = {
      "driver, "
      "running-firmware, running-mpi, running-pep, capabilities, driver-flags, maintenance, rom, pci-bus, "
      "pci-device, pci-function, pci-capability, pci-status, driver-counters, firmware-counters, "
-     "diagnostics, congestion, temperature, lockdown, vpd, rdp, firmware-dump, targets"},
+     "diagnostics, configuration, congestion, temperature, lockdown, vpd, rdp, firmware-dump, targets"},
     {"FaultCall", "faults:\n  - {call: TORPI_Nothing, result: 1}\n",
      ":2: expected the name of a library call, got 'TORPI_Nothing'"},
     {"FaultWithoutCall", "faults:\n  - result: 1\n", ":2: call: expected here, got nothing"},

@@ -1,0 +1,96 @@
+// The options of `setFile`: the first bytes choose the node and make the adapter, the others are the words,
+// with a line end between two. Whatever passes the checks must come back from the file without a failure.
+#include <algorithm>
+#include <string>
+
+#include "config_host.h"
+
+namespace {
+
+// Devices of several families, some of which have models with rules of their own.
+constexpr std::uint16_t kDevices[] = {0x3A02, 0x3B40, 0x7102, 0x7122, 0x7132,
+                                      0x3432, 0x3522, 0x3150, 0x3640, 0x3648};
+constexpr std::uint16_t kSubsystems[] = {0x0001, 0x0A11, 0x0A12, 0x0A13, 0x0A14, 0x0A15, 0x0B01, 0x0B11};
+
+struct Header {
+  std::uint8_t node;
+  std::uint8_t device;
+  std::uint8_t subsystem;
+  std::uint8_t partner;
+  std::uint8_t speeds;
+};
+
+Words WordsOf(const std::uint8_t* data, std::size_t size) {
+  Words words = {kPort, ""};
+  for (std::size_t i = 0; i < size; ++i) {
+    if (data[i] == '\n') {
+      words.emplace_back();
+    } else if (data[i] != '\0') {  // a word holds none
+      words.back() += static_cast<char>(data[i]);
+    }
+  }
+  return words;
+}
+
+bool IsKnown(StatusCode status) {
+  constexpr StatusCode kKnown[] = {kBootModeNeeded,      kInvalidParameter,   kBootModeNotSupported,
+                                   kDelayNotAllowed,     kTooFastForLoopOnly, kFeatureNotSupported,
+                                   kNotSupportedForNvme, kReadOnlyParameter,  kFcpTargetOptions,
+                                   kNvmeTargetOptions};
+  return std::find(std::begin(kKnown), std::end(kKnown), status) != std::end(kKnown);
+}
+
+template <class Settings>
+void Check(const Words& words, std::size_t value_size) {
+  const StagedFile file(g_file.Path(), value_size);
+  g_file.Write("Data_Rate=2\nConnection_Options=1\nOperation_Mode=6\n");
+  Settings settings;
+  Require(settings.SelectPort(words) == kSuccess);
+  StagedValues values;
+  StatusCode status = settings.Prepare(words);
+  if (status == kSuccess) status = settings.CheckOptions(words, file, values);
+  if (status != kSuccess) {
+    Require(IsKnown(status));
+    return;
+  }
+  for (const auto& [key, value] : values) {
+    Require(!key.empty() && value.size() < 256 && value.find_first_of(" \t\n\v\f\r#") == std::string::npos);
+  }
+  Require(file.Write(values) == kSuccess);
+  for (const auto& [key, value] : values) {
+    std::string found = "nothing";
+    Require(file.Find(key, found) && found == value);
+  }
+  Require(settings.ReadDevice() == kSuccess);
+  Require(settings.ReadFile(file) == kSuccess);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Header header = {};
+  if (size < sizeof header) return 0;
+  std::memcpy(&header, data, sizeof header);
+  PciIdentity& pci = g_host.fc.pci;
+  pci.device_id = kDevices[header.device % std::size(kDevices)];
+  pci.subsystem_device_id = kSubsystems[header.subsystem % std::size(kSubsystems)];
+  pci.subsystem_vendor_id = (header.partner & 1) != 0 ? 0x1D4A : 0x1C9E;
+  g_host.fc.supported_speeds = header.speeds;
+  const Words words = WordsOf(data + sizeof header, size - sizeof header);
+  switch (header.node % 4) {
+    case 0:
+      Check<HbaParams>(words, 512);
+      break;
+    case 1:
+      pci.device_id = 0x3522;  // of a family that has it
+      Check<Bbcr>(words, 512);
+      break;
+    case 2:
+      Check<BootConfig>(words, 512);
+      break;
+    default:
+      Check<BootConfigExt>(words, 256);
+      break;
+  }
+  return 0;
+}
