@@ -21,9 +21,14 @@ void StoreLockdown(const lab::Lockdown& lockdown, std::uint8_t& flag, LockdownRe
   status = static_cast<LockdownReadStatus>(lockdown.status);
 }
 
+// The size that the caller tells, for the trace.
+std::uint32_t RoomIn(const std::uint32_t* size) {
+  return size == nullptr ? 0 : *size;
+}
+
 // Copies the bytes into a buffer of *size bytes, as far as they fit, and tells how many there are.
 std::uint32_t HandOver(Call& call, const std::string& bytes, std::uint8_t* out, std::uint32_t* size) {
-  if (!out || !size || bytes.size() > *size) return lab::kBadArgument;
+  if (out == nullptr || size == nullptr || bytes.size() > *size) return lab::kBadArgument;
   bytes.copy(reinterpret_cast<char*>(out), bytes.size());
   *size = static_cast<std::uint32_t>(bytes.size());
   call.Out("size", *size);
@@ -35,11 +40,11 @@ constexpr std::uint32_t kNoDumpMemory = 0x20000072;
 constexpr std::uint32_t kNoDump = 0x2000007B;
 
 std::uint32_t HandOverDump(Call& call, void** out_buffer, std::uint32_t* out_size) {
-  if (!out_buffer || !out_size) return lab::kOlderInterfaceFailure + lab::kBadArgument;
+  if (out_buffer == nullptr || out_size == nullptr) return lab::kOlderInterfaceFailure + lab::kBadArgument;
   if (call.port().reports.dump.none) return kNoDump;
   const std::string dump = lab::ComposeFirmwareDump(call.adapter(), call.port());
   void* const buffer = std::malloc(dump.size() + 1);  // of a dump of no bytes too
-  if (!buffer) return kNoDumpMemory;
+  if (buffer == nullptr) return kNoDumpMemory;
   dump.copy(static_cast<char*>(buffer), dump.size());
   *out_buffer = buffer;
   *out_size = static_cast<std::uint32_t>(dump.size());
@@ -51,7 +56,7 @@ std::uint32_t HandOverDump(Call& call, void** out_buffer, std::uint32_t* out_siz
 
 LibraryStatus TORPI_GetAdapterAsicBoardTemperature(const DeviceHandle* handle, BoardTemperature* out) {
   return lab::ServePort("TORPI_GetAdapterAsicBoardTemperature", handle, {}, [=](Call& call) {
-    if (!out) return lab::kBadArgument;
+    if (out == nullptr) return lab::kBadArgument;
     if (!HasSensor(call)) return lab::kNotForThisAdapter;
     out->celsius = call.port().reports.temperature;
     call.Out("celsius", std::to_string(out->celsius));
@@ -61,7 +66,7 @@ LibraryStatus TORPI_GetAdapterAsicBoardTemperature(const DeviceHandle* handle, B
 
 LibraryStatus TORPI_GetLockdownStatus(const DeviceHandle* handle, LockdownStatus* out) {
   return lab::ServePort("TORPI_GetLockdownStatus", handle, {}, [=](Call& call) {
-    if (!out) return lab::kBadArgument;
+    if (out == nullptr) return lab::kBadArgument;
     if (!call.adapter().family->nvme) return lab::kNotForThisAdapter;
     const lab::LockdownSetup& setup = call.port().reports.lockdown;
     StoreLockdown(setup.config, out->config_flag, out->config_status);
@@ -81,7 +86,7 @@ LibraryStatus TORPI_ResetDeviceStats(const DeviceHandle* handle) {
 
 LibraryStatus TORPI_GetVpd(const DeviceHandle* handle, std::uint32_t zero, std::uint8_t* out,
                            std::uint32_t* size) {
-  return lab::ServePort("TORPI_GetVpd", handle, {zero, size ? *size : 0}, [=](Call& call) {
+  return lab::ServePort("TORPI_GetVpd", handle, {zero, RoomIn(size)}, [=](Call& call) {
     const lab::VpdSetup& setup = call.port().reports.vpd;
     if (setup.none) return std::uint32_t{lab::kNotForThisAdapter};
     return HandOver(call, lab::ComposeVpd(call.adapter(), setup), out, size);
@@ -89,7 +94,7 @@ LibraryStatus TORPI_GetVpd(const DeviceHandle* handle, std::uint32_t zero, std::
 }
 
 LibraryStatus TORPI_DiagnosticsRDPTest(const DeviceHandle* handle, std::uint8_t* out, std::uint32_t* size) {
-  return lab::ServePort("TORPI_DiagnosticsRDPTest", handle, {size ? *size : 0}, [=](Call& call) {
+  return lab::ServePort("TORPI_DiagnosticsRDPTest", handle, {RoomIn(size)}, [=](Call& call) {
     if (call.entry().interface_type == PortInterfaceType::kNpivVirtual)
       return std::uint32_t{lab::kNotForVirtualPorts};
     if (call.entry().port_state != kLinkUp) return std::uint32_t{lab::kTestNeedsLink};

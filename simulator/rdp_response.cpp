@@ -16,16 +16,17 @@ constexpr std::uint32_t kSpeed32Gbps = 50;
 constexpr std::uint16_t kShortWaveSfp = 0x0051;  // short wave laser, optical port, SFP+
 constexpr std::uint16_t kErrorCorrectionActive = 0x8000;
 
-// Speeds of a port: bit of the mask of supported speeds, speed code, and the bit of a port speed descriptor.
+// Speeds of a port: speed code, the bit of a port speed descriptor, and the bit of the mask of supported
+// speeds.
 struct PortSpeed {
-  std::uint8_t mask;
   std::uint32_t code;
   std::uint16_t rdp_bit;
+  std::uint8_t mask;
 };
 
 constexpr PortSpeed kPortSpeeds[] = {
-    {0x01, 1, 0x8000}, {0x02, 2, 0x4000},  {0x08, 4, 0x2000},  {0x04, 16, 0x1000},
-    {0x10, 8, 0x0800}, {0x20, 22, 0x0400}, {0x40, 50, 0x0200}, {0x80, 100, 0x0100},
+    {1, 0x8000, 0x01}, {2, 0x4000, 0x02},  {4, 0x2000, 0x08},  {16, 0x1000, 0x04},
+    {8, 0x0800, 0x10}, {22, 0x0400, 0x20}, {50, 0x0200, 0x40}, {100, 0x0100, 0x80},
 };
 
 // What the report tells of the switch's module.

@@ -58,7 +58,7 @@ bool FitsModule(const ImageText& content, const SfpModule& module) {
 std::string SfpMemoryText(const SfpMemory& memory) {
   std::string text;
   for (std::size_t offset = 0; offset < memory.size(); offset += kLineBytes) {
-    char prefix[16];
+    char prefix[24];
     std::snprintf(prefix, sizeof prefix, "%04zx: ", offset);
     std::string octets = OctetText(memory.data() + offset, kLineBytes);
     for (char& c : octets) {

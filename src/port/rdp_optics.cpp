@@ -75,18 +75,18 @@ void DecodeSFPFlagInfo(std::uint16_t flags, ReportText& text) {
 // How the limits of one measured element are shown; `function` is the whole flag word.
 struct OpticalElement {
   std::uint32_t function;
-  const char* name;
   int decimals;
+  const char* name;
   double (*high)(std::uint16_t limit);
   double (*low)(std::uint16_t limit);
 };
 
 constexpr OpticalElement kOpticalElements[] = {
-    {0x10000000, "Temperature", 2, &HighDegrees, &LowDegrees},
-    {0x20000000, "Voltage", 9, &Volts, &Volts},
-    {0x30000000, "Tx Bias", 9, &Milliamperes, &Milliamperes},
-    {0x40000000, "Tx Power", 9, &Milliwatts, &Milliwatts},
-    {0x50000000, "Rx Power", 9, &Milliwatts, &Milliwatts},
+    {0x10000000, 2, "Temperature", &HighDegrees, &LowDegrees},
+    {0x20000000, 9, "Voltage", &Volts, &Volts},
+    {0x30000000, 9, "Tx Bias", &Milliamperes, &Milliamperes},
+    {0x40000000, 9, "Tx Power", &Milliwatts, &Milliwatts},
+    {0x50000000, 9, "Rx Power", &Milliwatts, &Milliwatts},
 };
 
 struct OpticalLimits {

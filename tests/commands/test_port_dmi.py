@@ -298,7 +298,9 @@ class TestRead:
             pytest.param([IDENTIFIER], {"host": NO_LIST}, NO_HOST, False, [LIST_CALL], id="no list"),
             pytest.param([IDENTIFIER], {"spoil_log": SPOILED}, NO_FILE, False, [LIST_CALL], id="no bracket"),
             *[
-                pytest.param([IDENTIFIER], {"results": {READ: result}}, message, False, None, id=f"read fails with {result}")
+                pytest.param(
+                    [IDENTIFIER], {"results": {READ: result}}, message, False, None, id=f"read fails with {result}"
+                )
                 for result, message in (
                     (1, READ_FAILED),
                     (8, READ_FAILED),
@@ -358,6 +360,7 @@ def test_columns_of_the_table_stand_under_each_other(zfc):
     """Every number and status word ends in the same column, whatever the row."""
     lines = report_of(zfc, changed(REAL_SFP, {332: bytes(16)})).split(b"\n")
     rows = [line for line in lines if re.match(rb" +(Value|Status|High|Low) ", line)]
-    ends = {tuple(match.end() for match in re.finditer(rb"(?<= )(-?[\d.]+|Normal|Fault|Warning)(?= |$)", line))[-5:] for line in rows}
+    cell = re.compile(rb"(?<= )(-?[\d.]+|Normal|Fault|Warning)(?= |$)")
+    ends = {tuple(match.end() for match in cell.finditer(line))[-5:] for line in rows}
     assert len(rows) == 6
     assert ends == {(24, 37, 49, 61, 73)}

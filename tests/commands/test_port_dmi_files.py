@@ -53,7 +53,9 @@ def test_save(zfc, mode, call):
     assert result.command_calls == [LIST_CALL, f'{call}(port, "/tmp/module %s.bin")']
 
 
-@pytest.mark.parametrize("words", [[], ["/tmp/file"], ["/tmp/file", "csv"], ["/tmp/file", ""], ["Binary"], ["/tmp/file", "Texts"]])
+@pytest.mark.parametrize(
+    "words", [[], ["/tmp/file"], ["/tmp/file", "csv"], ["/tmp/file", ""], ["Binary"], ["/tmp/file", "Texts"]]
+)
 def test_save_without_a_known_mode(zfc, words):
     result = check_save(zfc, READ_FAILED, [IDENTIFIER, *words], debug=4)
     assert result.command_calls == [LIST_CALL]
@@ -69,7 +71,9 @@ SAVE_TRANSLATION = {
     114: NO_ADAPTER,
     121: UNSUPPORTED,
     150: MAINTENANCE,
-    **dict.fromkeys([1, 2, 6, 8, 13, 14, 19, 22, 42, 51, 60, 99, 102, 107, 118, 144, 149, 151, 0xFFFFFFFF], READ_FAILED),
+    **dict.fromkeys(
+        [1, 2, 6, 8, 13, 14, 19, 22, 42, 51, 60, 99, 102, 107, 118, 144, 149, 151, 0xFFFFFFFF], READ_FAILED
+    ),
 }
 
 

@@ -437,7 +437,9 @@ class TestHostileRecords:
         text = zfc(f"{NODE} runcli {IDENTIFIER}", host=one_port(), env=run_v2(step(0, record))).stdout
         assert b"Data: Start Time: 100%\n      Stop Time: 50ff\n" in text
 
-    @pytest.mark.parametrize("raw, dbm", [(1, "-40.000000"), (7000, "-1.549019"), (12000, "0.791813"), (87, "-20.604809")])
+    @pytest.mark.parametrize(
+        "raw, dbm", [(1, "-40.000000"), (7000, "-1.549019"), (12000, "0.791813"), (87, "-20.604809")]
+    )
     def test_single_precision(self, zfc, raw, dbm):
         """Double precision would show -1.549020 and 0.791812, the factors in the other order -20.604805."""
         record = dport_record(remote_rx=raw, tx=10000)

@@ -292,7 +292,7 @@ class TestPattern:
 
     @pytest.mark.parametrize(
         "value",
-        ["", "-", "abcdefgh", "a-b-c-d-e-f-gh", "a-b-c-d-e-f-g", "ab-c-d-e-f-g-h", "a-b-c-dxe-f-g-h", "a_b-c-d-e-f-g-h"],
+        ["", "abcdefgh", "a-b-c-d-e-f-gh", "a-b-c-d-e-f-g", "ab-c-d-e-f-g-h", "a-b-c-dxe-f-g-h", "a_b-c-d-e-f-g-h"],
     )
     def test_bad_custom(self, zfc, value):
         made = check_failed(zfc, BAD_PATTERN, [*words(pattern="Custom"), "-d", value])
