@@ -105,8 +105,8 @@ std::uint32_t ServeHost(const char* name, Arguments arguments, Action action) {
   }
 }
 
-// A call on a port that answers a record. action(call, record) fills it and answers 0, or a failure: then, and for a
-// handle that names no port, the record is zero.
+// A call on a port that answers a record. action(call, record) fills it and answers 0, or a failure: then,
+// and for a handle that names no port, the record is zero.
 template <typename Record, typename Action>
 Record ServeRecord(const char* name, const DeviceHandle* handle, Arguments arguments, Action action) {
   Record record{};

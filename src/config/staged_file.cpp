@@ -1,6 +1,7 @@
 #include "config/staged_file.h"
 
 #include <cstdlib>
+#include <string_view>
 
 #include "config/file_ops.h"
 #include "runtime/debug_log.h"
@@ -29,7 +30,7 @@ bool StagedFile::Find(const std::string& key, std::string& value) const {
   const int result =
       FileOps::GetKeyValueFromFile(path_.c_str(), key.c_str(), buffer.data(), buffer.size(), '=');
   if (result != FileOps::kFound) return false;
-  value = buffer.c_str();
+  value = std::string_view(buffer.data());  // up to the terminator
   return true;
 }
 

@@ -13,5 +13,5 @@ bool ReadTrueFalse(const std::string& value, bool& flag) {
 }
 
 void LogRefusal(const char* option, const std::string& value, const CheckResult& result) {
-  DebugLogLevel(kDebugTrace, "%s: %s=%s: %s", __func__, option, value.c_str(), result.reason);
+  DebugLogLevel(kDebugTrace, "setFile: %s=%s: %s", option, value.c_str(), result.reason);
 }

@@ -27,8 +27,8 @@ void FlagLine(ReportText& text, const char* label, bool flag);
 void FirstNameLine(ReportText& text, const char* label, const WorldWideName& name);
 void NameLine(ReportText& text, const char* label, const WorldWideName& name);
 
-// "      label: major.minor.sub", or "NA" for a version of all zeros; in the second form, for components that read as
-// all ones where there is none, for all ones too.
+// "      label: major.minor.sub", or "NA" for a version of all zeros; in the second form, for components that
+// read as all ones where there is none, for all ones too.
 void VersionLine(ReportText& text, const char* label, const ComponentVersion& version);
 void VersionOrBlankLine(ReportText& text, const char* label, const ComponentVersion& version);
 

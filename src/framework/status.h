@@ -21,14 +21,14 @@ enum StatusCode : std::uint32_t {
   kLeaveShell = 9,
   kQuit = 10,
   kFlashUpdateError = 11,
-  kBadMode = 12,  // also: an output operation outside Open and Close
+  kBadMode = 12,           // also: an output operation outside Open and Close
   kBadCustomPattern = 12,  // the same number as a command's own code
   kReadFailed = 13,
   kHostNotFound = 14,
   kNotSupportedBySwitch = 15,
   kComponentValidation = 16,
   kInvalidData = 17,
-  kDelayNotAllowed = 17,    // an interrupt delay in the operation mode that has none
+  kDelayNotAllowed = 17,  // an interrupt delay in the operation mode that has none
   kNoNvmeBootEntries = 17,
   kInvalidSerialNumber = 18,
   kTooFastForLoopOnly = 18,  // a loop at a data rate that has none
@@ -114,7 +114,8 @@ struct LibraryAnswer {
   StatusCode status;
 };
 
-// The status of a failed library call after the command's table; for an answer that the table lacks, as above.
+// The status of a failed library call after the command's table; for an answer that the table lacks, as
+// above.
 StatusCode FromLibrary(std::uint32_t library_status, std::span<const LibraryAnswer> table, StatusCode own);
 
 constexpr const char* CommonMessage(StatusCode code) {

@@ -24,7 +24,7 @@ bool IsHelpWord(std::string_view word) {
 }
 
 std::string_view WordAt(const Words& words, std::size_t index) {
-  return index < words.size() ? std::string_view(words[index]) : std::string_view();
+  return index < words.size() ? std::string_view{words[index]} : std::string_view{};
 }
 
 bool FindWordPair(const Words& words, std::string_view first, std::string_view second, int& index) {

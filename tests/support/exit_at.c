@@ -1,5 +1,5 @@
-// Preloaded into the executable: ends the process at once, without closing or flushing anything, just before its n-th
-// step on a file of the staging folder. A step is an opening, a closing, a removal or a renaming.
+// Preloaded into the executable: ends the process at once, without closing or flushing anything, just before
+// its n-th step on a file of the staging folder. A step is an opening, a closing, a removal or a renaming.
 //
 //   EXIT_AT     n, from 1; without it nothing happens
 //   EXIT_STEPS  file that receives one character per step that was made: o, c, d or r
@@ -17,7 +17,9 @@ static const char kFolder[] = "/opt/ZunaFcEsxcliPlugin/tmp/";
 
 static FILE* staged[kMaxOpen];
 
-static int IsStaged(const char* path) { return strncmp(path, kFolder, sizeof kFolder - 1) == 0; }
+static int IsStaged(const char* path) {
+  return strncmp(path, kFolder, sizeof kFolder - 1) == 0;
+}
 
 static void Step(char kind) {
   static long made = 0;

@@ -72,7 +72,8 @@ constexpr BadHost kBadHosts[] = {
      "driver, "
      "running-firmware, running-mpi, running-pep, capabilities, driver-flags, maintenance, rom, pci-bus, "
      "pci-device, pci-function, pci-capability, pci-status, driver-counters, firmware-counters, "
-     "diagnostics, configuration, congestion, temperature, lockdown, vpd, rdp, firmware-dump, targets, sfp, number, "
+     "diagnostics, configuration, congestion, temperature, lockdown, vpd, rdp, firmware-dump, targets, sfp, "
+     "number, "
      "no-protocols, npiv"},
     {"SevenCounters",
      "adapters:\n  - family: elm\n    ports:\n      - driver-counters: [1, 2, 3, 4, 5, 6, 7]\n",

@@ -402,7 +402,8 @@ constexpr BadModule kBadModules[] = {
      ":5: thresholds: expected one of the keys form, vendor, oui, part, revision, serial, date, speeds, "
      "ethernet, "
      "media, transmitter, distance, connector, wavelength, measured, after-refresh, update-fails"},
-    {"KeyBesideImage", "{vendor: X, image: x.hex}", ":5: vendor: expected one of the keys image, update-fails"},
+    {"KeyBesideImage", "{vendor: X, image: x.hex}",
+     ":5: vendor: expected one of the keys image, update-fails"},
     {"MissingImage", "{image: x.hex}",
      ":5: image: expected a file that can be read (No such file or directory), got 'x.hex'"},
     {"Form", "{form: xfp}", ":5: form: expected one of sfp, qsfp, got 'xfp'"},
