@@ -14,6 +14,7 @@
 #include "config/boot_config_ext.h"
 #include "config/hba_params.h"
 #include "framework/device_library/calls.h"
+#include "framework/device_library/target_records.h"
 
 inline constexpr const char* kPort = "FC_21:00:00:11:22:33:44:55";
 inline constexpr std::uint8_t kNoise = 0xA5;

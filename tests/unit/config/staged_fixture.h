@@ -17,7 +17,6 @@
 #include "support/unit_files.h"
 #include "support/unit_host_records.h"
 
-inline constexpr const char* kStagingFolder = "/opt/ZunaFcEsxcliPlugin/tmp";
 inline constexpr const char* kPort = "FC_21:00:00:11:22:33:44:55";
 inline constexpr std::uint16_t kSorvex = 0x1C9E;
 inline constexpr std::uint16_t kPartner = 0x1D4A;
@@ -84,8 +83,7 @@ class StagedFixture : public testing::Test {
  protected:
   static constexpr std::size_t kValueSize = 512;
 
-  explicit StagedFixture(const char* family)
-      : path_(std::string(kStagingFolder) + "/" + family + "_" + kPort) {
+  explicit StagedFixture(const char* family) : path_(StagedPath(family, kPort)) {
     ResetLibrary();
     Config() = {};
     std::filesystem::remove_all(path_);
