@@ -1,4 +1,4 @@
-// Codes of SFF-8024, the reference of the SFF transceiver specifications.
+// Codes of SFF-8024, the reference tables of the SFF transceiver standards.
 // Spellings are deliberate, odd ones included: users' scripts know them.
 #pragma once
 
