@@ -26,12 +26,7 @@ constexpr StatusMessage kMessages[] = {
 };
 
 // Answers of the second test interface that have a status of their own.
-struct TestAnswer {
-  LibraryStatus answer;
-  StatusCode status;
-};
-
-constexpr TestAnswer kTestAnswers[] = {
+constexpr LibraryAnswer kTestAnswers[] = {
     {2, kInvalidParameter}, {29, kVirtualPort},  {38, kFeatureNotSupported}, {129, kNotInDiagnosticsMode},
     {130, kLinkDown},       {131, kSpeedTooLow}, {132, kNotInBootFromSan},
 };
@@ -66,14 +61,6 @@ const char* RefusalText(std::uint16_t reason) {
     if (row.reason == reason) return row.text;
   }
   return "Failed, Unknown";
-}
-
-StatusCode StatusOfTest(LibraryStatus result) {
-  const StatusCode status = StatusOfCall(kClassName, "DPort test", result, kLinkTestFailed);
-  for (const TestAnswer& row : kTestAnswers) {
-    if (row.answer == result) return row.status;
-  }
-  return status;
 }
 
 bool IsFamilySupported(const PciIdentity& pci) {
@@ -173,16 +160,12 @@ StatusCode CheckTestPort(const FCProtocolEntry& fc) {
 
 // Runs the link test through the interface that the adapter has. The first interface has no status.
 StatusCode RunTest(const FCProtocolEntry& fc, bool is_v2, DPortResultRecord& record) {
-  LibraryStatus result = kLibrarySuccess;
   const auto call = [&] {
-    if (is_v2) {
-      result = TORPI_DiagnosticDPortTestV2(&fc.handle, &record);
-    } else {
-      record = TORPI_DiagnosticDPortTest(&fc.handle, &record);
-    }
+    if (is_v2) return TORPI_DiagnosticDPortTestV2(&fc.handle, &record);
+    record = TORPI_DiagnosticDPortTest(&fc.handle, &record);
+    return kLibrarySuccess;
   };
-  if (!CallInBracket(kClassName, call)) return kFileNotFound;
-  return StatusOfTest(result);
+  return CallLibrary(kClassName, "DPort test", kTestAnswers, kLinkTestFailed, call);
 }
 
 StatusCode CmdRunCommon(Serializer& out, Words& words, OutputMode mode) {

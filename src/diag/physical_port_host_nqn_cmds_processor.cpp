@@ -31,18 +31,10 @@ constexpr StatusMessage kMessages[] = {
     kNqnNotRegistered,
 };
 
-// Answers of the library that have a status of their own here.
-constexpr LibraryStatus kLibraryAlreadyRegistered = 158;
-constexpr LibraryStatus kLibraryNotRegistered = 159;
+// Answers of the library that have a status of their own here, in all commands.
+constexpr LibraryAnswer kAnswers[] = {{158, kNqnAlreadyRegistered}, {159, kNqnNotRegistered}};
 
 enum Action : std::uint8_t { kDeregister = 0, kRegister = 1 };
-
-StatusCode StatusOf(LibraryStatus result, StatusCode own) {
-  const StatusCode status = StatusOfCall(kClassName, "Host NQN", result, own);
-  if (result == kLibraryAlreadyRegistered) return kNqnAlreadyRegistered;
-  if (result == kLibraryNotRegistered) return kNqnNotRegistered;
-  return status;
-}
 
 // The checks that all commands begin with.
 StatusCode SelectPort(const Words& words, const FCProtocolEntry*& fc) {
@@ -71,14 +63,13 @@ StatusCode DisplayHostNQNInfo(Serializer& out, const FCProtocolEntry& fc, bool r
 StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
   const TraceScope trace(kClassName, __func__);
   const FCProtocolEntry* fc = nullptr;
-  if (const StatusCode status = SelectPort(words, fc); status != kSuccess)
-    return DisplayError(out, status, mode);
   std::uint8_t registered = 0;
-  LibraryStatus result = kLibrarySuccess;
-  const auto call = [&] { result = TORPI_GetNVMeHostNQNStatus(&fc->handle, &registered); };
-  if (!CallInBracket(kClassName, call)) return DisplayError(out, kFileNotFound, mode);
-  if (const StatusCode status = StatusOf(result, kReadFailed); status != kSuccess)
-    return DisplayError(out, status, mode);
+  StatusCode status = SelectPort(words, fc);
+  if (status == kSuccess) {
+    status = CallLibrary(kClassName, "Get host NQN status", kAnswers, kReadFailed,
+                         [&] { return TORPI_GetNVMeHostNQNStatus(&fc->handle, &registered); });
+  }
+  if (status != kSuccess) return DisplayError(out, status, mode);
   return DisplayHostNQNInfo(out, *fc, registered != 0, mode);
 }
 
@@ -87,13 +78,12 @@ template <Action action>
 StatusCode CmdChangeCommon(Serializer& out, Words& words, OutputMode mode) {
   const TraceScope trace(kClassName, __func__);
   const FCProtocolEntry* fc = nullptr;
-  if (const StatusCode status = SelectPort(words, fc); status != kSuccess)
-    return DisplayError(out, status, mode);
-  LibraryStatus result = kLibrarySuccess;
-  const auto call = [&] { result = TORPI_RegisterDeregisterNVMeHostNQN(&fc->handle, action); };
-  if (!CallInBracket(kClassName, call)) return DisplayError(out, kFileNotFound, mode);
-  if (const StatusCode status = StatusOf(result, kUpdateFailed); status != kSuccess)
-    return DisplayError(out, status, mode);
+  StatusCode status = SelectPort(words, fc);
+  if (status == kSuccess) {
+    status = CallLibrary(kClassName, "Change host NQN registration", kAnswers, kUpdateFailed,
+                         [&] { return TORPI_RegisterDeregisterNVMeHostNQN(&fc->handle, action); });
+  }
+  if (status != kSuccess) return DisplayError(out, status, mode);
   return DisplayHostNQNInfo(out, *fc, action == kRegister, mode);
 }
 

@@ -21,7 +21,7 @@ constexpr ReportFrame kFrame = {"LoopbackTestInfo", "LoopbackTestResult", "Loopb
 constexpr StatusMessage kMessages[] = {
     {kWrongWordCount, "Failed, Loopback type not supported for this adapter"},
     kInvalidParameter,
-    {kBadCustomPattern, "Failed, Custom Data should be of 8 chars separated by '-' (hifen)"},
+    kPatternWithoutHyphens,
     kDPortReadFailed,
     kHostNotFound,
     kFileNotFound,

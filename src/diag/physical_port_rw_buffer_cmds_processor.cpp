@@ -22,7 +22,7 @@ constexpr ReportFrame kFrame = {"RWBufferTestInfo", "RWBufferTestResult", "RWBuf
 constexpr StatusMessage kMessages[] = {
     {kWrongWordCount, "Failed, RWBuffer type not supported for this adapter"},
     kInvalidParameter,
-    {kBadCustomPattern, "Failed, Custom Data should be of 8 chars separated by '-' (hifen)"},
+    kPatternWithoutHyphens,
     kDPortReadFailed,
     kHostNotFound,
     kFileNotFound,

@@ -1,6 +1,8 @@
 // One call of the device library, from its bracket to its status.
 #pragma once
 
+#include <span>
+
 #include "framework/device_library/calls.h"
 #include "framework/output_bracket.h"
 #include "framework/status.h"
@@ -24,10 +26,15 @@ bool CallInBracket(const char* class_name, Call call) {
 // The same for a call that answers a status: returns what StatusOfCall makes of it; kFileNotFound when the
 // bracket cannot be opened.
 template <class Call>
-StatusCode CallLibrary(const char* class_name, const char* step, StatusCode failure, Call call) {
+StatusCode CallLibrary(const char* class_name, const char* step, std::span<const LibraryAnswer> answers,
+                       StatusCode failure, Call call) {
   LibraryStatus result = kLibrarySuccess;
   if (!CallInBracket(class_name, [&] { result = call(); })) return kFileNotFound;
-  return StatusOfCall(class_name, step, result, failure);
+  return StatusOfCall(class_name, step, result, answers, failure);
+}
+template <class Call>
+StatusCode CallLibrary(const char* class_name, const char* step, StatusCode failure, Call call) {
+  return CallLibrary(class_name, step, {}, failure, call);
 }
 
 // The same for a call whose every failure has one status, deliberately also in maintenance mode.
