@@ -26,7 +26,8 @@ from zfc.config import (
     with_params,
 )
 from zfc.host import Adapter, Host, Port
-from zfc.runner import BUILD, EXECUTABLE, SANITIZED
+from zfc.preload import needs_preload, preloaded
+from zfc.runner import EXECUTABLE
 from zfc import config, port
 
 BUFFERS = {"params": params(), "bbcr": bbcr(), "boot": boot(), "nvme": nvme()}
@@ -419,14 +420,11 @@ def test_read_only_folder_needs_no_write_without_changes(zfc):
 
 # A run that is killed. The points are the openings, closings, removals and renamings of files in the staging folder.
 KILLED = 77
-needs_preload = pytest.mark.skipif(
-    SANITIZED, reason="the sanitizers' runtime has to be the first library of a process, so none can be preloaded"
-)
 
 
 def killed_at(zfc, point, node, command, options=()):
     """Runs a command that ends ahead of its `point`-th step; returns whether it got that far."""
-    env = {"LD_PRELOAD": str(BUILD / "tests" / "exit_at.so"), "EXIT_AT": str(point)}
+    env = preloaded("exit_at", EXIT_AT=point)
     argv, variables = zfc.command(["-t", "port", "-s", node.word, f"{command}cli", IDENTIFIER, *options], **OPTIONS, env=env)
     done = subprocess.run(argv, capture_output=True, env=variables, timeout=60)
     assert done.returncode in (0, KILLED) and done.stderr == b""
