@@ -6,8 +6,7 @@
 #include "adapter/adapter_update.h"
 #include "discovery/adapter_lookup.h"
 #include "discovery/host_walk.h"
-#include "framework/device_library/calls.h"
-#include "runtime/debug_log.h"
+#include "discovery/listing.h"
 #include "runtime/timing_scope.h"
 
 namespace {
@@ -16,13 +15,8 @@ constexpr const char* kClassName = "AdapterCmdsProcessor";
 
 StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
   const TraceScope trace(kClassName, __func__);
-  if (IsHelpWord(WordAt(words, 0))) return kHelpWord;
-  const AdapterList* const list = TORPI_GetAdapterList();
-  if (list == nullptr) {
-    // The one failure without a document: the command deliberately ends in silence.
-    DebugLogLevel(kDebugFailure, "%s::%s: List is NULL", kClassName, __func__);
-    return kHostNotFound;
-  }
+  const AdapterList* list = nullptr;
+  if (const StatusCode status = OpenListing(kClassName, words, list); status != kSuccess) return status;
   IdentifierList identifiers(out, mode, "AdapterList", "Adapters");
   for (const AdapterEntry& adapter : AdaptersOf(*list)) identifiers.Write(AdapterIdentifier(adapter));
   return kSuccess;

@@ -4,8 +4,7 @@
 #include "congestion/fc_target_scm_stats_cmds_processor.h"
 #include "discovery/host_walk.h"
 #include "discovery/identifiers.h"
-#include "framework/device_library/calls.h"
-#include "runtime/debug_log.h"
+#include "discovery/listing.h"
 #include "runtime/timing_scope.h"
 #include "target/fc_target_info_cmds_processor.h"
 #include "target/fc_target_stats_cmds_processor.h"
@@ -17,13 +16,8 @@ constexpr const char* kClassName = "FCTargetCmdsProcessor";
 
 StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
   const TraceScope trace(kClassName, __func__);
-  if (IsHelpWord(WordAt(words, 0))) return kHelpWord;
-  const AdapterList* const list = TORPI_GetAdapterList();
-  if (list == nullptr) {
-    // The one failure without a document: the command deliberately ends in silence.
-    DebugLogLevel(kDebugFailure, "%s::%s: List is NULL", kClassName, __func__);
-    return kHostNotFound;
-  }
+  const AdapterList* list = nullptr;
+  if (const StatusCode status = OpenListing(kClassName, words, list); status != kSuccess) return status;
   IdentifierList identifiers(out, mode, "TargetList", "Targets");
   VisitFcEntries(*list, [&](const auto&, const auto&, const FCProtocolEntry& entry) {
     for (const TargetEntry& target : TargetsOf(entry)) identifiers.Write(TargetIdentifier(entry, target));
