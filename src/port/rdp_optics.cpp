@@ -1,6 +1,6 @@
 #include "port/rdp_optics.h"
 
-#include <array>
+#include <algorithm>
 
 namespace {
 
@@ -113,13 +113,10 @@ void RawLimitLines(ReportText& text, std::uint32_t function, const OpticalLimits
   line("Low Warning", limits.low_warning);
 }
 
-// The characters of a text in a descriptor, as they stand; a null character shows nothing.
+// The characters of a text in a descriptor, as they stand, up to its terminator if it has one.
 std::string Characters(const RdpDescriptor& descriptor, std::size_t first_word, std::size_t words) {
-  std::string characters;
-  for (const std::uint8_t byte : descriptor.words.Part(first_word, words).Bytes()) {
-    if (byte != 0) characters += static_cast<char>(byte);
-  }
-  return characters;
+  const auto bytes = descriptor.words.Part(first_word, words).Bytes();
+  return {bytes.begin(), std::find(bytes.begin(), bytes.end(), 0)};
 }
 
 }  // namespace

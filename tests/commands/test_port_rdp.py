@@ -490,9 +490,9 @@ class TestOpticalProduct:
             "Revision: rev1\nDate: 20260114"
         )
 
-    def test_null_characters_show_nothing(self, zfc):
+    def test_text_ends_at_its_terminator(self, zfc):
         text = b"SOR\0VEX".ljust(16, b"\0") + b"PN".ljust(16, b"\0") + bytes(16) + b"A\0\0\0" + b"26\0\0\x00\x0014"
-        expected = "Vendor Name: SORVEX\nPart Number: PN\nSerial Number: \nRevision: A\nDate: 2614"
+        expected = "Vendor Name: SOR\nPart Number: PN\nSerial Number: \nRevision: A\nDate: 26"
         assert self.product(zfc, text) == expected
 
     def test_percent_signs_are_read_as_conversions(self, zfc):

@@ -150,7 +150,7 @@ TEST(RdpDecoder, TemperatureLimitsHaveScalesOfTheirOwn) {
 TEST(RdpDecoder, RevisionHasItsLineEndAheadOfTheDate) {
   EXPECT_EQ(
       Body({0x00010008, 60, 0x41000042, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x52315220, 0x32303236, 0x30313134}),
-      "Vendor Name: AB\nPart Number: \nSerial Number: \nRevision: R1R \nDate: 20260114\n");
+      "Vendor Name: A\nPart Number: \nSerial Number: \nRevision: R1R \nDate: 20260114\n");
 }
 
 TEST(RdpDecoder, FindsTheVendorInTheFirstOpticalProductDescriptor) {
