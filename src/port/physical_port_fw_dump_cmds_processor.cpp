@@ -5,8 +5,7 @@
 #include <memory>
 
 #include "discovery/port_lookup.h"
-#include "framework/device_library/calls.h"
-#include "framework/output_bracket.h"
+#include "framework/library_call.h"
 #include "framework/report.h"
 #include "runtime/debug_log.h"
 #include "runtime/timing_scope.h"
@@ -24,25 +23,11 @@ constexpr StatusMessage kMessages[] = {
     kMemoryError,      {kResponseNotAvailable, "Failed, FW Dump Not Available"},
 };
 
-// The library's failures that have a status of their own. Deliberately not among them: maintenance mode.
-struct LibraryFailure {
-  LibraryStatus answer;
-  StatusCode status;
+// In maintenance mode the dump deliberately fails as for any other reason.
+constexpr LibraryAnswer kAnswers[] = {
+    {kLibraryMaintenanceMode, kReadFailed}, {0x20000064, kInvalidParameter},     {0x20000072, kMemoryError},
+    {0x20000073, kWrongWordCount},          {0x2000007B, kResponseNotAvailable},
 };
-
-constexpr LibraryFailure kFailures[] = {
-    {0x20000064, kInvalidParameter},
-    {0x20000072, kMemoryError},
-    {0x20000073, kWrongWordCount},
-    {0x2000007B, kResponseNotAvailable},
-};
-
-StatusCode StatusOfFailure(LibraryStatus answer) {
-  for (const LibraryFailure& failure : kFailures) {
-    if (failure.answer == answer) return failure.status;
-  }
-  return kReadFailed;
-}
 
 struct Free {
   void operator()(void* block) const { std::free(block); }
@@ -76,17 +61,13 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
   // Without a file no dump is fetched for nothing.
   if (words.size() < 2) return DisplayFwDumpInfo(out, kInvalidParameter, mode);
 
-  OutputBracket bracket(kClassName);
-  if (!bracket.IsOpen()) return DisplayFwDumpInfo(out, kFileNotFound, mode);
   void* buffer = nullptr;
   std::uint32_t size = 0;
-  const LibraryStatus result = TORPI_SDGetFwDump2(selected.fc->handle.sd_handle, 0, &buffer, &size);
-  bracket.Close();
+  const StatusCode status = CallLibrary(kClassName, "Get Firmware Dump", kAnswers, kReadFailed, [&] {
+    return TORPI_SDGetFwDump2(selected.fc->handle.sd_handle, 0, &buffer, &size);
+  });
   const std::unique_ptr<void, Free> dump(buffer);
-  if (result != kLibrarySuccess) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Get Firmware Dump failed err=%u", kClassName, __func__, result);
-    return DisplayFwDumpInfo(out, StatusOfFailure(result), mode);
-  }
+  if (status != kSuccess) return DisplayFwDumpInfo(out, status, mode);
   return DisplayFwDumpInfo(out, WriteDump(words[1].c_str(), dump.get(), size), mode);
 }
 
