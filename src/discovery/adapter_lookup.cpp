@@ -1,12 +1,11 @@
 #include "discovery/adapter_lookup.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "discovery/host_walk.h"
 #include "framework/device_library/calls.h"
 #include "runtime/debug_log.h"
-#include "runtime/text.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
