@@ -20,6 +20,7 @@
 #include "diag/physical_port_rw_buffer_cmds_processor.h"
 #include "discovery/host_walk.h"
 #include "discovery/identifiers.h"
+#include "discovery/listing.h"
 #include "discovery/port_lookup.h"
 #include "framework/files.h"
 #include "framework/library_call.h"
@@ -50,13 +51,8 @@ constexpr StatusMessage kMessages[] = {
 
 StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
   const TraceScope trace(kClassName, __func__);
-  if (IsHelpWord(WordAt(words, 0))) return kHelpWord;
-  const AdapterList* const list = TORPI_GetAdapterList();
-  if (list == nullptr) {
-    // The one failure without a document: the command deliberately ends in silence.
-    DebugLogLevel(kDebugFailure, "%s::%s: List is NULL", kClassName, __func__);
-    return kHostNotFound;
-  }
+  const AdapterList* list = nullptr;
+  if (const StatusCode status = OpenListing(kClassName, words, list); status != kSuccess) return status;
   IdentifierList identifiers(out, mode, "PortList", "Ports");
   VisitFcEntries(*list, [&](const auto&, const auto&, const FCProtocolEntry& entry) {
     identifiers.Write(PortIdentifier(entry));
@@ -77,21 +73,16 @@ StatusCode CmdUpdateNvramCommon(Serializer& out, Words& words, OutputMode mode) 
   const auto fail = [&](StatusCode code) { return DisplayUpdateNvram(out, code, mode, false); };
 
   PortSelection selected;
-  if (const StatusCode status = GetPhyPortFromPortString(words, selected); status != kSuccess)
-    return fail(status);
-  if (selected.fc->interface_type == PortInterfaceType::kNpivVirtual) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for vport", kClassName, __func__);
-    return fail(kVirtualPort);
-  }
+  StatusCode status = GetPhysicalPortFromPortString(kClassName, words, selected);
+  if (status != kSuccess) return fail(status);
   const std::string file(WordAt(words, 1));
   if (!FileExists(file.c_str())) {
     DebugLogLevel(kDebugFailure, "%s::%s: NVRAM file [%s] does not exist", kClassName, __func__,
                   file.c_str());
     return fail(kFileNotFound);
   }
-  const StatusCode status = CallLibrary(kClassName, "Update NVRAM from File", kUpdateFailed, [&] {
-    return TORPI_UpdateAdapterNVRAMFromFile(&selected.fc->handle, file.c_str());
-  });
+  status = CallLibrary(kClassName, "Update NVRAM from File", kUpdateFailed,
+                       [&] { return TORPI_UpdateAdapterNVRAMFromFile(&selected.fc->handle, file.c_str()); });
   if (status != kSuccess) return fail(status);
   return DisplayUpdateNvram(out, kSuccess, mode, IsRebootRequired(kClassName));
 }
