@@ -98,6 +98,7 @@ bool SplitLine(std::string_view line, char separator, std::string_view& key, std
 }  // namespace
 
 int FileOps::IsFilePresent(const char* path) {
+  DebugLogLevel(kDebugTrace, "FileOps::%s: %s", __func__, path);
   struct stat status;
   return stat(path, &status) == 0 && S_ISREG(status.st_mode) ? 1 : 0;
 }
@@ -142,6 +143,7 @@ int FileOps::RemoveFile(const char* path) {
 int FileOps::GetKeyValueFromFile(const char* path, const char* key, char* value, std::size_t size,
                                  char separator) {
   if (path == nullptr || key == nullptr || value == nullptr || size == 0) return kNoArgument;
+  DebugLogLevel(kDebugTrace, "FileOps::%s: %s: %s", __func__, path, key);
   const File file(std::fopen(path, "r"));
   if (file == nullptr) {
     DebugLogLevel(kDebugFailure, "FileOps::%s: cannot read %s", __func__, path);

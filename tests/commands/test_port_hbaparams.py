@@ -347,6 +347,30 @@ class TestSetFile:
         found = set_file_fails(zfc, ["-u", "3"], INVALID, staged=staged)
         assert found.staged == changed(staged, Login_Retry_Count=3)
 
+    @pytest.mark.parametrize(
+        "option, value, device, message",
+        [
+            ("--login-retry-count", "256", 0x3522, INVALID),
+            ("--enable-bios", "maybe", 0x3522, INVALID),
+            ("--enable-lr", "true", 0x3A02, "Failed, Feature not supported for this adapter"),
+            ("--data-rate", "Auto", 0x7102, "Failed, Read-Only parameter"),
+        ],
+    )
+    def test_refusal_is_logged_with_option_value_and_reason(self, zfc, option, value, device, message):
+        """The line that tells the causes of one message apart is a trace."""
+        set_file_fails(zfc, [option, value], message, host=one_port(device=device), debug=1)
+        log = zfc.var_tmp / "zfcesxcli.log"
+        told = [line for line in log.read_bytes().split(b"\r\n") if f" {option}={value}: ".encode() in line]
+        assert len(told) == 2  # one for each form
+        assert all(b"CIM Provider INFORMATION" in line and line[-1:] != b" " for line in told)
+        log.unlink()
+        set_file_fails(zfc, [option, value], message, host=one_port(device=device), debug=4)
+        assert option.encode() not in log.read_bytes()
+
+    def test_bad_value_in_the_file_is_logged(self, zfc):
+        set_file_fails(zfc, [], INVALID, staged=changed(FILE, Frame_Size=2000), debug=1)
+        assert b"Frame_Size=2000 is out of range" in zfc.var_tmp.joinpath("zfcesxcli.log").read_bytes()
+
     def test_code_of_a_failure(self, zfc):
         assert set_file_fails(zfc, ["-k", "x"], INVALID, debug=4).code == 6
 

@@ -250,6 +250,25 @@ class TestStatesOfHbaParams:
         assert written == params(login_retry_count=3)
 
 
+def test_file_operations_are_traced_with_their_values(zfc):
+    """At the trace level; the failures of a folder that is missing stand at the other one."""
+    run(zfc, BBCR, "setFile", ["-c", "3"], debug=1)
+    log = run(zfc, BBCR, "set", debug=1).debug_log
+    path = f"{FOLDER}/BBCR_{IDENTIFIER}".encode()
+    for line in (
+        b"FileOps::IsFilePresent: " + path,
+        b"FileOps::UpdateKeyValueInFile: " + path + b": BBCR_Count=3",
+        b"FileOps::GetKeyValueFromFile: " + path + b": BBCR_Status",
+        b"FileOps::GetKeyValueFromFile: BBCR_Count=3",
+        b"FileOps::RemoveFile: " + path,
+    ):
+        assert b": " + line + b"\r\n" in log, line
+    (zfc.var_tmp / "zfcesxcli.log").unlink()
+    run(zfc, BBCR, "setFile", debug=4)
+    assert b"FileOps" not in run(zfc, BBCR, "set", debug=4).debug_log
+    assert b"FileOps::UpdateKeyValueInFile: cannot create " in run_in(zfc, MISSING, BBCR, "setFile", debug=4).debug_log
+
+
 class TestEdgeCases:
     def test_no_options_create_the_file_and_display_the_device(self, zfc):
         result = run(zfc, HBA, "setFile")
