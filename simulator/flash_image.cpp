@@ -86,7 +86,8 @@ std::uint32_t TakeLine(const ImageText::Line& line, ImageKind kind, const Adapte
     return kSuccess;
   }
   if (line.key == "family-firmware") {
-    return ReadVersion(line.value, out.family_firmware) ? kSuccess : kComponentInvalid;
+    return kind == ImageKind::kMbi && ReadVersion(line.value, out.family_firmware) ? kSuccess
+                                                                                   : kComponentInvalid;
   }
   if (line.key == "build-date") {
     char date[8];

@@ -228,8 +228,11 @@ TEST_F(FlashImage, OtherKindsWriteTheirOwnComponentWhereTheFamilyHasIt) {
 }
 
 TEST_F(FlashImage, OtherKindsCarryNoOtherVersions) {
-  const std::string file = Image("kind: BrdCfg\nversion: 7.8.9\nfirmware: 1.2.3\n");
-  EXPECT_EQ(TORPI_UpdateSpecificFlashRegionFromFile(HandleAt(kElm), file.c_str()), 522u);
+  for (const char* const line :
+       {"firmware: 1.2.3\n", "family-firmware: 1.2.3\n", "fc-board-config: 1.2.3\n"}) {
+    const std::string file = Image(std::string("kind: BrdCfg\nversion: 7.8.9\n") + line);
+    EXPECT_EQ(TORPI_UpdateSpecificFlashRegionFromFile(HandleAt(kElm), file.c_str()), 522u) << line;
+  }
 }
 
 TEST_F(FlashImage, ReadyImagesAreAcceptedOnTheBuiltinHost) {
