@@ -16,8 +16,6 @@ struct CheckResult {
   const char* reason = "";
 };
 
-// The rules of an option that need no more than its value.
-
 // Stores in `value` what the user gave for the option, in a search of its own over the words: the first of
 // several counts. False without one.
 bool FindOption(const Words& words, const char* long_name, const char* short_name, std::string& value);

@@ -6,8 +6,9 @@
 //   HOSTILE_BBCR      status, configured, state, negotiated and the reason's bytes, in the same manner
 //   HOSTILE_FEC, HOSTILE_BEACON
 //                     the numbers in force at the start
-//   HOSTILE_FW_STATS  the firmware's statistics block, as hexadecimal digits; "null" for a success without a
-//   block HOSTILE_TURNS_<CALL>
+//   HOSTILE_FW_STATS  the firmware's statistics block, as hexadecimal digits; "null" for a success without
+//                     a block
+//   HOSTILE_TURNS_<CALL>
 //                     results separated by ",", one for each time the call is made; the last one holds for
 //                     all further times. It goes before HOSTILE_RESULT_<CALL>
 //
