@@ -488,6 +488,13 @@ class TestFailedReads:
         assert {lines[label] for label in (*A_LABELS.values(), *B_LABELS.values())} == {"NA"}
         assert lines[TEMPERATURE_LABEL] == "57"
 
+    @pytest.mark.parametrize("device", [0x3640, 0x3522, 0x3150], ids=hex)
+    def test_what_a_failed_read_has_written_does_not_show(self, zfc, device):
+        results = dict.fromkeys((TEMPERATURE, LOCKDOWN, COMPONENTS), 1)
+        host = one_port(device=device)
+        untouched = lines_of(zfc, host=host, results=results)
+        assert lines_of(zfc, host=host, results=results, env={"HOSTILE_FILL_FAILED": "1"}) == untouched
+
     def test_all(self, zfc):
         results = dict.fromkeys((TEMPERATURE, LOCKDOWN, COMPONENTS), 150)
         lines = dict(lines_of(zfc, host=one_port(device=0x3640), results=results))

@@ -11,12 +11,13 @@
 //   HOSTILE_RESULT_<CALL> the call's result; 0 without it (1 for the personality check)
 //   HOSTILE_COMPONENTS    bytes, as hexadecimal digits, that the read of the component versions gives
 //   HOSTILE_MEMO          the same for the flash memo block; neither is written when the call fails
-//   HOSTILE_REBOOT        what is stored as the reboot flag, on a failure too; without it the flag stays as
-//   it was HOSTILE_PERSONALITY   the personality in force at the start HOSTILE_CHATTER       calls, separated
-//   by commas, or "all": these print a line on standard output HOSTILE_PAUSE         "<CALL>:<milliseconds>":
-//   how long the call takes HOSTILE_SPOIL_LOG     "<CALL>:directory" or "<CALL>:symlink": during the call the
-//   library output file is
-//                         replaced by a folder, or by a symbolic link to another file
+//   HOSTILE_FILL_FAILED   when set, a call that reads a record fills it on a failure too
+//   HOSTILE_REBOOT        what is stored as the reboot flag, on a failure too; without it the flag stays
+//   HOSTILE_PERSONALITY   the personality in force at the start
+//   HOSTILE_CHATTER       calls, separated by commas, or "all": these print a line on standard output
+//   HOSTILE_PAUSE         "<CALL>:<milliseconds>": how long the call takes
+//   HOSTILE_SPOIL_LOG     "<CALL>:directory" or "<CALL>:symlink": during the call the library output file
+//                         is replaced by a folder, or by a symbolic link to another file
 //   HOSTILE_SERVICES      when set, the program's exported services are looked up and tried at the start
 #include "hostile_library.h"
 
@@ -260,7 +261,7 @@ void Fill(const char* setting, void* target, std::size_t size) {
 LibraryStatus ReadRecord(const char* call, const char* setting, const DeviceHandle* handle, void* out,
                          std::size_t size) {
   const LibraryStatus result = Answer(call, NameOf(handle) + ", " + BufferText(out, size));
-  if (result == 0) Fill(setting, out, size);
+  if (result == 0 || !Setting("HOSTILE_FILL_FAILED").empty()) Fill(setting, out, size);
   return result;
 }
 

@@ -31,7 +31,8 @@ bool AllZero(const void* buffer, std::size_t size);
 // Writes the bytes of a setting, hexadecimal digits, over the start of a buffer.
 void Fill(const char* setting, void* target, std::size_t size);
 
-// A read that fills a record: its handle and buffer stand in the trace. Nothing is written on a failure.
+// A read that fills a record: its handle and buffer stand in the trace. Nothing is written on a failure,
+// unless HOSTILE_FILL_FAILED is set.
 LibraryStatus ReadRecord(const char* call, const char* setting, const DeviceHandle* handle, void* out,
                          std::size_t size);
 

@@ -2,12 +2,12 @@
 //
 //   HOSTILE_TEMPERATURE, HOSTILE_LOCKDOWN, HOSTILE_VPD, HOSTILE_RDP
 //                     bytes, as hexadecimal digits, that the reads give; none are written on a failure
+//                     (the first two may be, see HOSTILE_FILL_FAILED)
 //   HOSTILE_VPD_SIZE, HOSTILE_RDP_SIZE, HOSTILE_DUMP_SIZE
 //                     what the call says the size is; without it the caller's number stays, and a dump has
 //                     its own
-//   HOSTILE_DUMP      the firmware dump, as hexadecimal digits. It is handed over on a failure too; without
-//   it the
-//                     pointer stays as it was
+//   HOSTILE_DUMP      the firmware dump, as hexadecimal digits. It is handed over on a failure too;
+//                     without it the pointer stays as it was
 #include <cstdlib>
 
 #include "hostile_library.h"
