@@ -1,7 +1,9 @@
 #include "framework/shell.h"
 
+#include <poll.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -14,6 +16,23 @@ namespace {
 constexpr const char* kPrompt = "$";
 constexpr int kLineBytes = 2048;  // a longer line is read in pieces, each a command of its own
 constexpr int kSecondsToBreak = 5;
+
+// Prints the prompt and waits for input. SIGQUIT is held back meanwhile and let in by the wait alone: one
+// that arrives right behind the prompt interrupts it too. Returns false when SIGQUIT asks for a fresh prompt.
+bool PromptForLine() {
+  sigset_t quit;
+  sigset_t signals;
+  sigemptyset(&quit);
+  sigaddset(&quit, SIGQUIT);
+  sigprocmask(SIG_BLOCK, &quit, &signals);
+  gRunFlags &= ~std::uint32_t{RUN_FLAG_BREAK};
+  ConsolePrint(kPrintPrompt, "%s>", kPrompt);
+  std::fflush(stdout);
+  pollfd input = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+  ppoll(&input, 1, nullptr, &signals);
+  sigprocmask(SIG_SETMASK, &signals, nullptr);
+  return !RunFlagIsSet(RUN_FLAG_BREAK);
+}
 
 // Gives a signal that interrupted the read up to five seconds to show in the run flags.
 void WaitForBreak() {
@@ -39,11 +58,10 @@ bool ReadWords(char* line, Words& words) {
 }  // namespace
 
 StatusCode RunShell(MultipleCmdsProcessor& node) {
+  // What the stream had read ahead would be hidden from the wait for input.
+  std::setvbuf(stdin, nullptr, _IONBF, 0);
   for (;;) {
-    gRunFlags &= ~std::uint32_t{RUN_FLAG_BREAK};
-    ConsolePrint(kPrintPrompt, "%s>", kPrompt);
-    std::fflush(stdout);
-
+    if (!PromptForLine()) continue;
     char line[kLineBytes];
     if (std::fgets(line, kLineBytes, stdin) == nullptr) {
       WaitForBreak();

@@ -91,10 +91,10 @@ def test_end_of_input_at_the_terminal(zfc):
 class TestQuitSignal:
     def test_fresh_prompt_at_once(self, zfc):
         with Session(zfc) as session:
-            session.expect_idle(PROMPT)
-            for _ in range(3):
+            session.expect(PROMPT)
+            for _ in range(20):
                 session.signal(signal.SIGQUIT)
-                text, passed = session.expect_idle(PROMPT)
+                text, passed = session.expect(PROMPT)
                 assert text == PROMPT
                 assert passed < AT_ONCE
             assert ask(session, b"version") == VERSION
@@ -103,16 +103,16 @@ class TestQuitSignal:
 
     def test_from_the_keyboard(self, zfc):
         with Session(zfc) as session:
-            session.expect_idle(PROMPT)
+            session.expect(PROMPT)
             session.send(b"\x1c")
-            text, passed = session.expect_idle(PROMPT)
+            text, passed = session.expect(PROMPT)
             assert text == PROMPT
             assert passed < AT_ONCE
             assert ask(session, b"version") == VERSION
 
     def test_line_that_was_begun_is_dropped_from_the_keyboard(self, zfc):
         with Session(zfc) as session:
-            session.expect_idle(PROMPT)
+            session.expect(PROMPT)
             session.send(b"nonsense\x1c")
             assert session.expect(PROMPT)[0] == PROMPT
             assert ask(session, b"version") == VERSION
@@ -145,7 +145,7 @@ class TestQuitSignal:
 class TestClosingSignals:
     def test_at_the_prompt_the_process_dies_by_sigint(self, zfc, number):
         with Session(zfc, debug=1) as session:
-            session.expect_idle(PROMPT)
+            session.expect(PROMPT)
             session.signal(number)
             rest, result = session.end()
         assert rest == b""

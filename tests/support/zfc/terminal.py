@@ -6,7 +6,6 @@ import signal
 import subprocess
 import termios
 import time
-from pathlib import Path
 
 from .runner import reject_sanitizer_report
 
@@ -51,16 +50,6 @@ class Session:
 
     def signal(self, number):
         self.process.send_signal(number)
-
-    def expect_idle(self, text):
-        """Waits for `text` and then until the process sleeps: it is in its read, not just on its way there."""
-        read = self.expect(text)
-        stat = Path(f"/proc/{self.process.pid}/stat")
-        deadline = time.monotonic() + 20
-        while stat.read_text().rpartition(")")[2].split()[0] != "S":
-            assert time.monotonic() < deadline, "the process does not come to rest"
-            time.sleep(0.001)
-        return read
 
     def close_input(self):
         self.process.stdin.close()
