@@ -11,7 +11,7 @@
 #include "framework/report_text.h"
 
 // The lines that begin a report: names, address and state of the port; names, address and number of the
-// target.
+// target, also in the reports of a target that are not about congestion.
 void PortLines(ReportText& text, const FCProtocolEntry& fc);
 void TargetLines(ReportText& text, const TargetEntry& target);
 

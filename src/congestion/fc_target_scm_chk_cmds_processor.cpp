@@ -3,7 +3,6 @@
 #include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
 #include "congestion/vocabulary.h"
-#include "discovery/port_lookup.h"
 #include "framework/report.h"
 #include "framework/report_lines.h"
 #include "runtime/timing_scope.h"
@@ -49,10 +48,7 @@ StatusCode DisplayTargetSCMChk(Serializer& out, const FCProtocolEntry& fc, const
 StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
   const TraceScope trace(kClassName, __func__);
   TargetSelection selected;
-  if (const StatusCode status = GetTargetFromTargetString(words, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
-  }
-  if (const StatusCode status = CheckGuard(kClassName, *selected.fc, kGuard); status != kSuccess) {
+  if (const StatusCode status = OpenTarget(kClassName, words, kGuard, selected); status != kSuccess) {
     return DisplayError(out, status, mode);
   }
   return DisplayTargetSCMChk(out, *selected.fc, *selected.target, mode);

@@ -1,15 +1,12 @@
 #include "congestion/fc_target_scm_stats_cmds_processor.h"
 
-#include <cstring>
-
 #include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
 #include "congestion/statistics_list.h"
+#include "congestion/target_statistics.h"
 #include "congestion/vocabulary.h"
 #include "discovery/host_walk.h"
 #include "discovery/identifiers.h"
-#include "discovery/port_lookup.h"
-#include "framework/library_call.h"
 #include "framework/report.h"
 #include "framework/report_lines.h"
 #include "runtime/debug_log.h"
@@ -145,24 +142,17 @@ StatusCode GetSecondGeneration(Serializer& out, const TargetSelection& selected,
 }
 
 StatusCode GetFirstGeneration(Serializer& out, const TargetSelection& selected, OutputMode mode) {
-  TargetStatisticsAddress address = {};
-  address.kind = kTargetByPortName;
-  std::memcpy(address.port_name, selected.target->port_name, sizeof address.port_name);
   TargetPortStatistics statistics = {};
-  const StatusCode status = CallLibraryWithOneStatus(
-      kClassName, "Get Port Stats FC", kStatisticsReadError,
-      [&] { return TORPI_GetPortStatisticsFC(selected.fc->handle.sd_handle, 0, &address, &statistics); });
-  if (status != kSuccess) return DisplayError(out, status, mode);
+  if (const StatusCode status = ReadTargetStatistics(kClassName, selected, statistics); status != kSuccess) {
+    return DisplayError(out, status, mode);
+  }
   return DisplayTargetSCMStats(out, *selected.target, statistics, mode);
 }
 
 StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
   const TraceScope trace(kClassName, __func__);
   TargetSelection selected;
-  if (const StatusCode status = GetTargetFromTargetString(words, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
-  }
-  if (const StatusCode status = CheckGuard(kClassName, *selected.fc, kGuard); status != kSuccess) {
+  if (const StatusCode status = OpenTarget(kClassName, words, kGuard, selected); status != kSuccess) {
     return DisplayError(out, status, mode);
   }
   const bool is_second = (selected.fc->capabilities & kSecondGeneration) != 0;

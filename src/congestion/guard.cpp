@@ -69,3 +69,15 @@ StatusCode CheckGuard(const char* class_name, const FCProtocolEntry& fc, std::sp
   }
   return kSuccess;
 }
+
+StatusCode OpenPort(const char* class_name, const Words& words, std::span<const GuardCheck> checks,
+                    PortSelection& selected) {
+  const StatusCode status = GetPhyPortFromPortString(words, selected);
+  return status == kSuccess ? CheckGuard(class_name, *selected.fc, checks) : status;
+}
+
+StatusCode OpenTarget(const char* class_name, const Words& words, std::span<const GuardCheck> checks,
+                      TargetSelection& selected) {
+  const StatusCode status = GetTargetFromTargetString(words, selected);
+  return status == kSuccess ? CheckGuard(class_name, *selected.fc, checks) : status;
+}

@@ -3,7 +3,6 @@
 #include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
 #include "congestion/vocabulary.h"
-#include "discovery/port_lookup.h"
 #include "framework/report.h"
 #include "framework/report_lines.h"
 #include "runtime/timing_scope.h"
@@ -58,10 +57,7 @@ StatusCode DisplayPortSCMChk(Serializer& out, const FCProtocolEntry& fc, OutputM
 StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
   const TraceScope trace(kClassName, __func__);
   PortSelection selected;
-  if (const StatusCode status = GetPhyPortFromPortString(words, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
-  }
-  if (const StatusCode status = CheckGuard(kClassName, *selected.fc, kGuard); status != kSuccess) {
+  if (const StatusCode status = OpenPort(kClassName, words, kGuard, selected); status != kSuccess) {
     return DisplayError(out, status, mode);
   }
   return DisplayPortSCMChk(out, *selected.fc, mode);

@@ -4,7 +4,6 @@
 
 #include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
-#include "discovery/port_lookup.h"
 #include "framework/code_text.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
@@ -60,11 +59,6 @@ StatusCode DisplaySCMProfile(Serializer& out, const FCProtocolEntry& fc, const S
   TextLine(text, "VCLM Profile Activation", TextOfCode(kProfiles, profile.activation));
   WriteReport(out, mode, kFrame, text);
   return kSuccess;
-}
-
-StatusCode OpenPort(const Words& words, PortSelection& selected) {
-  const StatusCode status = GetPhyPortFromPortString(words, selected);
-  return status == kSuccess ? CheckGuard(kClassName, *selected.fc, kGuard) : status;
 }
 
 StatusCode ReadProfile(const FCProtocolEntry& fc, SCMRProfile& profile) {
@@ -126,7 +120,7 @@ StatusCode TakeOptions(const Words& words, SCMRProfile& profile) {
 StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
   const TraceScope trace(kClassName, __func__);
   PortSelection selected;
-  if (const StatusCode status = OpenPort(words, selected); status != kSuccess) {
+  if (const StatusCode status = OpenPort(kClassName, words, kGuard, selected); status != kSuccess) {
     return DisplayError(out, status, mode);
   }
   SCMRProfile profile = {};
@@ -141,7 +135,9 @@ StatusCode CmdSetCommon(Serializer& out, Words& words, OutputMode mode) {
   const auto fail = [&](StatusCode code) { return DisplayError(out, code, mode); };
 
   PortSelection selected;
-  if (const StatusCode status = OpenPort(words, selected); status != kSuccess) return fail(status);
+  if (const StatusCode status = OpenPort(kClassName, words, kGuard, selected); status != kSuccess) {
+    return fail(status);
+  }
   const FCProtocolEntry& fc = *selected.fc;
   SCMRProfile profile = {};
   if (const StatusCode status = ReadProfile(fc, profile); status != kSuccess) return fail(status);

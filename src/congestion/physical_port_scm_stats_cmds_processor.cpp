@@ -4,7 +4,6 @@
 #include "congestion/guard.h"
 #include "congestion/statistics_list.h"
 #include "congestion/vocabulary.h"
-#include "discovery/port_lookup.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
 #include "framework/report_lines.h"
@@ -130,15 +129,10 @@ StatusCode GetSecondGeneration(Serializer& out, const FCProtocolEntry& fc, Outpu
   return freed == kSuccess ? shown : DisplayError(out, freed, mode);
 }
 
-StatusCode OpenPort(const Words& words, std::span<const GuardCheck> guard, PortSelection& selected) {
-  const StatusCode status = GetPhyPortFromPortString(words, selected);
-  return status == kSuccess ? CheckGuard(kClassName, *selected.fc, guard) : status;
-}
-
 StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
   const TraceScope trace(kClassName, __func__);
   PortSelection selected;
-  if (const StatusCode status = OpenPort(words, kGetGuard, selected); status != kSuccess) {
+  if (const StatusCode status = OpenPort(kClassName, words, kGetGuard, selected); status != kSuccess) {
     return DisplayError(out, status, mode);
   }
   const bool is_second = (selected.fc->capabilities & kSecondGeneration) != 0;
@@ -147,19 +141,14 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
 }
 
 StatusCode ResetStatistics(const FCProtocolEntry& fc) {
-  LibraryStatus result = kLibrarySuccess;
-  if (!CallInBracket(kClassName, [&] { result = TORPI_SANCongMgmtResetStatistics(&fc.handle); })) {
-    return kFileNotFound;
-  }
-  if (result == kLibrarySuccess) return kSuccess;
-  DebugLogLevel(kDebugFailure, "%s::%s: Reset SCM statistics failed err=%u", kClassName, __func__, result);
-  return FromLibrary(result, kResetAnswers, kStatisticsResetFailed);
+  return CallLibrary(kClassName, "Reset SCM statistics", kResetAnswers, kStatisticsResetFailed,
+                     [&] { return TORPI_SANCongMgmtResetStatistics(&fc.handle); });
 }
 
 StatusCode CmdClearCommon(Serializer& out, Words& words, OutputMode mode) {
   const TraceScope trace(kClassName, __func__);
   PortSelection selected;
-  if (const StatusCode status = OpenPort(words, kClearGuard, selected); status != kSuccess) {
+  if (const StatusCode status = OpenPort(kClassName, words, kClearGuard, selected); status != kSuccess) {
     return DisplayClear(out, status, mode);
   }
   return DisplayClear(out, ResetStatistics(*selected.fc), mode);

@@ -1,11 +1,9 @@
 #include "target/fc_target_stats_cmds_processor.h"
 
-#include <cstring>
-
+#include "congestion/congestion_lines.h"
+#include "congestion/guard.h"
+#include "congestion/target_statistics.h"
 #include "discovery/port_lookup.h"
-#include "framework/device_library/calls.h"
-#include "framework/device_library/target_statistics_records.h"
-#include "framework/output_bracket.h"
 #include "framework/report_lines.h"
 #include "runtime/debug_log.h"
 #include "runtime/timing_scope.h"
@@ -18,10 +16,8 @@ constexpr ReportFrame kFrame = {"TargetStatistics", "Target Stats", "TargetStats
 constexpr std::size_t kReportBytes = 2048;
 
 constexpr StatusMessage kMessages[] = {
-    kInvalidParameter,    kHostNotFound,
-    kFileNotFound,        kAdapterNotFound,
-    kFeatureNotSupported, kStatisticsReadError,
-    kMemoryError,         {kNotSupportedByDriver, "Failed, Driver/Firmware does not support this feature"},
+    kInvalidParameter,    kHostNotFound,        kFileNotFound, kAdapterNotFound,
+    kFeatureNotSupported, kStatisticsReadError, kMemoryError,  kDriverLacksFeature,
 };
 
 StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
@@ -33,10 +29,7 @@ StatusCode DisplayTargetStats(Serializer& out, const TargetEntry& target,
                               const TargetPortStatistics& statistics, OutputMode mode) {
   ReportText text(kReportBytes);
   if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
-  FirstNameLine(text, "Node Name", target.node_name);
-  NameLine(text, "Port Name", target.port_name);
-  PortIdLine(text, "Port Id", target.port_id);
-  NumberLine(text, "Target Number", target.number);
+  TargetLines(text, target);
   NumberLine(text, "Link Failure Count", statistics.link_failure);
   NumberLine(text, "Loss Of Sync Count", statistics.loss_of_sync);
   NumberLine(text, "Loss Of Signal Count", statistics.loss_of_signal);
@@ -54,19 +47,9 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
     DebugLogLevel(kDebugFailure, "%s::%s: Get target failed err=%u", kClassName, __func__, status);
     return DisplayError(out, status, mode);
   }
-  OutputBracket bracket(kClassName);
-  if (!bracket.IsOpen()) return DisplayError(out, kFileNotFound, mode);
-  TargetStatisticsAddress address = {};
-  address.kind = kTargetByPortName;
-  std::memcpy(address.port_name, selected.target->port_name, sizeof address.port_name);
   TargetPortStatistics statistics = {};
-  const LibraryStatus result =
-      TORPI_GetPortStatisticsFC(selected.fc->handle.sd_handle, 0, &address, &statistics);
-  bracket.Close();
-  if (result != kLibrarySuccess) {
-    // Deliberately the same status in maintenance mode.
-    DebugLogLevel(kDebugFailure, "%s::%s: Get Port Stats FC failed err=%u", kClassName, __func__, result);
-    return DisplayError(out, kStatisticsReadError, mode);
+  if (const StatusCode status = ReadTargetStatistics(kClassName, selected, statistics); status != kSuccess) {
+    return DisplayError(out, status, mode);
   }
   return DisplayTargetStats(out, *selected.target, statistics, mode);
 }

@@ -2,10 +2,10 @@
 
 #include <string_view>
 
+#include "congestion/congestion_lines.h"
 #include "discovery/port_lookup.h"
-#include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
-#include "framework/output_bracket.h"
+#include "framework/library_call.h"
 #include "framework/report_lines.h"
 #include "runtime/debug_log.h"
 #include "runtime/timing_scope.h"
@@ -93,10 +93,7 @@ StatusCode DisplayTargetTLSD(Serializer& out, const TargetEntry& target, std::ui
                              OutputMode mode) {
   ReportText text(kReportBytes);
   if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
-  FirstNameLine(text, "Node Name", target.node_name);
-  NameLine(text, "Port Name", target.port_name);
-  PortIdLine(text, "Port Id", target.port_id);
-  NumberLine(text, "Target Number", target.number);
+  TargetLines(text, target);
   TextLine(text, "Target Maximum Link Speed", SpeedText(speed));
   WriteReport(out, mode, kFrame, text);
   return kSuccess;
@@ -118,23 +115,16 @@ StatusCode OpenTarget(const Words& words, TargetSelection& selected) {
 // Reading and writing deliberately have one status each for every failure, maintenance mode included.
 
 StatusCode ReadSpeed(const TargetSelection& selected, std::uint32_t& speed) {
-  const OutputBracket bracket(kClassName);
-  if (!bracket.IsOpen()) return kFileNotFound;
-  const LibraryStatus result =
-      TORPI_GetTargetLinkSpeed(&selected.fc->handle, selected.target->number, &speed);
-  if (result == kLibrarySuccess) return kSuccess;
-  DebugLogLevel(kDebugFailure, "%s::%s: Get Link Speed failed err=%u", kClassName, __func__, result);
-  return kReadFailed;
+  return CallLibraryWithOneStatus(kClassName, "Get Link Speed", kReadFailed, [&] {
+    return TORPI_GetTargetLinkSpeed(&selected.fc->handle, selected.target->number, &speed);
+  });
 }
 
 StatusCode WriteSpeed(const TargetSelection& selected, std::uint32_t speed) {
-  const OutputBracket bracket(kClassName);
-  if (!bracket.IsOpen()) return kFileNotFound;
-  const LibraryStatus result = TORPI_SetTargetLinkSpeed(&selected.fc->handle, selected.target->number, speed);
-  if (result == kLibrarySuccess) return kSuccess;
-  // Deliberately the wording of the read.
-  DebugLogLevel(kDebugFailure, "%s::%s: Get Link Speed failed err=%u", kClassName, __func__, result);
-  return kUpdateFailed;
+  // The log deliberately has the wording of the read.
+  return CallLibraryWithOneStatus(kClassName, "Get Link Speed", kUpdateFailed, [&] {
+    return TORPI_SetTargetLinkSpeed(&selected.fc->handle, selected.target->number, speed);
+  });
 }
 
 StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {

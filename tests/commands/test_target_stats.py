@@ -82,7 +82,7 @@ def test_failure(zfc, words, host, message, usage, calls):
 def test_debug_log(zfc, words, options, line):
     result = zfc(f"{GET} {words}", host=one_target(), debug=4, **options)
     lines = result.debug_log.splitlines(keepends=True)
-    assert any(b"FCTargetStatsCmdsProcessor::" in logged and logged.endswith(line) for logged in lines)
+    assert any(b": FCTargetStatsCmdsProcessor:" in logged and logged.endswith(line) for logged in lines)
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

@@ -274,7 +274,7 @@ def test_debug_log(zfc, words, options, lines):
     result = zfc(words, debug=4, **{"host": one_target(supported=0xFF), **options})
     for line in lines:
         assert any(
-            b"FCTargetTLSDCmdsProcessor::" in logged and logged.endswith(line)
+            b": FCTargetTLSDCmdsProcessor:" in logged and logged.endswith(line)
             for logged in result.debug_log.splitlines(keepends=True)
         )
 
