@@ -223,7 +223,8 @@ StatusCode CmdSaveCommon(Serializer& out, Words& words, OutputMode mode) {
   };
   if (!CallInBracket(kClassName, save)) return fail(kFileNotFound);
   if (save_mode == nullptr) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Invalid mode", kClassName, __func__);
+    // The number is deliberately that of the output's form, whatever word was given.
+    DebugLogLevel(kDebugFailure, "%s::%s: Invalid mode %u", kClassName, __func__, std::uint32_t{mode});
     return fail(kReadFailed);
   }
   return DisplaySfpSave(out, StatusOfCall(kClassName, "SFP data save", result, kSaveAnswers, kReadFailed),

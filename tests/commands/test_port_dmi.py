@@ -280,6 +280,7 @@ class TestRead:
         result = check_failed(zfc, command, NO_DATA, buffers={"sfp": NO_MODULE}, debug=4)
         assert result.command_calls == [LIST_CALL, read_call(mode)]
         assert result.xml.code == 0
+        assert b": Got all 0's data\r\n" in result.xml.debug_log
 
     @pytest.mark.parametrize("offset", [0, 255, 256, 511])
     def test_one_byte_is_data(self, zfc, command, offset):
@@ -327,7 +328,7 @@ class TestRead:
 def test_get_with_refresh_maybe_is_status_6_and_nothing_on_the_output(zfc):
     result = zfc([*GET.split(), IDENTIFIER, "--refresh", "maybe"], host=HOST, debug=4)
     assert (result.stdout, result.code) == (b"", 6)
-
+    assert b": refresh=maybe not supported\r\n" in result.debug_log
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

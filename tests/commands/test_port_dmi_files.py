@@ -204,6 +204,35 @@ def test_update_failure(zfc, words, options, message, usage, calls):
     assert result.command_calls == calls
 
 
+# Level 4 tells why a command failed.
+@pytest.mark.parametrize(
+    "command, words, options, line",
+    [
+        (SAVE, ["file", "csv"], {}, "Invalid mode 1"),
+        (SAVE, ["file", "text"], {"results": {SAVE_TEXT: 101}}, "failed err=101"),
+        (UPDATE, ["missing %s", "X"], {}, "SFP Image file [missing %s] does not exist"),
+        (UPDATE, ["sfp.img", "X"], {}, "SFP Firmware update not supported for this vendor"),
+        (UPDATE, ["sfp.img", "WTD"], {}, "SFP Firmware update not supported for this adapter"),
+        (
+            UPDATE,
+            ["sfp.img", "WTD"],
+            {"host": one_port(device=0x3640, driver_flags=0xFD)},
+            "SFP Firmware update not supported by the driver",
+        ),
+        (
+            UPDATE,
+            ["sfp.img", "WTD"],
+            {"host": one_port(**DAHLIA_PORT), "results": {UPDATE_FIRMWARE: 147}},
+            "SFP FW update failed err=147",
+        ),
+    ],
+)
+def test_debug_log_tells_the_failure(zfc, command, words, options, line):
+    zfc.file("sfp.img")
+    result = zfc([*command.split(), IDENTIFIER, *words], debug=4, **{"host": OTHER_HOST, **options})
+    assert f"{line}\r\n".encode() in result.debug_log
+
+
 class TestEdgeCasesOfTheCommands:
     def test_save_with_mode_text_works_and_with_csv_fails(self, zfc):
         check_save(zfc, "Success", [IDENTIFIER, "file", "text"])
