@@ -28,7 +28,7 @@ struct SpeedClass {
   std::uint8_t gbps;
   std::uint8_t encoding;
   std::uint8_t qsfp_encoding;
-  std::uint8_t nominal_rate;   // 100 MBd; 255: byte 66 tells it
+  std::uint8_t nominal_rate;   // 100 MBd; 255: byte 66, of a QSFP module byte 222, tells it
   std::uint8_t greatest_rate;  // 250 MBd
   std::uint8_t rate_identifier;
 };
@@ -266,6 +266,7 @@ SfpMemory ComposeQsfp(const SfpValues& values) {
   page.Byte(67, 0x1e);
   page.Byte(92, 0x0c);  // power is measured, average
   page.Byte(93, 0x10);
+  page.Byte(94, fastest.greatest_rate);
   page.Sum(64, 95);
   return memory;
 }

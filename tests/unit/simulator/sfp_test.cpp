@@ -196,6 +196,8 @@ TEST_F(Sfp, QsfpModuleHasItsIdentityInTheUpperPage) {
   EXPECT_EQ(Text(memory, 168, 18), "LQ-32           C ");
   EXPECT_EQ(Bytes(memory, 186, 2), (Octets{0x42, 0x68}));  // 850 * 20
   EXPECT_EQ(Text(memory, 196, 16), "Q1              ");
+  EXPECT_EQ(memory[140], 0xff);
+  EXPECT_EQ(memory[222], 0x70);  // 28 GBd in steps of 250 MBd
   EXPECT_EQ(Bytes(memory, 256, 256), Octets(256, 0));
 }
 
