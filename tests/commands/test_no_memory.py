@@ -9,6 +9,8 @@ from zfc.documents import check_both
 from zfc.flash import components, memo
 from zfc.host import IDENTIFIER
 from zfc.preload import needs_preload, preloaded
+from zfc.target import IDENTIFIER as TARGET
+from zfc.target import luns, one_target, target
 
 pytestmark = needs_preload
 
@@ -26,6 +28,21 @@ def test_adapter_report(zfc, node, size):
     command = f"-t adapter -s {node} get"
     options = {"words": [IDENTIFIER], "values": NO_MEMORY, "components": components(), "memo": memo()}
     check_both(zfc, command, f"adapter/{node}-failed", env=refusing(size), **options)
+
+
+@pytest.mark.parametrize(
+    "command, identifier, document, size",
+    [
+        ("-t target -v info get", TARGET, "target/info-failed", 4096),
+        ("-t target -v tlsd get", TARGET, "target/tlsd-failed", 4096),
+        ("-t target -v tlsd set", TARGET, "target/tlsd-failed", 4096),
+        ("-t target -v stats get", TARGET, "target/stats-failed", 2048),
+        ("-t lun -v info get", f"{TARGET}_LUN_0", "lun/info-failed", 4096),
+    ],
+)
+def test_report_of_a_target_or_a_lun(zfc, command, identifier, document, size):
+    options = {"words": [identifier, "16_Gbps"], "host": one_target(target(luns(0)), supported=0xFF)}
+    check_both(zfc, command, document, values=NO_MEMORY, env=refusing(size), **options)
 
 
 def run_boot(zfc, node, command, family, size, mode=(), **options):
