@@ -75,7 +75,7 @@ void IdentifierList::Write(const std::string& identifier) {
 
 bool IsRebootRequired(const char* class_name) {
   constexpr std::uint8_t kRequired = 1;
-  std::uint8_t flag = 0;
+  std::uint8_t flag = kRequired;  // also what holds when the library leaves it alone
   const LibraryStatus result = TORPI_IsRebootRequired(&flag);
   if (result == kLibrarySuccess) return flag == kRequired;
   DebugLogLevel(kDebugFailure, "%s: Get Reboot Required failed err=%u", class_name, result);

@@ -359,6 +359,11 @@ TEST_F(RebootQuestion, IsTrueForFlagOneAlone) {
   EXPECT_FALSE(IsRebootRequired("SomeClass"));
 }
 
+TEST_F(RebootQuestion, IsTrueWhenTheFlagIsLeftAlone) {
+  Library().reboot_flag.reset();
+  EXPECT_TRUE(IsRebootRequired("SomeClass"));
+}
+
 TEST_F(RebootQuestion, IsTrueWhenTheCallFailsWhateverItsFlag) {
   for (const std::uint32_t result : {1u, 13u, 150u, 0x80000000u}) {
     Library().reboot_result = result;
