@@ -433,9 +433,12 @@ class TestSet:
         assert result.written[NVME_WRITE] == nvme(OWN)
 
     def test_shows_what_it_read_back(self, zfc):
-        """The library of this run gives the written record back."""
+        """The device keeps another entry than the one written."""
+        kept = NvmeEntry(FLASH, FLASH_NODE, namespace=1, controller=7, enable=0, nqn=b"nqn.kept")
         staged = changed(NVME_FILE, **entry_keys(1, ENTRY))
-        commit(zfc, staged, nvme_text({1: ENTRY}, enabled=True))
+        after = {"nvme_after": nvme({**OWN, 1: kept})}
+        result = commit(zfc, staged, nvme_text({1: kept}, enabled=True), buffers=after)
+        assert result.written[NVME_WRITE] == with_nvme(nvme(OWN), {1: ENTRY})
 
     def test_nvme_mode_outside_the_three_groups_touches_no_entry(self, zfc):
         empty = {number: NvmeEntry() for number in range(8)}

@@ -3,6 +3,8 @@
 //
 //   HOSTILE_PARAMS, HOSTILE_BOOT, HOSTILE_NVME
 //                     the records at the start, as hexadecimal digits
+//   HOSTILE_PARAMS_AFTER, HOSTILE_BOOT_AFTER, HOSTILE_NVME_AFTER
+//                     what reads give behind a write of that record, in place of what was written
 //   HOSTILE_BBCR      status, configured, state, negotiated and the reason's bytes, in the same manner
 //   HOSTILE_FEC, HOSTILE_BEACON
 //                     the numbers in force at the start
@@ -77,7 +79,10 @@ LibraryStatus Read(const char* call, const char* setting, const DeviceHandle* ha
 template <typename Record>
 LibraryStatus Write(const char* call, const char* setting, const DeviceHandle* handle, const Record* record) {
   const LibraryStatus result = AnswerInTurn(call, NameOf(handle) + ", " + Hex(record, sizeof *record));
-  if (result == 0) Kept<Record>(setting) = *record;
+  if (result != 0) return result;
+  Kept<Record>(setting) = *record;
+  const std::string after = std::string(setting) + "_AFTER";
+  if (!Setting(after).empty()) Fill(after.c_str(), &Kept<Record>(setting), sizeof *record);
   return result;
 }
 
