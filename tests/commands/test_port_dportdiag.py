@@ -7,6 +7,7 @@ from zfc.diag import LIST_CALL, SECOND_INTERFACE, FreshLog, dport_record, one_po
 from zfc.documents import check_both
 from zfc.host import DAHLIA, ELM_ONLY, HAZEL, IRIS, NO_LIST, every_device
 from zfc.port import IDENTIFIER
+from zfc.preload import needs_preload, preloaded
 
 NODE = "-t port -s dportdiag"
 USAGES = {"get": "Usage: get\r\n", "set": "Usage: set\r\n", "run": "Usage: set\r\n"}
@@ -374,6 +375,14 @@ class TestSecondInterface:
     def test_codes(self, zfc, result, code):
         env = run_v2(step(result, dport_record()))
         assert zfc(f"{NODE} run {IDENTIFIER}", host=one_port(), env=env, debug=1).code == code
+
+
+@needs_preload
+def test_no_memory_for_the_report(zfc):
+    """Its buffer of 2048 bytes is not to be had: a status that has no words here."""
+    env = {**run_v2(step(0, dport_record())), **preloaded("refuse_memory", REFUSE_BYTES=2048)}
+    made = check_run_failed(zfc, "Failed, Unknown", env=env)
+    assert made.command_calls == [*RUN_CALLS, TEST_V2_CALL]
 
 
 class TestFirstInterface:
