@@ -437,7 +437,7 @@ TEST_F(BootTest, AnNvmeEntryTakesTheTargetsNames) {
             "NVME_6_WWNN=20:06:01:60:3b:20:41:99 NVME_6_WWPN=50:06:01:60:3b:20:41:99");
 }
 
-TEST_F(BootTest, ACleardEntryHoldsNothingOfATarget) {
+TEST_F(BootTest, AClearedEntryHoldsNothingOfATarget) {
   EXPECT_EQ(CheckedExt({"-n", "1", "-p", kZeroText, "-o", "7"}),
             std::string("Alternate_Boot_Target_1_LUN=0 Alternate_Boot_Target_1_WWPN=") + kZeroText +
                 " Boot_Mode=1");

@@ -178,7 +178,7 @@ TEST_F(HostFile, MissingPortsAndMissingProtocolsAreNullPointers) {
 }
 
 TEST_F(HostFile, ReadyExamplesAreAccepted) {
-  for (const char* name : {"small", "all-families", "failing", "odd"}) {
+  for (const char* name : {"small", "all-families", "failing", "odd", "diagnostics", "modules"}) {
     NextRun();
     setenv("TORPI_LAB_HOST", (std::string(ZFC_SOURCE_DIR "/examples/") + name + ".yaml").c_str(), 1);
     testing::internal::CaptureStderr();
