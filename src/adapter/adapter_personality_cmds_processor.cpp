@@ -26,9 +26,8 @@ constexpr StatusMessage kMessages[] = {
     kMaintenanceMode,
 };
 
-// The reboot fields of `set`: a change always needs a reboot, a failure never does.
+// Of `set`: a change always needs a reboot.
 constexpr RebootField kRebootNeeded = {RebootField::kAheadOfMessage, true};
-constexpr RebootField kNoRebootNeeded = {RebootField::kAheadOfMessage, false};
 
 StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode, RebootField reboot = {}) {
   const Document document(out, mode, kStructure, MessageFor(kMessages, code), reboot);

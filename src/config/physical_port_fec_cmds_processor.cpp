@@ -33,8 +33,6 @@ constexpr StatusMessage kMessages[] = {
     kMaintenanceMode,
 };
 
-constexpr RebootField kNoRebootNeeded = {RebootField::kAheadOfMessage, false};
-
 constexpr std::uint8_t kLinkUp = 1;
 
 // Port speed codes between which error correction is a matter of choice: 16 Gbps. Slower links have none,

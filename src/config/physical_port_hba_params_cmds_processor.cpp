@@ -9,11 +9,9 @@ namespace {
 
 constexpr const char* kClassName = "PhysicalPortHBAParamsCmdsProcessor";
 
-// The documents of the commands that write no parameters. A failure of the restore tells ahead of its message
-// that no reboot is needed.
+// The documents of the commands that write no parameters.
 constexpr const char* kRestoreStructure = "RestoreDefaultsInfo";
 constexpr const char* kSaveStructure = "HBAParametersSave";
-constexpr RebootField kNoRebootNeeded = {RebootField::kAheadOfMessage, false};
 
 const char* MessageOf(StatusCode status) {
   return status == kSuccess ? CommonMessage(kSuccess) : MessageFor(kHbaParamsNode.messages, status);

@@ -4,12 +4,6 @@
 #include "runtime/debug_log.h"
 #include "runtime/timing_scope.h"
 
-namespace {
-
-constexpr RebootField kNoRebootNeeded = {RebootField::kAheadOfMessage, false};
-
-}  // namespace
-
 bool StagedSettings::NeedsReboot() const {
   return IsRebootRequired(node_.class_name);
 }

@@ -15,6 +15,9 @@ struct RebootField {
   bool required = false;
 };
 
+// That of a failure which tells of a reboot at all.
+inline constexpr RebootField kNoRebootNeeded = {RebootField::kAheadOfMessage, false};
+
 // One document with a "Message", from Open to Close: the constructor writes its head, the destructor its end.
 // What the command writes in between are its own fields.
 class Document {
