@@ -207,7 +207,7 @@ class Zfc:
         argv = [str(BUILD / "tests" / "private_run")]
         if read_only_var_tmp:
             argv.append("--read-only-var-tmp")
-        argv += ["--keep", str(BUILD), str(self.folder), str(program)]
+        argv += ["--keep", str(ROOT), "--keep", str(BUILD), str(self.folder), str(program)]
         argv += words.split() if isinstance(words, str) else words
         return argv, variables
 
