@@ -1,5 +1,6 @@
 #include "adapter/adapter_flash_info_cmds_processor.h"
 
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -59,11 +60,11 @@ bool SignaturePasses(const FlashMemoBlock& memo) {
          memo.signature[3] == 'S';
 }
 
-// The build date's characters from `begin`, as they stand; a null character shows nothing.
-std::string DateCharacters(const FlashMemoBlock& memo, std::size_t begin, std::size_t count) {
-  std::string characters(memo.mbi_build_date + begin, count);
-  std::erase(characters, '\0');
-  return characters;
+// The build date up to its terminator if it has one, with terminators for what is missing.
+std::string BuildDate(const FlashMemoBlock& memo) {
+  std::string date(memo.mbi_build_date, strnlen(memo.mbi_build_date, sizeof memo.mbi_build_date));
+  date.resize(sizeof memo.mbi_build_date);
+  return date;
 }
 
 StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
@@ -76,8 +77,8 @@ StatusCode DisplayFlashInfo(Serializer& out, const FlashMemoBlock& memo, OutputM
   if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
   const ComponentVersion& mbi = memo.mbi_version;
   text.Line("%s: %02hhu.%02hhu.%02hhu\n", "MBI Version", mbi.major, mbi.minor, mbi.sub);
-  text.Line("      %s: %s-%s-%s\n", "MBI Build Date", DateCharacters(memo, 0, 4).c_str(),
-            DateCharacters(memo, 4, 2).c_str(), DateCharacters(memo, 6, 2).c_str());
+  const std::string date = BuildDate(memo);
+  text.Line("      %s: %.4s-%.2s-%.2s\n", "MBI Build Date", &date[0], &date[4], &date[6]);
   text.Line("      %s: %s\n", "Flash Tool ID", FlashToolName({memo.tool_id, sizeof memo.tool_id}));
   text.Line("      %s: %02hhu.%02hhu.%02hhu.%02hhu\n", "Flash Tool Version", memo.tool_version[0],
             memo.tool_version[1], memo.tool_version[2], memo.tool_version[3]);

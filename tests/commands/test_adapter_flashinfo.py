@@ -106,6 +106,21 @@ def test_tool_id(zfc, tool, text):
 
 
 @pytest.mark.parametrize(
+    "date, text",
+    [
+        (b"20240229", "2024-02-29"),
+        (b"2024\0\x0029", "2024--"),
+        (b"20\x0040229", "20--"),
+        (b"202402\x009", "2024-02-"),
+        (b"\0" * 8, "--"),
+    ],
+)
+def test_build_date_ends_at_its_terminator(zfc, date, text):
+    result = zfc(f"-t adapter -s flashinfo getcli {IDENTIFIER}", memo=memo(date=date))
+    assert re.search(rb"\n      MBI Build Date: (.*)\n", result.stdout)[1] == text.encode()
+
+
+@pytest.mark.parametrize(
     "signature, passes",
     [
         (b"FMBS", True),
