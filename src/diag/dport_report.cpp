@@ -1,6 +1,8 @@
 #include "diag/dport_report.h"
 
-#include <cmath>
+#include <dlfcn.h>
+
+#include <limits>
 #include <string_view>
 
 #include "framework/report_lines.h"
@@ -125,6 +127,18 @@ void FailedLines(ReportText& text, const DPortResultRecord& record) {
   PowerLine(text, "Ingress Power", {remote_tx, 0.0F, 0.0F});
 }
 
+// The C library's log10f, from the part of it that only this report needs: looked up at the first use,
+// because to have it mapped costs a twentieth of every start of the program. Not a number should the host
+// lack it.
+float Log10(float value) {
+  using Function = float(float);
+  static Function* const log10_of = [] {
+    void* const library = dlopen("libm.so.6", RTLD_LAZY);
+    return library == nullptr ? nullptr : reinterpret_cast<Function*>(dlsym(library, "log10f"));
+  }();
+  return log10_of == nullptr ? std::numeric_limits<float>::quiet_NaN() : log10_of(value);
+}
+
 }  // namespace
 
 const char* DPortResultLabel(std::uint8_t status) {
@@ -138,7 +152,7 @@ float PowerToDbm(std::uint16_t raw) {
   // To milliwatts in two steps: one factor of 0.0001 would round differently.
   const float microwatts = static_cast<float>(raw) * 0.1F;
   const float milliwatts = microwatts * 0.001F;
-  return 10.0F * std::log10(milliwatts);
+  return 10.0F * Log10(milliwatts);
 }
 
 float PowerToDbmOrZero(std::uint16_t raw) {

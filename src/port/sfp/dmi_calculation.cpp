@@ -1,7 +1,6 @@
 #include "port/sfp/dmi_calculation.h"
 
 #include <cfloat>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -111,7 +110,11 @@ float DecodeIeee(std::uint32_t pattern) {
   const auto exponent = static_cast<int>(pattern >> 23 & 0xFFU);
   std::uint32_t mantissa = pattern & (kHiddenBit - 1);
   if (exponent == 255) return negative ? -FLT_MAX : FLT_MAX;
-  auto scale = static_cast<float>(std::ldexp(1.0, exponent - 150));
+  // 2 to the power of exponent - 150, exactly, and without the mathematics library, which no start of the
+  // program shall have to map.
+  double power = 0x1p-150;
+  for (int i = 0; i < exponent; ++i) power += power;
+  auto scale = static_cast<float>(power);
   if (exponent != 0) {
     mantissa |= kHiddenBit;
   } else {
