@@ -78,7 +78,7 @@ StatusCode DisplayFlashInfo(Serializer& out, const FlashMemoBlock& memo, OutputM
   const ComponentVersion& mbi = memo.mbi_version;
   text.Line("%s: %02hhu.%02hhu.%02hhu\n", "MBI Version", mbi.major, mbi.minor, mbi.sub);
   const std::string date = BuildDate(memo);
-  text.Line("      %s: %.4s-%.2s-%.2s\n", "MBI Build Date", &date[0], &date[4], &date[6]);
+  text.Line("      %s: %.4s-%.2s-%.2s\n", "MBI Build Date", date.c_str(), &date[4], &date[6]);
   text.Line("      %s: %s\n", "Flash Tool ID", FlashToolName({memo.tool_id, sizeof memo.tool_id}));
   text.Line("      %s: %02hhu.%02hhu.%02hhu.%02hhu\n", "Flash Tool Version", memo.tool_version[0],
             memo.tool_version[1], memo.tool_version[2], memo.tool_version[3]);
