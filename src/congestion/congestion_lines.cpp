@@ -46,13 +46,6 @@ void PortLines(ReportText& text, const FCProtocolEntry& fc) {
   TextLine(text, "Port State", PortStateText(fc));
 }
 
-void TargetLines(ReportText& text, const TargetEntry& target) {
-  FirstNameLine(text, "Node Name", target.node_name);
-  NameLine(text, "Port Name", target.port_name);
-  PortIdLine(text, "Port Id", target.port_id);
-  NumberLine(text, "Target Number", target.number);
-}
-
 void NotificationLine(ReportText& text, std::uint16_t mask, std::span<const NotificationWords> table) {
   std::string words = mask == 0 ? "None" : "";
   for (const NotificationWords& row : table) {

@@ -7,13 +7,10 @@
 
 #include "framework/device_library/congestion_records.h"
 #include "framework/device_library/records.h"
-#include "framework/device_library/target_records.h"
 #include "framework/report_text.h"
 
-// The lines that begin a report: names, address and state of the port; names, address and number of the
-// target, also in the reports of a target that are not about congestion.
+// The lines that begin a port's report: its names, address and state.
 void PortLines(ReportText& text, const FCProtocolEntry& fc);
-void TargetLines(ReportText& text, const TargetEntry& target);
 
 // A bit of a notification mask and its words.
 struct NotificationWords {

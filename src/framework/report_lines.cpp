@@ -71,3 +71,10 @@ void HostIdLine(ReportText& text, const char* label, const std::uint8_t (&id)[16
       kIndent, label, id[0], id[1], id[2], id[3], id[4], id[5], id[6], id[7], id[8], id[9], id[10], id[11],
       id[12], id[13], id[14], id[15]);
 }
+
+void TargetLines(ReportText& text, const TargetEntry& target) {
+  FirstNameLine(text, "Node Name", target.node_name);
+  NameLine(text, "Port Name", target.port_name);
+  PortIdLine(text, "Port Id", target.port_id);
+  NumberLine(text, "Target Number", target.number);
+}

@@ -7,6 +7,7 @@
 
 #include "framework/device_library/flash_records.h"
 #include "framework/device_library/records.h"
+#include "framework/device_library/target_records.h"
 #include "framework/report_text.h"
 
 // "label: text", which begins a report.
@@ -37,3 +38,6 @@ void PortIdLine(ReportText& text, const char* label, const std::uint8_t (&port_i
 
 // A host identifier as hexadecimal digits without separators, or "NA" for one of all zeros.
 void HostIdLine(ReportText& text, const char* label, const std::uint8_t (&id)[16]);
+
+// The lines that begin a target's report: its names, address and number.
+void TargetLines(ReportText& text, const TargetEntry& target);

@@ -1,6 +1,5 @@
 #include "target/fc_target_stats_cmds_processor.h"
 
-#include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
 #include "congestion/target_statistics.h"
 #include "discovery/port_lookup.h"

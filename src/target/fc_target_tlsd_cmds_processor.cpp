@@ -2,7 +2,6 @@
 
 #include <string_view>
 
-#include "congestion/congestion_lines.h"
 #include "discovery/port_lookup.h"
 #include "framework/device_library/families.h"
 #include "framework/library_call.h"
