@@ -7,40 +7,23 @@
 #include "discovery/adapter_lookup.h"
 #include "discovery/host_walk.h"
 #include "discovery/listing.h"
-#include "runtime/timing_scope.h"
+#include "framework/report.h"
 
 namespace {
 
-constexpr const char* kClassName = "AdapterCmdsProcessor";
-
-StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdListCommon(CommandRun& run) {
   const AdapterList* list = nullptr;
-  if (const StatusCode status = OpenListing(kClassName, words, list); status != kSuccess) return status;
-  IdentifierList identifiers(out, mode, "AdapterList", "Adapters");
+  if (const StatusCode status = OpenListing(run, list); status != kSuccess) return status;
+  IdentifierList identifiers(run, "AdapterList", "Adapters");
   for (const AdapterEntry& adapter : AdaptersOf(*list)) identifiers.Write(AdapterIdentifier(adapter));
   return kSuccess;
 }
 
-constexpr auto CmdList = &InXml<CmdListCommon>;
-constexpr auto CmdListCli = &InText<CmdListCommon>;
-constexpr auto CmdUpdate = &InXml<CmdUpdateCommon>;
-constexpr auto CmdUpdateCli = &InText<CmdUpdateCommon>;
-
-constexpr const char* kListDescription = "Discover list of Sorvex adapters";
-constexpr const char* kUpdateDescription = "Update firmware on the Sorvex Adapter";
-
-constexpr Leaf kLeaves[] = {
-    {"list", 0, kListDescription, CmdList},
-    {"update", 1, kUpdateDescription, CmdUpdate},
-    {"help", 2, "List of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"listcli", 3, kListDescription, CmdListCli, &CommandNode::CmdUsage},
-    {"updatecli", 4, kUpdateDescription, CmdUpdateCli, &CommandNode::CmdUsage},
-};
-
-constexpr UsageText kUsage[] = {
-    {3, "Usage: list\r\n"},
-    {4, "Usage: [identifier] [flashfile]\r\n"},  // deliberately without the image type, which it needs too
+constexpr CommandRow kCommands[] = {
+    {"list", "Discover list of Sorvex adapters", "Usage: list\r\n", &CmdListCommon},
+    // The usage text leaves out the image type, which the command needs too.
+    {"update", "Update firmware on the Sorvex Adapter", "Usage: [identifier] [flashfile]\r\n",
+     &CmdUpdateCommon},
 };
 
 constexpr SubNode kSubNodes[] = {
@@ -51,7 +34,13 @@ constexpr SubNode kSubNodes[] = {
      &MakeNode<AdapterFlashInfoCmdsProcessor>},
 };
 
-constexpr NodeClass kClass = {kClassName, "Adapter", kLeaves, kUsage, kSubNodes};
+constexpr NodeClass kClass = {
+    .name = "AdapterCmdsProcessor",
+    .help_words = "Adapter",
+    .commands = kCommands,
+    .sub_nodes = kSubNodes,
+    .help_description = "List of available commands",
+};
 
 }  // namespace
 

@@ -7,15 +7,11 @@
 #include "discovery/adapter_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
-#include "framework/output_bracket.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
+#include "framework/library_call.h"
+#include "framework/report_text.h"
 
 namespace {
 
-constexpr const char* kClassName = "AdapterFlashInfoCmdsProcessor";
-
-constexpr ReportFrame kFrame = {"AdapterFlashInformation", "Flash Info", "FlashInfoList"};
 constexpr std::size_t kReportBytes = 1024;
 
 constexpr StatusMessage kMessages[] = {
@@ -54,7 +50,7 @@ const char* FlashToolName(std::string_view id) {
   return "Unknown";
 }
 
-// One byte of the signature at its place is deliberately enough.
+// One byte of the signature at its place is enough.
 bool SignaturePasses(const FlashMemoBlock& memo) {
   return memo.signature[0] == 'F' || memo.signature[1] == 'M' || memo.signature[2] == 'B' ||
          memo.signature[3] == 'S';
@@ -67,14 +63,10 @@ std::string BuildDate(const FlashMemoBlock& memo) {
   return date;
 }
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
-
-StatusCode DisplayFlashInfo(Serializer& out, const FlashMemoBlock& memo, OutputMode mode) {
+StatusCode DisplayFlashInfo(CommandRun& run, const FlashMemoBlock& memo) {
+  const FunctionScope function(run, __func__);
   ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
+  if (!text.Allocated()) return run.DisplayNoMemory();
   const ComponentVersion& mbi = memo.mbi_version;
   text.Line("%s: %02hhu.%02hhu.%02hhu\n", "MBI Version", mbi.major, mbi.minor, mbi.sub);
   const std::string date = BuildDate(memo);
@@ -89,49 +81,41 @@ StatusCode DisplayFlashInfo(Serializer& out, const FlashMemoBlock& memo, OutputM
     text.Line("      %s: %02hhu.%02hhu.%02hhu\n", "Family Firmware Version", family.major, family.minor,
               family.sub);
   }
-  WriteReport(out, mode, kFrame, text);
-  return kSuccess;
+  return run.DisplayReport(text);
 }
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   AdapterSelection selected;
-  if (const StatusCode status = GetPhyPortFromAdapterString(words, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectAdapter(run, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
   const FCProtocolEntry& fc = *selected.fc;
   if (!HasFlashMemoBlock(fc.pci)) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for this adapter", kClassName, __func__);
-    return DisplayError(out, kFeatureNotSupported, mode);
+    return run.DisplayError(run.Refuse(kFeatureNotSupported, "Command not supported for this adapter"));
   }
-  OutputBracket bracket(kClassName);
-  if (!bracket.IsOpen()) return DisplayError(out, kFileNotFound, mode);
   FlashMemoBlock memo = {};
-  const LibraryStatus result = TORPI_GetAdapterFlashMemoBlock(&fc.handle, &memo);
-  bracket.Close();
-  if (result != kLibrarySuccess) {
-    // Deliberately the same status in maintenance mode.
-    DebugLogLevel(kDebugFailure, "%s::%s: Get Flash Memo Block failed err=%u", kClassName, __func__, result);
-    return DisplayError(out, kReadFailed, mode);
+  // One status for every failure, maintenance mode included.
+  const StatusCode status = CallLibraryWithOneStatus(run, "Get Flash Memo Block", kReadFailed, [&] {
+    return TORPI_GetAdapterFlashMemoBlock(&fc.handle, &memo);
+  });
+  if (status != kSuccess) return run.DisplayError(status);
+  if (!SignaturePasses(memo)) {
+    return run.DisplayError(run.Refuse(kInvalidSignature, "Invalid Flash Memo Block signature"));
   }
-  if (!SignaturePasses(memo)) return DisplayError(out, kInvalidSignature, mode);
-  return DisplayFlashInfo(out, memo, mode);
+  return DisplayFlashInfo(run, memo);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex Adapter information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 2, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex Adapter information", "Usage: get [adapter identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: get [adapter identifier]\r\n"}};
-
-constexpr NodeClass kClass = {kClassName, "Adapter flashinfo", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "AdapterFlashInfoCmdsProcessor",
+    .help_words = "Adapter flashinfo",
+    .commands = kCommands,
+    .frame = {"AdapterFlashInformation", "Flash Info", "FlashInfoList"},
+    .messages = kMessages,
+};
 
 }  // namespace
 

@@ -5,16 +5,11 @@
 #include "discovery/adapter_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
-#include "framework/output_bracket.h"
+#include "framework/library_call.h"
 #include "framework/report_lines.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
-constexpr const char* kClassName = "AdapterInfoCmdsProcessor";
-
-constexpr ReportFrame kFrame = {"AdapterInformation", "General Parameters", "GeneralParametersList"};
 constexpr std::size_t kReportBytes = 4096;
 
 constexpr StatusMessage kMessages[] = {
@@ -76,69 +71,54 @@ void FamilyFirmwareLine(ReportText& text, const FlashMemoBlock& memo) {
   }
 }
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
-
-StatusCode DisplayAdapterInfo(Serializer& out, const AdapterEntry& adapter, const FCProtocolEntry& fc,
-                              const FlashComponentVersions& components, const FlashMemoBlock& memo,
-                              OutputMode mode) {
+StatusCode DisplayAdapterInfo(CommandRun& run, const AdapterEntry& adapter, const FCProtocolEntry& fc,
+                              const FlashComponentVersions& components, const FlashMemoBlock& memo) {
+  const FunctionScope function(run, __func__);
   ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
+  if (!text.Allocated()) return run.DisplayNoMemory();
   IdentityLines(text, adapter, fc);
   FlashLines(text, adapter, fc.pci, components);
   FamilyFirmwareLine(text, memo);
-  WriteReport(out, mode, kFrame, text);
-  return kSuccess;
+  return run.DisplayReport(text);
 }
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+// Clears what a failed call has filled: what cannot be read is reported as absent, with "Success".
+template <class Buffer>
+void ClearUnlessRead(const CommandRun& run, const char* step, LibraryStatus result, Buffer& buffer) {
+  if (StatusOfCall(run, step, result, kReadFailed) != kSuccess) buffer = {};
+}
+
+StatusCode CmdGetCommon(CommandRun& run) {
   AdapterSelection selected;
-  if (const StatusCode status = GetPhyPortFromAdapterString(words, selected); status != kSuccess) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Get phy port failed err=%u", kClassName, __func__, status);
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectAdapter(run, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
   const FCProtocolEntry& fc = *selected.fc;
 
-  OutputBracket bracket(kClassName);
-  if (!bracket.IsOpen()) return DisplayError(out, kFileNotFound, mode);
-  // What cannot be read is reported as absent, with "Success".
+  OutputBracket bracket(run);
+  if (!bracket.IsOpen()) return run.DisplayError(kFileNotFound);
   FlashComponentVersions components = {};
-  if (const LibraryStatus result = TORPI_GetFlashComponentVersion(&fc.handle, &components);
-      result != kLibrarySuccess) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Get Flash Component Version failed err=%u", kClassName, __func__,
-                  result);
-    components = {};
-  }
+  ClearUnlessRead(run, "Get Flash Component Version", TORPI_GetFlashComponentVersion(&fc.handle, &components),
+                  components);
   FlashMemoBlock memo = {};
   if (HasFlashMemoBlock(fc.pci)) {
-    if (const LibraryStatus result = TORPI_GetAdapterFlashMemoBlock(&fc.handle, &memo);
-        result != kLibrarySuccess) {
-      DebugLogLevel(kDebugFailure, "%s::%s: Get Flash Memo Block failed err=%u", kClassName, __func__,
-                    result);
-      memo = {};
-    }
+    ClearUnlessRead(run, "Get Flash Memo Block", TORPI_GetAdapterFlashMemoBlock(&fc.handle, &memo), memo);
   }
   bracket.Close();
-  return DisplayAdapterInfo(out, *selected.adapter, fc, components, memo, mode);
+  return DisplayAdapterInfo(run, *selected.adapter, fc, components, memo);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex Adapter information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 2, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex Adapter information", "Usage: get [adapter identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: get [adapter identifier]\r\n"}};
-
-constexpr NodeClass kClass = {kClassName, "Adapter info", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "AdapterInfoCmdsProcessor",
+    .help_words = "Adapter info",
+    .commands = kCommands,
+    .frame = {"AdapterInformation", "General Parameters", "GeneralParametersList"},
+    .messages = kMessages,
+};
 
 }  // namespace
 

@@ -1,14 +1,13 @@
 #include "adapter/adapter_personality_cmds_processor.h"
 
 #include "discovery/adapter_lookup.h"
+#include "discovery/port_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
+#include "framework/report.h"
 
 namespace {
 
-constexpr const char* kClassName = "AdapterPersonalityCmdsProcessor";
 constexpr const char* kStructure = "AdapterPersonality";
 
 enum Personality : std::uint8_t { kFc = 0, kCna = 1 };
@@ -27,99 +26,83 @@ constexpr StatusMessage kMessages[] = {
 };
 
 // Of `set`: a change always needs a reboot.
-constexpr RebootField kRebootNeeded = {RebootField::kAheadOfMessage, true};
+constexpr RebootField kRebootNeeded = {RebootField::kBeforeMessage, true};
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode, RebootField reboot = {}) {
-  const Document document(out, mode, kStructure, MessageFor(kMessages, code), reboot);
-  out.WriteStringField("Personality", "Unknown");
+StatusCode DisplayError(CommandRun& run, StatusCode code, RebootField reboot = {}) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kStructure, run.MessageFor(code), reboot);
+  run.out.WriteStringField("Personality", "Unknown");
   return code;
 }
 
-StatusCode DisplayAdapterPersonality(Serializer& out, std::uint8_t personality, OutputMode mode,
-                                     RebootField reboot = {}) {
-  const Document document(out, mode, kStructure, "Success", reboot);
-  out.WriteStringField("Personality", PersonalityText(personality));
+StatusCode DisplayAdapterPersonality(CommandRun& run, std::uint8_t personality, RebootField reboot = {}) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kStructure, "Success", reboot);
+  run.out.WriteStringField("Personality", PersonalityText(personality));
   return kSuccess;
 }
 
-// The library calls of this class deliberately stand outside the output bracket.
+// This class makes its library calls outside the output bracket.
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   AdapterSelection selected;
-  if (const StatusCode status = GetPhyPortFromAdapterString(words, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectAdapter(run, selected); status != kSuccess) {
+    return DisplayError(run, status);
   }
   const FCProtocolEntry& fc = *selected.fc;
-  if (fc.interface_type == PortInterfaceType::kNpivVirtual) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for vport", kClassName, __func__);
-    return DisplayError(out, kVirtualPort, mode);
-  }
+  if (const StatusCode status = CheckPhysical(run, fc); status != kSuccess) return DisplayError(run, status);
   std::uint8_t personality = IsDeviceCedar(fc.pci) || IsDeviceGinkgo(fc.pci) ? kCna : kFc;
   if (IsDeviceGroupElm(fc.pci) && TORPI_GetPersonalityType(&fc.handle, &personality) != kLibrarySuccess) {
-    DebugLogLevel(kDebugFailure, "%s::%s: failed to read personality", kClassName, __func__);
-    return DisplayError(out, kReadFailed, mode);
+    return DisplayError(run, run.Refuse(kReadFailed, "failed to read personality"));
   }
-  return DisplayAdapterPersonality(out, personality, mode);
+  return DisplayAdapterPersonality(run, personality);
 }
 
-StatusCode CmdSetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const auto fail = [&](StatusCode code) { return DisplayError(out, code, mode, kNoRebootNeeded); };
+StatusCode CmdSetCommon(CommandRun& run) {
+  const auto fail = [&](StatusCode code) { return DisplayError(run, code, kNoRebootNeeded); };
 
   AdapterSelection selected;
-  if (const StatusCode status = GetPhyPortFromAdapterString(words, selected); status != kSuccess)
-    return fail(status);
+  if (const StatusCode status = SelectAdapter(run, selected); status != kSuccess) return fail(status);
   const FCProtocolEntry& fc = *selected.fc;
   if (!IsDeviceGroupElm(fc.pci)) {
-    DebugLogLevel(kDebugFailure, "%s::%s: feature not supported for this adapter", kClassName, __func__);
-    return fail(kFeatureNotSupported);
+    return fail(run.Refuse(kFeatureNotSupported, "feature not supported for this adapter"));
   }
-  if (fc.interface_type == PortInterfaceType::kNpivVirtual) return fail(kVirtualPort);
+  if (const StatusCode status = CheckPhysical(run, fc); status != kSuccess) return fail(status);
   // Only the low 8 bits of the answer count.
   if (static_cast<std::uint8_t>(TORPI_CheckOrindaPersonalityChangeOption(&fc.handle)) != 1) {
-    DebugLogLevel(kDebugFailure, "%s::%s: personality change by user not supported", kClassName, __func__);
-    return fail(kPersonalityNotAllowed);
+    return fail(run.Refuse(kPersonalityNotAllowed, "personality change by user not supported"));
   }
-  if (words.size() < 2) return fail(kInvalidParameter);
-  // Deliberately without an error for an unknown word: it asks for "FC".
-  const std::uint8_t wanted = EqualNoCase(words[1], "CNA") ? kCna : kFc;
+  if (run.words.size() < 2) return fail(run.Refuse(kInvalidParameter, "personality not given"));
+  // An unknown word is no error: it asks for "FC".
+  const std::uint8_t wanted = EqualNoCase(run.words[1], "CNA") ? kCna : kFc;
 
   std::uint8_t current = kFc;
-  if (TORPI_GetPersonalityType(&fc.handle, &current) != kLibrarySuccess) return fail(kReadFailed);
+  if (TORPI_GetPersonalityType(&fc.handle, &current) != kLibrarySuccess) {
+    return fail(run.Refuse(kReadFailed, "failed to read personality"));
+  }
   if (current != wanted) {
     const LibraryStatus result = TORPI_ChangePersonalityType(&fc.handle, wanted);
     if (result != kLibrarySuccess) {
-      DebugLogLevel(kDebugFailure, "%s::%s: failed to change personality", kClassName, __func__);
-      return fail(FromLibrary(result, kUpdateFailed));
+      return fail(run.Refuse(FromLibrary(result, kUpdateFailed), "failed to change personality"));
     }
   }
-  // The reboot is deliberately reported even when nothing changed.
-  return DisplayAdapterPersonality(out, wanted, mode, kRebootNeeded);
+  // The document asks for a reboot even when nothing has changed.
+  return DisplayAdapterPersonality(run, wanted, kRebootNeeded);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdSet = &InXml<CmdSetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-constexpr auto CmdSetCli = &InText<CmdSetCommon>;
-
-constexpr const char* kGetDescription = "Get Sorvex Adapter Personality";
-constexpr const char* kSetDescription = "Set Sorvex Adapter Personality";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"set", 1, kSetDescription, CmdSet},
-    {"help", 2, "List of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 3, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
-    {"setcli", 4, kSetDescription, CmdSetCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"get", "Get Sorvex Adapter Personality", "Usage: get [adapter identifier]\r\n", &CmdGetCommon},
+    // The usage text leaves out the personality, which the command needs too.
+    {"set", "Set Sorvex Adapter Personality", "Usage: set [adapter identifier]\r\n", &CmdSetCommon},
 };
 
-constexpr UsageText kUsage[] = {
-    {3, "Usage: get [adapter identifier]\r\n"},
-    {4, "Usage: set [adapter identifier]\r\n"},  // deliberately without the personality, which it needs too
+constexpr NodeClass kClass = {
+    .name = "AdapterPersonalityCmdsProcessor",
+    .help_words = "Adapter personality",
+    .commands = kCommands,
+    .messages = kMessages,
+    .help_description = "List of available commands",
 };
-
-constexpr NodeClass kClass = {kClassName, "Adapter personality", kLeaves, kUsage};
 
 }  // namespace
 

@@ -7,12 +7,8 @@
 #include "framework/device_library/families.h"
 #include "framework/files.h"
 #include "framework/output_bracket.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
-
-constexpr const char* kClassName = "AdapterCmdsProcessor";
 
 enum RebootState { kNoReboot, kWarmReboot, kColdReboot };
 constexpr const char* kRebootTexts[] = {"false", "true", "Cold Boot Required"};
@@ -65,6 +61,7 @@ constexpr StatusMessage kMessages[] = {
 // used.
 struct ImageType {
   const char* word;
+  const char* log_name;
   bool (*allowed)(const PciIdentity& pci);
   LibraryStatus (*write)(const DeviceHandle* handle, const char* file);
 };
@@ -72,16 +69,16 @@ struct ImageType {
 constexpr const char* kMultiBootImage = "MBI";
 
 constexpr ImageType kImageTypes[] = {
-    {kMultiBootImage, [](const PciIdentity&) { return true; },
+    {kMultiBootImage, "Multi-boot image", [](const PciIdentity&) { return true; },
      [](const DeviceHandle* handle, const char* file) { return TORPI_doOptionROMUpdate(handle, file, 0); }},
-    {"BrdCfg",
+    {"BrdCfg", "Board Config",
      [](const PciIdentity& pci) {
        return IsDeviceGroupElm(pci) || IsDeviceGroupHazel(pci) || IsDeviceGroupIris(pci);
      },
      [](const DeviceHandle* handle, const char* file) {
        return TORPI_UpdateSpecificFlashRegionFromFile(handle, file);
      }},
-    {"FWPreload",
+    {"FWPreload", "FW Preload Table",
      [](const PciIdentity& pci) {
        return IsDeviceGroupBirch(pci) || IsDeviceGroupElm(pci) || IsDeviceGroupHazel(pci) ||
               IsDeviceGroupIris(pci);
@@ -89,7 +86,8 @@ constexpr ImageType kImageTypes[] = {
      [](const DeviceHandle* handle, const char* file) {
        return TORPI_UpdateAdapterFirmwareTableFromFile(handle, file);
      }},
-    {"PEPCfg", [](const PciIdentity& pci) { return IsDeviceGroupHazel(pci) || IsDeviceGroupIris(pci); },
+    {"PEPCfg", "PEP Config",
+     [](const PciIdentity& pci) { return IsDeviceGroupHazel(pci) || IsDeviceGroupIris(pci); },
      [](const DeviceHandle* handle, const char* file) {
        return TORPI_UpdateAdapterPEPCfgFromFile(handle, file);
      }},
@@ -114,46 +112,41 @@ RebootState RebootStateOf(LibraryStatus result, bool is_multi_boot, const PciIde
 }
 
 // Writes the document of a success or a failure and returns its code.
-StatusCode DisplayUpdateInfo(Serializer& out, StatusCode code, OutputMode mode, RebootState reboot_state) {
-  out.Open(mode);
-  out.BeginStructure("FlashUpdate");
-  out.WriteStringField("Reboot Required", kRebootTexts[reboot_state]);
-  out.WriteStringField("Message", MessageFor(kMessages, code));
-  out.EndStructure();
-  out.Close();
+StatusCode DisplayUpdateInfo(CommandRun& run, StatusCode code, RebootState reboot_state) {
+  const FunctionScope function(run, __func__);
+  const char* const message = MessageFor(kMessages, code);
+  run.out.Open(run.mode);
+  run.out.BeginStructure("FlashUpdate");
+  run.out.WriteStringField("Reboot Required", kRebootTexts[reboot_state]);
+  run.out.WriteStringField("Message", message);
+  run.out.EndStructure();
+  run.out.Close();
+  run.Trace("%s=%s", "Message", message);
   return code;
 }
 
 }  // namespace
 
-StatusCode CmdUpdateCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const auto fail = [&](StatusCode code) { return DisplayUpdateInfo(out, code, mode, kNoReboot); };
+StatusCode CmdUpdateCommon(CommandRun& run) {
+  const auto fail = [&](StatusCode code) { return DisplayUpdateInfo(run, code, kNoReboot); };
 
-  // Deliberately ahead of the help word: "update help" is one word too few.
-  if (words.size() < 2) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Invalid number of arguments", kClassName, __func__);
-    return fail(kWrongWordCount);
-  }
+  // Before the help word is looked for: "update help" is one word too few.
+  if (run.words.size() < 2) return fail(run.Refuse(kWrongWordCount, "Invalid number of arguments"));
   AdapterSelection selected;
-  if (const StatusCode status = GetPhyPortFromAdapterString(words, selected); status != kSuccess) {
-    DebugLogLevel(kDebugFailure, "%s::%s: GetPhyPortFromAdapterString failed with error=%u", kClassName,
-                  __func__, status);
-    return fail(status);
+  if (const StatusCode status = GetPhyPortFromAdapterString(run, selected); status != kSuccess) {
+    return fail(
+        run.Refuse(status, "GetPhyPortFromAdapterString failed with error=%d", static_cast<int>(status)));
   }
-  const char* const file = words[1].c_str();
-  if (!FileExists(file)) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Firmware file [%s] does not exist", kClassName, __func__, file);
-    return fail(kFileNotFound);
-  }
+  const char* const file = run.words[1].c_str();
+  if (!FileExists(file)) return fail(run.Refuse(kFileNotFound, "Firmware file [%s] does not exist", file));
   // A missing type is an unknown type: the usage text names two words, the command needs three.
-  const ImageType* const type = FindImageType(WordAt(words, 2));
+  const ImageType* const type = FindImageType(WordAt(run.words, 2));
   const PciIdentity& pci = selected.fc->pci;
 
-  OutputBracket bracket(kClassName);
+  OutputBracket bracket(run);
   if (!bracket.IsOpen()) return fail(kFileNotFound);
   if (type != nullptr && !type->allowed(pci)) {
-    DebugLog("%s::%s: %s update not supported for this adapter", kClassName, __func__, type->word);
+    run.LogFailure("%s update not supported for this adapter", type->log_name);
     bracket.Close();
     return fail(kFeatureNotSupported);
   }
@@ -161,10 +154,9 @@ StatusCode CmdUpdateCommon(Serializer& out, Words& words, OutputMode mode) {
   bracket.Close();
 
   if (!IsSuccess(result)) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Update operation failed. uReturnCode=%u", kClassName, __func__,
-                  result);
+    run.LogFailure("Update operation failed. uReturnCode=%d", static_cast<int>(result));
     return fail(FromLibrary(result, kUpdateAnswers, kFlashUpdateError));
   }
-  DebugLog("%s::%s: Update operation successful", kClassName, __func__);
-  return DisplayUpdateInfo(out, kSuccess, mode, RebootStateOf(result, type->word == kMultiBootImage, pci));
+  run.Trace("Update operation successful");
+  return DisplayUpdateInfo(run, kSuccess, RebootStateOf(result, type->word == kMultiBootImage, pci));
 }

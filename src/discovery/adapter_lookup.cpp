@@ -5,11 +5,8 @@
 
 #include "discovery/host_walk.h"
 #include "framework/device_library/calls.h"
-#include "runtime/debug_log.h"
 
 namespace {
-
-constexpr const char* kClassName = "AdapterCmdsProcessor";
 
 struct IdentifierParts {
   std::string_view type;
@@ -28,7 +25,7 @@ std::string_view NextToken(std::string_view& text) {
 }
 
 // Splits an identifier at its underscores; a fourth and further tokens are dropped. A model or a serial
-// number that itself holds an underscore therefore cannot be named, deliberately.
+// number that itself holds an underscore can therefore not be named.
 IdentifierParts SplitIdentifier(std::string_view text) {
   IdentifierParts parts;
   parts.type = NextToken(text);
@@ -42,7 +39,7 @@ bool Matches(const AdapterEntry& adapter, const IdentifierParts& wanted) {
          EqualNoCase(adapter.serial_number.View(), wanted.serial_number);
 }
 
-// Takes over a matching adapter. A Fibre Channel entry that an earlier adapter of the same name left in
+// Selects a matching adapter. A Fibre Channel entry that an earlier adapter of the same name left in
 // `selection` stays, unless a port with a lower number than this adapter's first one has an entry.
 void Select(const AdapterEntry& adapter, AdapterSelection& selection) {
   selection.adapter = &adapter;
@@ -69,28 +66,31 @@ std::string AdapterIdentifier(const AdapterEntry& adapter) {
   return identifier.append(model).append("_").append(serial_number);
 }
 
-StatusCode GetPhyPortFromAdapterString(const Words& words, AdapterSelection& selection) {
+StatusCode GetPhyPortFromAdapterString(CommandRun& run, AdapterSelection& selection) {
+  const FunctionScope function(run, {"AdapterCmdsProcessor", __func__});
   selection = {};
-  const std::string_view identifier = WordAt(words, 0);
+  const std::string_view identifier = WordAt(run.words, 0);
   if (IsHelpWord(identifier)) {
-    DebugLog("%s::%s: Invoking Help", kClassName, __func__);
+    run.Trace("Invoking Help");
     return kHelpWord;
   }
   const IdentifierParts wanted = SplitIdentifier(identifier);
   if (!EqualNoCase(wanted.type, "Adapter")) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Invalid Adapter identifier %s", kClassName, __func__,
-                  words.empty() ? "" : words[0].c_str());
-    return kInvalidParameter;
+    return run.Refuse(kInvalidParameter, "Invalid Adapter identifier %s",
+                      run.words.empty() ? "" : run.words[0].c_str());
   }
   const AdapterList* const list = TORPI_GetAdapterList();
-  if (list == nullptr) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Adapter List is NULL", kClassName, __func__);
-    return kHostNotFound;
-  }
+  if (list == nullptr) return run.Refuse(kHostNotFound, "Adapter List is NULL");
   // All adapters, with no early stop: of two with the same model and serial number the later one is taken.
   for (const AdapterEntry& adapter : AdaptersOf(*list)) {
     if (Matches(adapter, wanted)) Select(adapter, selection);
   }
   const bool complete = selection.adapter != nullptr && selection.port != nullptr && selection.fc != nullptr;
   return complete ? kSuccess : kInvalidParameter;
+}
+
+StatusCode SelectAdapter(CommandRun& run, AdapterSelection& selection) {
+  const StatusCode status = GetPhyPortFromAdapterString(run, selection);
+  if (status != kSuccess) run.LogFailure("Get phy port failed err=%d", static_cast<int>(status));
+  return status;
 }

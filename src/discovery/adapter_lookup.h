@@ -3,9 +3,9 @@
 
 #include <string>
 
+#include "framework/command_run.h"
 #include "framework/device_library/records.h"
 #include "framework/status.h"
-#include "framework/words.h"
 
 // What an adapter identifier stands for. All pointers are set once a look-up has succeeded.
 struct AdapterSelection {
@@ -21,4 +21,7 @@ std::string AdapterIdentifier(const AdapterEntry& adapter);
 // the lowest number. Returns kSuccess; kHelpWord for a help word; kInvalidParameter for a missing identifier,
 // one of another form, or one that no adapter with a Fibre Channel entry has; kHostNotFound without an
 // adapter list.
-StatusCode GetPhyPortFromAdapterString(const Words& words, AdapterSelection& selection);
+StatusCode GetPhyPortFromAdapterString(CommandRun& run, AdapterSelection& selection);
+
+// The same, with the failure in the debug log.
+StatusCode SelectAdapter(CommandRun& run, AdapterSelection& selection);

@@ -7,11 +7,10 @@
 #include "discovery/host_walk.h"
 #include "discovery/identifiers.h"
 #include "framework/device_library/calls.h"
-#include "runtime/debug_log.h"
 
 namespace {
 
-// The words of an identifier that tell its kind, each cut at an underscore or an apostrophe; empty where the
+// The words of an identifier that say its kind, each cut at an underscore or an apostrophe; empty where the
 // text ends or departs from the form before it. The names between them are skipped here: only the exact
 // reading of the whole text decides what it names.
 struct KindWords {
@@ -25,7 +24,7 @@ KindWords ReadKindWords(const char* text) {
   unsigned char octet = 0;
   unsigned char* const skipped = &octet;
   unsigned number = 0;
-  // A part that does not scan leaves the words behind it empty. NOLINTNEXTLINE(cert-err34-c)
+  // A part that does not scan leaves the words after it empty. NOLINTNEXTLINE(cert-err34-c)
   std::sscanf(text,
               "%15[^'_']_%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx"
               "_%15[^'_']_%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx_%8[^'_']_%u",
@@ -46,37 +45,32 @@ const char* WrongPart(const KindWords& kind, Depth depth) {
   return depth >= Depth::kLun && !is_lun ? "Lun" : nullptr;
 }
 
-// Who looks up, for the debug log.
-struct Caller {
-  const char* class_name;
-  const char* function_name;
-};
-
 // The steps that the three look-ups share: the help word, the kind of the identifier, the adapter list.
-StatusCode OpenHost(const Caller& caller, const Words& words, Depth depth, const AdapterList*& list) {
-  if (IsHelpWord(WordAt(words, 0))) return kHelpWord;
-  const char* const identifier = words.empty() ? "" : words[0].c_str();
+StatusCode OpenHost(const CommandRun& run, Depth depth, const AdapterList*& list) {
+  if (IsHelpWord(WordAt(run.words, 0))) return kHelpWord;
+  const char* const identifier = run.words.empty() ? "" : run.words[0].c_str();
   if (const char* const wrong = WrongPart(ReadKindWords(identifier), depth); wrong != nullptr) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Invalid %s identifier %s", caller.class_name, caller.function_name,
-                  wrong, identifier);
-    return kInvalidParameter;
+    return run.Refuse(kInvalidParameter, "Invalid %s identifier %s", wrong, identifier);
   }
   list = TORPI_GetAdapterList();
-  if (list != nullptr) return kSuccess;
-  DebugLogLevel(kDebugFailure, "%s::%s: Adapter List is NULL", caller.class_name, caller.function_name);
-  return kHostNotFound;
+  return list != nullptr ? kSuccess : run.Refuse(kHostNotFound, "Adapter List is NULL");
+}
+
+// Logs the failure of a look-up of `what` and returns its status.
+StatusCode LogLookup(const CommandRun& run, const char* what, StatusCode status) {
+  if (status != kSuccess) run.LogFailure("Get %s failed err=%d", what, static_cast<int>(status));
+  return status;
 }
 
 }  // namespace
 
-StatusCode GetPhyPortFromPortString(const Words& words, PortSelection& selection) {
+StatusCode GetPhyPortFromPortString(CommandRun& run, PortSelection& selection) {
+  const FunctionScope function(run, {"PhysicalPortCmdsProcessor", __func__});
   selection = {};
   const AdapterList* list = nullptr;
-  const Caller caller = {"PhysicalPortCmdsProcessor", __func__};
-  if (const StatusCode status = OpenHost(caller, words, Depth::kPort, list); status != kSuccess)
-    return status;
+  if (const StatusCode status = OpenHost(run, Depth::kPort, list); status != kSuccess) return status;
 
-  std::string_view text = words[0];
+  std::string_view text = run.words[0];
   WorldWideName wanted;
   if (!TakePort(text, wanted) || !text.empty()) return kInvalidParameter;
   const bool found = VisitFcEntries(*list, [&](const auto& adapter, const auto& port, const auto& entry) {
@@ -87,24 +81,13 @@ StatusCode GetPhyPortFromPortString(const Words& words, PortSelection& selection
   return found ? kSuccess : kInvalidParameter;
 }
 
-StatusCode GetPhysicalPortFromPortString(const char* class_name, const Words& words,
-                                         PortSelection& selection) {
-  if (const StatusCode status = GetPhyPortFromPortString(words, selection); status != kSuccess) return status;
-  if (selection.fc->interface_type == PortInterfaceType::kNpivVirtual) {
-    DebugLogLevel(kDebugFailure, "%s: Command not supported for vport", class_name);
-    return kVirtualPort;
-  }
-  return kSuccess;
-}
-
-StatusCode GetTargetFromTargetString(const Words& words, TargetSelection& selection) {
+StatusCode GetTargetFromTargetString(CommandRun& run, TargetSelection& selection) {
+  const FunctionScope function(run, {"FCTargetCmdsProcessor", __func__});
   selection = {};
   const AdapterList* list = nullptr;
-  const Caller caller = {"FCTargetCmdsProcessor", __func__};
-  if (const StatusCode status = OpenHost(caller, words, Depth::kTarget, list); status != kSuccess)
-    return status;
+  if (const StatusCode status = OpenHost(run, Depth::kTarget, list); status != kSuccess) return status;
 
-  std::string_view text = words[0];
+  std::string_view text = run.words[0];
   WorldWideName wanted_port;
   WorldWideName wanted;
   if (!TakePort(text, wanted_port) || !TakeTarget(text, wanted) || !text.empty()) return kInvalidParameter;
@@ -120,13 +103,13 @@ StatusCode GetTargetFromTargetString(const Words& words, TargetSelection& select
   return found ? kSuccess : kInvalidParameter;
 }
 
-StatusCode GetLunFromLunString(const Words& words, LunSelection& selection) {
+StatusCode GetLunFromLunString(CommandRun& run, LunSelection& selection) {
+  const FunctionScope function(run, {"FCLunCmdsProcessor", __func__});
   selection = {};
   const AdapterList* list = nullptr;
-  const Caller caller = {"FCLunCmdsProcessor", __func__};
-  if (const StatusCode status = OpenHost(caller, words, Depth::kLun, list); status != kSuccess) return status;
+  if (const StatusCode status = OpenHost(run, Depth::kLun, list); status != kSuccess) return status;
 
-  std::string_view text = words[0];
+  std::string_view text = run.words[0];
   WorldWideName wanted_port;
   WorldWideName wanted_target;
   bool is_namespace = false;
@@ -148,4 +131,26 @@ StatusCode GetLunFromLunString(const Words& words, LunSelection& selection) {
     return false;
   });
   return found ? kSuccess : kInvalidParameter;
+}
+
+StatusCode SelectPort(CommandRun& run, PortSelection& selection) {
+  return LogLookup(run, "phy port", GetPhyPortFromPortString(run, selection));
+}
+
+StatusCode SelectTarget(CommandRun& run, TargetSelection& selection) {
+  return LogLookup(run, "target", GetTargetFromTargetString(run, selection));
+}
+
+StatusCode SelectLun(CommandRun& run, LunSelection& selection) {
+  return LogLookup(run, "lun", GetLunFromLunString(run, selection));
+}
+
+StatusCode SelectPhysicalPort(CommandRun& run, PortSelection& selection) {
+  const StatusCode status = SelectPort(run, selection);
+  return status == kSuccess ? CheckPhysical(run, *selection.fc) : status;
+}
+
+StatusCode CheckPhysical(const CommandRun& run, const FCProtocolEntry& fc) {
+  if (fc.interface_type != PortInterfaceType::kNpivVirtual) return kSuccess;
+  return run.Refuse(kVirtualPort, "Command not supported for vport");
 }

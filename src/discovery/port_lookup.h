@@ -1,10 +1,10 @@
 // Port, target and LUN identifiers: the look-ups that every command below the adapter begins with.
 #pragma once
 
+#include "framework/command_run.h"
 #include "framework/device_library/records.h"
 #include "framework/device_library/target_records.h"
 #include "framework/status.h"
-#include "framework/words.h"
 
 // What a port identifier stands for. All pointers are set once a look-up has succeeded.
 struct PortSelection {
@@ -24,15 +24,21 @@ struct LunSelection {
   const LunEntry* lun = nullptr;
 };
 
-// Each resolves the identifier in word 0, which has to stand exactly as `list` prints it, to the first entry
-// of that name. Returns kSuccess; kHelpWord for a help word; kInvalidParameter for a missing identifier, one
-// of another kind, or one that nothing has; kHostNotFound without an adapter list. The library is asked only
-// for an identifier of the right kind.
-StatusCode GetPhyPortFromPortString(const Words& words, PortSelection& selection);
-StatusCode GetTargetFromTargetString(const Words& words, TargetSelection& selection);
-StatusCode GetLunFromLunString(const Words& words, LunSelection& selection);
+// Each resolves the identifier in word 0, which must be exactly as `list` prints it, to the first entry of
+// that name. Returns kSuccess; kHelpWord for a help word; kInvalidParameter for a missing identifier, one of
+// another kind, or one that nothing has; kHostNotFound without an adapter list. The library is asked only for
+// an identifier of the right kind.
+StatusCode GetPhyPortFromPortString(CommandRun& run, PortSelection& selection);
+StatusCode GetTargetFromTargetString(CommandRun& run, TargetSelection& selection);
+StatusCode GetLunFromLunString(CommandRun& run, LunSelection& selection);
 
-// GetPhyPortFromPortString for the commands that a virtual port does not have: kVirtualPort for such a port.
-// `class_name` words the log line.
-StatusCode GetPhysicalPortFromPortString(const char* class_name, const Words& words,
-                                         PortSelection& selection);
+// The same, with the failure in the debug log.
+StatusCode SelectPort(CommandRun& run, PortSelection& selection);
+StatusCode SelectTarget(CommandRun& run, TargetSelection& selection);
+StatusCode SelectLun(CommandRun& run, LunSelection& selection);
+
+// SelectPort for the commands that a virtual port does not have: kVirtualPort for such a port.
+StatusCode SelectPhysicalPort(CommandRun& run, PortSelection& selection);
+
+// Refuses a virtual port: kVirtualPort with its line in the log, else kSuccess.
+StatusCode CheckPhysical(const CommandRun& run, const FCProtocolEntry& fc);

@@ -2,13 +2,14 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "framework/serializer.h"
 #include "framework/status.h"
 #include "framework/words.h"
 
-// A node is an output writer too: a command writes its document through the node that it belongs to. Names,
-// switch words and descriptions are literals, which outlive every node.
+// A node is an output writer too: a command writes its document through the node that it belongs to. Switch
+// words and descriptions are literals, which outlive every node.
 class CmdProcessor : public Serializer {
  public:
   // Called with the node's parent, whose own class knows what to do.
@@ -25,10 +26,9 @@ class CmdProcessor : public Serializer {
     Callback hidden = nullptr;  // zero means hidden; without it the member `hidden` decides
   };
 
-  // Where a node stands and how it is addressed. A node with a switch word is named by the pair switch word,
-  // name.
+  // How a node is addressed. A node with a switch word is named by the pair switch word, name.
   struct Place {
-    const char* name;
+    std::string name;
     const char* switch_word = "";
     const char* description = "";
     bool hidden = false;            // kept out of the generic command list
@@ -36,7 +36,7 @@ class CmdProcessor : public Serializer {
     std::uint32_t flags = 0;        // nonzero: restricted; with bit 0 set, usable under "-eng"
   };
 
-  CmdProcessor(CmdProcessor* parent, const Place& place) : parent_(parent), place_(place) {}
+  CmdProcessor(CmdProcessor* parent, const Place& place) : CmdProcessor(parent, place, {}) {}
   CmdProcessor(CmdProcessor* parent, const Place& place, const Callbacks& callbacks)
       : parent_(parent), place_(place), callbacks_(callbacks) {}
 
@@ -48,7 +48,7 @@ class CmdProcessor : public Serializer {
   virtual bool IsLeaf() const { return true; }
   bool IsHidden();
 
-  const char* GetName() const { return place_.name; }
+  const char* GetName() const { return place_.name.c_str(); }
   const char* GetSwitch() const { return place_.switch_word; }
   std::uint32_t GetUsageIndex() const { return place_.usage_index; }
   const char* GetDescription() const { return place_.description; }

@@ -1,7 +1,65 @@
 #include "framework/command_node.h"
 
+#include <algorithm>
+#include <string>
+
 #include "framework/console.h"
-#include "runtime/timing_scope.h"
+
+namespace {
+
+// The name of a command's functions in the debug log: "CmdGet", and with the ends of its other two functions
+// "CmdGetCli" and "CmdGetCommon".
+std::string FunctionOf(const CommandRow& row, const char* end) {
+  std::string name = "Cmd";
+  if (row.function != nullptr) {
+    name += row.function;
+  } else {
+    name += row.word;
+    name[3] = static_cast<char>(name[3] - 'a' + 'A');
+  }
+  return name + end;
+}
+
+// One form of a command.
+class CommandLeaf : public CmdProcessor {
+ public:
+  CommandLeaf(CommandNode& node, const NodeClass& node_class, const CommandRow& row, OutputMode mode,
+              const Place& place)
+      : CmdProcessor(&node, place, {.usage = mode == OUTPUT_CLI ? &CommandNode::CmdUsage : nullptr}),
+        class_(node_class),
+        row_(row),
+        mode_(mode) {}
+
+  // A command writes its document through its class's node.
+  StatusCode Execute(Words& words) override {
+    if (DebugMask() == 0) {
+      CommandRun run(class_, "", *GetParent(), words, mode_);
+      return row_.run(run);
+    }
+    const std::string form = FunctionOf(row_, mode_ == OUTPUT_CLI ? "Cli" : "");
+    const std::string common = FunctionOf(row_, "Common");
+    const TraceScope trace({class_.name, form.c_str()});
+    CommandRun run(class_, form.c_str(), *GetParent(), words, mode_);
+    const FunctionScope function(run, common.c_str());
+    return row_.run(run);
+  }
+
+ private:
+  const NodeClass& class_;
+  const CommandRow& row_;
+  OutputMode mode_;
+};
+
+std::string CliWord(const CommandRow& row) {
+  return row.cli_word != nullptr ? row.cli_word : std::string(row.word) + "cli";
+}
+
+std::uint32_t PlainIndex(const NodeClass& node_class, const CommandRow& row) {
+  if (row.usage_index != CommandRow::kItsPlace) return row.usage_index;
+  return static_cast<std::uint32_t>(&row - node_class.commands.data());
+}
+
+}  // namespace
 
 CommandNode::CommandNode(CmdProcessor* parent, const SubNode& self, const NodeClass& node_class)
     : MultipleCmdsProcessor(
@@ -17,17 +75,35 @@ CommandNode::~CommandNode() {
   for (auto& sub_node : sub_nodes_) sub_node.reset();  // in the order of their creation
 }
 
+std::uint32_t CommandNode::HelpIndex() const {
+  std::uint32_t next = 0;
+  for (const CommandRow& row : class_.commands) next = std::max(next, PlainIndex(class_, row) + 1);
+  return next;
+}
+
 void CommandNode::BuildChildren() {
-  for (const Leaf& leaf : class_.leaves) {
-    AddLeaf(std::make_unique<CmdProcessor>(
-        this, Place{.name = leaf.name, .description = leaf.description, .usage_index = leaf.usage_index},
-        Callbacks{.execute = leaf.execute, .usage = leaf.usage}));
+  for (const CommandRow& row : class_.commands) {
+    AddLeaf(std::make_unique<CommandLeaf>(
+        *this, class_, row, OUTPUT_XML,
+        Place{.name = row.word, .description = row.description, .usage_index = PlainIndex(class_, row)}));
+  }
+  std::uint32_t index = HelpIndex();
+  AddLeaf(std::make_unique<CmdProcessor>(
+      this, Place{.name = "help", .description = class_.help_description, .usage_index = index},
+      Callbacks{.execute = &CmdHelp, .usage = &CmdUsage}));
+  for (const CommandRow& row : class_.commands) {
+    AddLeaf(std::make_unique<CommandLeaf>(
+        *this, class_, row, OUTPUT_CLI,
+        Place{.name = CliWord(row),
+              .description = row.cli_description != nullptr ? row.cli_description : row.description,
+              .usage_index = ++index}));
   }
   for (const auto& sub_node : sub_nodes_) AddNode(sub_node.get());
 }
 
 StatusCode CommandNode::CmdHelp(CmdProcessor& node, Words& words) {
   auto& self = static_cast<CommandNode&>(node);
+  const TraceScope trace({self.class_.name, __func__});
   ConsolePrint(kPrintHelpHead,
                "\r\nFollowing is the list of available commands in the %s command mode.\r\n"
                "For detailed information of each command, please type 'command ?'\r\n",
@@ -40,16 +116,17 @@ StatusCode CommandNode::CmdHelp(CmdProcessor& node, Words& words) {
 }
 
 StatusCode CommandNode::CmdUsage(CmdProcessor& node, Words&, std::uint32_t index) {
-  const NodeClass& node_class = static_cast<CommandNode&>(node).class_;
-  for (const UsageText& row : node_class.usage) {
-    if (row.index != index) continue;
-    ConsolePrint(kPrintText, "%s", row.text);
-    return kSuccess;
-  }
-  for (const Leaf& leaf : node_class.leaves) {
-    if (leaf.execute != &CmdHelp || leaf.usage_index != index) continue;
+  auto& self = static_cast<CommandNode&>(node);
+  const TraceScope trace({self.class_.name, "Usage"});
+  const std::uint32_t help = self.HelpIndex();
+  if (index == help) {
     Words no_words;
     return CmdHelp(node, no_words);
   }
-  return kNoSuchUsage;
+  const std::uint32_t row = index - help - 1;  // beyond the table for an index below that of `help`
+  if (row >= self.class_.commands.size()) return kNoSuchUsage;
+  const char* const usage = self.class_.commands[row].usage;
+  if (usage == nullptr) return kNoSuchUsage;
+  ConsolePrint(kPrintText, "%s", usage);
+  return kSuccess;
 }

@@ -1,4 +1,5 @@
-// The shape that every node class shares, from its tables to its help.
+// The shape that every node class shares: its commands and sub-nodes as rows of tables, and all that follows
+// from the rows.
 #pragma once
 
 #include <cstdint>
@@ -6,23 +7,25 @@
 #include <span>
 #include <vector>
 
+#include "framework/command_run.h"
 #include "framework/multiple_cmds_processor.h"
-#include "framework/report.h"
+#include "framework/report_frame.h"
 
-class CommandNode;
-
-// One leaf of a class. Plain leaves have no usage callback: their failure stands in the document alone.
-struct Leaf {
-  const char* name;
-  std::uint32_t usage_index;
+// One command of a class, in both its forms: `word` prints XML, `word` with "cli" appended prints text and
+// has the usage. The commands' plain forms are the class's first children; `help` and the text forms follow.
+// A child's usage index is its place.
+struct CommandRow {
+  const char* word;
   const char* description;
-  CmdProcessor::Callback execute;
-  CmdProcessor::UsageCallback usage = nullptr;
-};
+  const char* usage;  // what a person reads after "?", a help word or wrong words; null: nothing
+  StatusCode (*run)(CommandRun& run);  // does the work, writes one document, returns its status
 
-struct UsageText {
-  std::uint32_t index;
-  const char* text;
+  // Where a command departs from these rules.
+  static constexpr std::uint32_t kItsPlace = UINT32_MAX;
+  const char* cli_word = nullptr;
+  const char* cli_description = nullptr;
+  std::uint32_t usage_index = kItsPlace;  // of the plain form; `help` has the one after the greatest
+  const char* function = nullptr;         // where `CmdWord` is not the word with a capital letter
 };
 
 // One sub-node of a class: how it is addressed and how it is made.
@@ -33,14 +36,15 @@ struct SubNode {
   std::unique_ptr<MultipleCmdsProcessor> (*make)(CmdProcessor* parent, const SubNode& self);
 };
 
-// What is particular to one node class. The leaf that runs CommandNode::CmdHelp gives the usage index of the
-// help.
+// What is particular to one node class.
 struct NodeClass {
   const char* name;        // of the class, for the debug log
   const char* help_words;  // "Adapter info" in the head of the class's help
-  std::span<const Leaf> leaves;
-  std::span<const UsageText> usage;
+  std::span<const CommandRow> commands;
   std::span<const SubNode> sub_nodes = {};
+  ReportFrame frame = {};  // of the report, for a class whose commands write one
+  std::span<const StatusMessage> messages = {};
+  const char* help_description = "list of available commands";
 };
 
 class CommandNode : public MultipleCmdsProcessor {
@@ -51,14 +55,16 @@ class CommandNode : public MultipleCmdsProcessor {
 
   // Callback of a class's `help` leaf: lists the children. Unlike the generic list it shows hidden nodes.
   static StatusCode CmdHelp(CmdProcessor& node, Words& words);
-  // Usage callback of a class's leaves: prints the text of the index, or the help for the index of `help`.
-  // kNoSuchUsage for any other index.
+  // Usage callback of `help` and the text forms: prints the text of the index, or the help for the index of
+  // `help`. kNoSuchUsage for any other index.
   static StatusCode CmdUsage(CmdProcessor& node, Words& words, std::uint32_t index);
 
  protected:
   void BuildChildren() override;
 
  private:
+  std::uint32_t HelpIndex() const;
+
   const NodeClass& class_;
   std::vector<std::unique_ptr<MultipleCmdsProcessor>> sub_nodes_;
 };
@@ -67,17 +73,4 @@ class CommandNode : public MultipleCmdsProcessor {
 template <class Node>
 std::unique_ptr<MultipleCmdsProcessor> MakeNode(CmdProcessor* parent, const SubNode& self) {
   return std::make_unique<Node>(parent, self);
-}
-
-// A command: does the work and writes one document through `out` in the given mode.
-using Command = StatusCode (*)(Serializer& out, Words& words, OutputMode mode);
-
-// The two callbacks of a command: its plain form writes XML, its "...cli" form writes text.
-template <Command command>
-StatusCode InXml(CmdProcessor& node, Words& words) {
-  return command(node, words, OUTPUT_XML);
-}
-template <Command command>
-StatusCode InText(CmdProcessor& node, Words& words) {
-  return command(node, words, OUTPUT_CLI);
 }

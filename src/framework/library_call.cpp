@@ -1,14 +1,12 @@
 #include "framework/library_call.h"
 
-#include "runtime/debug_log.h"
-
-StatusCode StatusOfCall(const char* class_name, const char* step, LibraryStatus result, StatusCode failure) {
-  return StatusOfCall(class_name, step, result, {}, failure);
+StatusCode StatusOfCall(const CommandRun& run, const char* step, LibraryStatus result, StatusCode failure) {
+  return StatusOfCall(run, step, result, {}, failure);
 }
 
-StatusCode StatusOfCall(const char* class_name, const char* step, LibraryStatus result,
+StatusCode StatusOfCall(const CommandRun& run, const char* step, LibraryStatus result,
                         std::span<const LibraryAnswer> answers, StatusCode failure) {
   if (result == kLibrarySuccess) return kSuccess;
-  DebugLogLevel(kDebugFailure, "%s: %s failed err=%u", class_name, step, result);
+  run.LogFailure("%s failed err=%d", step, static_cast<int>(result));
   return FromLibrary(result, answers, failure);
 }

@@ -132,7 +132,7 @@ StatusCode MainCmdsProcessor::Initialize(Words&) {
   const long level = DebugLevelFromEnvironment();
   const std::uint32_t library_level = level == kDebugEverything ? kLibraryTrace : 0;
 
-  OutputBracket bracket("MainCmdsProcessor");
+  OutputBracket bracket(FunctionName{"MainCmdsProcessor", __func__});
   if (!bracket.IsOpen()) {
     // A library that cannot be kept apart from the documents is not started, and this run has no output at
     // all.

@@ -19,12 +19,13 @@ std::FILE* OpenLibraryOutput() {
 
 }  // namespace
 
-OutputBracket::OutputBracket(const char* class_name, const char* step)
+OutputBracket::OutputBracket(const FunctionName& function, const char* step)
     : standard_output_(stdout), library_output_(OpenLibraryOutput()) {
   if (IsOpen()) {
     stdout = library_output_;
   } else {
-    DebugLogLevel(kDebugFailure, "%s: Failed to open %s file%s", class_name, kLibraryOutputFile, step);
+    DebugLogLevel(kDebugFailure, "%s::%s: Failed to open %s file%s", function.class_name, function.function,
+                  kLibraryOutputFile, step);
   }
 }
 

@@ -3,6 +3,9 @@
 
 #include <cstdio>
 
+#include "framework/command_run.h"
+#include "runtime/timing_scope.h"
+
 inline constexpr const char* kLibraryOutputFile = "/var/tmp/torpi-output.log";
 
 // While an object of this class is open, standard output is the library output file: the stream pointer of
@@ -11,15 +14,17 @@ inline constexpr const char* kLibraryOutputFile = "/var/tmp/torpi-output.log";
 // opened leaves standard output in place, so that the command can report it.
 class OutputBracket {
  public:
-  // `class_name` and `step` (such as " before read") only word the log line of a failure.
-  explicit OutputBracket(const char* class_name, const char* step = "");
+  // `function` and `step` (such as " before RDP") only word the log line of a failure.
+  explicit OutputBracket(const FunctionName& function, const char* step = "");
+  explicit OutputBracket(const CommandRun& run, const char* step = "")
+      : OutputBracket(run.Function(), step) {}
   ~OutputBracket() { Close(); }
   OutputBracket(const OutputBracket&) = delete;
   OutputBracket& operator=(const OutputBracket&) = delete;
 
   bool IsOpen() const { return library_output_ != nullptr; }
 
-  // Ends the bracket early; calling it again does nothing. Results are evaluated and printed behind it.
+  // Ends the bracket early; calling it again does nothing. Results are evaluated and printed after it.
   void Close();
 
  private:

@@ -1,20 +1,19 @@
 #include "framework/report.h"
 
+#include <cstdint>
 #include <cstring>
 
 #include "framework/device_library/calls.h"
-#include "runtime/debug_log.h"
 #include "runtime/text.h"
 
-Document::Document(Serializer& out, OutputMode mode, const char* structure, const char* message,
-                   RebootField reboot)
-    : out_(out) {
-  out_.Open(mode);
+Document::Document(CommandRun& run, const char* structure, const char* message, RebootField reboot)
+    : out_(run.out) {
+  out_.Open(run.mode);
   out_.BeginStructure(structure);
-  if (reboot.place == RebootField::kAheadOfMessage) out_.WriteBoolField("Reboot Required", reboot.required);
+  if (reboot.place == RebootField::kBeforeMessage) out_.WriteBoolField("Reboot Required", reboot.required);
   out_.WriteStringField("Message", message);
-  if (reboot.place == RebootField::kBehindMessage) out_.WriteBoolField("Reboot Required", reboot.required);
-  DebugLogLevel(kDebugTrace, "%s: Message=%s", structure, message);
+  if (reboot.place == RebootField::kAfterMessage) out_.WriteBoolField("Reboot Required", reboot.required);
+  run.Trace("%s=%s", "Message", message);
 }
 
 Document::~Document() {
@@ -40,27 +39,25 @@ ListStructure::~ListStructure() {
   out_.EndStructure();
 }
 
-void WriteReport(Serializer& out, OutputMode mode, const ReportFrame& frame, const ReportText& text,
-                 RebootField reboot) {
-  const Document document(out, mode, frame.structure, "Success", reboot);
-  const ListField list(out, frame.field);
-  const ListStructure element(out, frame.list_structure);
-  out.BeginField(frame.data_field);
+void WriteReport(CommandRun& run, const ReportFrame& frame, const ReportText& text, RebootField reboot) {
+  const Document document(run, frame.structure, "Success", reboot);
+  const ListField list(run.out, frame.field);
+  const ListStructure element(run.out, frame.list_structure);
+  run.out.BeginField(frame.data_field);
   if (text.Allocated()) {
-    out.WriteFormatted(std::strlen(text.Text()), "%s", DropConversions(text.Text()).c_str());
+    run.out.WriteFormatted(std::strlen(text.Text()), "%s", DropConversions(text.Text()).c_str());
   }
-  out.EndField();
+  run.out.EndField();
 }
 
-void WriteReportError(Serializer& out, OutputMode mode, const ReportFrame& frame, const char* message,
-                      RebootField reboot) {
-  const Document document(out, mode, frame.structure, message, reboot);
-  const ListField list(out, frame.field);
+void WriteReportError(CommandRun& run, const ReportFrame& frame, const char* message, RebootField reboot) {
+  const Document document(run, frame.structure, message, reboot);
+  const ListField list(run.out, frame.field);
 }
 
-IdentifierList::IdentifierList(Serializer& out, OutputMode mode, const char* structure, const char* field)
-    : out_(out), structure_(structure), field_(field) {
-  out_.Open(mode);
+IdentifierList::IdentifierList(CommandRun& run, const char* structure, const char* field)
+    : out_(run.out), structure_(structure), field_(field) {
+  out_.Open(run.mode);
   out_.BeginList(kStructureList);
 }
 
@@ -73,11 +70,11 @@ void IdentifierList::Write(const std::string& identifier) {
   out_.WriteListItem(structure_, field_, identifier.c_str());
 }
 
-bool IsRebootRequired(const char* class_name) {
+bool IsRebootRequired(CommandRun& run) {
   constexpr std::uint8_t kRequired = 1;
   std::uint8_t flag = kRequired;  // also what holds when the library leaves it alone
   const LibraryStatus result = TORPI_IsRebootRequired(&flag);
   if (result == kLibrarySuccess) return flag == kRequired;
-  DebugLogLevel(kDebugFailure, "%s: Get Reboot Required failed err=%u", class_name, result);
+  run.LogFailure("Get Reboot Required failed err=%d", static_cast<int>(result));
   return true;
 }

@@ -1,29 +1,17 @@
 // The documents that commands share: their frames, written once.
 #pragma once
 
-#include <cstdint>
 #include <string>
 
+#include "framework/command_run.h"
+#include "framework/report_frame.h"
 #include "framework/report_text.h"
-#include "framework/serializer.h"
-
-// Whether a document tells if a reboot is needed, and where it does.
-struct RebootField {
-  enum Place : std::uint8_t { kAbsent, kAheadOfMessage, kBehindMessage };
-
-  Place place = kAbsent;
-  bool required = false;
-};
-
-// That of a failure which tells of a reboot at all.
-inline constexpr RebootField kNoRebootNeeded = {RebootField::kAheadOfMessage, false};
 
 // One document with a "Message", from Open to Close: the constructor writes its head, the destructor its end.
 // What the command writes in between are its own fields.
 class Document {
  public:
-  Document(Serializer& out, OutputMode mode, const char* structure, const char* message,
-           RebootField reboot = {});
+  Document(CommandRun& run, const char* structure, const char* message, RebootField reboot = {});
   ~Document();
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
@@ -56,31 +44,20 @@ class ListStructure {
   Serializer& out_;
 };
 
-// Names of a report: result structure, field that holds the list, structure of its one element, and the
-// element's field with the text.
-struct ReportFrame {
-  const char* structure;
-  const char* field;
-  const char* list_structure;
-  const char* data_field = "Data";
-};
+// Writes the document of a success: the report's text in its frame. The text counts as a format without
+// arguments (see DropConversions), so a percent sign in device data can vanish. A report without memory
+// leaves its field empty.
+void WriteReport(CommandRun& run, const ReportFrame& frame, const ReportText& text, RebootField reboot = {});
 
-// Writes the document of a success: the report's text in its frame. The text deliberately counts as a format
-// without arguments (see DropConversions), so a percent sign in device data does not come out as it stands.
-// A report without memory leaves its field empty.
-void WriteReport(Serializer& out, OutputMode mode, const ReportFrame& frame, const ReportText& text,
-                 RebootField reboot = {});
-
-// Writes the document of a failure: the same frame with `message`, and an empty list where the text would
-// stand.
-void WriteReportError(Serializer& out, OutputMode mode, const ReportFrame& frame, const char* message,
+// Writes the document of a failure: the same frame with `message`, and an empty list in place of the text.
+void WriteReportError(CommandRun& run, const ReportFrame& frame, const char* message,
                       RebootField reboot = {});
 
 // One document that is a list of identifiers, each in a structure `structure` as its field `field`. The
 // identifiers go out as they come, so a long list takes no memory.
 class IdentifierList {
  public:
-  IdentifierList(Serializer& out, OutputMode mode, const char* structure, const char* field);
+  IdentifierList(CommandRun& run, const char* structure, const char* field);
   ~IdentifierList();
   IdentifierList(const IdentifierList&) = delete;
   IdentifierList& operator=(const IdentifierList&) = delete;
@@ -93,6 +70,6 @@ class IdentifierList {
   const char* field_;
 };
 
-// Asks the library, outside any bracket, whether a change needs a reboot. When it cannot tell, one is
-// assumed. `class_name` words the log line.
-bool IsRebootRequired(const char* class_name);
+// Asks the library, outside any bracket, whether a change needs a reboot. When it cannot answer, one is
+// assumed.
+bool IsRebootRequired(CommandRun& run);

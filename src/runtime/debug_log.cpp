@@ -11,9 +11,9 @@
 #include <cstring>
 
 #include "runtime/debug_log_writer.h"
+#include "runtime/local_time.h"
 #include "runtime/locks.h"
 #include "runtime/text.h"
-#include "runtime/timer.h"
 
 namespace {
 

@@ -2,13 +2,8 @@
 
 #include <sys/time.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
-
-// Formats a wall-clock time as "month/day/year hour:minute:second.millisecond" in local time. Returns the
-// length written, without the terminator; a time that the calendar cannot show gives an empty text.
-int FormatLocalTime(const timeval& time, char* text, std::size_t size);
 
 // A stopwatch on the wall clock. The texts are made when they are asked for, so that a timer costs two clock
 // reads.

@@ -10,7 +10,7 @@ namespace {
 // From here on the elapsed time is worth a mention, in milliseconds.
 constexpr std::int64_t kSlow = 300;
 
-std::string FunctionName(const char* name, TimedFunction function) {
+std::string FullName(const char* name, TimedFunction function) {
   std::string full;
   switch (function) {
     case TimedFunction::kPlain:
@@ -30,12 +30,12 @@ std::string FunctionName(const char* name, TimedFunction function) {
 
 void TimingScope::Begin() {
   timer_.emplace().Start();
-  DebugLog("STARTING %s", FunctionName(name_, function_).c_str());
+  DebugLog("STARTING %s", FullName(name_, function_).c_str());
 }
 
 void TimingScope::End() {
   timer_->Stop();
-  const std::string name = FunctionName(name_, function_);
+  const std::string name = FullName(name_, function_);
   if (timer_->ElapsedMilliseconds() < kSlow) {
     DebugLog("RETURNING %s", name.c_str());
   } else {
@@ -44,5 +44,5 @@ void TimingScope::End() {
 }
 
 void TraceScope::Write(const char* event) const {
-  DebugLogLevel(kDebugTrace, "%s::%s: %s", class_name_, function_name_, event);
+  DebugLogLevel(kDebugTrace, "%s::%s: %s", function_.class_name, function_.function, event);
 }

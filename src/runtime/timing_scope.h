@@ -5,6 +5,12 @@
 #include "runtime/debug_log.h"
 #include "runtime/timer.h"
 
+// Names a function in the debug log. The texts must outlive it.
+struct FunctionName {
+  const char* class_name;
+  const char* function;
+};
+
 // Which function a TimingScope brackets.
 enum class TimedFunction { kPlain, kConstructor, kDestructor };
 
@@ -34,11 +40,10 @@ class TimingScope {
 };
 
 // Logs "Class::Function: Entered" when it is made and "Class::Function: Exiting" when it leaves its scope,
-// both at the trace level. The names must outlive the scope.
+// both at the trace level.
 class TraceScope {
  public:
-  TraceScope(const char* class_name, const char* function_name)
-      : class_name_(class_name), function_name_(function_name) {
+  explicit TraceScope(const FunctionName& function) : function_(function) {
     if (IsDebugLevelOn(kDebugTrace)) Write("Entered");
   }
   ~TraceScope() {
@@ -50,6 +55,5 @@ class TraceScope {
  private:
   void Write(const char* event) const;
 
-  const char* class_name_;
-  const char* function_name_;
+  const FunctionName function_;
 };

@@ -67,6 +67,11 @@ SESSION_START = ["TORPI_Initialize(0, 0)", "TORPI_SetToolID(11)", "TORPI_SetTool
 SESSION_END = ["TORPI_Uninitialize()"]
 UNKNOWN_COMMAND = b"Unknown command or invalid target identifier!\r\n"
 
+_LOG_HEAD = re.compile(
+    rb"\d{1,2}/\d{1,2}/\d{4} \d\d:\d\d:\d\d\.\d{3} CIM Provider (?:(INFORMATION|WARNING    |DEBUG      |DIAG_ERROR ) )?\d+: "
+)
+_LOG_LEVELS = {None: 0, b"INFORMATION": 1, b"WARNING    ": 2, b"DEBUG      ": 4, b"DIAG_ERROR ": 16}
+
 _SANITIZER_REPORT = re.compile(rb"(Address|Leak|UndefinedBehavior)Sanitizer|runtime error:")
 
 
@@ -94,6 +99,22 @@ class Result:
         """The calls between the start and the end of the session, which are the same for all commands."""
         assert self.calls[:3] == SESSION_START and self.calls[3:][-1:] == SESSION_END, self.calls
         return self.calls[3:-1]
+
+    @property
+    def log(self):
+        """The lines of the debug log as (level, message): level 1 for steps, 4 for failures, 0 for lines without
+        a tag. The messages come without the line end that the log adds."""
+        starts = list(_LOG_HEAD.finditer(self.debug_log or b""))
+        ends = [match.start() for match in starts[1:]] + [len(self.debug_log or b"")]
+        return [
+            (_LOG_LEVELS[match[1]], self.debug_log[match.end() : end].removesuffix(b"\r\n").decode(errors="replace"))
+            for match, end in zip(starts, ends)
+        ]
+
+    @property
+    def failures(self):
+        """The messages of the lines at the failure level."""
+        return [message for level, message in self.log if level == 4]
 
     @property
     def code(self):
