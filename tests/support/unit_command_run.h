@@ -8,8 +8,10 @@
 
 // The class whose command runs when a test names none; its names head the lines of the debug log:
 // "TestCmdsProcessor::CmdTestCommon: ...".
-inline constexpr NodeClass kTestClass = {
-    .name = "TestCmdsProcessor", .help_words = "Test", .commands = {}, .frame = {"Test", "Tests", "TestList"}};
+inline constexpr NodeClass kTestClass = {.name = "TestCmdsProcessor",
+                                         .help_words = "Test",
+                                         .commands = {},
+                                         .frame = {"Test", "Tests", "TestList"}};
 
 struct TestRun {
   explicit TestRun(Words given = {}, OutputMode mode = OUTPUT_XML, const NodeClass& node_class = kTestClass)

@@ -16,11 +16,11 @@ namespace {
 std::vector<std::string> commands_run;
 StatusCode command_result = kSuccess;
 
-StatusCode RunList(Serializer& out, Words& words, OutputMode mode) {
-  out.Open(mode);
-  out.Close();
-  commands_run.push_back("list in mode " + std::to_string(mode) + ": " + Joined(words));
-  return !words.empty() && IsHelpWord(words[0]) ? kHelpWord : command_result;
+StatusCode RunList(CommandRun& run) {
+  run.out.Open(run.mode);
+  run.out.Close();
+  commands_run.push_back("list in mode " + std::to_string(run.mode) + ": " + Joined(run.words));
+  return !run.words.empty() && IsHelpWord(run.words[0]) ? kHelpWord : command_result;
 }
 
 // The order in which nodes have come and gone.
@@ -36,17 +36,18 @@ class MortalNode : public MultipleCmdsProcessor {
   ~MortalNode() override { lives.push_back(std::string("deleted ") + GetName()); }
 };
 
-constexpr Leaf kLeaves[] = {
-    {"list", 0, "Discover list of Sorvex adapters", &InXml<RunList>},
-    {"help", 1, "List of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"listcli", 2, "Discover list of Sorvex adapters", &InText<RunList>, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"list", "Discover list of Sorvex adapters", "Usage: list\r\n", &RunList},
 };
-constexpr UsageText kUsage[] = {{2, "Usage: list\r\n"}};
 constexpr SubNode kSubNodes[] = {
     {"info", "-s", "use this command to get Sorvex Adapter info", &MakeNode<MortalNode>},
     {"flashinfo", "-s", "use this command to get Sorvex Adapter flash information", &MakeNode<MortalNode>},
 };
-constexpr NodeClass kClass = {"AdapterCmdsProcessor", "Adapter", kLeaves, kUsage, kSubNodes};
+constexpr NodeClass kClass = {.name = "AdapterCmdsProcessor",
+                              .help_words = "Adapter",
+                              .commands = kCommands,
+                              .sub_nodes = kSubNodes,
+                              .help_description = "List of available commands"};
 constexpr SubNode kSelf = {"adapter", "-t", "use this command to get/set/list Sorvex adapters", nullptr};
 
 constexpr char kHelp[] =
@@ -78,7 +79,7 @@ class Node : public testing::Test {
   StatusCode status_ = kNoCallback;
 };
 
-TEST_F(Node, StandsWhereItsRowTells) {
+TEST_F(Node, IsAddressedAsItsRowSays) {
   EXPECT_EQ(node_.GetParent(), &root_);
   EXPECT_STREQ(node_.GetName(), "adapter");
   EXPECT_STREQ(node_.GetSwitch(), "-t");
@@ -89,7 +90,7 @@ TEST_F(Node, StandsWhereItsRowTells) {
   EXPECT_FALSE(node_.IsLeaf());
 }
 
-TEST_F(Node, HasItsLeavesAheadOfItsSubNodes) {
+TEST_F(Node, HasItsLeavesBeforeItsSubNodes) {
   struct Expected {
     const char* name;
     const char* switch_word;
@@ -134,19 +135,19 @@ TEST_F(Node, ReturnsTheCommandsStatus) {
   EXPECT_EQ(status_, 42u);
 }
 
-TEST_F(Node, QuestionMarkBehindAPlainFormPrintsNothing) {
+TEST_F(Node, QuestionMarkAfterAPlainFormPrintsNothing) {
   EXPECT_EQ(Dispatch({"-t", "adapter", "list", "?"}), "");
   EXPECT_EQ(status_, 0u);
   EXPECT_TRUE(commands_run.empty());
 }
 
-TEST_F(Node, QuestionMarkBehindTheCliFormPrintsItsUsage) {
+TEST_F(Node, QuestionMarkAfterTheCliFormPrintsItsUsage) {
   EXPECT_EQ(Dispatch({"-t", "adapter", "listcli", "?"}), "Usage: list\r\n");
   EXPECT_EQ(status_, 0u);
   EXPECT_TRUE(commands_run.empty());
 }
 
-TEST_F(Node, HelpWordBehindTheCliFormPrintsItsUsageBehindWhatItPrinted) {
+TEST_F(Node, HelpWordAfterTheCliFormPrintsItsUsageAfterWhatItPrinted) {
   EXPECT_EQ(Dispatch({"-t", "adapter", "listcli", "help"}),
             "****************************************************\n"
             "****************************************************\n"
@@ -154,7 +155,7 @@ TEST_F(Node, HelpWordBehindTheCliFormPrintsItsUsageBehindWhatItPrinted) {
   EXPECT_EQ(status_, 5u);
 }
 
-TEST_F(Node, HelpWordBehindAPlainFormPrintsNoUsage) {
+TEST_F(Node, HelpWordAfterAPlainFormPrintsNoUsage) {
   EXPECT_EQ(Dispatch({"-t", "adapter", "list", "help"}),
             "<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n</output>\n");
   EXPECT_EQ(status_, 5u);
@@ -189,9 +190,9 @@ TEST_F(Node, HasNoUsageForAnyOtherIndex) {
   }
 }
 
-TEST_F(Node, PrintsPercentSignsOfUsageTextsAsTheyStand) {
-  static constexpr UsageText kPercent[] = {{2, "Usage: 100%s %n\r\n"}};
-  static constexpr NodeClass kPercentClass = {"C", "Some %d", kLeaves, kPercent};
+TEST_F(Node, PrintsPercentSignsOfUsageTextsAsTheyAre) {
+  static constexpr CommandRow kPercent[] = {{"list", "", "Usage: 100%s %n\r\n", &RunList}};
+  static constexpr NodeClass kPercentClass = {"C", "Some %d", kPercent};
   CommandNode node(nullptr, kSelf, kPercentClass);
   Words words;
   EXPECT_EQ(PrintedBy([&] { CommandNode::CmdUsage(node, words, 2); }), "Usage: 100%s %n\r\n");
@@ -217,7 +218,7 @@ StatusCode AlwaysExcluded(CmdProcessor&, Words&) {
   return kNoCallback;
 }
 
-constexpr NodeClass kHelpOnly = {"C", "Special", {kLeaves + 1, 1}, {}};
+constexpr NodeClass kHelpOnly = {.name = "C", .help_words = "Special", .commands = {}};
 
 // A class with children of every kind that the help looks at.
 class SpecialNode : public CommandNode {
@@ -244,7 +245,7 @@ constexpr char kSpecialHead[] =
     "\r\nFollowing is the list of available commands in the Special command mode.\r\n"
     "For detailed information of each command, please type 'command ?'\r\n"
     "All commands are case insensitive.\r\n\r\n"
-    "help        : List of available commands\r\n";
+    "help        : list of available commands\r\n";
 
 TEST(CmdHelp, ShowsHiddenChildrenButNoExcludedOrRestrictedOnes) {
   SpecialNode node;
@@ -267,7 +268,7 @@ TEST(CmdHelp, AsksWithItsWordsAndAsUsageWithoutAny) {
   Words words = {"a", "b"};
   PrintedBy([&] { CommandNode::CmdHelp(node, words); });
   EXPECT_EQ(words_of_exclude, "a b");
-  PrintedBy([&] { CommandNode::CmdUsage(node, words, 1); });
+  PrintedBy([&] { CommandNode::CmdUsage(node, words, 0); });
   EXPECT_EQ(words_of_exclude, "none");
   EXPECT_EQ(words, (Words{"a", "b"}));
 }
@@ -278,16 +279,43 @@ TEST(CommandNode, MakesAndDeletesItsSubNodesInTheirOrder) {
       {"second", "-s", "", &MakeNode<MortalNode>},
       {"third", "-s", "", &MakeNode<MortalNode>},
   };
-  static constexpr NodeClass kMortalClass = {"C", "Mortal", {}, {}, kMortals};
+  static constexpr NodeClass kMortalClass = {"C", "Mortal", {}, kMortals};
   lives.clear();
   {
     CommandNode node(nullptr, kSelf, kMortalClass);
     EXPECT_EQ(lives, (std::vector<std::string>{"made first under adapter", "made second under adapter",
                                                "made third under adapter"}));
-    EXPECT_EQ(node.GetChildren().size(), 3u);
+    EXPECT_EQ(node.GetChildren().size(), 4u);  // `help` is the first
     lives.clear();
   }
   EXPECT_EQ(lives, (std::vector<std::string>{"deleted first", "deleted second", "deleted third"}));
+}
+
+// Where rows depart from the rule: indexes of plain forms, words and descriptions of text forms, no usage.
+TEST(CommandNode, FollowsTheExceptionsOfItsRows) {
+  static constexpr CommandRow kRows[] = {
+      {.word = "get",
+       .description = "read it",
+       .usage = "Usage: get\r\n",
+       .run = &RunList,
+       .cli_word = "runcli",
+       .cli_description = "Read it"},
+      {.word = "reset", .description = "clear it", .usage = nullptr, .run = &RunList, .usage_index = 0},
+  };
+  static constexpr NodeClass kRowsClass = {"C", "Odd", kRows};
+  CommandNode node(nullptr, kSelf, kRowsClass);
+  std::vector<std::string> children;
+  for (const CmdProcessor* child : node.GetChildren()) {
+    children.push_back(child->GetName() + (" " + std::to_string(child->GetUsageIndex())) + " " +
+                       child->GetDescription());
+  }
+  EXPECT_EQ(children, (std::vector<std::string>{"get 0 read it", "reset 0 clear it",
+                                                "help 1 list of available commands", "runcli 2 Read it",
+                                                "resetcli 3 clear it"}));
+  Words words;
+  StatusCode status = kSuccess;
+  EXPECT_EQ(PrintedBy([&] { status = CommandNode::CmdUsage(node, words, 3); }), "");
+  EXPECT_EQ(status, kNoSuchUsage);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "support/unit_captured_stdout.h"
+#include "support/unit_command_run.h"
 #include "support/unit_files.h"
 
 namespace {
@@ -13,17 +14,20 @@ namespace {
 constexpr char kLibraryOutput[] = "/var/tmp/torpi-output.log";
 
 TEST(StatusOfCall, IsSuccessForZero) {
-  EXPECT_EQ(StatusOfCall("SomeClass", "Get something", 0, kReadFailed), 0u);
+  TestRun test;
+  EXPECT_EQ(StatusOfCall(test.run, "Get something", 0, kReadFailed), 0u);
 }
 
 TEST(StatusOfCall, IsMaintenanceModeFor150) {
-  EXPECT_EQ(StatusOfCall("SomeClass", "Get something", 150, kReadFailed), 60u);
+  TestRun test;
+  EXPECT_EQ(StatusOfCall(test.run, "Get something", 150, kReadFailed), 60u);
 }
 
 TEST(StatusOfCall, IsTheStatusOfTheStepForAnyOtherAnswer) {
+  TestRun test;
   for (const LibraryStatus result : {1u, 60u, 149u, 151u, 0x100u, 0x10096u, 0xFFFFFFFFu}) {
-    EXPECT_EQ(StatusOfCall("SomeClass", "Get something", result, kReadFailed), 13u) << result;
-    EXPECT_EQ(StatusOfCall("SomeClass", "Set something", result, kUpdateFailed), 20u) << result;
+    EXPECT_EQ(StatusOfCall(test.run, "Get something", result, kReadFailed), 13u) << result;
+    EXPECT_EQ(StatusOfCall(test.run, "Set something", result, kUpdateFailed), 20u) << result;
   }
 }
 
@@ -35,7 +39,7 @@ class LibraryCall : public testing::Test {
   StatusCode Call(LibraryStatus result) {
     StatusCode status = kNoCallback;
     printed_ = PrintedBy([&] {
-      status = CallLibrary("SomeClass", "Get something", kReadFailed, [&] {
+      status = CallLibrary(test_.run, "Get something", kReadFailed, [&] {
         ++calls_;
         std::printf("library text\n");
         return result;
@@ -47,6 +51,7 @@ class LibraryCall : public testing::Test {
 
   std::FILE* const standard_output_ = stdout;
   NoLibraryOutputFile none_;
+  TestRun test_;
   int calls_ = 0;
   std::string printed_;
 };
@@ -73,8 +78,8 @@ TEST_F(LibraryCall, IsNotMadeWhenTheBracketCannotBeOpened) {
 }
 
 TEST_F(LibraryCall, OfOneStatusHasItInMaintenanceModeToo) {
-  const auto call = [](LibraryStatus result) {
-    return CallLibraryWithOneStatus("SomeClass", "Get something", kReadFailed, [=] { return result; });
+  const auto call = [this](LibraryStatus result) {
+    return CallLibraryWithOneStatus(test_.run, "Get something", kReadFailed, [=] { return result; });
   };
   EXPECT_EQ(call(0), 0u);
   EXPECT_EQ(call(1), 13u);
@@ -90,7 +95,7 @@ TEST_F(LibraryCall, InABracketTellsWhetherItWasMade) {
     ++calls_;
     std::printf("library text\n");
   };
-  EXPECT_EQ(PrintedBy([&] { made = CallInBracket("SomeClass", call); }), "");
+  EXPECT_EQ(PrintedBy([&] { made = CallInBracket(test_.run, call); }), "");
   EXPECT_TRUE(made);
   EXPECT_EQ(calls_, 1);
   EXPECT_EQ(ContentOf(kLibraryOutput), "library text\n");
@@ -98,7 +103,7 @@ TEST_F(LibraryCall, InABracketTellsWhetherItWasMade) {
 
   std::filesystem::remove(kLibraryOutput);
   std::filesystem::create_directory(kLibraryOutput);
-  EXPECT_EQ(PrintedBy([&] { made = CallInBracket("SomeClass", call); }), "");
+  EXPECT_EQ(PrintedBy([&] { made = CallInBracket(test_.run, call); }), "");
   EXPECT_FALSE(made);
   EXPECT_EQ(calls_, 1);
 }

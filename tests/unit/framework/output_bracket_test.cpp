@@ -11,6 +11,7 @@
 
 namespace {
 
+constexpr FunctionName kFunction = {"SomeClass", "SomeFunction"};
 constexpr char kFile[] = "/var/tmp/torpi-output.log";
 
 class Bracket : public testing::Test {
@@ -24,7 +25,7 @@ class Bracket : public testing::Test {
     std::FILE* behind = nullptr;
     EXPECT_EQ(PrintedBy([&] {
                 {
-                  OutputBracket bracket("SomeClass", " before read");
+                  OutputBracket bracket(kFunction, " before read");
                   open = bracket.IsOpen();
                   inside = stdout;
                   std::printf("still here\n");
@@ -49,7 +50,7 @@ TEST_F(Bracket, SendsWhatIsPrintedToTheFile) {
   EXPECT_EQ(PrintedBy([&] {
               std::printf("ahead\n");
               {
-                const OutputBracket bracket("SomeClass");
+                const OutputBracket bracket(kFunction);
                 open = bracket.IsOpen();
                 std::printf("library text\n");
                 std::puts("by another call");
@@ -63,14 +64,14 @@ TEST_F(Bracket, SendsWhatIsPrintedToTheFile) {
 
 TEST_F(Bracket, PutsStandardOutputBackAtItsEnd) {
   {
-    const OutputBracket bracket("SomeClass");
+    const OutputBracket bracket(kFunction);
     EXPECT_NE(stdout, standard_output_);
   }
   EXPECT_EQ(stdout, standard_output_);
 }
 
 TEST_F(Bracket, PutsStandardOutputBackAtClose) {
-  OutputBracket bracket("SomeClass");
+  OutputBracket bracket(kFunction);
   std::printf("library text");
   bracket.Close();
   EXPECT_EQ(stdout, standard_output_);
@@ -79,10 +80,10 @@ TEST_F(Bracket, PutsStandardOutputBackAtClose) {
 }
 
 TEST_F(Bracket, ClosesOnce) {
-  OutputBracket first("SomeClass");
+  OutputBracket first(kFunction);
   first.Close();
   {
-    const OutputBracket second("SomeClass");
+    const OutputBracket second(kFunction);
     std::FILE* const inside_second = stdout;
     first.Close();
     EXPECT_EQ(stdout, inside_second);
@@ -92,18 +93,18 @@ TEST_F(Bracket, ClosesOnce) {
 }
 
 TEST_F(Bracket, LeavesNoDescriptorOpen) {
-  { const OutputBracket bracket("SomeClass"); }
+  { const OutputBracket bracket(kFunction); }
   EXPECT_EQ(DescriptorOf(kFile), -1);
 }
 
 TEST_F(Bracket, AppendsToTheFile) {
   WriteContent(kFile, "from yesterday\n");
   {
-    const OutputBracket bracket("SomeClass");
+    const OutputBracket bracket(kFunction);
     std::printf("one\n");
   }
   {
-    const OutputBracket bracket("SomeClass");
+    const OutputBracket bracket(kFunction);
     std::printf("two\n");
   }
   EXPECT_EQ(ContentOf(kFile), "from yesterday\none\ntwo\n");
@@ -111,9 +112,9 @@ TEST_F(Bracket, AppendsToTheFile) {
 
 TEST_F(Bracket, StandsInAnother) {
   EXPECT_EQ(PrintedBy([&] {
-              const OutputBracket outer("SomeClass");
+              const OutputBracket outer(kFunction);
               {
-                OutputBracket inner("SomeClass");
+                OutputBracket inner(kFunction);
                 std::printf("inner\n");
                 inner.Close();
                 std::printf("outer\n");
@@ -148,10 +149,10 @@ TEST_F(Bracket, CreatesNothingThroughADanglingLink) {
 
 TEST_F(Bracket, OpensAgainOnceItsFileCanBe) {
   std::filesystem::create_directory(kFile);
-  { const OutputBracket bracket("SomeClass"); }
+  { const OutputBracket bracket(kFunction); }
   std::filesystem::remove(kFile);
   {
-    const OutputBracket bracket("SomeClass");
+    const OutputBracket bracket(kFunction);
     EXPECT_TRUE(bracket.IsOpen());
     std::printf("library text");
   }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/unit_captured_stdout.h"
+#include "support/unit_command_run.h"
 #include "support/unit_fake_library.h"
 #include "support/unit_files.h"
 
@@ -17,16 +18,17 @@ constexpr char kRuler[] = "****************************************************\
 
 constexpr ReportFrame kFrame = {"AdapterInformation", "General Parameters", "GeneralParametersList"};
 
-constexpr RebootField kAhead = {RebootField::kAheadOfMessage, true};
-constexpr RebootField kBehind = {RebootField::kBehindMessage, false};
+constexpr RebootField kBefore = {RebootField::kBeforeMessage, true};
+constexpr RebootField kAfter = {RebootField::kAfterMessage, false};
 
 TEST(Document, WritesAHeadAndAnEndAroundTheCommandsOwnFields) {
-  Serializer out;
-  const auto write = [&](OutputMode mode) {
-    const Document document(out, mode, "PersonalityInfo", "Failed, Personality read failed");
-    out.WriteStringField("Personality", "Unknown");
+  TestRun xml;
+  TestRun cli({}, OUTPUT_CLI);
+  const auto write = [](TestRun& test) {
+    const Document document(test.run, "PersonalityInfo", "Failed, Personality read failed");
+    test.out.WriteStringField("Personality", "Unknown");
   };
-  EXPECT_EQ(PrintedBy([&] { write(OUTPUT_XML); }),
+  EXPECT_EQ(PrintedBy([&] { write(xml); }),
             "<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n"
             "<structure typeName=\"PersonalityInfo\">\n"
             "<field name=\"Message\">\n"
@@ -35,7 +37,7 @@ TEST(Document, WritesAHeadAndAnEndAroundTheCommandsOwnFields) {
             "<string>Unknown</string></field>\n"
             "</structure>\n"
             "</output>\n");
-  EXPECT_EQ(PrintedBy([&] { write(OUTPUT_CLI); }),
+  EXPECT_EQ(PrintedBy([&] { write(cli); }),
             "****************************************************\n"
             "PersonalityInfo:\n"
             "Message: Failed, Personality read failed\n"
@@ -44,18 +46,19 @@ TEST(Document, WritesAHeadAndAnEndAroundTheCommandsOwnFields) {
 }
 
 TEST(Document, EndsWithItsScope) {
-  Serializer out;
-  PrintedBy([&] { const Document document(out, OUTPUT_XML, "S", "Success"); });
+  TestRun xml;
+  PrintedBy([&] { const Document document(xml.run, "S", "Success"); });
   StatusCode status = kSuccess;
-  EXPECT_EQ(PrintedBy([&] { status = out.EndStructure(); }), "");
+  EXPECT_EQ(PrintedBy([&] { status = xml.out.EndStructure(); }), "");
   EXPECT_EQ(status, kBadMode);
 }
 
-TEST(Document, TellsOfARebootAheadOfTheMessage) {
-  Serializer out;
-  EXPECT_EQ(PrintedBy([&] { const Document document(out, OUTPUT_CLI, "S", "Success", kAhead); }),
+TEST(Document, ShowsARebootBeforeTheMessage) {
+  TestRun xml;
+  TestRun cli({}, OUTPUT_CLI);
+  EXPECT_EQ(PrintedBy([&] { const Document document(cli.run, "S", "Success", kBefore); }),
             std::string(kRuler) + "S:\nReboot Required: true\nMessage: Success\n" + kRuler);
-  EXPECT_EQ(PrintedBy([&] { const Document document(out, OUTPUT_XML, "S", "Success", kAhead); }),
+  EXPECT_EQ(PrintedBy([&] { const Document document(xml.run, "S", "Success", kBefore); }),
             std::string(kXmlHead) +
                 "<structure typeName=\"S\">\n"
                 "<field name=\"Reboot Required\">\n<bool>true</bool></field>\n"
@@ -63,11 +66,12 @@ TEST(Document, TellsOfARebootAheadOfTheMessage) {
                 "</structure>\n</output>\n");
 }
 
-TEST(Document, TellsOfARebootBehindTheMessage) {
-  Serializer out;
-  EXPECT_EQ(PrintedBy([&] { const Document document(out, OUTPUT_CLI, "S", "Success", kBehind); }),
+TEST(Document, ShowsARebootAfterTheMessage) {
+  TestRun xml;
+  TestRun cli({}, OUTPUT_CLI);
+  EXPECT_EQ(PrintedBy([&] { const Document document(cli.run, "S", "Success", kAfter); }),
             std::string(kRuler) + "S:\nMessage: Success\nReboot Required: false\n" + kRuler);
-  EXPECT_EQ(PrintedBy([&] { const Document document(out, OUTPUT_XML, "S", "Success", kBehind); }),
+  EXPECT_EQ(PrintedBy([&] { const Document document(xml.run, "S", "Success", kAfter); }),
             std::string(kXmlHead) +
                 "<structure typeName=\"S\">\n"
                 "<field name=\"Message\">\n<string>Success</string></field>\n"
@@ -75,20 +79,20 @@ TEST(Document, TellsOfARebootBehindTheMessage) {
                 "</structure>\n</output>\n");
 }
 
-TEST(Document, TellsOfNoRebootWhereItIsAbsent) {
-  Serializer out;
+TEST(Document, ShowsNoRebootWhereItIsAbsent) {
+  TestRun cli({}, OUTPUT_CLI);
   EXPECT_EQ(PrintedBy([&] {
-              const Document document(out, OUTPUT_CLI, "S", "Success", {RebootField::kAbsent, true});
+              const Document document(cli.run, "S", "Success", {RebootField::kAbsent, true});
             }),
             std::string(kRuler) + "S:\nMessage: Success\n" + kRuler);
 }
 
 TEST(WriteReport, FramesTheTextInXml) {
-  Serializer out;
+  TestRun xml;
   ReportText text(256);
   text.Line("Manufacturer: Sorvex\n");
   text.Line("      Model: ZX100\n");
-  EXPECT_EQ(PrintedBy([&] { WriteReport(out, OUTPUT_XML, kFrame, text); }),
+  EXPECT_EQ(PrintedBy([&] { WriteReport(xml.run, kFrame, text); }),
             "<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n"
             "<structure typeName=\"AdapterInformation\">\n"
             "<field name=\"Message\">\n"
@@ -108,11 +112,11 @@ TEST(WriteReport, FramesTheTextInXml) {
 }
 
 TEST(WriteReport, LinesUpTheTextUnderItsFirstLine) {
-  Serializer out;
+  TestRun cli({}, OUTPUT_CLI);
   ReportText text(256);
   text.Line("Manufacturer: Sorvex\n");
   text.Line("      Model: ZX100\n");
-  EXPECT_EQ(PrintedBy([&] { WriteReport(out, OUTPUT_CLI, kFrame, text); }),
+  EXPECT_EQ(PrintedBy([&] { WriteReport(cli.run, kFrame, text); }),
             "****************************************************\n"
             "AdapterInformation:\n"
             "Message: Success\n"
@@ -123,40 +127,41 @@ TEST(WriteReport, LinesUpTheTextUnderItsFirstLine) {
 }
 
 TEST(WriteReport, NamesTheDataFieldAsTheFrameDoes) {
-  Serializer out;
+  TestRun cli({}, OUTPUT_CLI);
   ReportText text(16);
   text.Line("x\n");
   const ReportFrame frame = {"A", "B", "C", "Loopback Data"};
-  EXPECT_EQ(PrintedBy([&] { WriteReport(out, OUTPUT_CLI, frame, text); }),
+  EXPECT_EQ(PrintedBy([&] { WriteReport(cli.run, frame, text); }),
             std::string(kRuler) + "A:\nMessage: Success\nB: C:\nLoopback Data: x\n" + kRuler);
 }
 
-TEST(WriteReport, TellsOfARebootInItsPlace) {
-  Serializer out;
+TEST(WriteReport, ShowsARebootInItsPlace) {
+  TestRun cli({}, OUTPUT_CLI);
   ReportText text(16);
   text.Line("x\n");
   const std::string data = "General Parameters: GeneralParametersList:\nData: x\n";
-  EXPECT_EQ(PrintedBy([&] { WriteReport(out, OUTPUT_CLI, kFrame, text, kAhead); }),
+  EXPECT_EQ(PrintedBy([&] { WriteReport(cli.run, kFrame, text, kBefore); }),
             kRuler + ("AdapterInformation:\nReboot Required: true\nMessage: Success\n" + data) + kRuler);
-  EXPECT_EQ(PrintedBy([&] { WriteReport(out, OUTPUT_CLI, kFrame, text, kBehind); }),
+  EXPECT_EQ(PrintedBy([&] { WriteReport(cli.run, kFrame, text, kAfter); }),
             kRuler + ("AdapterInformation:\nMessage: Success\nReboot Required: false\n" + data) + kRuler);
 }
 
 TEST(WriteReport, WritesAnEmptyText) {
-  Serializer out;
+  TestRun cli({}, OUTPUT_CLI);
   const ReportText text(16);
-  EXPECT_EQ(PrintedBy([&] { WriteReport(out, OUTPUT_CLI, kFrame, text); }),
+  EXPECT_EQ(PrintedBy([&] { WriteReport(cli.run, kFrame, text); }),
             std::string(kRuler) +
                 "AdapterInformation:\nMessage: Success\nGeneral Parameters: GeneralParametersList:\nData: " +
                 kRuler);
 }
 
 TEST(WriteReport, LeavesTheFieldOfATextWithoutMemoryEmpty) {
-  Serializer out;
+  TestRun xml;
+  TestRun cli({}, OUTPUT_CLI);
   ReportText text(SIZE_MAX / 2);
   text.Line("x\n");
   EXPECT_EQ(PrintedBy([&] {
-              WriteReport(out, OUTPUT_XML, {"A", "B", "C"}, text);
+              WriteReport(xml.run, {"A", "B", "C"}, text);
             }),
             std::string(kXmlHead) +
                 "<structure typeName=\"A\">\n"
@@ -169,10 +174,11 @@ TEST(WriteReport, LeavesTheFieldOfATextWithoutMemoryEmpty) {
 
 // What becomes of a report's text on its way into the document.
 std::string Written(const std::string& data) {
-  Serializer out;
+  TestRun xml;
+  TestRun cli({}, OUTPUT_CLI);
   ReportText text(data.size() + 1);
   text.Line("%s", data.c_str());
-  const std::string document = PrintedBy([&] { WriteReport(out, OUTPUT_CLI, {"A", "B", "C"}, text); });
+  const std::string document = PrintedBy([&] { WriteReport(cli.run, {"A", "B", "C"}, text); });
   const std::string head = std::string(kRuler) + "A:\nMessage: Success\nB: C:\nData: ";
   EXPECT_EQ(document.substr(0, head.size()), head);
   EXPECT_EQ(document.substr(document.size() - std::string(kRuler).size()), kRuler);
@@ -202,7 +208,7 @@ TEST(WriteReport, DropsAConversionWithAllItsParts) {
   }
 }
 
-TEST(WriteReport, ReadsABlankBehindAPercentSignAsAFlag) {
+TEST(WriteReport, ReadsABlankAfterAPercentSignAsAFlag) {
   EXPECT_EQ(Written("100% sure"), "100ure");
 }
 
@@ -231,8 +237,8 @@ TEST(WriteReport, LeavesATextOfPercentSignsWithinItsLimit) {
 }
 
 TEST(WriteReportError, HoldsAnEmptyListInXml) {
-  Serializer out;
-  EXPECT_EQ(PrintedBy([&] { WriteReportError(out, OUTPUT_XML, kFrame, "Failed, Invalid parameter"); }),
+  TestRun xml;
+  EXPECT_EQ(PrintedBy([&] { WriteReportError(xml.run, kFrame, "Failed, Invalid parameter"); }),
             "<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n"
             "<structure typeName=\"AdapterInformation\">\n"
             "<field name=\"Message\">\n"
@@ -246,35 +252,36 @@ TEST(WriteReportError, HoldsAnEmptyListInXml) {
 }
 
 TEST(WriteReportError, EndsTheTextOnTheLineOfTheEmptyList) {
-  Serializer out;
-  EXPECT_EQ(PrintedBy([&] { WriteReportError(out, OUTPUT_CLI, kFrame, "Failed, Invalid parameter"); }),
+  TestRun cli({}, OUTPUT_CLI);
+  EXPECT_EQ(PrintedBy([&] { WriteReportError(cli.run, kFrame, "Failed, Invalid parameter"); }),
             "****************************************************\n"
             "AdapterInformation:\n"
             "Message: Failed, Invalid parameter\n"
             "General Parameters: ****************************************************\n");
 }
 
-TEST(WriteReportError, TellsOfARebootInItsPlace) {
-  Serializer out;
+TEST(WriteReportError, ShowsARebootInItsPlace) {
+  TestRun cli({}, OUTPUT_CLI);
   EXPECT_EQ(
-      PrintedBy([&] { WriteReportError(out, OUTPUT_CLI, kFrame, "Failed, X", kAhead); }),
+      PrintedBy([&] { WriteReportError(cli.run, kFrame, "Failed, X", kBefore); }),
       std::string(kRuler) +
           "AdapterInformation:\nReboot Required: true\nMessage: Failed, X\nGeneral Parameters: " + kRuler);
   EXPECT_EQ(
-      PrintedBy([&] { WriteReportError(out, OUTPUT_CLI, kFrame, "Failed, X", kBehind); }),
+      PrintedBy([&] { WriteReportError(cli.run, kFrame, "Failed, X", kAfter); }),
       std::string(kRuler) +
           "AdapterInformation:\nMessage: Failed, X\nReboot Required: false\nGeneral Parameters: " + kRuler);
 }
 
-void WriteIdentifiers(Serializer& out, OutputMode mode, const std::vector<std::string>& identifiers) {
-  IdentifierList list(out, mode, "AdapterList", "Adapters");
+void WriteIdentifiers(CommandRun& run, const std::vector<std::string>& identifiers) {
+  IdentifierList list(run, "AdapterList", "Adapters");
   for (const std::string& identifier : identifiers) list.Write(identifier);
 }
 
 TEST(IdentifierList, WritesAStructureForEachIdentifier) {
-  Serializer out;
+  TestRun xml;
+  TestRun cli({}, OUTPUT_CLI);
   const std::vector<std::string> identifiers = {"Adapter_ZX100_A1", "Adapter_ZX200_%s<&>"};
-  EXPECT_EQ(PrintedBy([&] { WriteIdentifiers(out, OUTPUT_XML, identifiers); }),
+  EXPECT_EQ(PrintedBy([&] { WriteIdentifiers(xml.run, identifiers); }),
             "<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n"
             "<list type=\"structure\">\n"
             "<structure typeName=\"AdapterList\">\n"
@@ -287,7 +294,7 @@ TEST(IdentifierList, WritesAStructureForEachIdentifier) {
             "</structure>\n"
             "</list>\n"
             "</output>\n");
-  EXPECT_EQ(PrintedBy([&] { WriteIdentifiers(out, OUTPUT_CLI, identifiers); }),
+  EXPECT_EQ(PrintedBy([&] { WriteIdentifiers(cli.run, identifiers); }),
             "****************************************************\n"
             "AdapterList:\n"
             "Adapters: Adapter_ZX100_A1\n"
@@ -297,33 +304,35 @@ TEST(IdentifierList, WritesAStructureForEachIdentifier) {
 }
 
 TEST(IdentifierList, WritesAnEmptyList) {
-  Serializer out;
-  EXPECT_EQ(PrintedBy([&] { WriteIdentifiers(out, OUTPUT_XML, {}); }),
+  TestRun xml;
+  TestRun cli({}, OUTPUT_CLI);
+  EXPECT_EQ(PrintedBy([&] { WriteIdentifiers(xml.run, {}); }),
             std::string(kXmlHead) + "<list type=\"structure\">\n</list>\n</output>\n");
-  EXPECT_EQ(PrintedBy([&] { WriteIdentifiers(out, OUTPUT_CLI, {}); }), std::string(kRuler) + kRuler);
+  EXPECT_EQ(PrintedBy([&] { WriteIdentifiers(cli.run, {}); }), std::string(kRuler) + kRuler);
 }
 
 TEST(IdentifierList, EndsItsDocumentWithItsScope) {
-  Serializer out;
-  PrintedBy([&] { WriteIdentifiers(out, OUTPUT_XML, {"x"}); });
-  EXPECT_EQ(out.EndList(), kBadMode);
+  TestRun xml;
+  PrintedBy([&] { WriteIdentifiers(xml.run, {"x"}); });
+  EXPECT_EQ(xml.out.EndList(), kBadMode);
 }
 
 // A field with two structures between the fields of a document.
-void WriteNested(Serializer& out, OutputMode mode) {
-  const Document document(out, mode, "D", "Success");
+void WriteNested(CommandRun& run) {
+  const Document document(run, "D", "Success");
   {
-    const ListField list(out, "L");
-    { const ListStructure empty(out, "A"); }
-    const ListStructure structure(out, "B");
-    out.WriteStringField("F", "v");
+    const ListField list(run.out, "L");
+    { const ListStructure empty(run.out, "A"); }
+    const ListStructure structure(run.out, "B");
+    run.out.WriteStringField("F", "v");
   }
-  out.WriteStringField("G", "w");
+  run.out.WriteStringField("G", "w");
 }
 
 TEST(ListField, HoldsStructures) {
-  Serializer out;
-  EXPECT_EQ(PrintedBy([&] { WriteNested(out, OUTPUT_XML); }),
+  TestRun xml;
+  TestRun cli({}, OUTPUT_CLI);
+  EXPECT_EQ(PrintedBy([&] { WriteNested(xml.run); }),
             std::string(kXmlHead) +
                 "<structure typeName=\"D\">\n"
                 "<field name=\"Message\">\n<string>Success</string></field>\n"
@@ -339,29 +348,31 @@ TEST(ListField, HoldsStructures) {
                 "<field name=\"G\">\n<string>w</string></field>\n"
                 "</structure>\n"
                 "</output>\n");
-  EXPECT_EQ(PrintedBy([&] { WriteNested(out, OUTPUT_CLI); }),
+  EXPECT_EQ(PrintedBy([&] { WriteNested(cli.run); }),
             std::string(kRuler) + "D:\nMessage: Success\nL: A:\nB:\nF: v\nG: w\n" + kRuler);
 }
 
 class RebootQuestion : public testing::Test {
  protected:
   RebootQuestion() { ResetLibrary(); }
+
+  TestRun test_;
 };
 
 TEST_F(RebootQuestion, IsTrueForFlagOneAlone) {
   Library().reboot_flag = 0;
-  EXPECT_FALSE(IsRebootRequired("SomeClass"));
+  EXPECT_FALSE(IsRebootRequired(test_.run));
   Library().reboot_flag = 1;
-  EXPECT_TRUE(IsRebootRequired("SomeClass"));
+  EXPECT_TRUE(IsRebootRequired(test_.run));
   Library().reboot_flag = 2;
-  EXPECT_FALSE(IsRebootRequired("SomeClass"));
+  EXPECT_FALSE(IsRebootRequired(test_.run));
   Library().reboot_flag = 0xFF;
-  EXPECT_FALSE(IsRebootRequired("SomeClass"));
+  EXPECT_FALSE(IsRebootRequired(test_.run));
 }
 
 TEST_F(RebootQuestion, IsTrueWhenTheFlagIsLeftAlone) {
   Library().reboot_flag.reset();
-  EXPECT_TRUE(IsRebootRequired("SomeClass"));
+  EXPECT_TRUE(IsRebootRequired(test_.run));
 }
 
 TEST_F(RebootQuestion, IsTrueWhenTheCallFailsWhateverItsFlag) {
@@ -369,17 +380,17 @@ TEST_F(RebootQuestion, IsTrueWhenTheCallFailsWhateverItsFlag) {
     Library().reboot_result = result;
     for (const std::uint8_t flag : {std::uint8_t{0}, std::uint8_t{1}, std::uint8_t{2}}) {
       Library().reboot_flag = flag;
-      EXPECT_TRUE(IsRebootRequired("SomeClass")) << "result " << result << ", flag " << int{flag};
+      EXPECT_TRUE(IsRebootRequired(test_.run)) << "result " << result << ", flag " << int{flag};
     }
     Library().reboot_flag.reset();
-    EXPECT_TRUE(IsRebootRequired("SomeClass")) << "result " << result << ", flag not written";
+    EXPECT_TRUE(IsRebootRequired(test_.run)) << "result " << result << ", flag not written";
   }
 }
 
 TEST_F(RebootQuestion, IsAskedOnceAndOutsideAnyBracket) {
   const NoLibraryOutputFile none;
   Library().chatter = "library text\n";
-  EXPECT_EQ(PrintedBy([] { IsRebootRequired("SomeClass"); }), "library text\n");
+  EXPECT_EQ(PrintedBy([&] { IsRebootRequired(test_.run); }), "library text\n");
   EXPECT_EQ(Library().calls, (std::vector<std::string>{"IsRebootRequired"}));
   EXPECT_FALSE(std::filesystem::exists("/var/tmp/torpi-output.log"));
 }

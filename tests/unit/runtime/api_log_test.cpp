@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string>
 
-#include "debug_log_file.h"
+#include "support/unit_debug_log.h"
 #include "runtime/core_services.h"
 
 namespace {

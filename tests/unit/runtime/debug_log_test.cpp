@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "debug_log_file.h"
+#include "support/unit_debug_log.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-#include "debug_log_file.h"
+#include "support/unit_debug_log.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <atomic>
 #include <chrono>
 
-#include "debug_log_file.h"
+#include "support/unit_debug_log.h"
 
 namespace {
 

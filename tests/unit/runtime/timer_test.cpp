@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "debug_log_file.h"
+#include "support/unit_debug_log.h"
 
 namespace {
 
@@ -146,20 +146,6 @@ TEST_F(TimerTest, ElapsedTextFromOneDayOn) {
 
 TEST_F(TimerTest, ElapsedTextAfter90000SecondsIsOneDayAndOneHour) {
   EXPECT_EQ(TimerOver(90000000).ElapsedText(), "1 days 01:00:00.000");
-}
-
-TEST_F(TimerTest, FormatLocalTimeKeepsWithinItsBuffer) {
-  char text[12] = "xxxxxxxxxxx";
-  EXPECT_EQ(FormatLocalTime(timeval{1700000000, 0}, text, sizeof text), 11);
-  EXPECT_STREQ(text, "11/14/2023 ");
-  EXPECT_EQ(FormatLocalTime(timeval{1700000000, 0}, text, 0), 0);
-  EXPECT_STREQ(text, "11/14/2023 ");
-}
-
-TEST_F(TimerTest, FormatLocalTimeOfATimeBeyondTheCalendarIsEmpty) {
-  char text[64] = "before";
-  EXPECT_EQ(FormatLocalTime(timeval{INT64_MAX, 0}, text, sizeof text), 0);
-  EXPECT_STREQ(text, "");
 }
 
 using TimerDump = DebugLogTest;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "debug_log_file.h"
+#include "support/unit_debug_log.h"
 
 namespace {
 
@@ -66,7 +66,7 @@ TEST_F(TimingScopeTest, ScopeThatBeganSilentEndsSilent) {
 TEST_F(TraceScopeTest, LogsEntryAndExitAtLevel1) {
   SetMask("1");
   {
-    TraceScope trace("AdapterCmdsProcessor", "CmdList");
+    TraceScope trace({"AdapterCmdsProcessor", "CmdList"});
     EXPECT_EQ(Lines(), Strings{Head("INFORMATION") + "AdapterCmdsProcessor::CmdList: Entered"});
   }
   EXPECT_EQ(Lines(), (Strings{Head("INFORMATION") + "AdapterCmdsProcessor::CmdList: Entered",
@@ -75,7 +75,7 @@ TEST_F(TraceScopeTest, LogsEntryAndExitAtLevel1) {
 
 TEST_F(TraceScopeTest, OtherLevelsDoNotTrace) {
   SetMask("65534");
-  { TraceScope trace("AdapterCmdsProcessor", "CmdList"); }
+  { TraceScope trace({"AdapterCmdsProcessor", "CmdList"}); }
   EXPECT_EQ(Content(), "");
 }
 

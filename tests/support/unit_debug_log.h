@@ -1,3 +1,4 @@
+// The debug log of a test: turned on and off, and read.
 #pragma once
 
 #include <errno.h>
@@ -87,5 +88,18 @@ class DebugLogTest : public ::testing::Test {
     return "CIM Provider " + tag + " " + std::to_string(getpid()) + ": ";
   }
 
+  // The messages of the lines with the tag of level 1 or of level 4, without their heads.
+  std::vector<std::string> Steps() const { return Messages(Head("INFORMATION")); }
+  std::vector<std::string> Failures() const { return Messages(Head("DEBUG      ")); }
+
   const std::string path_ = DebugLogPath(program_invocation_name);
+
+ private:
+  std::vector<std::string> Messages(const std::string& head) const {
+    std::vector<std::string> messages;
+    for (const std::string& line : Lines()) {
+      if (line.starts_with(head)) messages.push_back(line.substr(head.size()));
+    }
+    return messages;
+  }
 };
