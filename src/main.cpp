@@ -36,7 +36,7 @@ StatusCode RunTree(Words words) {
 
 }  // namespace
 
-// The exit status is 0 whatever happened: what a command has to say stands in its output.
+// The exit status is 0 whatever happened: what a command has to say is in its output.
 int main(int argc, char** argv) {
   InitDebugLog();
   std::srand(static_cast<unsigned>(std::time(nullptr)));

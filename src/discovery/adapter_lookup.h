@@ -7,7 +7,7 @@
 #include "framework/device_library/records.h"
 #include "framework/status.h"
 
-// What an adapter identifier stands for. All pointers are set once a look-up has succeeded.
+// What an adapter identifier names. All pointers are set once a look-up has succeeded.
 struct AdapterSelection {
   const AdapterEntry* adapter = nullptr;
   const PhyPortEntry* port = nullptr;

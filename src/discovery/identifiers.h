@@ -29,7 +29,7 @@ class LunIdentifiers {
  public:
   LunIdentifiers(const FCProtocolEntry& entry, const TargetEntry& target);
 
-  // The identifier of a LUN of the target; it stands until the next call.
+  // The identifier of a LUN of the target; valid until the next call.
   const std::string& Of(const LunEntry& lun);
 
  private:

@@ -6,7 +6,7 @@
 #include "framework/device_library/target_records.h"
 #include "framework/status.h"
 
-// What a port identifier stands for. All pointers are set once a look-up has succeeded.
+// What a port identifier names. All pointers are set once a look-up has succeeded.
 struct PortSelection {
   const AdapterEntry* adapter = nullptr;
   const PhyPortEntry* port = nullptr;

@@ -17,7 +17,7 @@ enum PrintLevel : std::uint16_t {
 [[gnu::format(printf, 2, 3)]] void ConsolePrint(PrintLevel level, const char* format, ...);
 
 // Opens `path` as the log mirror: write-only, created, truncated, readable by nobody but its owner's
-// superuser. A mirror that is already open is deliberately left open and only forgotten. Returns false, with
+// superuser. A mirror that is already open stays open and is only forgotten. Returns false, with
 // errno set, when the file cannot be opened.
 bool OpenLogMirror(const char* path);
 

@@ -1,5 +1,5 @@
 // What commands ask about files that the user names.
 #pragma once
 
-// True when something of any kind stands at `path`.
+// True when `path` names something, of whatever kind.
 bool FileExists(const char* path);

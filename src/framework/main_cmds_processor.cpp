@@ -167,7 +167,7 @@ StatusCode MainCmdsProcessor::Usage(Words&, std::uint32_t) {
 
 StatusCode MainCmdsProcessor::Execute(Words& words) {
   if (!RunFlagIsSet(RUN_FLAG_BATCH) && words.empty()) return RunShell(*this);
-  // Deliberately looks at every word: a command with an argument "q" does nothing either.
+  // Any word counts: a command with an argument "q" does nothing either.
   if (HasShellOnlyWord(words)) return kSuccess;
   return DispatchWords(*this, words);
 }

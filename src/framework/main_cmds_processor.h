@@ -12,7 +12,7 @@ class MainCmdsProcessor : public MultipleCmdsProcessor {
   MainCmdsProcessor();
   ~MainCmdsProcessor() override;
 
-  // Tells which nodes Initialize creates, in this order. The root knows none of their classes.
+  // Sets the nodes that Initialize creates, in this order. The root knows none of their classes.
   void SetTopLevelNodes(std::span<const SubNode> nodes) { top_level_ = nodes; }
 
   // Brings the library up and creates the top-level nodes. kFileNotFound when the library output file cannot

@@ -75,7 +75,7 @@ CmdProcessor* MultipleCmdsProcessor::MatchBySwitch(Words& words) {
     if (child->IsLeaf()) return child;
     CmdProcessor* const found = static_cast<MultipleCmdsProcessor*>(child)->FindChild(words);
     if (found != nullptr) return found;
-    // Deliberately without putting the erased words back: the next children see the shortened list.
+    // The erased words stay erased: the next children see the shortened list.
   }
   return nullptr;
 }
@@ -86,7 +86,7 @@ StatusCode MultipleCmdsProcessor::RunChild(CmdProcessor* child, Words& words) {
     child->Uninitialize(words);
     return status;
   }
-  // A restricted node deliberately does nothing, without a message.
+  // A restricted node does nothing, without a message.
   if (!child->IsUsable()) return child->Uninitialize(words);
   if (!words.empty() && words[0] == "?") {
     child->Usage(words, child->GetUsageIndex());

@@ -22,7 +22,7 @@ class MultipleCmdsProcessor : public CmdProcessor {
   // The children in order, built at the first call.
   const Children& GetChildren();
 
-  // Matches the words down the tree and erases those that it consumes. Switch pairs may stand anywhere in the
+  // Matches the words down the tree and erases those that it consumes. Switch pairs may be anywhere in the
   // list; a leaf's name must be the first word left. Without RUN_FLAG_BATCH a single word names a child by
   // its name alone, and such a child is not entered. Returns null when nothing matches; consumed words stay
   // erased.
@@ -33,7 +33,7 @@ class MultipleCmdsProcessor : public CmdProcessor {
   static StatusCode RunChild(CmdProcessor* child, Words& words);
 
  protected:
-  // Adds the class's children, leaves ahead of sub-nodes, with AddLeaf and AddNode. A plain node has none.
+  // Adds the class's children, leaves before sub-nodes, with AddLeaf and AddNode. A plain node has none.
   virtual void BuildChildren() {}
 
   void AddLeaf(std::unique_ptr<CmdProcessor> leaf);

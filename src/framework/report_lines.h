@@ -1,5 +1,5 @@
 // The lines that reports have in common. All but those that begin a report start with six blanks, so that in
-// text form they line up under the first one, which stands behind "Data: ".
+// text form they line up under the first one, which follows "Data: ".
 #pragma once
 
 #include <cstdint>

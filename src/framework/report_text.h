@@ -14,10 +14,10 @@ class ReportText {
   bool Allocated() const { return buffer_ != nullptr; }
 
   // Formats one line of at most 1024 characters and appends it. A line that does not fit is dropped whole;
-  // the lines behind it can still fit.
+  // the lines after it can still fit.
   [[gnu::format(printf, 2, 3)]] void Line(const char* format, ...);
 
-  // Appends a piece of a line, of any length, as it stands. A piece that does not fit is dropped whole.
+  // Appends a piece of a line, of any length, unchanged. A piece that does not fit is dropped whole.
   void Append(const char* piece);
 
   const char* Text() const { return buffer_; }

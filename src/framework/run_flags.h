@@ -1,4 +1,4 @@
-// The process-wide run flags and the words ahead of a command that set them.
+// The process-wide run flags and the words before a command that set them.
 #pragma once
 
 #include <atomic>

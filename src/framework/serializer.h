@@ -23,11 +23,11 @@ enum IntKind : std::uint32_t {
   kUnsigned32 = 1,
   kSigned64 = 2,
   kUnsigned64 = 3,
-  kHexadecimal32 = 4,  // hexadecimal in text; XML deliberately shows it as signed decimal
+  kHexadecimal32 = 4,  // hexadecimal in text, signed decimal in XML
 };
 
 // Every operation prints straight through the C library and returns kSuccess, or kBadMode, having printed
-// nothing, outside Open and Close. Nothing is escaped: the reading side takes values as they stand.
+// nothing, outside Open and Close. Nothing is escaped: the reading side takes values as they are.
 class Serializer {
  public:
   Serializer() = default;

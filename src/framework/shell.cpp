@@ -18,7 +18,7 @@ constexpr int kLineBytes = 2048;  // a longer line is read in pieces, each a com
 constexpr int kSecondsToBreak = 5;
 
 // Prints the prompt and waits for input. SIGQUIT is held back meanwhile and let in by the wait alone: one
-// that arrives right behind the prompt interrupts it too. Returns false when SIGQUIT asks for a fresh prompt.
+// that arrives right after the prompt interrupts it too. Returns false when SIGQUIT asks for a fresh prompt.
 bool PromptForLine() {
   sigset_t quit;
   sigset_t signals;
@@ -58,7 +58,7 @@ bool ReadWords(char* line, Words& words) {
 }  // namespace
 
 StatusCode RunShell(MultipleCmdsProcessor& node) {
-  // What the stream had read ahead would be hidden from the wait for input.
+  // Unbuffered: the wait for input cannot see what the stream has already read.
   std::setvbuf(stdin, nullptr, _IONBF, 0);
   for (;;) {
     if (!PromptForLine()) continue;

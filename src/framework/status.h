@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-// The outcome of a command. The process's exit status is always 0: what a user learns stands in the "Message"
+// The outcome of a command. The process's exit status is always 0: what a user learns is in the "Message"
 // of the command's document; the code itself only chooses that text, the usage print and the debug log line.
 enum StatusCode : std::uint32_t {
   kSuccess = 0,

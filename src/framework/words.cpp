@@ -49,8 +49,8 @@ bool GetOptionValue(Words& words, std::string_view long_name, std::string_view s
   };
   const auto option = std::find_if(words.begin(), words.end(), is_option);
   if (option == words.end()) return false;
-  const auto behind = words.erase(option);
-  if (behind == words.end()) return false;
-  value = *behind;
+  const auto next = words.erase(option);
+  if (next == words.end()) return false;
+  value = *next;
   return true;
 }

@@ -24,7 +24,7 @@ inline std::int32_t DebugMask() {
   return debug_log_detail::mask.load(std::memory_order_relaxed);
 }
 
-// Tells whether DebugLogLevel would write at `level`. For callers whose arguments cost something to prepare.
+// True when DebugLogLevel would write at `level`. For callers whose arguments cost something to prepare.
 inline bool IsDebugLevelOn(std::int32_t level) {
   return (level & DebugMask()) != 0;
 }

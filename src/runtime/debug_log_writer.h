@@ -14,7 +14,7 @@ class DebugLogWriter {
   DebugLogWriter& operator=(const DebugLogWriter&) = delete;
 
   // Appends a line with the message made from `format`. `tag` is the level's tag, null for a line without a
-  // place for one; `context` stands behind the process ID.
+  // place for one; `context` follows the process ID.
   void Write(const char* tag, const char* context, const char* format, std::va_list arguments)
       __attribute__((format(printf, 4, 0)));
 

@@ -60,7 +60,7 @@ class CMutex : public CSyncObject {
   void LeaveQueue();
   void RemoveFromQueue();
 
-  // Threads are known by their kernel ID, which tells apart those of different processes too. 0 is no thread.
+  // Threads are known by their kernel ID, which differs between processes too. 0 is no thread.
   std::uint32_t m_uLockCount = 0;
   pid_t m_ownerThread = 0;
   // A fixed place, since a shared mutex can hold no pointers; a waiter that finds it full asks for a place
@@ -95,7 +95,7 @@ class CSingleLock {
   // Gives the object back before the scope's end. Returns false when this scope does not hold it.
   bool Unlock();
 
-  // Tells whether this scope holds the object.
+  // True when this scope holds the object.
   bool IsLocked() const { return m_bLocked; }
 
   // Logs the members, each line headed by `prefix`.

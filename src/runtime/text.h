@@ -14,7 +14,7 @@ inline constexpr int kTextDone = 0;
 inline constexpr int kInvalidArgument = 22;
 inline constexpr int kRangeError = 34;
 
-// The count that stands for "all of the text" in BoundedCopy.
+// The count that means "all of the text" in BoundedCopy.
 inline constexpr std::size_t kWholeText = SIZE_MAX;
 
 // Formats into `target`, cut silently at kFormatLimit characters. Arguments may point into `target`. A null
@@ -36,6 +36,6 @@ int BoundedAppend(char* buffer, std::size_t size, const char* text);
 int BoundedCopy(char* target, std::size_t size, const char* text, std::size_t count);
 
 // Returns what printf would make of `text` as a format with no argument to show: "%%" becomes "%", a complete
-// and valid conversion disappears, and every other percent sign stands. Text from a device goes through here
+// and valid conversion disappears, and every other percent sign stays. Text from a device goes through here
 // and is then printed through "%s"; it never reaches the C library as a format.
 std::string DropConversions(std::string_view text);

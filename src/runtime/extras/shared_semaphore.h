@@ -15,7 +15,7 @@ struct SharedSemaphore {
 static_assert(sizeof(SharedSemaphore) == 96);
 static_assert(offsetof(SharedSemaphore, count) == 88);
 
-// Creates the file `path` with a semaphore of count 1, or opens the one that exists; tells so on standard
+// Creates the file `path` with a semaphore of count 1, or opens the one that exists; says so on standard
 // output. Returns the mapped semaphore; null when the file cannot be made, opened or mapped.
 SharedSemaphore* semaphore_create(const char* path);
 

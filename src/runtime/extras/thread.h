@@ -17,7 +17,7 @@ class KestThread {
   KestThread(const KestThread&) = delete;
   KestThread& operator=(const KestThread&) = delete;
 
-  // Tells whether the system could start the thread.
+  // True when the system could start the thread.
   bool IsStarted() const { return m_bStarted; }
 
   // Lets the thread go on without this object. Returns false when there is none to detach.
