@@ -12,9 +12,11 @@
 #include "framework/run_flags.h"
 #include "framework/shell.h"
 #include "runtime/debug_log.h"
+#include "runtime/timing_scope.h"
 
 namespace {
 
+constexpr const char* kClassName = "MainCmdsProcessor";
 constexpr const char* kProgramName = "Halcyr Sorvex Meridot FC ESXCLI Plugin";
 constexpr const char* kProgramVersion = "1.9.0";
 
@@ -39,12 +41,14 @@ StatusCode RefuseParameters() {
 }
 
 StatusCode CmdQuit(CmdProcessor&, Words& words) {
+  const TraceScope trace({kClassName, __func__});
   if (!words.empty()) return RefuseParameters();
   DebugLog("Exiting the program...\r\n");
   return kQuit;
 }
 
 StatusCode CmdLog(CmdProcessor&, Words& words) {
+  const TraceScope trace({kClassName, __func__});
   if (words.empty()) {
     CloseLogMirror();
     return kSuccess;
@@ -58,12 +62,14 @@ StatusCode CmdLog(CmdProcessor&, Words& words) {
 }
 
 StatusCode CmdVersion(CmdProcessor&, Words& words) {
+  const TraceScope trace({kClassName, __func__});
   if (!words.empty()) return RefuseParameters();
   ConsolePrint(kPrintPrompt, "%s v%s\r\n", kProgramName, kProgramVersion);
   return kSuccess;
 }
 
 StatusCode CmdRootHelp(CmdProcessor& root, Words& words) {
+  const TraceScope trace({kClassName, __func__});
   ConsolePrint(kPrintHelpHead,
                "\r\nFollowing is the list of available commands.\r\n"
                "For detailed information of each command, please type 'command ?'\r\n");
@@ -76,48 +82,56 @@ StatusCode CmdRootHelp(CmdProcessor& root, Words& words) {
   return status;
 }
 
-// Texts of the leaves' usage indexes; index 0 is the help.
-constexpr const char* kUsage[] = {
-    nullptr,
-    "Usage: q\r\n    return to the parent prompt.\r\n",
-    "Usage: log [<filename>]\r\n"
-    "    filename    : The file to log all the output to. \r\n"
-    "                    If no filename is supplied, the currently open log \r\n"
-    "                    file will be closed.\r\n",
-    "Usage: version\r\n    display version of this program.\r\n",
+// One command of the root. The usage indexes of those with a usage text count from 1; the help has 0 under
+// all of its names.
+struct RootCommand {
+  const char* name;
+  const char* description;
+  const char* usage;  // null: the help
+  CmdProcessor::Callback execute;
+  bool hidden = false;
 };
 
+constexpr RootCommand HelpNamed(const char* name) {
+  return {name, "list of available commands", nullptr, &CmdRootHelp};
+}
+
+constexpr RootCommand HiddenHelpNamed(const char* name) {
+  RootCommand help = HelpNamed(name);
+  help.hidden = true;
+  return help;
+}
+
+constexpr RootCommand kCommands[] = {
+    {"q", "quit the program", "Usage: q\r\n    return to the parent prompt.\r\n", &CmdQuit},
+    {"log", "log all command input and output to a file",
+     "Usage: log [<filename>]\r\n"
+     "    filename    : The file to log all the output to. \r\n"
+     "                    If no filename is supplied, the currently open log \r\n"
+     "                    file will be closed.\r\n",
+     &CmdLog},
+    {"version", "display version of this program",
+     "Usage: version\r\n    display version of this program.\r\n", &CmdVersion},
+    HelpNamed("help"),
+    HiddenHelpNamed("?"),
+    HiddenHelpNamed("/h"),
+    HiddenHelpNamed("/help"),
+    HiddenHelpNamed("/?"),
+};
+
+constexpr std::uint32_t kHelpIndex = 0;
+
 StatusCode CmdRootUsage(CmdProcessor& root, Words&, std::uint32_t index) {
-  if (index == 0) {
+  const TraceScope trace({kClassName, __func__});
+  if (index == kHelpIndex) {
     Words no_words;
     CmdRootHelp(root, no_words);
     return kSuccess;
   }
-  if (index >= std::size(kUsage)) return kNoSuchUsage;
-  ConsolePrint(kPrintText, "%s", kUsage[index]);
+  if (index > std::size(kCommands) || kCommands[index - 1].usage == nullptr) return kNoSuchUsage;
+  ConsolePrint(kPrintText, "%s", kCommands[index - 1].usage);
   return kSuccess;
 }
-
-constexpr const char* kHelpDescription = "list of available commands";
-
-struct RootLeaf {
-  const char* name;
-  std::uint32_t usage_index;
-  bool hidden;
-  const char* description;
-  CmdProcessor::Callback execute;
-};
-
-constexpr RootLeaf kLeaves[] = {
-    {"q", 1, false, "quit the program", &CmdQuit},
-    {"log", 2, false, "log all command input and output to a file", &CmdLog},
-    {"version", 3, false, "display version of this program", &CmdVersion},
-    {"help", 0, false, kHelpDescription, &CmdRootHelp},
-    {"?", 0, true, kHelpDescription, &CmdRootHelp},
-    {"/h", 0, true, kHelpDescription, &CmdRootHelp},
-    {"/help", 0, true, kHelpDescription, &CmdRootHelp},
-    {"/?", 0, true, kHelpDescription, &CmdRootHelp},
-};
 
 }  // namespace
 
@@ -129,10 +143,11 @@ MainCmdsProcessor::~MainCmdsProcessor() {
 }
 
 StatusCode MainCmdsProcessor::Initialize(Words&) {
+  const TraceScope trace({kClassName, __func__});
   const long level = DebugLevelFromEnvironment();
   const std::uint32_t library_level = level == kDebugEverything ? kLibraryTrace : 0;
 
-  OutputBracket bracket(FunctionName{"MainCmdsProcessor", __func__});
+  OutputBracket bracket(FunctionName{kClassName, __func__});
   if (!bracket.IsOpen()) {
     // A library that cannot be kept apart from the documents is not started, and this run has no output at
     // all.
@@ -152,6 +167,7 @@ StatusCode MainCmdsProcessor::Initialize(Words&) {
 }
 
 StatusCode MainCmdsProcessor::Uninitialize(Words&) {
+  const TraceScope trace({kClassName, __func__});
   TORPI_Uninitialize();
   DropChildren();
   for (auto& node : nodes_) node.reset();  // in the order of their creation
@@ -160,12 +176,14 @@ StatusCode MainCmdsProcessor::Uninitialize(Words&) {
 }
 
 StatusCode MainCmdsProcessor::Usage(Words&, std::uint32_t) {
+  const TraceScope trace({kClassName, __func__});
   // The root is nobody's child, so the tree itself never asks for these words.
   ConsolePrint(kPrintText, "Usage: legacy\r\n    legacy commands are supported in this mode.\r\n");
   return kSuccess;
 }
 
 StatusCode MainCmdsProcessor::Execute(Words& words) {
+  const TraceScope trace({kClassName, __func__});
   if (!RunFlagIsSet(RUN_FLAG_BATCH) && words.empty()) return RunShell(*this);
   // Any word counts: a command with an argument "q" does nothing either.
   if (HasShellOnlyWord(words)) return kSuccess;
@@ -173,13 +191,14 @@ StatusCode MainCmdsProcessor::Execute(Words& words) {
 }
 
 void MainCmdsProcessor::BuildChildren() {
-  for (const RootLeaf& leaf : kLeaves) {
-    AddLeaf(std::make_unique<CmdProcessor>(this,
-                                           Place{.name = leaf.name,
-                                                 .description = leaf.description,
-                                                 .hidden = leaf.hidden,
-                                                 .usage_index = leaf.usage_index},
-                                           Callbacks{.execute = leaf.execute, .usage = &CmdRootUsage}));
+  std::uint32_t index = kHelpIndex;
+  for (const RootCommand& command : kCommands) {
+    const Place place = {.name = command.name,
+                         .description = command.description,
+                         .hidden = command.hidden,
+                         .usage_index = command.usage == nullptr ? kHelpIndex : ++index};
+    AddLeaf(std::make_unique<CmdProcessor>(this, place,
+                                           Callbacks{.execute = command.execute, .usage = &CmdRootUsage}));
   }
   for (const auto& node : nodes_) AddNode(node.get());
 }

@@ -116,3 +116,9 @@ def test_question_mark_prints_the_usage_of_the_leaf(zfc, words, text):
     result = zfc(f"-t adapter {words}")
     assert result.stdout == text
     assert result.command_calls == []
+
+
+@pytest.mark.parametrize("form", ["list", "listcli"])
+def test_missing_adapter_list_in_the_log(zfc, form):
+    log = zfc(f"-t adapter {form}", host=NO_LIST, debug=4).failures
+    assert log == ["AdapterCmdsProcessor::CmdListCommon: List is NULL"]

@@ -203,3 +203,21 @@ def test_question_mark_prints_the_usage_of_the_leaf(zfc, words, text):
     result = zfc(f"-t adapter -s flashinfo {words}")
     assert result.stdout == text
     assert result.command_calls == []
+
+
+COMMON = "AdapterFlashInfoCmdsProcessor::CmdGetCommon"
+
+
+@pytest.mark.parametrize(
+    "options, failures",
+    [
+        ({"host": one(0x3A02)}, [f"{COMMON}: Command not supported for this adapter"]),
+        ({"results": {"TORPI_GetAdapterFlashMemoBlock": 150}}, [f"{COMMON}: Get Flash Memo Block failed err=150"]),
+        (
+            {"spoil_log": "TORPI_Initialize:symlink"},
+            [f"{COMMON}: Failed to open /var/tmp/torpi-output.log file"],
+        ),
+    ],
+)
+def test_failures_in_the_log(zfc, options, failures):
+    assert zfc(f"-t adapter -s flashinfo getcli {IDENTIFIER}", debug=4, **options).failures == failures

@@ -364,3 +364,58 @@ def test_switch_pairs_stand_anywhere(zfc, words):
 def test_identifier_ahead_of_the_leaf_reaches_nothing(zfc):
     result = zfc(f"-t adapter -s info {IDENTIFIER} getcli")
     assert result.stdout == b"Unknown command or invalid target identifier!\r\n"
+
+
+CLASS = "AdapterInfoCmdsProcessor"
+LOOK_UP = "AdapterCmdsProcessor::GetPhyPortFromAdapterString"
+
+
+@pytest.mark.parametrize(
+    "words, options, failures",
+    [
+        (IDENTIFIER, {}, []),
+        (
+            "nobody",
+            {},
+            [f"{LOOK_UP}: Invalid Adapter identifier nobody", f"{CLASS}::CmdGetCommon: Get phy port failed err=6"],
+        ),
+        ("help", {}, [f"{CLASS}::CmdGetCommon: Get phy port failed err=5"]),
+        (
+            IDENTIFIER,
+            {"host": NO_LIST},
+            [f"{LOOK_UP}: Adapter List is NULL", f"{CLASS}::CmdGetCommon: Get phy port failed err=14"],
+        ),
+        (
+            IDENTIFIER,
+            {"spoil_log": "TORPI_Initialize:symlink"},
+            [f"{CLASS}::CmdGetCommon: Failed to open /var/tmp/torpi-output.log file"],
+        ),
+        (
+            IDENTIFIER,
+            {"results": {"TORPI_GetFlashComponentVersion": 150, "TORPI_GetAdapterFlashMemoBlock": 0xFFFFFFFF}},
+            [
+                f"{CLASS}::CmdGetCommon: Get Flash Component Version failed err=150",
+                f"{CLASS}::CmdGetCommon: Get Flash Memo Block failed err=-1",
+            ],
+        ),
+    ],
+)
+def test_failures_in_the_log(zfc, words, options, failures):
+    assert zfc(f"{GET} {words}", debug=4, **options).failures == failures
+
+
+def test_steps_in_the_log(zfc):
+    """Entry and exit of each function, and the message of a failure."""
+    steps = [message for level, message in zfc(f"{GET} help", debug=1).log if level == 1]
+    assert steps == [
+        f"{CLASS}::CmdGet: Entered",
+        f"{CLASS}::CmdGetCommon: Entered",
+        f"{LOOK_UP}: Entered",
+        f"{LOOK_UP}: Invoking Help",
+        f"{LOOK_UP}: Exiting",
+        f"{CLASS}::DisplayError: Entered",
+        f"{CLASS}::DisplayError: Message=Failed, Unknown",
+        f"{CLASS}::DisplayError: Exiting",
+        f"{CLASS}::CmdGetCommon: Exiting",
+        f"{CLASS}::CmdGet: Exiting",
+    ]

@@ -274,3 +274,53 @@ def test_question_mark_prints_the_usage_of_the_leaf(zfc, words, text):
     result = zfc(f"-t adapter -s personality {words}")
     assert result.stdout == text.encode()
     assert result.command_calls == []
+
+
+CLASS = "AdapterPersonalityCmdsProcessor"
+GET_COMMON = f"{CLASS}::CmdGetCommon"
+SET_COMMON = f"{CLASS}::CmdSetCommon"
+
+
+@pytest.mark.parametrize(
+    "words, options, failures",
+    [
+        (
+            "get nobody",
+            {},
+            [
+                "AdapterCmdsProcessor::GetPhyPortFromAdapterString: Invalid Adapter identifier nobody",
+                f"{GET_COMMON}: Get phy port failed err=6",
+            ],
+        ),
+        (f"get {IDENTIFIER}", {"host": one(fc=Fc(interface=3))}, [f"{GET_COMMON}: Command not supported for vport"]),
+        (
+            f"get {IDENTIFIER}",
+            {"host": one(0x3432), "results": {"TORPI_GetPersonalityType": 1}},
+            [f"{GET_COMMON}: failed to read personality"],
+        ),
+        ("set help", {}, [f"{SET_COMMON}: Get phy port failed err=5"]),
+        (f"set {IDENTIFIER} FC", {}, [f"{SET_COMMON}: feature not supported for this adapter"]),
+        (
+            f"set {IDENTIFIER} FC",
+            {"host": one(0x3432, fc=Fc(interface=3))},
+            [f"{SET_COMMON}: Command not supported for vport"],
+        ),
+        (
+            f"set {IDENTIFIER} FC",
+            {"host": one(0x3432), "results": {"TORPI_CheckOrindaPersonalityChangeOption": 0}},
+            [f"{SET_COMMON}: personality change by user not supported"],
+        ),
+        (
+            f"set {IDENTIFIER} FC",
+            {"host": one(0x3432), "results": {"TORPI_GetPersonalityType": 150}},
+            [f"{SET_COMMON}: failed to read personality"],
+        ),
+        (
+            f"set {IDENTIFIER} CNA",
+            {"host": one(0x3432), "results": {"TORPI_ChangePersonalityType": 150}},
+            [f"{SET_COMMON}: failed to change personality"],
+        ),
+    ],
+)
+def test_failures_in_the_log(zfc, words, options, failures):
+    assert zfc(f"-t adapter -s personality {words}", debug=4, **options).failures == failures

@@ -238,3 +238,50 @@ class TestEdgeCases:
         rule = "*" * 52
         document = f"{rule}\nFlashUpdate:\nReboot Required: false\nMessage: {UNSUPPORTED}\n{rule}\n"
         assert output == f"$>{document}$>Halcyr Sorvex Meridot FC ESXCLI Plugin v1.9.0\r\n$>"
+
+
+COMMON = "AdapterCmdsProcessor::CmdUpdateCommon"
+ALLOWED_NOWHERE = one(0x3A02)
+
+
+@pytest.mark.parametrize(
+    "words, options, failures",
+    [
+        ("", {}, [f"{COMMON}: Invalid number of arguments"]),
+        ("help image", {}, [f"{COMMON}: GetPhyPortFromAdapterString failed with error=5"]),
+        (f"{IDENTIFIER} none MBI", {}, [f"{COMMON}: Firmware file [none] does not exist"]),
+        *[
+            (
+                f"{IDENTIFIER} image {word}",
+                {"host": ALLOWED_NOWHERE},
+                [f"{COMMON}: {name} update not supported for this adapter"],
+            )
+            for word, name in {
+                "BrdCfg": "Board Config",
+                "FWPreload": "FW Preload Table",
+                "PEPCfg": "PEP Config",
+            }.items()
+        ],
+        (f"{IDENTIFIER} image", {}, [f"{COMMON}: Update operation failed. uReturnCode=-1"]),
+        (
+            f"{IDENTIFIER} image MBI",
+            {"results": {"TORPI_doOptionROMUpdate": 107}},
+            [f"{COMMON}: Update operation failed. uReturnCode=107"],
+        ),
+        (
+            f"{IDENTIFIER} image MBI",
+            {"spoil_log": "TORPI_Initialize:symlink"},
+            [f"{COMMON}: Failed to open /var/tmp/torpi-output.log file"],
+        ),
+        (f"{IDENTIFIER} image MBI", {}, []),
+    ],
+)
+def test_failures_in_the_log(zfc, words, options, failures):
+    zfc.file("image")
+    assert zfc(f"-t adapter update {words}", debug=4, **options).failures == failures
+
+
+def test_success_in_the_log(zfc):
+    zfc.file("image")
+    log = zfc(f"-t adapter update {IDENTIFIER} image MBI", debug=1).log
+    assert (1, f"{COMMON}: Update operation successful") in log
