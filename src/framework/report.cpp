@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 #include "framework/device_library/calls.h"
 #include "runtime/text.h"
@@ -55,10 +56,13 @@ void WriteReportError(CommandRun& run, const ReportFrame& frame, const char* mes
   const ListField list(run.out, frame.field);
 }
 
-IdentifierList::IdentifierList(CommandRun& run, const char* structure, const char* field)
-    : out_(run.out), structure_(structure), field_(field) {
+IdentifierList::IdentifierList(CommandRun& run, const char* structure, const char* field) : out_(run.out) {
   out_.Open(run.mode);
   out_.BeginList(kStructureList);
+  Serializer::ItemFrame frame = out_.FrameOfItem(structure, field);
+  item_ = std::move(frame.before);
+  before_length_ = item_.size();
+  after_ = std::move(frame.after);
 }
 
 IdentifierList::~IdentifierList() {
@@ -66,8 +70,10 @@ IdentifierList::~IdentifierList() {
   out_.Close();
 }
 
-void IdentifierList::Write(const std::string& identifier) {
-  out_.WriteListItem(structure_, field_, identifier.c_str());
+void IdentifierList::Write(std::string_view identifier) {
+  item_.resize(before_length_);
+  item_.append(identifier).append(after_);
+  out_.WriteText(item_);
 }
 
 bool IsRebootRequired(CommandRun& run) {

@@ -1,7 +1,9 @@
 // The documents that commands share: their frames, written once.
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "framework/command_run.h"
 #include "framework/report_frame.h"
@@ -62,12 +64,13 @@ class IdentifierList {
   IdentifierList(const IdentifierList&) = delete;
   IdentifierList& operator=(const IdentifierList&) = delete;
 
-  void Write(const std::string& identifier);
+  void Write(std::string_view identifier);
 
  private:
   Serializer& out_;
-  const char* structure_;
-  const char* field_;
+  std::string item_;  // the text before an identifier, and the identifier written last with the text after it
+  std::size_t before_length_;
+  std::string after_;
 };
 
 // Asks the library, outside any bracket, whether a change needs a reboot. When it cannot answer, one is

@@ -118,8 +118,21 @@ StatusCode Serializer::WriteFormatted(std::size_t limit, const char* format, ...
   return Print("<string>%s</string>", "%s", text.get());
 }
 
-StatusCode Serializer::WriteListItem(const char* structure, const char* field, const char* value) {
-  return Print(
-      "<structure typeName=\"%s\">\n<field name=\"%s\">\n<string>%s</string></field>\n</structure>\n",
-      "%s:\n%s: %s\n", structure, field, value);
+Serializer::ItemFrame Serializer::FrameOfItem(const char* structure, const char* field) const {
+  ItemFrame frame;
+  if (mode_ == OUTPUT_XML) {
+    frame.before.append("<structure typeName=\"").append(structure);
+    frame.before.append("\">\n<field name=\"").append(field).append("\">\n<string>");
+    frame.after = "</string></field>\n</structure>\n";
+  } else {
+    frame.before.append(structure).append(":\n").append(field).append(": ");
+    frame.after = "\n";
+  }
+  return frame;
+}
+
+StatusCode Serializer::WriteText(std::string_view text) const {
+  if (mode_ != OUTPUT_XML && mode_ != OUTPUT_CLI) return kBadMode;
+  fwrite_unlocked(text.data(), 1, text.size(), stdout);  // one thread runs everything
+  return kSuccess;
 }

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "framework/status.h"
@@ -59,9 +60,16 @@ class Serializer {
   // memory cannot be had.
   [[gnu::format(printf, 3, 4)]] virtual StatusCode WriteFormatted(std::size_t limit, const char* format, ...);
 
-  // BeginStructure, WriteStringField and EndStructure in one print: a list can have hundreds of thousands of
-  // items.
-  StatusCode WriteListItem(const char* structure, const char* field, const char* value);
+  // The text before and after the value of a list's item: a structure whose only field holds the value. Put
+  // together once for a list, which can have millions of items.
+  struct ItemFrame {
+    std::string before;
+    std::string after;
+  };
+  ItemFrame FrameOfItem(const char* structure, const char* field) const;
+
+  // Writes a text that is complete.
+  StatusCode WriteText(std::string_view text) const;
 
  private:
   // Prints with the format of the present mode; both take the same arguments.

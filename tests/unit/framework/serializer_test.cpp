@@ -63,7 +63,7 @@ const std::vector<Operation>& InnerOperations() {
       [](Serializer& out) { return out.WriteIntField("F", 1, kSigned32); },
       [](Serializer& out) { return out.WriteIntField("F", 1, static_cast<IntKind>(5)); },
       [](Serializer& out) { return out.WriteBoolField("F", true); },
-      [](Serializer& out) { return out.WriteListItem("S", "F", "v"); },
+      [](Serializer& out) { return out.WriteText("v"); },
       [](Serializer& out) { return out.WriteFormatted(5, "%s", "text"); },
       [](Serializer& out) { return out.WriteFormatted(0, "%s", ""); },
   };
@@ -232,12 +232,16 @@ TEST(Serializer, WritesAStringField) {
                "<field name=\"Message\">\n<string>Success</string></field>\n", "Message: Success\n");
 }
 
-TEST(Serializer, WritesAListItemAsAStructureWithOneStringField) {
-  ExpectPrints([](Serializer& out) { return out.WriteListItem("PortList", "Ports", "FC_%s<&>"); },
-               "<structure typeName=\"PortList\">\n"
-               "<field name=\"Ports\">\n<string>FC_%s<&></string></field>\n"
-               "</structure>\n",
-               "PortList:\nPorts: FC_%s<&>\n");
+TEST(Serializer, FramesAListItemAsAStructureWithOneStringField) {
+  ExpectPrints(
+      [](Serializer& out) {
+        const Serializer::ItemFrame frame = out.FrameOfItem("PortList", "Ports");
+        return out.WriteText(frame.before + "FC_%s<&>" + frame.after);
+      },
+      "<structure typeName=\"PortList\">\n"
+      "<field name=\"Ports\">\n<string>FC_%s<&></string></field>\n"
+      "</structure>\n",
+      "PortList:\nPorts: FC_%s<&>\n");
 }
 
 TEST(Serializer, EscapesNothing) {
