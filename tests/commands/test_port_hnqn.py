@@ -213,7 +213,6 @@ class TestDebugLog:
 
     def test_failures(self, zfc, command, functions, library_step):
         function = f"{self.CLASS}::{functions}Common"
-        call = CALL_NAMES[command]
         rows = [
             *port_failures(function, IDENTIFIER),
             (
@@ -223,9 +222,14 @@ class TestDebugLog:
             ),
             ([IDENTIFIER], {"host": one_port(state=3)}, [f"{function}: Port is in Link Down state"]),
             ([IDENTIFIER], NO_LOG, no_output_file(function)),
-            ([IDENTIFIER], {"env": script(**{call: [step()]})}, []),
-            ([IDENTIFIER], {"env": script(**{call: [step(158)]})}, [f"{function}: {library_step} failed err=158"]),
-            ([IDENTIFIER], {"env": script(**{call: [step(0xFFFFFFFF)]})}, [f"{function}: {library_step} failed err=-1"]),
+            *[
+                ([IDENTIFIER], {"env": script(**{CALL_NAMES[command]: [step(result)]})}, lines)
+                for result, lines in (
+                    (0, []),
+                    (158, [f"{function}: {library_step} failed err=158"]),
+                    (0xFFFFFFFF, [f"{function}: {library_step} failed err=-1"]),
+                )
+            ],
         ]
         check_failures(zfc, f"{NODE} {command}", rows)
 
