@@ -85,7 +85,7 @@ void PhaseLines(ReportText& text, const PhaseLabels& labels, std::uint32_t value
   TextLine(text, labels.result, DPortResultLabel(status));
 }
 
-// The times deliberately stand without a line end: the library's texts bring their own.
+// No line end after the times: the library's texts bring their own.
 void TimeLines(ReportText& text, const DPortResultRecord& record) {
   const std::string_view start = record.start_time.View();
   const std::string_view stop = record.stop_time.View();
@@ -112,7 +112,7 @@ void PassedLines(ReportText& text, const DPortResultRecord& record) {
   PowerLine(text, "Ingress Power", {remote_tx, local_rx, remote_tx - local_rx});
 }
 
-// Of a test that did not pass only the far end's powers are shown, and not even those behind some failures.
+// Of a test that did not pass only the far end's powers are shown, and after some failures not even those.
 void FailedLines(ReportText& text, const DPortResultRecord& record) {
   float remote_rx = PowerToDbm(FromBigEndian(record.egress_remote_power));
   float remote_tx = PowerToDbm(FromBigEndian(record.ingress_remote_power));

@@ -19,6 +19,6 @@ float PowerToDbmOrZero(std::uint16_t raw);
 // The power in dB that a cable of this length may cost.
 double AllowablePowerLoss(std::uint32_t meters);
 
-// Writes all lines of the report. `is_v2` tells that the second interface made the record: only then are
-// powers, latency and distance shown.
+// Writes all lines of the report. Powers, latency and distance are shown only with `is_v2`: the second test
+// interface made the record.
 void WriteDPortReport(ReportText& text, const DPortResultRecord& record, bool is_v2);

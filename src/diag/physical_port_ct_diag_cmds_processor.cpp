@@ -2,12 +2,10 @@
 
 #include <string_view>
 
-#include "diag/remote_test.h"
-#include "runtime/timing_scope.h"
+#include "diag/diagnostic_words.h"
+#include "diag/remote_port_exchange.h"
 
 namespace {
-
-constexpr const char* kClassName = "PhysicalPortCTDiagCmdsProcessor";
 
 // Which test runs, as the library takes it.
 struct TestType {
@@ -25,32 +23,41 @@ const TestType& TestTypeOf(std::string_view word) {
   return kUnknownType;
 }
 
-StatusCode CmdRunCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const TestType& type = TestTypeOf(WordAt(words, 1));
-  const auto call = [&](const RemoteTest& test, UnusedResult& unused) {
-    return TORPI_DiagnosticsCTCommand(&test.fc->handle, test.destination.text.bytes, test.count,
-                                      test.stop_on_error, &unused.value, unused.buffer, sizeof unused.buffer,
-                                      type.value);
-  };
-  // The test type is the one word that is checked ahead of the port.
-  const StatusCode code =
-      &type == &kUnknownType ? kInvalidParameter : RunVerdictTest(kClassName, words, 2, call);
-  return WriteVerdict(out, mode, "CTDiagResult", type.name, code);
+StatusCode DisplayCTDiagResult(CommandRun& run, const TestType& type, StatusCode status) {
+  const FunctionScope function(run, __func__);
+  return WriteVerdict(run, "CTDiagResult", type.name, status);
 }
 
-constexpr auto CmdRun = &InXml<CmdRunCommon>;
-constexpr auto CmdRunCli = &InText<CmdRunCommon>;
+StatusCode CmdRunCommon(CommandRun& run) {
+  constexpr std::size_t kTestTypeWord = 1;
+  constexpr std::size_t kDestinationWord = 2;
+  const TestType& type = TestTypeOf(WordAt(run.words, kTestTypeWord));
+  // The test type is the one word that is checked before the port.
+  if (&type == &kUnknownType) {
+    return DisplayCTDiagResult(run, type, RefuseWord(run, kTestTypeWord, "test type"));
+  }
+  const auto call = [&type](const RemotePortExchange& exchange, UnusedResult& unused) {
+    return TORPI_DiagnosticsCTCommand(&exchange.fc->handle, exchange.destination.text.bytes, exchange.count,
+                                      exchange.stop_on_error, &unused.value, unused.buffer,
+                                      sizeof unused.buffer, type.value);
+  };
+  return DisplayCTDiagResult(run, type, ExchangeInOneCall(run, kDestinationWord, call));
+}
 
-constexpr Leaf kLeaves[] = {
-    {"run", 0, "run CTDiag test on Sorvex adapter port", CmdRun},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"runcli", 2, "run CTDiag Test on Sorvex adapter port", CmdRunCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {.word = "run",
+     .description = "run CTDiag test on Sorvex adapter port",
+     .usage = "Usage: set\r\n",  // Intended: "set", as in the other exchanges
+     .run = &CmdRunCommon,
+     .cli_description = "run CTDiag Test on Sorvex adapter port"},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: set\r\n"}};  // deliberately "set"
-
-constexpr NodeClass kClass = {kClassName, "CTDiag", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortCTDiagCmdsProcessor",
+    .help_words = "CTDiag",
+    .commands = kCommands,
+    .messages = kVerdictMessages,
+};
 
 }  // namespace
 

@@ -1,32 +1,25 @@
 #include "diag/physical_port_dport_diag_cmds_processor.h"
 
+#include "diag/diagnostic_messages.h"
+#include "diag/diagnostic_words.h"
 #include "diag/dport_report.h"
-#include "diag/test_messages.h"
-#include "diag/test_port.h"
 #include "discovery/mezzanine.h"
+#include "discovery/port_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
-
-constexpr const char* kClassName = "PhysicalPortDPortDiagCmdsProcessor";
 
 constexpr ReportFrame kFrame = {"DPortDiagInfo", "DPortDiagResult", "DPortDiagResultList"};
 constexpr std::size_t kReportBytes = 2048;
 
-// Deliberately without a text of its own for a failed allocation.
-constexpr StatusMessage kMessages[] = {
-    kSuccess,           kInvalidParameter,     kDPortReadFailed,     kHostNotFound,     kFileNotFound,
-    kDPortUpdateFailed, kAdapterNotFound,      kFeatureNotSupported, kNotInBootFromSan, kLinkDown,
-    kSpeedBelow16,      kNotInDiagnosticsMode, kVirtualPort,         kMaintenanceMode,
-};
+// Intended: a failed allocation has no message.
+constexpr auto kMessages = DiagnosticMessages(kSuccess, kNotInBootFromSan, kSpeedBelow16);
 
 // Answers of the second test interface that have a status of their own.
-constexpr LibraryAnswer kTestAnswers[] = {
+constexpr LibraryAnswer kLinkTestAnswers[] = {
     {2, kInvalidParameter}, {29, kVirtualPort},  {38, kFeatureNotSupported}, {129, kNotInDiagnosticsMode},
     {130, kLinkDown},       {131, kSpeedTooLow}, {132, kNotInBootFromSan},
 };
@@ -53,8 +46,8 @@ constexpr std::uint32_t kSixteenGbps = 0x16;
 
 constexpr std::uint32_t kSecondTestInterface = 0x20000000;  // capability bit
 
-// The reboot field of failed changes.
-constexpr RebootField kNoRebootNeeded = {RebootField::kBehindMessage, false};
+// The reboot field of a failed change, which this class writes after the message.
+constexpr RebootField kNoRebootAfterMessage = {RebootField::kAfterMessage, false};
 
 const char* RefusalText(std::uint16_t reason) {
   for (const Refusal& row : kRefusals) {
@@ -63,153 +56,138 @@ const char* RefusalText(std::uint16_t reason) {
   return "Failed, Unknown";
 }
 
+StatusCode DisplayMbxError(CommandRun& run, std::uint16_t mailbox_2) {
+  const FunctionScope function(run, __func__);
+  WriteReportError(run, kFrame, RefusalText(mailbox_2));
+  return kLinkTestRefused;
+}
+
+StatusCode DisplayDPortDiagInfo(CommandRun& run, StatusCode status, bool enabled, RebootField reboot = {}) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kFrame.structure, run.MessageFor(status), reboot);
+  run.out.WriteBoolField("Diagnostics Port Status", enabled);
+  return status;
+}
+
+// Intended: a finished test is a success whatever it found; its phases show that.
+StatusCode DisplayDPortDiagResult(CommandRun& run, const DPortResultRecord& record, bool is_v2) {
+  const FunctionScope function(run, __func__);
+  ReportText text(kReportBytes);
+  if (!text.Allocated()) return run.DisplayNoMemory();
+  WriteDPortReport(text, record, is_v2);
+  return run.DisplayReport(text);
+}
+
 bool IsFamilySupported(const PciIdentity& pci) {
   return IsDeviceGroupElmOnly(pci) || IsDeviceGroupHazelIrisOrDahlia(pci);
 }
 
 // The checks that all commands begin with.
-StatusCode SelectPort(const Words& words, const FCProtocolEntry*& fc) {
-  if (const StatusCode status = SelectTestPort(kClassName, words, fc); status != kSuccess) return status;
+StatusCode SelectDPort(CommandRun& run, const FCProtocolEntry*& fc) {
+  PortSelection selected;
+  if (const StatusCode status = SelectPhysicalPort(run, selected); status != kSuccess) return status;
+  fc = selected.fc;
   bool is_mezz = false;
-  if (const StatusCode status = ReadIsMezzAdapter(kClassName, *fc, is_mezz); status != kSuccess)
-    return status;
-  if (is_mezz || !IsFamilySupported(fc->pci)) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for this adapter", kClassName, __func__);
-    return kFeatureNotSupported;
-  }
-  return kSuccess;
+  if (const StatusCode status = ReadIsMezzAdapter(run, *fc, is_mezz); status != kSuccess) return status;
+  if (!is_mezz && IsFamilySupported(fc->pci)) return kSuccess;
+  return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
 }
 
-// Asks whether the port is configured as a diagnostic port; a call without an error path. Only the low 8 bits
-// of the answer count. False when the bracket cannot be opened.
-bool ReadDPortOption(const FCProtocolEntry& fc, bool& enabled) {
-  return CallInBracket(kClassName, [&] {
-    enabled = static_cast<std::uint8_t>(TORPI_CheckAdapterDPortOption(&fc.handle)) != 0;
-  });
+// Asks whether the port is configured as a diagnostic port: a call without an error path, of whose answer
+// only the low 8 bits count. kFileNotFound when the bracket cannot be opened.
+StatusCode ReadDPortOption(const CommandRun& run, const FCProtocolEntry& fc, bool& enabled) {
+  const bool called = CallInBracket(
+      run, [&] { enabled = static_cast<std::uint8_t>(TORPI_CheckAdapterDPortOption(&fc.handle)) != 0; });
+  return called ? kSuccess : kFileNotFound;
 }
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
-
-StatusCode DisplayMbxError(Serializer& out, std::uint16_t mailbox_2, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, RefusalText(mailbox_2));
-  return kLinkTestRefused;
-}
-
-StatusCode DisplayDPortDiagInfo(Serializer& out, bool enabled, StatusCode code, OutputMode mode,
-                                RebootField reboot = {}) {
-  const Document document(out, mode, kFrame.structure, MessageFor(kMessages, code), reboot);
-  out.WriteBoolField("Diagnostics Port Status", enabled);
-  return code;
-}
-
-// A finished test is deliberately a success whatever it found: its phases tell.
-StatusCode DisplayDPortDiagResult(Serializer& out, bool is_v2, const DPortResultRecord& record,
-                                  OutputMode mode) {
-  ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
-  WriteDPortReport(text, record, is_v2);
-  WriteReport(out, mode, kFrame, text);
-  return kSuccess;
-}
-
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   const FCProtocolEntry* fc = nullptr;
   bool enabled = false;
-  StatusCode status = SelectPort(words, fc);
-  if (status == kSuccess && !ReadDPortOption(*fc, enabled)) status = kFileNotFound;
-  return DisplayDPortDiagInfo(out, enabled, status, mode);
+  StatusCode status = SelectDPort(run, fc);
+  if (status == kSuccess) status = ReadDPortOption(run, *fc, enabled);
+  return DisplayDPortDiagInfo(run, status, enabled);
 }
 
-StatusCode Configure(const FCProtocolEntry& fc, bool enable) {
+// Reads the wanted state from word 1.
+StatusCode ReadMode(const CommandRun& run, bool& enable) {
+  constexpr std::size_t kModeWord = 1;
+  enable = EqualNoCase(WordAt(run.words, kModeWord), "true");
+  if (enable || EqualNoCase(WordAt(run.words, kModeWord), "false")) return kSuccess;
+  return RefuseWord(run, kModeWord, "DPort mode");
+}
+
+StatusCode Configure(const CommandRun& run, const FCProtocolEntry& fc, bool enable) {
   constexpr std::uint32_t kZero = 0;
   const std::uint8_t state = enable ? 1 : 0;
-  return CallLibrary(kClassName, "Configure DPort", kUpdateFailed,
+  return CallLibrary(run, "Configure DPort", kUpdateFailed,
                      [&] { return TORPI_ConfigureAdapterDPortSettings(&fc.handle, state, kZero); });
 }
 
-StatusCode CmdSetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const auto fail = [&](StatusCode code) {
-    return DisplayDPortDiagInfo(out, false, code, mode, kNoRebootNeeded);
-  };
-
+StatusCode CmdSetCommon(CommandRun& run) {
   const FCProtocolEntry* fc = nullptr;
-  if (const StatusCode status = SelectPort(words, fc); status != kSuccess) return fail(status);
-  const bool enable = EqualNoCase(WordAt(words, 1), "true");
-  if (!enable && !EqualNoCase(WordAt(words, 1), "false")) return fail(kInvalidParameter);
-  if (const StatusCode status = Configure(*fc, enable); status != kSuccess) return fail(status);
-  // What is shown is what the port says now, not what was asked for.
+  bool enable = false;
   bool enabled = false;
-  if (!ReadDPortOption(*fc, enabled)) return fail(kFileNotFound);
-  return DisplayDPortDiagInfo(out, enabled, kSuccess, mode,
-                              {RebootField::kBehindMessage, IsRebootRequired(kClassName)});
+  StatusCode status = SelectDPort(run, fc);
+  if (status == kSuccess) status = ReadMode(run, enable);
+  if (status == kSuccess) status = Configure(run, *fc, enable);
+  // What is shown is what the port says now, not what was asked for.
+  if (status == kSuccess) status = ReadDPortOption(run, *fc, enabled);
+  if (status != kSuccess) return DisplayDPortDiagInfo(run, status, false, kNoRebootAfterMessage);
+  return DisplayDPortDiagInfo(run, kSuccess, enabled, {RebootField::kAfterMessage, IsRebootRequired(run)});
 }
 
-// The checks of `run` behind those of all commands.
-StatusCode CheckTestPort(const FCProtocolEntry& fc) {
+// The checks of `run` that follow those of all commands.
+StatusCode CheckReadyToRun(const CommandRun& run, const FCProtocolEntry& fc) {
   bool enabled = false;
-  if (!ReadDPortOption(fc, enabled)) return kFileNotFound;
-  if (!enabled) return kNotInDiagnosticsMode;
-  if (!IsLinkUp(fc)) return kLinkDown;
-  return fc.port_speed < kSixteenGbps ? kSpeedTooLow : kSuccess;
+  if (const StatusCode status = ReadDPortOption(run, fc, enabled); status != kSuccess) return status;
+  if (!enabled) return run.Refuse(kNotInDiagnosticsMode, "Port not in diagnostics mode");
+  if (const StatusCode status = CheckLinkUp(run, fc); status != kSuccess) return status;
+  if (fc.port_speed >= kSixteenGbps) return kSuccess;
+  return run.Refuse(kSpeedTooLow, "Port speed 0x%x is below 16 Gbps", fc.port_speed);
 }
 
 // Runs the link test through the interface that the adapter has. The first interface has no status.
-StatusCode RunTest(const FCProtocolEntry& fc, bool is_v2, DPortResultRecord& record) {
+StatusCode RunLinkTest(const CommandRun& run, const FCProtocolEntry& fc, bool is_v2,
+                       DPortResultRecord& record) {
   const auto call = [&] {
     if (is_v2) return TORPI_DiagnosticDPortTestV2(&fc.handle, &record);
     record = TORPI_DiagnosticDPortTest(&fc.handle, &record);
     return kLibrarySuccess;
   };
-  return CallLibrary(kClassName, "DPort test", kTestAnswers, kLinkTestFailed, call);
+  return CallLibrary(run, "DPort test", kLinkTestAnswers, kLinkTestFailed, call);
 }
 
-StatusCode CmdRunCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdRunCommon(CommandRun& run) {
   const FCProtocolEntry* fc = nullptr;
-  if (const StatusCode status = SelectPort(words, fc); status != kSuccess)
-    return DisplayError(out, status, mode);
-  if (const StatusCode status = CheckTestPort(*fc); status != kSuccess)
-    return DisplayError(out, status, mode);
+  StatusCode status = SelectDPort(run, fc);
+  if (status == kSuccess) status = CheckReadyToRun(run, *fc);
+  if (status != kSuccess) return run.DisplayError(status);
   const bool is_v2 = (fc->capabilities & kSecondTestInterface) != 0;
   DPortResultRecord record = {};
-  if (const StatusCode status = RunTest(*fc, is_v2, record); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  status = RunLinkTest(run, *fc, is_v2, record);
+  if (status != kSuccess) return run.DisplayError(status);
+  if (record.mailbox_1 == kCommandRefused) {
+    run.LogFailure("DPort test refused reason=0x%x", record.mailbox_2);
+    return DisplayMbxError(run, record.mailbox_2);
   }
-  if (record.mailbox_1 == kCommandRefused) return DisplayMbxError(out, record.mailbox_2, mode);
-  return DisplayDPortDiagResult(out, is_v2, record, mode);
+  return DisplayDPortDiagResult(run, record, is_v2);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdSet = &InXml<CmdSetCommon>;
-constexpr auto CmdRun = &InXml<CmdRunCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-constexpr auto CmdSetCli = &InText<CmdSetCommon>;
-constexpr auto CmdRunCli = &InText<CmdRunCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex adapter port's DPortDiag information";
-constexpr const char* kSetDescription = "set Sorvex adapter port's DPortDiag information";
-constexpr const char* kRunDescription = "run DPortDiag on Sorvex adapter port";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"set", 1, kSetDescription, CmdSet},
-    {"run", 2, kRunDescription, CmdRun},
-    {"help", 3, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 4, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
-    {"setcli", 5, kSetDescription, CmdSetCli, &CommandNode::CmdUsage},
-    {"runcli", 6, kRunDescription, CmdRunCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex adapter port's DPortDiag information", "Usage: get\r\n", &CmdGetCommon},
+    {"set", "set Sorvex adapter port's DPortDiag information", "Usage: set\r\n", &CmdSetCommon},
+    // Intended: the usage text of `set`.
+    {"run", "run DPortDiag on Sorvex adapter port", "Usage: set\r\n", &CmdRunCommon},
 };
 
-constexpr UsageText kUsage[] = {
-    {4, "Usage: get\r\n"}, {5, "Usage: set\r\n"}, {6, "Usage: set\r\n"},  // deliberately the text of `set`
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortDPortDiagCmdsProcessor",
+    .help_words = "DPortDiag",
+    .commands = kCommands,
+    .frame = kFrame,
+    .messages = kMessages,
 };
-
-constexpr NodeClass kClass = {kClassName, "DPortDiag", kLeaves, kUsage};
 
 }  // namespace
 

@@ -3,16 +3,20 @@
 #include <string>
 #include <vector>
 
-#include "diag/remote_test.h"
-#include "diag/test_passes.h"
+#include "diag/diagnostic_messages.h"
+#include "diag/pass_loop.h"
+#include "diag/remote_port_exchange.h"
 #include "discovery/identifiers.h"
 #include "framework/report.h"
 #include "runtime/text.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
-constexpr const char* kClassName = "PhysicalPortFCEchoCmdsProcessor";
+constexpr ReportFrame kFrame = {"FCEchoResult", "FCEchoTestResults", "FCEchoTestResultList"};
+
+// Intended: unlike the other exchanges without a message for a port that is too slow.
+constexpr auto kMessages =
+    DiagnosticMessages(kSuccess, kTargetNotFound, kDiagnosticFailed, kNotInBootFromSan);
 
 using Results = std::vector<EchoElsResult>;
 
@@ -20,7 +24,7 @@ void WriteResult(Serializer& out, const std::string& destination, const EchoElsR
                  std::uint32_t sequence_number) {
   std::string response_time;
   FormatString(response_time, "%6.2f (ms)", static_cast<double>(result.response_time_ms));
-  const ListStructure element(out, "FCEchoTestResultList");
+  const ListStructure element(out, kFrame.list_structure);
   out.WriteStringField("Destination WWN", destination.c_str());
   out.WriteIntField("Ping Sequence Number", sequence_number, kUnsigned32);
   out.WriteIntField("Frame Sent", result.frames_sent, kUnsigned32);
@@ -30,69 +34,80 @@ void WriteResult(Serializer& out, const std::string& destination, const EchoElsR
   out.WriteStringField("Echo Status", std::string(result.echo_status.View()).c_str());
 }
 
-StatusCode DisplayFCEchoResult(Serializer& out, const Destination& destination, const Results& results,
-                               StatusCode code, OutputMode mode) {
-  const auto messages = RemoteTestMessages();
-  const Document document(out, mode, "FCEchoResult", MessageFor(messages.first(messages.size() - 1), code));
-  const ListField list(out, "FCEchoTestResults");
+StatusCode DisplayFCEchoResult(CommandRun& run, const Destination& destination, const Results& results,
+                               StatusCode status) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kFrame.structure, run.MessageFor(status));
+  const ListField list(run.out, kFrame.field);
   const std::string destination_text(destination.text.View());
   std::uint32_t sequence_number = 0;
-  for (const EchoElsResult& result : results) WriteResult(out, destination_text, result, ++sequence_number);
-  return code;
+  for (const EchoElsResult& result : results) {
+    WriteResult(run.out, destination_text, result, ++sequence_number);
+  }
+  return status;
 }
 
-// Chooses who answers. The fabric itself does, without being a target. False when nobody of this name is
-// known.
-bool ChooseKind(const RemoteTest& test, EchoDestination& kind) {
-  const bool is_fabric = SameName(test.fc->principal_fabric_name, test.destination.name);
+// Chooses who answers: the fabric, which need not be a target, or the target of this name.
+StatusCode ChooseKind(const CommandRun& run, const RemotePortExchange& exchange, EchoDestination& kind) {
+  const bool is_fabric = SameName(exchange.fc->principal_fabric_name, exchange.destination.name);
   kind = is_fabric ? EchoDestination::kPrincipalFabric : EchoDestination::kTarget;
-  return is_fabric || IsTarget(*test.fc, test.destination);
+  return is_fabric ? kSuccess : CheckTarget(run, *exchange.fc, exchange.destination);
 }
 
-// Runs the passes, and gathers a record of each, also of one that failed. Returns the status of the last pass
-// alone: a good one deliberately covers those that failed ahead of it.
-StatusCode RunEcho(const RemoteTest& test, EchoDestination kind, OutputMode mode, Results& results) {
+StatusCode StatusOfPass(const CommandRun& run, LibraryStatus answer, const EchoElsResult& result) {
+  const StatusCode status = StatusOfCall(run, kExchangeStep, answer, kDiagnosticFailed);
+  if (status != kSuccess || result.outcome == 0) return status;
+  return run.Refuse(kDiagnosticFailed, "Echo failed outcome=%u", result.outcome);
+}
+
+// Runs the passes and gathers a record of each, also of one that failed. Returns the status of the last pass
+// alone. Intended: a good one hides those that failed before it.
+StatusCode RunEcho(const CommandRun& run, const RemotePortExchange& exchange, EchoDestination kind,
+                   Results& results) {
   constexpr std::uint32_t kOneFrame = 1;
-  StatusCode code = kSuccess;
+  StatusCode last = kSuccess;
   EchoElsResult result = {};
   LibraryStatus answer = kLibrarySuccess;
   const auto call = [&] {
     result = {};
-    answer = TORPI_DiagnosticsEchoElsTest(&test.fc->handle, test.destination.text.bytes, kOneFrame,
-                                          test.stop_on_error, static_cast<std::uint32_t>(kind), &result);
+    answer = TORPI_DiagnosticsEchoElsTest(&exchange.fc->handle, exchange.destination.text.bytes, kOneFrame,
+                                          exchange.stop_on_error, static_cast<std::uint32_t>(kind), &result);
   };
   const auto go_on = [&] {
-    code = StatusOfCall(kClassName, kTestStep, answer, kDiagnosticFailed);
-    if (code == kSuccess && result.outcome != 0) code = kDiagnosticFailed;
+    last = StatusOfPass(run, answer, result);
     results.push_back(result);
-    return code == kSuccess || test.stop_on_error == 0;
+    return last == kSuccess || exchange.stop_on_error == 0;
   };
-  return RunPasses(kClassName, mode, test.count, call, go_on) ? code : kFileNotFound;
+  const StatusCode status = RunPasses(run, exchange.count, call, go_on);
+  return status == kSuccess ? last : status;
 }
 
-StatusCode CmdRunCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  RemoteTest test;
+StatusCode CmdRunCommon(CommandRun& run) {
+  constexpr std::size_t kDestinationWord = 1;
+  RemotePortExchange exchange;
   Results results;
   EchoDestination kind = EchoDestination::kTarget;
-  StatusCode code = ReadRemoteTest(kClassName, words, 1, test);
-  if (code == kSuccess && !ChooseKind(test, kind)) code = kTargetNotFound;
-  if (code == kSuccess) code = RunEcho(test, kind, mode, results);
-  return DisplayFCEchoResult(out, test.destination, results, code, mode);
+  StatusCode status = ReadExchange(run, kDestinationWord, exchange);
+  if (status == kSuccess) status = ChooseKind(run, exchange, kind);
+  if (status == kSuccess) status = RunEcho(run, exchange, kind, results);
+  return DisplayFCEchoResult(run, exchange.destination, results, status);
 }
 
-constexpr auto CmdRun = &InXml<CmdRunCommon>;
-constexpr auto CmdRunCli = &InText<CmdRunCommon>;
-
-constexpr Leaf kLeaves[] = {
-    {"run", 0, "run FCEcho test on Sorvex adapter port", CmdRun},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"runcli", 2, "run FCEcho Test on Sorvex adapter port", CmdRunCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {.word = "run",
+     .description = "run FCEcho test on Sorvex adapter port",
+     .usage = "Usage: set\r\n",  // Intended: "set", as in the other exchanges
+     .run = &CmdRunCommon,
+     .cli_description = "run FCEcho Test on Sorvex adapter port"},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: set\r\n"}};  // deliberately "set"
-
-constexpr NodeClass kClass = {kClassName, "FCEcho", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortFCEchoCmdsProcessor",
+    .help_words = "FCEcho",
+    .commands = kCommands,
+    .frame = kFrame,
+    .messages = kMessages,
+};
 
 }  // namespace
 

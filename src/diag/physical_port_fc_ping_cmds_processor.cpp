@@ -1,35 +1,38 @@
 #include "diag/physical_port_fc_ping_cmds_processor.h"
 
-#include "diag/remote_test.h"
-#include "runtime/timing_scope.h"
+#include "diag/remote_port_exchange.h"
 
 namespace {
 
-constexpr const char* kClassName = "PhysicalPortFCPingCmdsProcessor";
-
-StatusCode CmdRunCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const auto call = [](const RemoteTest& test, UnusedResult& unused) {
-    return TORPI_DiagnosticsFCPingTest(&test.fc->handle, test.destination.text.bytes, test.count,
-                                       test.stop_on_error, &unused.value, unused.buffer,
-                                       sizeof unused.buffer);
-  };
-  const StatusCode code = RunVerdictTest(kClassName, words, 1, call);
-  return WriteVerdict(out, mode, "FCPingResult", "FCPing", code);
+StatusCode DisplayFCPingResult(CommandRun& run, StatusCode status) {
+  const FunctionScope function(run, __func__);
+  return WriteVerdict(run, "FCPingResult", "FCPing", status);
 }
 
-constexpr auto CmdRun = &InXml<CmdRunCommon>;
-constexpr auto CmdRunCli = &InText<CmdRunCommon>;
+StatusCode CmdRunCommon(CommandRun& run) {
+  constexpr std::size_t kDestinationWord = 1;
+  const auto call = [](const RemotePortExchange& exchange, UnusedResult& unused) {
+    return TORPI_DiagnosticsFCPingTest(&exchange.fc->handle, exchange.destination.text.bytes, exchange.count,
+                                       exchange.stop_on_error, &unused.value, unused.buffer,
+                                       sizeof unused.buffer);
+  };
+  return DisplayFCPingResult(run, ExchangeInOneCall(run, kDestinationWord, call));
+}
 
-constexpr Leaf kLeaves[] = {
-    {"run", 0, "run FCPing test on Sorvex adapter port", CmdRun},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"runcli", 2, "run FCPing Test on Sorvex adapter port", CmdRunCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {.word = "run",
+     .description = "run FCPing test on Sorvex adapter port",
+     .usage = "Usage: set\r\n",  // Intended: "set", as in the other exchanges
+     .run = &CmdRunCommon,
+     .cli_description = "run FCPing Test on Sorvex adapter port"},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: set\r\n"}};  // deliberately "set"
-
-constexpr NodeClass kClass = {kClassName, "FCPing", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortFCPingCmdsProcessor",
+    .help_words = "FCPing",
+    .commands = kCommands,
+    .messages = kVerdictMessages,
+};
 
 }  // namespace
 

@@ -2,17 +2,13 @@
 
 #include <string>
 
-#include "diag/test_port.h"
+#include "discovery/port_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
-
-constexpr const char* kClassName = "PhysicalPortHostNQNCmdsProcessor";
 
 constexpr ReportFrame kFrame = {"HostNQNInformation", "HostNQNInfo", "HostNQNInfoList"};
 
@@ -31,90 +27,78 @@ constexpr StatusMessage kMessages[] = {
     kNqnNotRegistered,
 };
 
-// Answers of the library that have a status of their own here, in all commands.
+// Answers of the library that have a status of their own in all commands of this class.
 constexpr LibraryAnswer kAnswers[] = {{158, kNqnAlreadyRegistered}, {159, kNqnNotRegistered}};
 
+// As the library takes it.
 enum Action : std::uint8_t { kDeregister = 0, kRegister = 1 };
 
-// The checks that all commands begin with.
-StatusCode SelectPort(const Words& words, const FCProtocolEntry*& fc) {
-  if (const StatusCode status = SelectTestPort(kClassName, words, fc); status != kSuccess) return status;
-  if (!IsDeviceGroupHazelIrisOrDahlia(fc->pci)) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for this adapter", kClassName, __func__);
-    return kFeatureNotSupported;
-  }
-  return IsLinkUp(*fc) ? kSuccess : kLinkDown;
-}
-
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
-
-StatusCode DisplayHostNQNInfo(Serializer& out, const FCProtocolEntry& fc, bool registered, OutputMode mode) {
-  const Document document(out, mode, kFrame.structure, "Success");
-  const ListField list(out, kFrame.field);
-  const ListStructure element(out, kFrame.list_structure);
-  out.WriteStringField("Host Nqn", fc.host_nqn.Empty() ? "NA" : std::string(fc.host_nqn.View()).c_str());
-  out.WriteStringField("Host Nqn Registration Status", registered ? "Registered" : "Not Registered");
+StatusCode DisplayHostNQNInfo(CommandRun& run, const FCProtocolEntry& fc, bool registered) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kFrame.structure, "Success");
+  const ListField list(run.out, kFrame.field);
+  const ListStructure element(run.out, kFrame.list_structure);
+  run.out.WriteStringField("Host Nqn", fc.host_nqn.Empty() ? "NA" : std::string(fc.host_nqn.View()).c_str());
+  run.out.WriteStringField("Host Nqn Registration Status", registered ? "Registered" : "Not Registered");
   return kSuccess;
 }
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+// The checks that all commands begin with.
+StatusCode SelectNvmePort(CommandRun& run, const FCProtocolEntry*& fc) {
+  PortSelection selected;
+  if (const StatusCode status = SelectPhysicalPort(run, selected); status != kSuccess) return status;
+  fc = selected.fc;
+  if (!IsDeviceGroupHazelIrisOrDahlia(fc->pci)) {
+    return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
+  }
+  return CheckLinkUp(run, *fc);
+}
+
+StatusCode CmdGetCommon(CommandRun& run) {
   const FCProtocolEntry* fc = nullptr;
   std::uint8_t registered = 0;
-  StatusCode status = SelectPort(words, fc);
+  StatusCode status = SelectNvmePort(run, fc);
   if (status == kSuccess) {
-    status = CallLibrary(kClassName, "Get host NQN status", kAnswers, kReadFailed,
+    status = CallLibrary(run, "Get host NQN status", kAnswers, kReadFailed,
                          [&] { return TORPI_GetNVMeHostNQNStatus(&fc->handle, &registered); });
   }
-  if (status != kSuccess) return DisplayError(out, status, mode);
-  return DisplayHostNQNInfo(out, *fc, registered != 0, mode);
+  if (status != kSuccess) return run.DisplayError(status);
+  return DisplayHostNQNInfo(run, *fc, registered != 0);
 }
 
-// What stands registered afterwards is taken from the action, without reading it back.
-template <Action action>
-StatusCode CmdChangeCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+// The status that is shown follows from the action; it is not read back.
+StatusCode ChangeRegistration(CommandRun& run, const char* step, Action action) {
   const FCProtocolEntry* fc = nullptr;
-  StatusCode status = SelectPort(words, fc);
+  StatusCode status = SelectNvmePort(run, fc);
   if (status == kSuccess) {
-    status = CallLibrary(kClassName, "Change host NQN registration", kAnswers, kUpdateFailed,
+    status = CallLibrary(run, step, kAnswers, kUpdateFailed,
                          [&] { return TORPI_RegisterDeregisterNVMeHostNQN(&fc->handle, action); });
   }
-  if (status != kSuccess) return DisplayError(out, status, mode);
-  return DisplayHostNQNInfo(out, *fc, action == kRegister, mode);
+  if (status != kSuccess) return run.DisplayError(status);
+  return DisplayHostNQNInfo(run, *fc, action == kRegister);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdRegister = &InXml<CmdChangeCommon<kRegister>>;
-constexpr auto CmdDeregister = &InXml<CmdChangeCommon<kDeregister>>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-constexpr auto CmdRegisterCli = &InText<CmdChangeCommon<kRegister>>;
-constexpr auto CmdDeregisterCli = &InText<CmdChangeCommon<kDeregister>>;
+StatusCode CmdRegisterCommon(CommandRun& run) {
+  return ChangeRegistration(run, "Register host NQN", kRegister);
+}
 
-constexpr const char* kGetDescription = "get NVMe Host NQN information";
-constexpr const char* kRegisterDescription = "register NVMe Host NQN information";
-constexpr const char* kDeregisterDescription = "deregister NVMe Host NQN information";
+StatusCode CmdDeregisterCommon(CommandRun& run) {
+  return ChangeRegistration(run, "Deregister host NQN", kDeregister);
+}
 
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"register", 1, kRegisterDescription, CmdRegister},
-    {"deregister", 2, kDeregisterDescription, CmdDeregister},
-    {"help", 3, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 4, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
-    {"registercli", 5, kRegisterDescription, CmdRegisterCli, &CommandNode::CmdUsage},
-    {"deregistercli", 6, kDeregisterDescription, CmdDeregisterCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"get", "get NVMe Host NQN information", "Usage: get\r\n", &CmdGetCommon},
+    {"register", "register NVMe Host NQN information", "Usage: register\r\n", &CmdRegisterCommon},
+    {"deregister", "deregister NVMe Host NQN information", "Usage: deregister\r\n", &CmdDeregisterCommon},
 };
 
-constexpr UsageText kUsage[] = {
-    {4, "Usage: get\r\n"},
-    {5, "Usage: register\r\n"},
-    {6, "Usage: deregister\r\n"},
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortHostNQNCmdsProcessor",
+    .help_words = "Host NQN",
+    .commands = kCommands,
+    .frame = kFrame,
+    .messages = kMessages,
 };
-
-constexpr NodeClass kClass = {kClassName, "Host NQN", kLeaves, kUsage};
 
 }  // namespace
 

@@ -1,44 +1,34 @@
 #include "diag/physical_port_loopback_cmds_processor.h"
 
 #include <string>
+#include <string_view>
 
-#include "diag/data_test.h"
-#include "diag/test_messages.h"
-#include "diag/test_passes.h"
-#include "diag/test_port.h"
-#include "diag/test_words.h"
+#include "diag/diagnostic_messages.h"
+#include "diag/diagnostic_words.h"
+#include "diag/pass_loop.h"
+#include "diag/pattern_passes.h"
+#include "discovery/port_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
 #include "framework/report.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
-constexpr const char* kClassName = "PhysicalPortLoopbackCmdsProcessor";
-
 constexpr ReportFrame kFrame = {"LoopbackTestInfo", "LoopbackTestResult", "LoopbackTestResultList"};
 
-constexpr StatusMessage kMessages[] = {
-    {kWrongWordCount, "Failed, Loopback type not supported for this adapter"},
-    kInvalidParameter,
-    kPatternWithoutHyphens,
-    kDPortReadFailed,
-    kHostNotFound,
-    kFileNotFound,
-    kDPortUpdateFailed,
-    kAdapterNotFound,
-    kFeatureNotSupported,
-    kLinkDown,
-    kSpeedBelow16,
-    kNotInDiagnosticsMode,
-    kVirtualPort,
-    kMaintenanceMode,
-};
+constexpr StatusMessage kLoopbackTypeNotSupported = {kTestTypeNotSupported,
+                                                     "Failed, Loopback type not supported for this adapter"};
+constexpr auto kMessages =
+    DiagnosticMessages(kLoopbackTypeNotSupported, kPatternWithoutHyphens, kSpeedBelow16);
 
 constexpr std::int32_t kMaxCount = 65535;
-constexpr std::uint32_t kMaxIncrement = 65535;
 constexpr std::uint32_t kDataSizes[] = {8,    16,   32,   64,   128,   256,   512,
                                         1024, 2048, 4096, 8192, 16384, 32768, 65535};
+constexpr PassLimits kPassLimits = {.max_increment = 65535, .data_sizes = kDataSizes};
+
+// Two words of this test alone, the second in another place than in the read/write buffer test.
+constexpr std::size_t kTypeWord = 5;
+constexpr std::size_t kPatternWord = 6;
 
 struct TypeWord {
   const char* word;
@@ -51,7 +41,7 @@ constexpr TypeWord kTypes[] = {
     {"External", LoopbackType::kExternal},
 };
 
-// Every other word, "Internal_10bit" among them, deliberately means the type of number 0.
+// Intended: every other word, "Internal_10bit" among them, means the type of number 0.
 LoopbackType TypeOf(std::string_view word) {
   for (const TypeWord& row : kTypes) {
     if (EqualNoCase(word, row.word)) return row.type;
@@ -65,76 +55,79 @@ bool IsTypeSupported(LoopbackType type, const PciIdentity& pci) {
   return true;
 }
 
-// Reads all words in their order, and looks at the maintenance mode last.
-StatusCode ReadRequest(const Words& words, const FCProtocolEntry& fc, DiagTestRequest& request,
-                       std::uint32_t& increment) {
-  // Deliberately judged as a signed 32-bit number: a negative one passes.
-  const auto count = static_cast<std::int32_t>(ReadDecimal(words, 1));
-  if (count == 0 || count > kMaxCount) return kInvalidParameter;
+void DisplayLoopbackTestResult(CommandRun& run, const LoopbackResult& result, const PassCounters& counters) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kFrame.structure, "Success");
+  const ListField list(run.out, kFrame.field);
+  const ListStructure element(run.out, kFrame.list_structure);
+  run.out.WriteStringField("Test Status", std::string(result.test_status.View()).c_str());
+  run.out.WriteIntField("Crc Error", result.crc_errors, kUnsigned32);
+  run.out.WriteIntField("Disparity Error", result.disparity_errors, kUnsigned32);
+  run.out.WriteIntField("Frame Length Error", result.frame_length_errors, kUnsigned32);
+  WriteCounters(run.out, counters);
+}
+
+StatusCode ReadTestCount(const CommandRun& run, DiagTestRequest& request) {
+  // Intended: judged as a signed 32-bit number, so a negative one passes.
+  const auto count = static_cast<std::int32_t>(ReadDecimal(run.words, kTestCountWord));
+  if (count == 0 || count > kMaxCount) return RefuseWord(run, kTestCountWord, "test count");
   SetTestCount(request, static_cast<std::uint32_t>(count));
-  if (const StatusCode status = ReadPassWords(words, kMaxIncrement, kDataSizes, request, increment);
-      status != kSuccess) {
-    return status;
-  }
-  request.loopback_type = TypeOf(WordAt(words, 5));
-  if (!IsTypeSupported(request.loopback_type, fc.pci)) return kWrongWordCount;
-  if (const StatusCode status = ReadDataPattern(words, 6, request); status != kSuccess) return status;
-  if (IsInMaintenanceMode(fc)) return kMaintenanceMode;
-  request.connection_mode = fc.connection_mode;
   return kSuccess;
 }
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
+StatusCode ReadType(const CommandRun& run, const PciIdentity& pci, DiagTestRequest& request) {
+  request.loopback_type = TypeOf(WordAt(run.words, kTypeWord));
+  if (IsTypeSupported(request.loopback_type, pci)) return kSuccess;
+  return run.Refuse(kTestTypeNotSupported, "Loopback type not supported for this adapter");
 }
 
-void DisplayLoopbackTestResult(Serializer& out, const LoopbackResult& result, const PassCounters& counters,
-                               OutputMode mode) {
-  const Document document(out, mode, kFrame.structure, "Success");
-  const ListField list(out, kFrame.field);
-  const ListStructure element(out, kFrame.list_structure);
-  out.WriteStringField("Test Status", std::string(result.test_status.View()).c_str());
-  out.WriteIntField("Crc Error", result.crc_errors, kUnsigned32);
-  out.WriteIntField("Disparity Error", result.disparity_errors, kUnsigned32);
-  out.WriteIntField("Frame Length Error", result.frame_length_errors, kUnsigned32);
-  out.WriteIntField("Test Iteration", counters.iteration, kUnsigned32);
-  out.WriteIntField("Success Count", counters.succeeded, kUnsigned32);
-  out.WriteIntField("Failure Count", counters.failed, kUnsigned32);
+// Reads all words in their order, and checks the maintenance mode last.
+StatusCode ReadRequest(const CommandRun& run, const FCProtocolEntry& fc, DiagTestRequest& request,
+                       std::uint32_t& increment) {
+  StatusCode status = ReadTestCount(run, request);
+  if (status == kSuccess) status = ReadPassWords(run, kPassLimits, request, increment);
+  if (status == kSuccess) status = ReadType(run, fc.pci, request);
+  if (status == kSuccess) status = ReadDataPattern(run, kPatternWord, request);
+  if (status == kSuccess) status = CheckMaintenanceMode(run, fc);
+  request.connection_mode = fc.connection_mode;
+  return status;
 }
 
-StatusCode CmdRunCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const FCProtocolEntry* fc = nullptr;
+StatusCode CmdRunCommon(CommandRun& run) {
+  PortSelection selected;
   DiagTestRequest request = {};
   std::uint32_t increment = 0;
-  StatusCode status = SelectTestPort(kClassName, words, fc);
-  if (status == kSuccess) status = ReadRequest(words, *fc, request, increment);
-  if (status != kSuccess) return DisplayError(out, status, mode);
+  StatusCode status = SelectPhysicalPort(run, selected);
+  if (status == kSuccess) status = ReadRequest(run, *selected.fc, request, increment);
+  if (status != kSuccess) return run.DisplayError(status);
 
   LoopbackResult result = {};
   PassCounters counters;
-  const auto call = [&] { result = TORPI_DiagnosticsLoopBackTest(&fc->handle, &request); };
+  const auto call = [&] { result = TORPI_DiagnosticsLoopBackTest(&selected.fc->handle, &request); };
   const auto go_on = [&] {
     return CountPass(result.test_status.View() == kPassSucceeded, request.on_error, counters);
   };
-  if (!RunPasses(kClassName, mode, increment, call, go_on)) return DisplayError(out, kFileNotFound, mode);
-  DisplayLoopbackTestResult(out, result, counters, mode);
+  status = RunPasses(run, increment, call, go_on);
+  if (status != kSuccess) return run.DisplayError(status);
+  DisplayLoopbackTestResult(run, result, counters);
   return kSuccess;
 }
 
-constexpr auto CmdRun = &InXml<CmdRunCommon>;
-constexpr auto CmdRunCli = &InText<CmdRunCommon>;
-
-constexpr Leaf kLeaves[] = {
-    {"run", 0, "run Loopback test on Sorvex adapter port", CmdRun},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"runcli", 2, "run Loopback Test on Sorvex adapter port", CmdRunCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {.word = "run",
+     .description = "run Loopback test on Sorvex adapter port",
+     .usage = "Usage: run\r\n",
+     .run = &CmdRunCommon,
+     .cli_description = "run Loopback Test on Sorvex adapter port"},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: run\r\n"}};
-
-constexpr NodeClass kClass = {kClassName, "LoopbackTest", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortLoopbackCmdsProcessor",
+    .help_words = "LoopbackTest",
+    .commands = kCommands,
+    .frame = kFrame,
+    .messages = kMessages,
+};
 
 }  // namespace
 

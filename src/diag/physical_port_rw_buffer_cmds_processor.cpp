@@ -2,46 +2,33 @@
 
 #include <string>
 
-#include "diag/data_test.h"
-#include "diag/test_messages.h"
-#include "diag/test_passes.h"
-#include "diag/test_port.h"
-#include "diag/test_words.h"
+#include "diag/diagnostic_messages.h"
+#include "diag/diagnostic_words.h"
+#include "diag/pass_loop.h"
+#include "diag/pattern_passes.h"
 #include "discovery/host_walk.h"
+#include "discovery/port_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/report.h"
 #include "runtime/text.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
-constexpr const char* kClassName = "PhysicalPortRWBufferCmdsProcessor";
-
 constexpr ReportFrame kFrame = {"RWBufferTestInfo", "RWBufferTestResult", "RWBufferTestResultList"};
 
-constexpr StatusMessage kMessages[] = {
-    {kWrongWordCount, "Failed, RWBuffer type not supported for this adapter"},
-    kInvalidParameter,
-    kPatternWithoutHyphens,
-    kDPortReadFailed,
-    kHostNotFound,
-    kFileNotFound,
-    kDPortUpdateFailed,
-    kAdapterNotFound,
-    kFeatureNotSupported,
-    kLinkDown,
-    kSpeedBelow16,
-    {kResponseNotAvailable, "Failed, Response data not available"},
-    kNotInDiagnosticsMode,
-    kVirtualPort,
-    kMaintenanceMode,
-};
+constexpr StatusMessage kRWBufferTypeNotSupported = {kTestTypeNotSupported,
+                                                     "Failed, RWBuffer type not supported for this adapter"};
+constexpr StatusMessage kNoResultList = {kResponseNotAvailable, "Failed, Response data not available"};
+constexpr auto kMessages =
+    DiagnosticMessages(kRWBufferTypeNotSupported, kPatternWithoutHyphens, kSpeedBelow16, kNoResultList);
 
 constexpr std::uint32_t kMaxCount = 10000;
-constexpr std::uint32_t kMaxIncrement = 10000;
 constexpr std::uint32_t kDataSizes[] = {8, 16, 32, 64, 128};
+constexpr PassLimits kPassLimits = {.max_increment = 10000, .data_sizes = kDataSizes};
 
-// Holds the list of one pass at a time; each goes back to the library, outside any bracket.
+constexpr std::size_t kPatternWord = 5;
+
+// Holds the list of one pass at a time. Each goes back to the library, outside any bracket.
 class ResultList {
  public:
   ResultList() = default;
@@ -49,7 +36,7 @@ class ResultList {
   ResultList(const ResultList&) = delete;
   ResultList& operator=(const ResultList&) = delete;
 
-  // Takes over the list of the next pass, null for none, and frees the one that it replaces.
+  // Frees the list and takes that of the next pass, null for none.
   void Replace(RWBufferResult* next) {
     Free();
     first_ = next;
@@ -65,25 +52,6 @@ class ResultList {
   RWBufferResult* first_ = nullptr;
 };
 
-// Reads all words in their order, and looks at the maintenance mode last.
-StatusCode ReadRequest(const Words& words, const FCProtocolEntry& fc, DiagTestRequest& request,
-                       std::uint32_t& increment) {
-  std::uint32_t count = 0;
-  if (!ReadCount(words, 1, kMaxCount, count)) return kInvalidParameter;
-  SetTestCount(request, count);
-  if (const StatusCode status = ReadPassWords(words, kMaxIncrement, kDataSizes, request, increment);
-      status != kSuccess) {
-    return status;
-  }
-  if (const StatusCode status = ReadDataPattern(words, 5, request); status != kSuccess) return status;
-  return IsInMaintenanceMode(fc) ? kMaintenanceMode : kSuccess;
-}
-
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
-
 void WriteResult(Serializer& out, const RWBufferResult& result, const PassCounters& counters) {
   std::string port_id;
   FormatString(port_id, "%02hhx:%02hhx:%02hhx", result.port_id[0], result.port_id[1], result.port_id[2]);
@@ -95,55 +63,70 @@ void WriteResult(Serializer& out, const RWBufferResult& result, const PassCounte
   out.WriteIntField("Loss Of Sync", result.sync_losses, kUnsigned32);
   out.WriteIntField("Loss Of Signal", result.signal_losses, kUnsigned32);
   out.WriteIntField("Invalid CRC", result.invalid_crcs, kUnsigned32);
-  out.WriteIntField("Test Iteration", counters.iteration, kUnsigned32);
-  out.WriteIntField("Success Count", counters.succeeded, kUnsigned32);
-  out.WriteIntField("Failure Count", counters.failed, kUnsigned32);
+  WriteCounters(out, counters);
 }
 
-// The counters of the run deliberately stand with every port.
-void DisplayRWBufferTestResult(Serializer& out, const RWBufferResult* first, const PassCounters& counters,
-                               OutputMode mode) {
-  const Document document(out, mode, kFrame.structure, "Success");
-  const ListField list(out, kFrame.field);
-  for (const RWBufferResult& result : Chain<RWBufferResult>(first)) WriteResult(out, result, counters);
+// Intended: the counters of the run are repeated with every remote port.
+void DisplayRWBufferTestResult(CommandRun& run, const RWBufferResult* first, const PassCounters& counters) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kFrame.structure, "Success");
+  const ListField list(run.out, kFrame.field);
+  for (const RWBufferResult& result : Chain<RWBufferResult>(first)) WriteResult(run.out, result, counters);
 }
 
-StatusCode CmdRunCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const FCProtocolEntry* fc = nullptr;
+// Reads all words in their order, and checks the maintenance mode last.
+StatusCode ReadRequest(const CommandRun& run, const FCProtocolEntry& fc, DiagTestRequest& request,
+                       std::uint32_t& increment) {
+  std::uint32_t count = 0;
+  StatusCode status = ReadCount(run, kTestCountWord, "test count", kMaxCount, count);
+  SetTestCount(request, count);
+  if (status == kSuccess) status = ReadPassWords(run, kPassLimits, request, increment);
+  if (status == kSuccess) status = ReadDataPattern(run, kPatternWord, request);
+  if (status == kSuccess) status = CheckMaintenanceMode(run, fc);
+  return status;
+}
+
+StatusCode CmdRunCommon(CommandRun& run) {
+  PortSelection selected;
   DiagTestRequest request = {};
   std::uint32_t increment = 0;
-  StatusCode status = SelectTestPort(kClassName, words, fc);
-  if (status == kSuccess) status = ReadRequest(words, *fc, request, increment);
-  if (status != kSuccess) return DisplayError(out, status, mode);
+  StatusCode status = SelectPhysicalPort(run, selected);
+  if (status == kSuccess) status = ReadRequest(run, *selected.fc, request, increment);
+  if (status != kSuccess) return run.DisplayError(status);
 
   ResultList results;
   RWBufferResult* answer = nullptr;
   PassCounters counters;
-  const auto call = [&] { answer = TORPI_DiagnosticsReadWriteBufferTest(&fc->handle, &request); };
+  const auto call = [&] { answer = TORPI_DiagnosticsReadWriteBufferTest(&selected.fc->handle, &request); };
   const auto go_on = [&] {
     results.Replace(answer);
     if (answer == nullptr) return false;
     return CountPass(answer->test_status.View() == kPassSucceeded, request.on_error, counters);
   };
-  if (!RunPasses(kClassName, mode, increment, call, go_on)) return DisplayError(out, kFileNotFound, mode);
-  if (results.First() == nullptr) return DisplayError(out, kResponseNotAvailable, mode);
-  DisplayRWBufferTestResult(out, results.First(), counters, mode);
+  status = RunPasses(run, increment, call, go_on);
+  if (status == kSuccess && results.First() == nullptr) {
+    status = run.Refuse(kResponseNotAvailable, "Response data not available");
+  }
+  if (status != kSuccess) return run.DisplayError(status);
+  DisplayRWBufferTestResult(run, results.First(), counters);
   return kSuccess;
 }
 
-constexpr auto CmdRun = &InXml<CmdRunCommon>;
-constexpr auto CmdRunCli = &InText<CmdRunCommon>;
-
-constexpr Leaf kLeaves[] = {
-    {"run", 0, "run Read Write Buffer test on Sorvex adapter port", CmdRun},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"runcli", 2, "run Read Write Buffer Test on Sorvex adapter port", CmdRunCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {.word = "run",
+     .description = "run Read Write Buffer test on Sorvex adapter port",
+     .usage = "Usage: run\r\n",
+     .run = &CmdRunCommon,
+     .cli_description = "run Read Write Buffer Test on Sorvex adapter port"},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: run\r\n"}};
-
-constexpr NodeClass kClass = {kClassName, "RWBuffer", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortRWBufferCmdsProcessor",
+    .help_words = "RWBuffer",
+    .commands = kCommands,
+    .frame = kFrame,
+    .messages = kMessages,
+};
 
 }  // namespace
 

@@ -154,3 +154,8 @@ StatusCode CheckPhysical(const CommandRun& run, const FCProtocolEntry& fc) {
   if (fc.interface_type != PortInterfaceType::kNpivVirtual) return kSuccess;
   return run.Refuse(kVirtualPort, "Command not supported for vport");
 }
+
+StatusCode CheckLinkUp(const CommandRun& run, const FCProtocolEntry& fc) {
+  constexpr std::uint8_t kLinkUp = 1;
+  return fc.port_state == kLinkUp ? kSuccess : run.Refuse(kLinkDown, "Port is in Link Down state");
+}

@@ -42,3 +42,6 @@ StatusCode SelectPhysicalPort(CommandRun& run, PortSelection& selection);
 
 // Refuses a virtual port: kVirtualPort with its line in the log, else kSuccess.
 StatusCode CheckPhysical(const CommandRun& run, const FCProtocolEntry& fc);
+
+// Refuses a port whose link is not up: kLinkDown with its line in the log, else kSuccess.
+StatusCode CheckLinkUp(const CommandRun& run, const FCProtocolEntry& fc);

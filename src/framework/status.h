@@ -12,7 +12,8 @@ enum StatusCode : std::uint32_t {
   kNoSuchUsage = 2,  // a usage index that the class does not know, or a node with children was run
   kInitFailed = 3,
   kWrongWordCount = 4,
-  kBootModeNeeded = 4,  // the boot option belongs to another boot mode than the one asked for
+  kTestTypeNotSupported = 4,  // a type of test that the adapter lacks
+  kBootModeNeeded = 4,        // the boot option belongs to another boot mode than the one asked for
   kHelpWord = 5,
   kInvalidParameter = 6,
   kUnknownCommand = 7,

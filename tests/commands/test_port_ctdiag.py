@@ -3,7 +3,20 @@
 import pytest
 
 from zfc import documents
-from zfc.diag import LIST_CALL, NAME, FreshLog, one_port, script, step
+from zfc.diag import (
+    LIST_CALL,
+    LOOKUP,
+    NAME,
+    NO_LOG,
+    FreshLog,
+    check_failures,
+    no_output_file,
+    one_port,
+    port_failures,
+    script,
+    step,
+    steps,
+)
 from zfc.documents import check_both
 from zfc.host import NO_LIST, every_device
 from zfc.port import IDENTIFIER
@@ -60,7 +73,7 @@ def test_more_words_are_left_aside(zfc):
     check_run(zfc, arguments=[*WORDS, "help", "?", "more"])
 
 
-# The checks in their order: each row fails at one check and at all behind it.
+# The checks in their order: each row fails at one check and at all that follow.
 @pytest.mark.parametrize(
     "arguments, options, message, test, usage, calls",
     [
@@ -245,7 +258,7 @@ class TestEdgeCases:
     def test_port_without_targets(self, zfc):
         check_run(zfc, NO_TARGET, host=one_port(targets=[]))
 
-    def test_maintenance_mode_stands_under_message(self, zfc):
+    def test_maintenance_mode_is_under_message(self, zfc):
         message = "Failed, Command not supported when adapter port in maintenance mode"
         env = script(DiagnosticsCTCommand=[step(150)])
         made = check_run(zfc, message, label="Message", env=env)
@@ -269,3 +282,52 @@ def test_help(zfc):
 def test_question_mark_prints_the_usage_of_the_leaf(zfc):
     assert zfc(f"{RUN}cli ?").stdout == USAGE.encode()
     assert zfc(f"{RUN} ?").stdout == b""
+
+
+class TestDebugLog:
+    CLASS = "PhysicalPortCTDiagCmdsProcessor"
+    FUNCTION = f"{CLASS}::CmdRunCommon"
+
+    def test_failures(self, zfc):
+        missing = "50:01:43:80:2e:5f:a0:6f"
+        rows = [
+            ([], {}, [f"{self.FUNCTION}: Invalid test type "]),
+            ([IDENTIFIER, "Ping %s"], {}, [f"{self.FUNCTION}: Invalid test type Ping %s"]),
+            *port_failures(self.FUNCTION, IDENTIFIER, *WORDS[1:])[3:],
+            (WORDS, {"host": one_port(state=3)}, [f"{self.FUNCTION}: Port is in Link Down state"]),
+            (words(count="65536"), {}, [f"{self.FUNCTION}: Invalid test count 65536"]),
+            (WORDS[:3], {}, [f"{self.FUNCTION}: Invalid test count "]),
+            (words(name=missing.upper()), {}, [f"{self.FUNCTION}: Target {missing} not found"]),
+            (WORDS, NO_LOG, no_output_file(self.FUNCTION)),
+        ]
+        check_failures(zfc, RUN, rows)
+
+    @pytest.mark.parametrize("result, shown", [(0, None), (1, 1), (150, 150), (0xFFFFFFFF, -1)])
+    def test_answer_of_the_library(self, zfc, result, shown):
+        env = script(DiagnosticsCTCommand=[step(result)])
+        lines = [] if shown is None else [f"{self.FUNCTION}: Diagnostic test failed err={shown}"]
+        check_failures(zfc, RUN, [(WORDS, {"env": env}, lines)])
+
+    @pytest.mark.parametrize("form, function", [("", "CmdRun"), ("cli", "CmdRunCli")])
+    @pytest.mark.parametrize(
+        "result, message",
+        [
+            (0, "Test Result=Success"),
+            (1, "Test Result=Failed, Diagnostic test failed"),
+            (150, "Message=Failed, Command not supported when adapter port in maintenance mode"),
+        ],
+    )
+    def test_steps(self, zfc, form, function, result, message):
+        env = script(DiagnosticsCTCommand=[step(result)])
+        made = zfc([*f"{RUN}{form}".split(), *WORDS], host=one_port(), env=env, debug=65535)
+        assert steps(made) == [
+            f"{self.CLASS}::{function}: Entered",
+            f"{self.FUNCTION}: Entered",
+            f"{LOOKUP}: Entered",
+            f"{LOOKUP}: Exiting",
+            f"{self.CLASS}::DisplayCTDiagResult: Entered",
+            f"{self.CLASS}::DisplayCTDiagResult: {message}",
+            f"{self.CLASS}::DisplayCTDiagResult: Exiting",
+            f"{self.FUNCTION}: Exiting",
+            f"{self.CLASS}::{function}: Exiting",
+        ]

@@ -3,7 +3,21 @@
 import pytest
 
 from zfc import documents
-from zfc.diag import LIST_CALL, SECOND_INTERFACE, FreshLog, dport_record, one_port, script, step
+from zfc.diag import (
+    LIST_CALL,
+    LOOKUP,
+    NO_LOG,
+    SECOND_INTERFACE,
+    FreshLog,
+    check_failures,
+    dport_record,
+    no_output_file,
+    one_port,
+    port_failures,
+    script,
+    step,
+    steps,
+)
 from zfc.documents import check_both
 from zfc.host import DAHLIA, ELM_ONLY, HAZEL, IRIS, NO_LIST, every_device
 from zfc.port import IDENTIFIER
@@ -75,7 +89,7 @@ def run_v2(*steps):
     return answers(DiagnosticDPortTestV2=steps)
 
 
-# The guard that the three commands share, check by check: each row fails at one check and at all behind it.
+# The guard that the three commands share, check by check: each row fails at one check and at all that follow.
 MEZZ = step(0, b"\1")
 GUARD = [
     pytest.param([], {}, INVALID, True, [], id="no identifier"),
@@ -123,7 +137,7 @@ class TestGuard:
 
     @pytest.mark.parametrize("words, options, message, usage, calls", GUARD)
     def test_set(self, zfc, words, options, message, usage, calls):
-        # The second word is wrong too: it is looked at behind the guard.
+        # The second word is wrong too: it is checked after the guard.
         words = [*words, "perhaps"] if words else words
         result = check_set(zfc, words, message, usage=USAGES["set"] if usage else "", **options)
         assert result.command_calls == calls
@@ -157,7 +171,7 @@ class TestGet:
     def test_ignores_more_words(self, zfc):
         check_get(zfc, words=[IDENTIFIER, "help", "more"])
 
-    def test_library_log_lost_behind_the_guard(self, zfc):
+    def test_library_log_lost_after_the_guard(self, zfc):
         env = answers(IsMezzAdapter=[step(0, b"\0", spoils=True)])
         result = check_get(zfc, NO_FILE, False, env=env)
         assert result.command_calls == GUARD_CALLS
@@ -198,19 +212,19 @@ class TestSet:
         made = check_set(zfc, [IDENTIFIER, "true"], message, env=env)
         assert made.command_calls == [*GUARD_CALLS, ENABLE_CALL]
 
-    def test_library_log_lost_ahead_of_the_change(self, zfc):
+    def test_library_log_lost_before_the_change(self, zfc):
         env = answers(IsMezzAdapter=[step(0, b"\0", spoils=True)])
         made = check_set(zfc, [IDENTIFIER, "true"], NO_FILE, env=env)
         assert made.command_calls == GUARD_CALLS
 
-    def test_library_log_lost_behind_the_change(self, zfc):
+    def test_library_log_lost_after_the_change(self, zfc):
         env = answers(ConfigureAdapterDPortSettings=[step(0, spoils=True)])
         made = check_set(zfc, [IDENTIFIER, "true"], NO_FILE, env=env)
         assert made.command_calls == [*GUARD_CALLS, ENABLE_CALL]
 
 
 class TestRunChecks:
-    """The checks of `run` behind the guard, in their order."""
+    """The checks of `run` after the guard, in their order."""
 
     @pytest.mark.parametrize("option", [0, 256])
     def test_no_diagnostic_port(self, zfc, option):
@@ -236,11 +250,11 @@ class TestRunChecks:
     def test_fast_enough(self, zfc, speed):
         check_run(zfc, "dport-passed", env=run_v2(step(0, dport_record())), host=one_port(speed=speed))
 
-    def test_library_log_lost_ahead_of_the_option(self, zfc):
+    def test_library_log_lost_before_the_option(self, zfc):
         env = answers(IsMezzAdapter=[step(0, b"\0", spoils=True)])
         assert check_run_failed(zfc, NO_FILE, env=env).command_calls == GUARD_CALLS
 
-    def test_library_log_lost_ahead_of_the_test(self, zfc):
+    def test_library_log_lost_before_the_test(self, zfc):
         env = answers(CheckAdapterDPortOption=[step(1, spoils=True)])
         assert check_run_failed(zfc, NO_FILE, env=env).command_calls == RUN_CALLS
 
@@ -379,7 +393,7 @@ class TestSecondInterface:
 
 @needs_preload
 def test_no_memory_for_the_report(zfc):
-    """Its buffer of 2048 bytes is not to be had: a status that has no words here."""
+    """Its buffer of 2048 bytes cannot be allocated: a status without a message here."""
     env = {**run_v2(step(0, dport_record())), **preloaded("refuse_memory", REFUSE_BYTES=2048)}
     made = check_run_failed(zfc, "Failed, Unknown", env=env)
     assert made.command_calls == [*RUN_CALLS, TEST_V2_CALL]
@@ -463,7 +477,7 @@ class TestEdgeCases:
         made = check_set(zfc, [IDENTIFIER, "FaLsE"], enabled=True)
         assert DISABLE_CALL in made.command_calls
 
-    def test_option_check_stands_before_the_link_check(self, zfc):
+    def test_option_check_comes_before_the_link_check(self, zfc):
         env = answers(CheckAdapterDPortOption=[DISABLED])
         check_run_failed(zfc, "Failed, Port not in diagnostics mode", env=env, host=one_port(state=3))
 
@@ -502,3 +516,161 @@ def test_help_word_prints_the_document_and_the_usage(zfc, command):
     result = zfc(f"{NODE} {command}cli help", host=one_port())
     assert result.stdout.endswith(b"*" * 52 + b"\n" + USAGES[command].encode())
     assert b"Message: Failed, Unknown\n" in result.stdout
+
+
+class TestDebugLog:
+    CLASS = "PhysicalPortDPortDiagCmdsProcessor"
+
+    @pytest.mark.parametrize("command, after", [("get", []), ("set", ["true"]), ("run", [])])
+    def test_failures_of_the_guard(self, zfc, command, after):
+        function = f"{self.CLASS}::Cmd{command.capitalize()}Common"
+        unsupported = [f"{function}: Command not supported for this adapter"]
+        rows = [
+            *port_failures(function, IDENTIFIER, *after),
+            ([IDENTIFIER, *after], NO_LOG, no_output_file(function)),
+            (
+                [IDENTIFIER, *after],
+                {"env": answers(IsMezzAdapter=[step(0xFFFFFFFF)])},
+                [f"{function}: Is mezzanine adapter failed err=-1"],
+            ),
+            ([IDENTIFIER, *after], {"env": answers(IsMezzAdapter=[MEZZ])}, unsupported),
+            ([IDENTIFIER, *after], {"env": answers(), "host": one_port(device=0x3A02)}, unsupported),
+            (
+                [IDENTIFIER, *after],
+                {"env": answers(IsMezzAdapter=[step(0, b"\0", spoils=True)])},
+                no_output_file(function),
+            ),
+        ]
+        check_failures(zfc, f"{NODE} {command}", rows)
+
+    def test_failures_of_get(self, zfc):
+        check_failures(zfc, f"{NODE} get", [([IDENTIFIER], {"env": answers()}, [])])
+
+    def test_failures_of_set(self, zfc):
+        function = f"{self.CLASS}::CmdSetCommon"
+        rows = [
+            ([IDENTIFIER], {"env": answers()}, [f"{function}: Invalid DPort mode "]),
+            ([IDENTIFIER, "perhaps%n"], {"env": answers()}, [f"{function}: Invalid DPort mode perhaps%n"]),
+            (
+                [IDENTIFIER, "true"],
+                {"env": answers(ConfigureAdapterDPortSettings=[step(150)])},
+                [f"{function}: Configure DPort failed err=150"],
+            ),
+            (
+                [IDENTIFIER, "false"],
+                {"env": answers(ConfigureAdapterDPortSettings=[step(0, spoils=True)])},
+                no_output_file(function),
+            ),
+            ([IDENTIFIER, "true"], {"env": answers(), "reboot": 0}, []),
+            (
+                [IDENTIFIER, "true"],
+                {"env": answers(), "results": {"TORPI_IsRebootRequired": 0xFFFFFFFF}},
+                [f"{function}: Get Reboot Required failed err=-1"],
+            ),
+        ]
+        check_failures(zfc, f"{NODE} set", rows)
+
+    def test_failures_of_run(self, zfc):
+        function = f"{self.CLASS}::CmdRunCommon"
+        rows = [
+            (
+                [IDENTIFIER],
+                {"env": answers(CheckAdapterDPortOption=[DISABLED])},
+                [f"{function}: Port not in diagnostics mode"],
+            ),
+            (
+                [IDENTIFIER],
+                {"env": answers(), "host": one_port(state=3)},
+                [f"{function}: Port is in Link Down state"],
+            ),
+            (
+                [IDENTIFIER],
+                {"env": answers(), "host": one_port(speed=0x10)},
+                [f"{function}: Port speed 0x10 is below 16 Gbps"],
+            ),
+            (
+                [IDENTIFIER],
+                {"env": answers(CheckAdapterDPortOption=[step(1, spoils=True)])},
+                no_output_file(function),
+            ),
+            ([IDENTIFIER], {"env": run_v2(step(132))}, [f"{function}: DPort test failed err=132"]),
+            ([IDENTIFIER], {"env": run_v2(step(0xFFFFFFFF))}, [f"{function}: DPort test failed err=-1"]),
+            (
+                [IDENTIFIER],
+                {"env": run_v2(step(0, dport_record(mailbox=(0x4005, 0x60))))},
+                [f"{function}: DPort test refused reason=0x60"],
+            ),
+            ([IDENTIFIER], {"env": run_v2(step(0, dport_record()))}, []),
+        ]
+        check_failures(zfc, f"{NODE} run", rows)
+
+    @needs_preload
+    def test_no_memory_for_the_report(self, zfc):
+        env = {**run_v2(step(0, dport_record())), **preloaded("refuse_memory", REFUSE_BYTES=2048)}
+        lines = [f"{self.CLASS}::DisplayDPortDiagResult: Output memory alloc failed"]
+        check_failures(zfc, f"{NODE} run", [([IDENTIFIER], {"env": env}, lines)])
+
+    @pytest.mark.parametrize("form, end", [("", ""), ("cli", "Cli")])
+    @pytest.mark.parametrize(
+        "command, env, display, message",
+        [
+            ("get", answers(), "DisplayDPortDiagInfo", "Success"),
+            ("get", answers(IsMezzAdapter=[MEZZ]), "DisplayDPortDiagInfo", UNSUPPORTED),
+            ("set", answers(), "DisplayDPortDiagInfo", "Success"),
+            ("set", answers(IsMezzAdapter=[MEZZ]), "DisplayDPortDiagInfo", UNSUPPORTED),
+            ("run", answers(IsMezzAdapter=[MEZZ]), "DisplayError", UNSUPPORTED),
+            (
+                "run",
+                run_v2(step(0, dport_record(mailbox=(0x4005, 0x15)))),
+                "DisplayMbxError",
+                "Failed, Invalid Request",
+            ),
+        ],
+    )
+    def test_steps(self, zfc, form, end, command, env, display, message):
+        made = zfc(f"{NODE} {command}{form} {IDENTIFIER} true", host=one_port(), env=env, debug=1, reboot=0)
+        function = f"{self.CLASS}::Cmd{command.capitalize()}"
+        assert steps(made) == [
+            f"{function}{end}: Entered",
+            f"{function}Common: Entered",
+            f"{LOOKUP}: Entered",
+            f"{LOOKUP}: Exiting",
+            f"{self.CLASS}::{display}: Entered",
+            f"{self.CLASS}::{display}: Message={message}",
+            f"{self.CLASS}::{display}: Exiting",
+            f"{function}Common: Exiting",
+            f"{function}{end}: Exiting",
+        ]
+
+    def test_every_line_of_the_report_is_a_step(self, zfc):
+        record = dport_record(start="first\n", stop="last\n", hba=(0x7, 3), mailbox=(0x4002, 4), length=25, latency=99)
+        made = zfc(f"{NODE} run {IDENTIFIER}", host=one_port(), env=run_v2(step(0, record)), debug=1)
+        display = f"{self.CLASS}::DisplayDPortDiagResult"
+        lines = steps(made)
+        assert lines[lines.index(f"{display}: Entered") : lines.index(f"{display}: Exiting") + 1] == [
+            f"{display}: Entered",
+            "Start Time: first\n",
+            "      Stop Time: last\n",
+            "      HBA Port Value: 0x7\n",
+            "      HBA Port Status: 3\n",
+            "      HBA Port Result: Failed\n",
+            "      Electrical Loopback Value: 0xa1\n",
+            "      Electrical Loopback Status: 1\n",
+            "      Electrical Loopback Result: Passed\n",
+            "      Optical Loopback Value: 0xb2\n",
+            "      Optical Loopback Status: 2\n",
+            "      Optical Loopback Result: Skipped\n",
+            "      Link Traffic Value: 0x3\n",
+            "      Link Traffic Status: 1\n",
+            "      Link Traffic Result: Passed\n",
+            "      Tx Power: 0x1388\n",
+            "      Rx Power: 0x9c4\n",
+            "      Reason: Test Timeout\n",
+            "      Roundtrip Link Latency: 99 ns\n",
+            "      Cable Link Distance: 25 meters\n",
+            "      Allowable Power Loss: 0\n",
+            "      Egress Power: Tx: 0.000000 dBm, Rx: -3.979400 dBm, Diff: 0.000000 dBm\n",
+            "      Ingress Power: Tx: 0.000000 dBm, Rx: 0.000000 dBm, Diff: 0.000000 dBm\n",
+            f"{display}: Message=Success",
+            f"{display}: Exiting",
+        ]

@@ -3,7 +3,23 @@
 import pytest
 
 from zfc import documents
-from zfc.diag import FABRIC_NAME, LIST_CALL, LOST, NAME, FreshLog, echo, one_port, script, step
+from zfc.diag import (
+    FABRIC_NAME,
+    LIST_CALL,
+    LOOKUP,
+    LOST,
+    NAME,
+    NO_LOG,
+    FreshLog,
+    check_failures,
+    echo,
+    no_output_file,
+    one_port,
+    port_failures,
+    script,
+    step,
+    steps,
+)
 from zfc.documents import check_both
 from zfc.host import NO_LIST
 from zfc.port import IDENTIFIER
@@ -73,7 +89,7 @@ def test_more_words_are_left_aside(zfc):
     check_run(zfc, "echo-one", [*words(), "help"], echoes(GOOD))
 
 
-# The checks in their order: each row fails at one check and at all behind it.
+# The checks in their order: each row fails at one check and at all that follow.
 @pytest.mark.parametrize(
     "arguments, options, message, usage, calls",
     [
@@ -201,7 +217,7 @@ class TestRecords:
         made = zfc([*RUN.split(), *words()], host=one_port(), env=echoes(step(0, record)))
         documents.check(made.stdout, "diag/echo-extremes.xml", destination=NAME, time=text)
 
-    def test_percent_signs_stand_as_they_are(self, zfc):
+    def test_percent_signs_stay_as_they_are(self, zfc):
         made = zfc([*f"{RUN}cli".split(), *words()], host=one_port(), env=echoes(step(0, echo(status="%s%n 50%"))))
         assert b"Echo Status: %s%n 50%\n" in made.stdout
 
@@ -243,7 +259,7 @@ class TestProgress:
         blank = b" " * len(b"pass 3 of 3")
         assert seen == b"\rpass 1 of 3\rpass 2 of 3\rpass 3 of 3\r" + blank + b"\r"
 
-    def test_line_is_removed_behind_an_early_end(self, zfc):
+    def test_line_is_removed_after_an_early_end(self, zfc):
         env = echoes(GOOD, GOOD, FAILED)
         stdout, seen = errors_at_terminal(zfc, [*f"{RUN}cli".split(), *words(10000, "true")], host=one_port(), env=env)
         documents.check(stdout, "diag/echo-three.txt", destination=NAME, message=TEST_FAILED)
@@ -284,3 +300,46 @@ def test_help(zfc):
 def test_question_mark_prints_the_usage_of_the_leaf(zfc):
     assert zfc(f"{RUN}cli ?").stdout == USAGE.encode()
     assert zfc(f"{RUN} ?").stdout == b""
+
+
+class TestDebugLog:
+    CLASS = "PhysicalPortFCEchoCmdsProcessor"
+    FUNCTION = f"{CLASS}::CmdRunCommon"
+
+    def test_failures(self, zfc):
+        missing = "50:01:43:80:2e:5f:a0:6f"
+        rows = [
+            *port_failures(self.FUNCTION, IDENTIFIER, *words()[1:]),
+            (words(), {"host": one_port(state=0)}, [f"{self.FUNCTION}: Port is in Link Down state"]),
+            (words(0), {}, [f"{self.FUNCTION}: Invalid test count 0"]),
+            (words(name=missing), {}, [f"{self.FUNCTION}: Target {missing} not found"]),
+            (words(name=FABRIC_NAME), {"env": echoes(GOOD)}, []),
+            (words(), NO_LOG, no_output_file(self.FUNCTION)),
+        ]
+        check_failures(zfc, RUN, rows)
+
+    def test_every_failed_pass_has_its_line(self, zfc):
+        env = echoes(GOOD, FAILED, step(150), step(0xFFFFFFFF), step(0, echo(), spoils=True))
+        lines = [
+            f"{self.FUNCTION}: Echo failed outcome=1",
+            f"{self.FUNCTION}: Diagnostic test failed err=150",
+            f"{self.FUNCTION}: Diagnostic test failed err=-1",
+            *no_output_file(self.FUNCTION),
+        ]
+        check_failures(zfc, RUN, [(words(9), {"env": env}, lines)])
+
+    @pytest.mark.parametrize("form, function", [("", "CmdRun"), ("cli", "CmdRunCli")])
+    @pytest.mark.parametrize("answer, message", [(GOOD, "Success"), (FAILED, TEST_FAILED), (step(150), MAINTENANCE)])
+    def test_steps(self, zfc, form, function, answer, message):
+        made = zfc([*f"{RUN}{form}".split(), *words()], host=one_port(), env=echoes(answer), debug=65535)
+        assert steps(made) == [
+            f"{self.CLASS}::{function}: Entered",
+            f"{self.FUNCTION}: Entered",
+            f"{LOOKUP}: Entered",
+            f"{LOOKUP}: Exiting",
+            f"{self.CLASS}::DisplayFCEchoResult: Entered",
+            f"{self.CLASS}::DisplayFCEchoResult: Message={message}",
+            f"{self.CLASS}::DisplayFCEchoResult: Exiting",
+            f"{self.FUNCTION}: Exiting",
+            f"{self.CLASS}::{function}: Exiting",
+        ]

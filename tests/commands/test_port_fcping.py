@@ -3,7 +3,20 @@
 import pytest
 
 from zfc import documents
-from zfc.diag import LIST_CALL, NAME, FreshLog, one_port, script, step
+from zfc.diag import (
+    LIST_CALL,
+    LOOKUP,
+    NAME,
+    NO_LOG,
+    FreshLog,
+    check_failures,
+    no_output_file,
+    one_port,
+    port_failures,
+    script,
+    step,
+    steps,
+)
 from zfc.documents import check_both
 from zfc.host import NO_LIST
 from zfc.port import IDENTIFIER
@@ -45,7 +58,7 @@ def test_more_words_are_left_aside(zfc):
     assert check_run(zfc, arguments=[*WORDS, "help"]).command_calls == [LIST_CALL, call()]
 
 
-# The checks in their order: each row fails at one check and at all behind it.
+# The checks in their order: each row fails at one check and at all that follow.
 @pytest.mark.parametrize(
     "arguments, options, message, usage, calls",
     [
@@ -93,7 +106,7 @@ def test_test_fails(zfc, result):
     assert made.command_calls == [LIST_CALL, call()]
 
 
-def test_maintenance_mode_stands_under_message(zfc):
+def test_maintenance_mode_is_under_message(zfc):
     message = "Failed, Command not supported when adapter port in maintenance mode"
     made = check_run(zfc, message, label="Message", env=script(DiagnosticsFCPingTest=[step(150)]))
     assert b"Test Result" not in made.xml.stdout + made.text.stdout
@@ -148,3 +161,52 @@ def test_help(zfc):
 def test_question_mark_prints_the_usage_of_the_leaf(zfc):
     assert zfc(f"{RUN}cli ?").stdout == USAGE.encode()
     assert zfc(f"{RUN} ?").stdout == b""
+
+
+class TestDebugLog:
+    CLASS = "PhysicalPortFCPingCmdsProcessor"
+    FUNCTION = f"{CLASS}::CmdRunCommon"
+
+    def test_failures(self, zfc):
+        rows = [
+            *port_failures(self.FUNCTION, IDENTIFIER, *WORDS[1:]),
+            (WORDS, {"host": one_port(state=2)}, [f"{self.FUNCTION}: Port is in Link Down state"]),
+            ([IDENTIFIER, NAME, "0x5"], {}, [f"{self.FUNCTION}: Invalid test count 0x5"]),
+            ([IDENTIFIER, "1:2", "5"], {}, [f"{self.FUNCTION}: Target 01:02:00:00:00:00:00:00 not found"]),
+            (WORDS, NO_LOG, no_output_file(self.FUNCTION)),
+            (WORDS, {"env": script(DiagnosticsFCPingTest=[step()])}, []),
+            (
+                WORDS,
+                {"env": script(DiagnosticsFCPingTest=[step(0xFFFFFFFF)])},
+                [f"{self.FUNCTION}: Diagnostic test failed err=-1"],
+            ),
+            (
+                WORDS,
+                {"env": script(DiagnosticsFCPingTest=[step(150)])},
+                [f"{self.FUNCTION}: Diagnostic test failed err=150"],
+            ),
+        ]
+        check_failures(zfc, RUN, rows)
+
+    @pytest.mark.parametrize("form, function", [("", "CmdRun"), ("cli", "CmdRunCli")])
+    @pytest.mark.parametrize(
+        "result, message",
+        [
+            (0, "Test Result=Success"),
+            (150, "Message=Failed, Command not supported when adapter port in maintenance mode"),
+        ],
+    )
+    def test_steps(self, zfc, form, function, result, message):
+        env = script(DiagnosticsFCPingTest=[step(result)])
+        made = zfc([*f"{RUN}{form}".split(), *WORDS], host=one_port(), env=env, debug=65535)
+        assert steps(made) == [
+            f"{self.CLASS}::{function}: Entered",
+            f"{self.FUNCTION}: Entered",
+            f"{LOOKUP}: Entered",
+            f"{LOOKUP}: Exiting",
+            f"{self.CLASS}::DisplayFCPingResult: Entered",
+            f"{self.CLASS}::DisplayFCPingResult: {message}",
+            f"{self.CLASS}::DisplayFCPingResult: Exiting",
+            f"{self.FUNCTION}: Exiting",
+            f"{self.CLASS}::{function}: Exiting",
+        ]

@@ -3,7 +3,19 @@
 import pytest
 
 from zfc import documents
-from zfc.diag import LIST_CALL, FreshLog, one_port, script, step
+from zfc.diag import (
+    LIST_CALL,
+    LOOKUP,
+    NO_LOG,
+    FreshLog,
+    check_failures,
+    no_output_file,
+    one_port,
+    port_failures,
+    script,
+    step,
+    steps,
+)
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_LIST, every_device
 from zfc.port import IDENTIFIER
@@ -76,7 +88,7 @@ def test_deregister(zfc):
 
 @pytest.mark.parametrize("command", COMMANDS)
 class TestGuard:
-    """The checks in their order: each fails at one check and at all behind it."""
+    """The checks in their order: each fails at one check and at all that follow."""
 
     @pytest.mark.parametrize(
         "words, options, message, usage, calls",
@@ -186,3 +198,60 @@ def test_help(zfc):
     result = zfc(f"{NODE} help")
     documents.check(result.stdout, "diag/hnqn-help.txt")
     assert result.command_calls == []
+
+
+@pytest.mark.parametrize(
+    "command, functions, library_step",
+    [
+        ("get", "CmdGet", "Get host NQN status"),
+        ("register", "CmdRegister", "Register host NQN"),
+        ("deregister", "CmdDeregister", "Deregister host NQN"),
+    ],
+)
+class TestDebugLog:
+    CLASS = "PhysicalPortHostNQNCmdsProcessor"
+
+    def test_failures(self, zfc, command, functions, library_step):
+        function = f"{self.CLASS}::{functions}Common"
+        rows = [
+            *port_failures(function, IDENTIFIER),
+            (
+                [IDENTIFIER],
+                {"host": one_port(device=0x3432, state=3)},
+                [f"{function}: Command not supported for this adapter"],
+            ),
+            ([IDENTIFIER], {"host": one_port(state=3)}, [f"{function}: Port is in Link Down state"]),
+            ([IDENTIFIER], NO_LOG, no_output_file(function)),
+            *[
+                ([IDENTIFIER], {"env": script(**{CALL_NAMES[command]: [step(result)]})}, lines)
+                for result, lines in (
+                    (0, []),
+                    (158, [f"{function}: {library_step} failed err=158"]),
+                    (0xFFFFFFFF, [f"{function}: {library_step} failed err=-1"]),
+                )
+            ],
+        ]
+        check_failures(zfc, f"{NODE} {command}", rows)
+
+    @pytest.mark.parametrize("form, end", [("", ""), ("cli", "Cli")])
+    @pytest.mark.parametrize(
+        "result, display, message",
+        [
+            (0, "DisplayHostNQNInfo", "Success"),
+            (159, "DisplayError", "Failed, Host NQN is not registered"),
+        ],
+    )
+    def test_steps(self, zfc, command, functions, library_step, form, end, result, display, message):
+        env = script(**{CALL_NAMES[command]: [step(result)]})
+        made = zfc(f"{NODE} {command}{form} {IDENTIFIER}", host=one_port(), env=env, debug=1)
+        assert steps(made) == [
+            f"{self.CLASS}::{functions}{end}: Entered",
+            f"{self.CLASS}::{functions}Common: Entered",
+            f"{LOOKUP}: Entered",
+            f"{LOOKUP}: Exiting",
+            f"{self.CLASS}::{display}: Entered",
+            f"{self.CLASS}::{display}: Message={message}",
+            f"{self.CLASS}::{display}: Exiting",
+            f"{self.CLASS}::{functions}Common: Exiting",
+            f"{self.CLASS}::{functions}{end}: Exiting",
+        ]

@@ -3,7 +3,21 @@
 import pytest
 
 from zfc import documents
-from zfc.diag import LIST_CALL, FreshLog, loopback, one_port, request, script, step
+from zfc.diag import (
+    LIST_CALL,
+    LOOKUP,
+    NO_LOG,
+    FreshLog,
+    check_failures,
+    loopback,
+    no_output_file,
+    one_port,
+    port_failures,
+    request,
+    script,
+    step,
+    steps,
+)
 from zfc.documents import check_both
 from zfc.host import ASTER, BIRCH, FERN, NO_LIST, every_device
 from zfc.port import IDENTIFIER
@@ -76,7 +90,7 @@ def test_more_words_are_left_aside(zfc):
     assert check_run(zfc, [*words(), "help", "more"]).command_calls == [LIST_CALL, call()]
 
 
-# The checks in their order: each row fails at one check and at all behind it.
+# The checks in their order: each row fails at one check and at all that follow.
 WRONG_TYPE = {"host": one_port(device=0x3522, flags=IN_MAINTENANCE), "spoil_log": "TORPI_GetAdapterList:directory"}
 
 
@@ -280,7 +294,7 @@ class TestPattern:
             ("0-1-2-3-4-5-6-7", b"01234567"),
             ("a-b-c-d-e-f-g-h-i-j", b"abcdefgh"),
             ("a-b-c-d-e-f-g-hxyz", b"abcdefgh"),
-            ("a-b-c-d-e-f-g-", b"abcdefg"),  # all hyphens stand, the last character is missing
+            ("a-b-c-d-e-f-g-", b"abcdefg"),  # all hyphens are there, the last character is missing
             ("-" * 15, b"-" * 8),
             (" - - - - - - - ", b" " * 8),
             ("%-n-s-%-0-9-x-%", b"%ns%09x%"),
@@ -314,7 +328,7 @@ class TestPattern:
         assert made.command_calls == [LIST_CALL, call(kind=4, pattern=b"abcdefgh")]
 
     def test_option_in_a_words_place_is_found_too(self, zfc):
-        """Words are read by their place, the option wherever it stands."""
+        """Words are read by their place, the option wherever it is."""
         arguments = [*words(on_error="-d", type="Internal", pattern="Custom")]
         made = check_failed(zfc, BAD_PATTERN, arguments)
         assert made.command_calls == [LIST_CALL]
@@ -376,7 +390,7 @@ class TestPasses:
         env = passes(step(0, loopback(crc=0xFFFFFFFF, disparity=0x80000000, length=0x7FFFFFFF)))
         check_run(zfc, words(), errors=(0xFFFFFFFF, 0x80000000, 0x7FFFFFFF), env=env)
 
-    def test_percent_signs_stand_as_they_are(self, zfc):
+    def test_percent_signs_stay_as_they_are(self, zfc):
         check_run(zfc, words(), status="%s%n%", counters=(1, 0, 1), env=passes(step(0, loopback("%s%n%"))))
 
     def test_library_log_lost_between_passes(self, zfc):
@@ -421,7 +435,7 @@ class TestEdgeCases:
             env=passes(FAILED),
         )
 
-    def test_maintenance_mode_comes_behind_all_words(self, zfc):
+    def test_maintenance_mode_comes_after_all_words(self, zfc):
         host = one_port(flags=IN_MAINTENANCE)
         check_failed(zfc, INVALID, words(count="0"), host=host, usage=USAGE)
         check_failed(zfc, NO_TYPE, words(type="x"), host=host, usage=USAGE)
@@ -459,3 +473,54 @@ def test_help(zfc):
 def test_question_mark_prints_the_usage_of_the_leaf(zfc):
     assert zfc(f"{RUN}cli ?").stdout == USAGE.encode()
     assert zfc(f"{RUN} ?").stdout == b""
+
+
+class TestDebugLog:
+    CLASS = "PhysicalPortLoopbackCmdsProcessor"
+    FUNCTION = f"{CLASS}::CmdRunCommon"
+
+    def test_failures(self, zfc):
+        custom = [*words(pattern="Custom"), "-d", "abc%n"]
+        rows = [
+            *port_failures(self.FUNCTION, IDENTIFIER, *words()[1:]),
+            (words(count="65536"), {}, [f"{self.FUNCTION}: Invalid test count 65536"]),
+            (words(increment="0"), {}, [f"{self.FUNCTION}: Invalid test increment 0"]),
+            (words(size="65536"), {}, [f"{self.FUNCTION}: Invalid data size 65536"]),
+            (words()[:3], {}, [f"{self.FUNCTION}: Invalid data size "]),
+            (words(type="FCoE_Echo"), {}, [f"{self.FUNCTION}: Loopback type not supported for this adapter"]),
+            (custom, {}, [f"{self.FUNCTION}: Invalid data pattern abc%n"]),
+            (
+                words(),
+                {"host": one_port(flags=IN_MAINTENANCE)},
+                [f"{self.FUNCTION}: Port is in maintenance mode"],
+            ),
+            (words(), NO_LOG, no_output_file(self.FUNCTION)),
+            (
+                words(increment="3"),
+                {"env": passes(GOOD, step(0, loopback(), spoils=True))},
+                no_output_file(self.FUNCTION),
+            ),
+            (words(increment="2"), {"env": passes(GOOD, FAILED)}, []),  # the document has the failure
+        ]
+        check_failures(zfc, RUN, rows)
+
+    @pytest.mark.parametrize("form, function", [("", "CmdRun"), ("cli", "CmdRunCli")])
+    @pytest.mark.parametrize(
+        "arguments, display, message",
+        [(words(), "DisplayLoopbackTestResult", "Success"), (words(type="FCoE_Echo"), "DisplayError", NO_TYPE)],
+    )
+    def test_steps(self, zfc, form, function, arguments, display, message):
+        made = zfc([*f"{RUN}{form}".split(), *arguments], host=one_port(), env=passes(GOOD), debug=1)
+        usage = [f"{self.CLASS}::Usage: Entered", f"{self.CLASS}::Usage: Exiting"]
+        assert steps(made) == [
+            f"{self.CLASS}::{function}: Entered",
+            f"{self.FUNCTION}: Entered",
+            f"{LOOKUP}: Entered",
+            f"{LOOKUP}: Exiting",
+            f"{self.CLASS}::{display}: Entered",
+            f"{self.CLASS}::{display}: Message={message}",
+            f"{self.CLASS}::{display}: Exiting",
+            f"{self.FUNCTION}: Exiting",
+            f"{self.CLASS}::{function}: Exiting",
+            *(usage if form and message == NO_TYPE else []),
+        ]

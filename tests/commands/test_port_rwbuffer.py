@@ -3,7 +3,21 @@
 import pytest
 
 from zfc import documents
-from zfc.diag import LIST_CALL, FreshLog, one_port, request, rw_node, script, step
+from zfc.diag import (
+    LIST_CALL,
+    LOOKUP,
+    NO_LOG,
+    FreshLog,
+    check_failures,
+    no_output_file,
+    one_port,
+    port_failures,
+    request,
+    rw_node,
+    script,
+    step,
+    steps,
+)
 from zfc.documents import check_both
 from zfc.host import NO_LIST, every_device
 from zfc.port import IDENTIFIER
@@ -83,7 +97,7 @@ def test_more_words_are_left_aside(zfc):
     assert check_run(zfc, [*words(), "help", "more"]).command_calls == all_calls(1)
 
 
-# The checks in their order: each row fails at one check and at all behind it.
+# The checks in their order: each row fails at one check and at all that follow.
 LAST_CHECKS = {"host": one_port(flags=IN_MAINTENANCE), "spoil_log": "TORPI_GetAdapterList:directory"}
 
 
@@ -256,18 +270,18 @@ class TestPasses:
 class TestFreeing:
     FREE = "TORPI_FreeRWBufferTestResultList"
 
-    def test_outside_any_bracket_behind_the_document(self, zfc):
+    def test_outside_any_bracket_after_the_document(self, zfc):
         made = zfc([*RUN.split(), *words()], host=one_port(), env=passes(GOOD), chatter=self.FREE)
         assert made.stdout.endswith(b"</output>\n" + chatter(self.FREE))
 
-    def test_list_of_an_earlier_pass_is_freed_ahead_of_the_document(self, zfc):
+    def test_list_of_an_earlier_pass_is_freed_before_the_document(self, zfc):
         run = [*RUN.split(), *words(increment="3")]
         made = zfc(run, host=one_port(), env=passes(GOOD), chatter=self.FREE)
         assert made.stdout.startswith(chatter(self.FREE, self.FREE) + b"<?xml")
         assert made.stdout.endswith(b"</output>\n" + chatter(self.FREE))
         assert made.calls[:3] == SESSION_START
 
-    def test_result_is_not_looked_at(self, zfc):
+    def test_result_does_not_count(self, zfc):
         check_run(zfc, words(), results={self.FREE: 150})
 
 
@@ -321,3 +335,47 @@ def test_help(zfc):
 def test_question_mark_prints_the_usage_of_the_leaf(zfc):
     assert zfc(f"{RUN}cli ?").stdout == USAGE.encode()
     assert zfc(f"{RUN} ?").stdout == b""
+
+
+class TestDebugLog:
+    CLASS = "PhysicalPortRWBufferCmdsProcessor"
+    FUNCTION = f"{CLASS}::CmdRunCommon"
+
+    def test_failures(self, zfc):
+        custom = [*words(pattern="Custom"), "-d", "abc"]
+        rows = [
+            *port_failures(self.FUNCTION, IDENTIFIER, *words()[1:]),
+            (words(count="10001"), {}, [f"{self.FUNCTION}: Invalid test count 10001"]),
+            (words(increment="-1"), {}, [f"{self.FUNCTION}: Invalid test increment -1"]),
+            (words(size="256"), {}, [f"{self.FUNCTION}: Invalid data size 256"]),
+            (custom, {}, [f"{self.FUNCTION}: Invalid data pattern abc"]),
+            (
+                words(),
+                {"host": one_port(flags=IN_MAINTENANCE)},
+                [f"{self.FUNCTION}: Port is in maintenance mode"],
+            ),
+            (words(), NO_LOG, no_output_file(self.FUNCTION)),
+            (words(), {"env": passes(NULL)}, [f"{self.FUNCTION}: Response data not available"]),
+            (words(increment="3"), {"env": passes(GOOD, NULL)}, [f"{self.FUNCTION}: Response data not available"]),
+            (words(increment="2"), {"env": passes(GOOD, FAILED)}, []),  # the document has the failure
+        ]
+        check_failures(zfc, RUN, rows)
+
+    @pytest.mark.parametrize("form, function", [("", "CmdRun"), ("cli", "CmdRunCli")])
+    @pytest.mark.parametrize(
+        "answer, display, message",
+        [(GOOD, "DisplayRWBufferTestResult", "Success"), (NULL, "DisplayError", NO_RESPONSE)],
+    )
+    def test_steps(self, zfc, form, function, answer, display, message):
+        made = zfc([*f"{RUN}{form}".split(), *words()], host=one_port(), env=passes(answer), debug=1)
+        assert steps(made) == [
+            f"{self.CLASS}::{function}: Entered",
+            f"{self.FUNCTION}: Entered",
+            f"{LOOKUP}: Entered",
+            f"{LOOKUP}: Exiting",
+            f"{self.CLASS}::{display}: Entered",
+            f"{self.CLASS}::{display}: Message={message}",
+            f"{self.CLASS}::{display}: Exiting",
+            f"{self.FUNCTION}: Exiting",
+            f"{self.CLASS}::{function}: Exiting",
+        ]

@@ -2,12 +2,12 @@
 
 import struct
 
-from .host import NOISE, Adapter, Host, Port, Target
+from .host import NO_LIST, NOISE, Adapter, Host, Port, Target
 from .port import entry
 
 LIST_CALL = "TORPI_GetAdapterList()"
 
-# The target that the ports of these tests see behind another one, and the name of their fabric.
+# The target that the ports of these tests see after another one, and the name of their fabric.
 NAME = "50:01:43:80:2e:5f:a0:6c"
 OTHER_NAME = "50:01:43:80:2e:5f:a0:6d"
 FABRIC_NAME = "10:00:c4:f5:7c:10:20:01"
@@ -45,7 +45,7 @@ def script(**calls):
 
 
 def _record(size, **fields):
-    """A record with noise wherever nothing is told. A field is an offset and what stands there."""
+    """A record with noise outside its fields. A field is an offset and its bytes."""
     record = bytearray([NOISE]) * size
     for offset, content in fields.values():
         record[offset : offset + len(content)] = content
@@ -144,3 +144,43 @@ class FreshLog:
 
     def __getattr__(self, name):
         return getattr(self._zfc, name)
+
+
+def steps(result):
+    """The messages of the debug log at the trace level."""
+    return [message for level, message in result.log if level == 1]
+
+
+LOOKUP = "PhysicalPortCmdsProcessor::GetPhyPortFromPortString"
+NO_LOG = {"spoil_log": "TORPI_GetAdapterList:directory"}  # no bracket can be opened
+
+
+def port_failures(function, identifier, *after):
+    """Rows for check_failures: what a command's function logs when the look-up of its port fails, or when the port is
+    a virtual one. `after` are the words that follow the identifier."""
+    unknown = identifier[:-1] + "6"
+    return [
+        ([], {}, [f"{LOOKUP}: Invalid Port identifier ", f"{function}: Get phy port failed err=6"]),
+        (["help"], {}, [f"{function}: Get phy port failed err=5"]),
+        (["nobody"], {}, [f"{LOOKUP}: Invalid Port identifier nobody", f"{function}: Get phy port failed err=6"]),
+        ([unknown, *after], {}, [f"{function}: Get phy port failed err=6"]),
+        (
+            [identifier, *after],
+            {"host": NO_LIST},
+            [f"{LOOKUP}: Adapter List is NULL", f"{function}: Get phy port failed err=14"],
+        ),
+        ([identifier, *after], {"host": one_port(interface=3)}, [f"{function}: Command not supported for vport"]),
+    ]
+
+
+def no_output_file(function):
+    return [f"{function}: Failed to open /var/tmp/torpi-output.log file"]
+
+
+def check_failures(zfc, command, rows):
+    """Runs `command` with the words and the options of each row, and compares all lines of the debug log at the
+    failure level with those of the row."""
+    for words, options, lines in rows:
+        options = {"host": one_port(), **options}
+        (zfc.var_tmp / "zfcesxcli.log").unlink(missing_ok=True)  # each row has a log of its own
+        assert zfc([*command.split(), *words], debug=65535, **options).failures == lines, words

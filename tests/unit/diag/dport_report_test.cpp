@@ -33,7 +33,7 @@ TEST(PowerToDbm, IsSinglePrecision) {
 }
 
 TEST(PowerToDbm, AppliesItsFactorsInOrder) {
-  EXPECT_EQ(Printed(PowerToDbm(87)), "-20.604809");  // -20.604805 with 0.001 ahead of 0.1
+  EXPECT_EQ(Printed(PowerToDbm(87)), "-20.604809");  // -20.604805 with 0.001 before 0.1
 }
 
 TEST(PowerToDbm, NoPowerIsNegativeInfinity) {

@@ -1,10 +1,11 @@
-#include "diag/data_test.h"
+#include "diag/pattern_passes.h"
 
 #include <algorithm>
 #include <cstring>
 #include <string>
 
-#include "diag/test_words.h"
+#include "diag/diagnostic_words.h"
+#include "framework/words.h"
 
 namespace {
 
@@ -19,7 +20,7 @@ constexpr ActionWord kActions[] = {
     {"Loop", OnErrorAction::kLoop},
 };
 
-// Deliberately without an error for an unknown word: it means to ignore.
+// An unknown word is no error: it means to ignore.
 OnErrorAction ReadAction(std::string_view word) {
   for (const ActionWord& row : kActions) {
     if (EqualNoCase(word, row.word)) return row.action;
@@ -42,8 +43,7 @@ constexpr PatternWord kPatterns[] = {
     {"11111111", DataPatternKind::kFixed},
 };
 
-// Reads "a-b-c-d-e-f-g-h": eight characters of any kind with hyphens between them, whatever stands behind
-// them.
+// Reads "a-b-c-d-e-f-g-h": eight characters of any kind with hyphens between them, whatever follows them.
 bool ReadCustomPattern(const std::string& value, char (&pattern)[8]) {
   char text[2 * sizeof pattern] = {};  // what the value lacks is a null character
   value.copy(text, sizeof text - 1);
@@ -61,34 +61,46 @@ void SetTestCount(DiagTestRequest& request, std::uint32_t count) {
   request.test_count_again = count;
 }
 
-StatusCode ReadPassWords(const Words& words, std::uint32_t max_increment,
-                         std::span<const std::uint32_t> data_sizes, DiagTestRequest& request,
+StatusCode ReadPassWords(const CommandRun& run, const PassLimits& limits, DiagTestRequest& request,
                          std::uint32_t& increment) {
-  if (!ReadCount(words, 2, max_increment, increment)) return kInvalidParameter;
-  const auto size = std::find(data_sizes.begin(), data_sizes.end(), ReadDecimal(words, 3));
-  if (size == data_sizes.end()) return kInvalidParameter;
+  if (const StatusCode status =
+          ReadCount(run, kIncrementWord, "test increment", limits.max_increment, increment);
+      status != kSuccess) {
+    return status;
+  }
+  const auto size =
+      std::find(limits.data_sizes.begin(), limits.data_sizes.end(), ReadDecimal(run.words, kDataSizeWord));
+  if (size == limits.data_sizes.end()) return RefuseWord(run, kDataSizeWord, "data size");
   request.data_size = *size;
-  request.on_error = ReadAction(WordAt(words, 4));
+  request.on_error = ReadAction(WordAt(run.words, kOnErrorWord));
   return kSuccess;
 }
 
-StatusCode ReadDataPattern(const Words& words, std::size_t index, DiagTestRequest& request) {
-  const std::string_view word = WordAt(words, index);
+StatusCode ReadDataPattern(const CommandRun& run, std::size_t index, DiagTestRequest& request) {
+  const std::string_view word = WordAt(run.words, index);
   const auto* const row =
       std::find_if(std::begin(kPatterns), std::end(kPatterns),
                    [word](const PatternWord& pattern) { return EqualNoCase(word, pattern.word); });
-  // Deliberately without an error for an unknown word: it means random data.
+  // An unknown word is no error: it means random data.
   request.pattern_kind = row == std::end(kPatterns) ? DataPatternKind::kRandom : row->kind;
   if (request.pattern_kind == DataPatternKind::kFixed) {
     std::memcpy(request.pattern, row->word, sizeof request.pattern);
   }
   if (request.pattern_kind != DataPatternKind::kCustom) return kSuccess;
 
-  Words options = words;
+  Words options = run.words;
   std::string value;
-  // Deliberately without an error when there is no option: the pattern is empty.
+  // A missing option is no error: the pattern is empty.
   if (!GetOptionValue(options, "--data-pattern", "-d", value)) return kSuccess;
-  return ReadCustomPattern(value, request.pattern) ? kSuccess : kBadCustomPattern;
+  if (ReadCustomPattern(value, request.pattern)) return kSuccess;
+  return run.Refuse(kBadCustomPattern, "Invalid data pattern %s", value.c_str());
+}
+
+StatusCode CheckMaintenanceMode(const CommandRun& run, const FCProtocolEntry& fc) {
+  constexpr std::uint8_t kDriverFlag = 0x04;
+  constexpr std::uint8_t kPortFlag = 0x01;
+  if ((fc.driver_flags & kDriverFlag) == 0 || (fc.port_flags & kPortFlag) == 0) return kSuccess;
+  return run.Refuse(kMaintenanceMode, "Port is in maintenance mode");
 }
 
 bool CountPass(bool succeeded, OnErrorAction on_error, PassCounters& counters) {
@@ -96,4 +108,10 @@ bool CountPass(bool succeeded, OnErrorAction on_error, PassCounters& counters) {
   if (!succeeded && on_error == OnErrorAction::kStop) return false;
   ++counters.iteration;
   return true;
+}
+
+void WriteCounters(Serializer& out, const PassCounters& counters) {
+  out.WriteIntField("Test Iteration", counters.iteration, kUnsigned32);
+  out.WriteIntField("Success Count", counters.succeeded, kUnsigned32);
+  out.WriteIntField("Failure Count", counters.failed, kUnsigned32);
 }

@@ -1,6 +1,8 @@
-#include "diag/test_words.h"
+#include "diag/diagnostic_words.h"
 
 #include <gtest/gtest.h>
+
+#include "support/unit_command_run.h"
 
 namespace {
 
@@ -25,13 +27,18 @@ TEST(ReadDecimal, NumbersBeyondSixtyFourBitsEndAtTheLimits) {
   EXPECT_EQ(ReadDecimal(words, 4), INT64_MAX);
 }
 
+StatusCode ReadCountOf(const char* word, std::uint32_t maximum, std::uint32_t& value) {
+  const TestRun test({word});
+  return ReadCount(test.run, 0, "count", maximum, value);
+}
+
 TEST(ReadCount, TakesOneToTheMaximum) {
   std::uint32_t value = 0;
-  EXPECT_TRUE(ReadCount({"1"}, 0, 65535, value));
+  EXPECT_EQ(ReadCountOf("1", 65535, value), kSuccess);
   EXPECT_EQ(value, 1u);
-  EXPECT_TRUE(ReadCount({"65535"}, 0, 65535, value));
+  EXPECT_EQ(ReadCountOf("65535", 65535, value), kSuccess);
   EXPECT_EQ(value, 65535u);
-  EXPECT_TRUE(ReadCount({"4294967295"}, 0, UINT32_MAX, value));
+  EXPECT_EQ(ReadCountOf("4294967295", UINT32_MAX, value), kSuccess);
   EXPECT_EQ(value, UINT32_MAX);
 }
 
@@ -39,7 +46,7 @@ TEST(ReadCount, LeavesTheValueAloneForAnyOther) {
   for (const char* word :
        {"0", "65536", "-1", "", "x", "4294967297", "-4294967295", "18446744073709551617"}) {
     std::uint32_t value = 123;
-    EXPECT_FALSE(ReadCount({word}, 0, 65535, value)) << word;
+    EXPECT_EQ(ReadCountOf(word, 65535, value), kInvalidParameter) << word;
     EXPECT_EQ(value, 123u) << word;
   }
 }

@@ -1,4 +1,4 @@
-#include "diag/test_passes.h"
+#include "diag/pass_loop.h"
 
 #include <gtest/gtest.h>
 #include <pty.h>
@@ -7,6 +7,7 @@
 #include <string>
 
 #include "support/unit_captured_stdout.h"
+#include "support/unit_command_run.h"
 
 namespace {
 
@@ -83,13 +84,14 @@ TEST(PassProgress, IsSilentWithoutATerminal) {
   EXPECT_EQ(errors.Written(), "");
 }
 
-TEST(RunPasses, CallsInTheBracketAndJudgesBehindIt) {
+TEST(RunPasses, CallsInTheBracketAndJudgesAfterIt) {
+  TestRun test;
   std::FILE* const outside = stdout;
   int calls = 0;
   bool swapped = true;
   bool back = true;
-  const bool opened = RunPasses(
-      "Class", OUTPUT_XML, 3,
+  const StatusCode status = RunPasses(
+      test.run, 3,
       [&] {
         ++calls;
         swapped = swapped && stdout != outside;
@@ -98,16 +100,18 @@ TEST(RunPasses, CallsInTheBracketAndJudgesBehindIt) {
         back = back && stdout == outside;
         return true;
       });
-  EXPECT_TRUE(opened);
+  EXPECT_EQ(status, kSuccess);
   EXPECT_EQ(calls, 3);
   EXPECT_TRUE(swapped);
   EXPECT_TRUE(back);
 }
 
-TEST(RunPasses, EndsWhenItIsToldTo) {
+TEST(RunPasses, EndsWhenAPassEndsIt) {
+  TestRun test;
   int calls = 0;
-  EXPECT_TRUE(RunPasses(
-      "Class", OUTPUT_XML, 5, [&] { ++calls; }, [&] { return calls < 2; }));
+  EXPECT_EQ(RunPasses(
+                test.run, 5, [&] { ++calls; }, [&] { return calls < 2; }),
+            kSuccess);
   EXPECT_EQ(calls, 2);
 }
 

@@ -1,4 +1,4 @@
-#include "diag/remote_test.h"
+#include "diag/remote_port_exchange.h"
 
 #include <gtest/gtest.h>
 
@@ -6,6 +6,7 @@
 #include <string>
 
 #include "discovery/identifiers.h"
+#include "support/unit_command_run.h"
 #include "support/unit_host_records.h"
 
 namespace {
@@ -36,21 +37,22 @@ TEST(ReadDestination, ATextThatDepartsFromTheFormEndsThere) {
   EXPECT_EQ(NameOf(std::string(5000, ':').c_str()), "00:00:00:00:00:00:00:00");
 }
 
-TEST(ReadDestination, TextHasZerosBehindIt) {
+TEST(ReadDestination, ZerosFollowTheText) {
   const Destination destination = ReadDestination({"50:01:43:80:2E:5F:A0:6C"}, 0);
   EXPECT_EQ(destination.text.View(), "50:01:43:80:2e:5f:a0:6c");
   EXPECT_EQ(std::count(destination.text.bytes, destination.text.bytes + 32, '\0'), 32 - 23);
 }
 
-TEST(IsTarget, LooksThroughTheWholeList) {
+TEST(CheckTarget, SearchesTheWholeList) {
   HostRecords host;
   FCProtocolEntry& fc = host.AddFcPort(host.AddAdapter("ZX320", "HZ1"), 0);
-  const auto names = [&](const char* word) { return IsTarget(fc, ReadDestination({word}, 0)); };
-  EXPECT_FALSE(names("50:00:00:00:00:00:00:01"));
+  const TestRun test;
+  const auto check = [&](const char* word) { return CheckTarget(test.run, fc, ReadDestination({word}, 0)); };
+  EXPECT_EQ(check("50:00:00:00:00:00:00:01"), kTargetNotFound);
   for (std::uint8_t last = 1; last <= 3; ++last) host.AddTarget(fc, last);
-  EXPECT_TRUE(names("50:00:00:00:00:00:00:01"));
-  EXPECT_TRUE(names("50:0:0:0:0:0:0:3"));
-  EXPECT_FALSE(names("50:00:00:00:00:00:00:04"));
+  EXPECT_EQ(check("50:00:00:00:00:00:00:01"), kSuccess);
+  EXPECT_EQ(check("50:0:0:0:0:0:0:3"), kSuccess);
+  EXPECT_EQ(check("50:00:00:00:00:00:00:04"), kTargetNotFound);
 }
 
 }  // namespace

@@ -1,16 +1,19 @@
-#include "diag/data_test.h"
+#include "diag/pattern_passes.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
 
+#include "support/unit_command_run.h"
+
 namespace {
 
 constexpr std::uint32_t kSizes[] = {8, 512, 65535};
 
 StatusCode ReadPassesOf(const Words& words, DiagTestRequest& request, std::uint32_t& increment) {
-  return ReadPassWords(words, 100, kSizes, request, increment);
+  const TestRun test(words);
+  return ReadPassWords(test.run, {.max_increment = 100, .data_sizes = kSizes}, request, increment);
 }
 
 TEST(ReadPassWords, StoresWhatItReads) {
@@ -43,7 +46,7 @@ TEST(ReadPassWords, UnknownActionMeansToIgnore) {
   }
 }
 
-TEST(SetTestCount, StandsAtBothPlaces) {
+TEST(SetTestCount, FillsBothPlaces) {
   DiagTestRequest request = {};
   SetTestCount(request, 0xFFFFFFFF);
   EXPECT_EQ(request.test_count, 0xFFFFFFFFu);
@@ -53,7 +56,8 @@ TEST(SetTestCount, StandsAtBothPlaces) {
 // The pattern of a request, with its kind in front.
 std::string PatternOf(const Words& words) {
   DiagTestRequest request = {};
-  if (ReadDataPattern(words, 0, request) != kSuccess) return "refused";
+  const TestRun test(words);
+  if (ReadDataPattern(test.run, 0, request) != kSuccess) return "refused";
   return std::to_string(static_cast<std::uint32_t>(request.pattern_kind)) + ":" +
          std::string(request.pattern, strnlen(request.pattern, sizeof request.pattern));
 }
@@ -84,11 +88,24 @@ TEST(ReadDataPattern, EveryHyphenCounts) {
   }
 }
 
-TEST(ReadDataPattern, TheWordsStayAsTheyAre) {
+TEST(ReadDataPattern, LeavesTheWordsAsTheyAre) {
   const Words words = {"custom", "-d", "a-b-c-d-e-f-g-h"};
-  const Words copy = words;
-  PatternOf(words);
-  EXPECT_EQ(words, copy);
+  const TestRun test(words);
+  DiagTestRequest request = {};
+  EXPECT_EQ(ReadDataPattern(test.run, 0, request), kSuccess);
+  EXPECT_EQ(test.words, words);
+}
+
+TEST(CheckMaintenanceMode, NeedsBothFlags) {
+  const TestRun test;
+  FCProtocolEntry fc = {};
+  EXPECT_EQ(CheckMaintenanceMode(test.run, fc), kSuccess);
+  fc.driver_flags = 0x04;
+  EXPECT_EQ(CheckMaintenanceMode(test.run, fc), kSuccess);
+  fc.port_flags = 0x01;
+  EXPECT_EQ(CheckMaintenanceMode(test.run, fc), kMaintenanceMode);
+  fc.driver_flags = 0xfb;
+  EXPECT_EQ(CheckMaintenanceMode(test.run, fc), kSuccess);
 }
 
 TEST(CountPass, CountsAndGoesOn) {

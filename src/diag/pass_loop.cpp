@@ -1,4 +1,4 @@
-#include "diag/test_passes.h"
+#include "diag/pass_loop.h"
 
 #include <unistd.h>
 
