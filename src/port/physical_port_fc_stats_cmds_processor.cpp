@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr const char* kResetStructure = "ResetFCStatistics";
 constexpr std::size_t kReportBytes = 2048;
 
 constexpr StatusMessage kMessages[] = {
