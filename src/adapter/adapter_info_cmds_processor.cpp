@@ -82,12 +82,6 @@ StatusCode DisplayAdapterInfo(CommandRun& run, const AdapterEntry& adapter, cons
   return run.DisplayReport(text);
 }
 
-// Clears what a failed call has filled: what cannot be read is reported as absent, with "Success".
-template <class Buffer>
-void ClearUnlessRead(const CommandRun& run, const char* step, LibraryStatus result, Buffer& buffer) {
-  if (StatusOfCall(run, step, result, kReadFailed) != kSuccess) buffer = {};
-}
-
 StatusCode CmdGetCommon(CommandRun& run) {
   AdapterSelection selected;
   if (const StatusCode status = SelectAdapter(run, selected); status != kSuccess) {
@@ -97,6 +91,7 @@ StatusCode CmdGetCommon(CommandRun& run) {
 
   OutputBracket bracket(run);
   if (!bracket.IsOpen()) return run.DisplayError(kFileNotFound);
+  // What cannot be read is absent from the report, which succeeds all the same.
   FlashComponentVersions components = {};
   ClearUnlessRead(run, "Get Flash Component Version", TORPI_GetFlashComponentVersion(&fc.handle, &components),
                   components);

@@ -16,6 +16,13 @@ StatusCode StatusOfCall(const CommandRun& run, const char* step, LibraryStatus r
 StatusCode StatusOfCall(const CommandRun& run, const char* step, LibraryStatus result,
                         std::span<const LibraryAnswer> answers, StatusCode failure);
 
+// For a read whose failure leaves the command going: logs the failure and clears what the call has filled, so
+// that the report shows it as absent.
+template <class Buffer>
+void ClearUnlessRead(const CommandRun& run, const char* step, LibraryStatus result, Buffer& buffer) {
+  if (StatusOfCall(run, step, result, kReadFailed) != kSuccess) buffer = {};
+}
+
 // Makes `call` in an output bracket of its own. False, without the call, when the bracket cannot be opened.
 template <class Call>
 bool CallInBracket(const CommandRun& run, Call call) {

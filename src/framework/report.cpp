@@ -40,15 +40,25 @@ ListStructure::~ListStructure() {
   out_.EndStructure();
 }
 
+ReportDocument::ReportDocument(CommandRun& run, const ReportFrame& frame, RebootField reboot)
+    : out_(run.out),
+      document_(run, frame.structure, "Success", reboot),
+      list_(run.out, frame.field),
+      element_(run.out, frame.list_structure) {
+  out_.BeginField(frame.data_field);
+}
+
+ReportDocument::~ReportDocument() {
+  out_.EndField();
+}
+
+void ReportDocument::Write(const ReportText& text) {
+  out_.WriteFormatted(std::strlen(text.Text()), "%s", DropConversions(text.Text()).c_str());
+}
+
 void WriteReport(CommandRun& run, const ReportFrame& frame, const ReportText& text, RebootField reboot) {
-  const Document document(run, frame.structure, "Success", reboot);
-  const ListField list(run.out, frame.field);
-  const ListStructure element(run.out, frame.list_structure);
-  run.out.BeginField(frame.data_field);
-  if (text.Allocated()) {
-    run.out.WriteFormatted(std::strlen(text.Text()), "%s", DropConversions(text.Text()).c_str());
-  }
-  run.out.EndField();
+  ReportDocument document(run, frame, reboot);
+  if (text.Allocated()) document.Write(text);
 }
 
 void WriteReportError(CommandRun& run, const ReportFrame& frame, const char* message, RebootField reboot) {

@@ -46,9 +46,27 @@ class ListStructure {
   Serializer& out_;
 };
 
-// Writes the document of a success: the report's text in its frame. The text counts as a format without
-// arguments (see DropConversions), so a percent sign in device data can vanish. A report without memory
-// leaves its field empty.
+// The document of a report that succeeds, open at the field that takes the text: the constructor writes what
+// comes before it, the destructor what follows.
+class ReportDocument {
+ public:
+  ReportDocument(CommandRun& run, const ReportFrame& frame, RebootField reboot = {});
+  ~ReportDocument();
+  ReportDocument(const ReportDocument&) = delete;
+  ReportDocument& operator=(const ReportDocument&) = delete;
+
+  // Writes the text, once. It counts as a format without arguments (see DropConversions), so a percent sign
+  // in device data can vanish.
+  void Write(const ReportText& text);
+
+ private:
+  Serializer& out_;
+  const Document document_;
+  const ListField list_;
+  const ListStructure element_;
+};
+
+// Writes the document of a success at once. A report without memory leaves its field empty.
 void WriteReport(CommandRun& run, const ReportFrame& frame, const ReportText& text, RebootField reboot = {});
 
 // Writes the document of a failure: the same frame with `message`, and an empty list in place of the text.

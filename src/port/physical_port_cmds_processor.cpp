@@ -24,18 +24,15 @@
 #include "discovery/port_lookup.h"
 #include "framework/files.h"
 #include "framework/library_call.h"
+#include "framework/report.h"
 #include "port/physical_port_dmi_cmds_processor.h"
 #include "port/physical_port_fc_stats_cmds_processor.h"
 #include "port/physical_port_fw_dump_cmds_processor.h"
 #include "port/physical_port_info_cmds_processor.h"
 #include "port/physical_port_rdp_cmds_processor.h"
 #include "port/physical_port_vpd_cmds_processor.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
-
-constexpr const char* kClassName = "PhysicalPortCmdsProcessor";
 
 constexpr StatusMessage kMessages[] = {
     kSuccess,
@@ -49,11 +46,10 @@ constexpr StatusMessage kMessages[] = {
     kMaintenanceMode,
 };
 
-StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdListCommon(CommandRun& run) {
   const AdapterList* list = nullptr;
-  if (const StatusCode status = OpenListing(kClassName, words, list); status != kSuccess) return status;
-  IdentifierList identifiers(out, mode, "PortList", "Ports");
+  if (const StatusCode status = OpenListing(run, list); status != kSuccess) return status;
+  IdentifierList identifiers(run, "PortList", "Ports");
   VisitFcEntries(*list, [&](const auto&, const auto&, const FCProtocolEntry& entry) {
     identifiers.Write(PortIdentifier(entry));
     return false;
@@ -62,48 +58,37 @@ StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
 }
 
 // Writes the document of a success or a failure and returns its code.
-StatusCode DisplayUpdateNvram(Serializer& out, StatusCode code, OutputMode mode, bool reboot_required) {
-  const Document document(out, mode, "UpdateNVRAM", MessageFor(kMessages, code),
-                          {RebootField::kAheadOfMessage, reboot_required});
+StatusCode DisplayUpdateNvram(CommandRun& run, StatusCode code, bool reboot_required) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, "UpdateNVRAM", run.MessageFor(code),
+                          {RebootField::kBeforeMessage, reboot_required});
   return code;
 }
 
-StatusCode CmdUpdateNvramCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const auto fail = [&](StatusCode code) { return DisplayUpdateNvram(out, code, mode, false); };
+StatusCode CmdUpdateNvramCommon(CommandRun& run) {
+  const auto fail = [&](StatusCode code) { return DisplayUpdateNvram(run, code, false); };
 
   PortSelection selected;
-  StatusCode status = GetPhysicalPortFromPortString(kClassName, words, selected);
-  if (status != kSuccess) return fail(status);
-  const std::string file(WordAt(words, 1));
+  if (const StatusCode status = SelectPhysicalPort(run, selected); status != kSuccess) return fail(status);
+  const std::string file(WordAt(run.words, 1));
   if (!FileExists(file.c_str())) {
-    DebugLogLevel(kDebugFailure, "%s::%s: NVRAM file [%s] does not exist", kClassName, __func__,
-                  file.c_str());
-    return fail(kFileNotFound);
+    return fail(run.Refuse(kFileNotFound, "NVRAM file [%s] does not exist", file.c_str()));
   }
-  status = CallLibrary(kClassName, "Update NVRAM from File", kUpdateFailed,
-                       [&] { return TORPI_UpdateAdapterNVRAMFromFile(&selected.fc->handle, file.c_str()); });
+  const StatusCode status = CallLibrary(run, "Update NVRAM from File", kUpdateFailed, [&] {
+    return TORPI_UpdateAdapterNVRAMFromFile(&selected.fc->handle, file.c_str());
+  });
   if (status != kSuccess) return fail(status);
-  return DisplayUpdateNvram(out, kSuccess, mode, IsRebootRequired(kClassName));
+  return DisplayUpdateNvram(run, kSuccess, IsRebootRequired(run));
 }
 
-constexpr auto CmdList = &InXml<CmdListCommon>;
-constexpr auto CmdUpdateNvram = &InXml<CmdUpdateNvramCommon>;
-constexpr auto CmdListCli = &InText<CmdListCommon>;
-constexpr auto CmdUpdateNvramCli = &InText<CmdUpdateNvramCommon>;
-
-constexpr const char* kListDescription = "Discover list of Sorvex physical ports";
-constexpr const char* kUpdateNvramDescription = "Update NVRAM of Sorvex physical port";
-
-constexpr Leaf kLeaves[] = {
-    {"list", 0, kListDescription, CmdList},
-    {"updatenvram", 1, kUpdateNvramDescription, CmdUpdateNvram},
-    {"help", 2, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"listcli", 3, kListDescription, CmdListCli, &CommandNode::CmdUsage},
-    {"updatenvramcli", 4, kUpdateNvramDescription, CmdUpdateNvramCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"list", "Discover list of Sorvex physical ports", "Usage: list\r\n", &CmdListCommon},
+    {.word = "updatenvram",
+     .description = "Update NVRAM of Sorvex physical port",
+     .usage = nullptr,
+     .run = &CmdUpdateNvramCommon,
+     .function = "UpdateNvram"},
 };
-
-constexpr UsageText kUsage[] = {{3, "Usage: list\r\n"}};  // deliberately nothing for updatenvramcli
 
 constexpr SubNode kSubNodes[] = {
     {"info", "-s", "use this command to get Sorvex Fibre Channel Port's info",
@@ -159,7 +144,13 @@ constexpr SubNode kSubNodes[] = {
      &MakeNode<PhysicalPortHostNQNCmdsProcessor>},
 };
 
-constexpr NodeClass kClass = {kClassName, "Port", kLeaves, kUsage, kSubNodes};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortCmdsProcessor",
+    .help_words = "Port",
+    .commands = kCommands,
+    .sub_nodes = kSubNodes,
+    .messages = kMessages,
+};
 
 }  // namespace
 

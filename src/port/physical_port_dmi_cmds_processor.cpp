@@ -9,15 +9,12 @@
 #include "framework/device_library/families.h"
 #include "framework/files.h"
 #include "framework/library_call.h"
+#include "framework/report.h"
 #include "port/sfp/dmi_report.h"
 #include "port/sfp/sfp_image.h"
-#include "runtime/debug_log.h"
 #include "runtime/text.h"
-#include "runtime/timing_scope.h"
 
 namespace {
-
-constexpr const char* kClassName = "PhysicalPortDMICmdsProcessor";
 
 constexpr ReportFrame kFrame = {"DMIInformation", "Dmi Info", "DMIInfoList", "Dmi Data"};
 constexpr std::size_t kReportBytes = 16384;
@@ -108,20 +105,17 @@ const SaveMode* FindSaveMode(std::string_view word) {
   return nullptr;
 }
 
-// These three write the document of an outcome and return its code.
+// These two write the document of an outcome and return its code.
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
+StatusCode DisplaySfpSave(CommandRun& run, StatusCode code) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, "SaveSFPData", MessageFor(kSaveMessages, code));
   return code;
 }
 
-StatusCode DisplaySfpSave(Serializer& out, StatusCode code, OutputMode mode) {
-  const Document document(out, mode, "SaveSFPData", MessageFor(kSaveMessages, code));
-  return code;
-}
-
-StatusCode DisplaySfpUpdate(Serializer& out, StatusCode code, OutputMode mode) {
-  const Document document(out, mode, "SFPFirmwareUpdate", MessageFor(kUpdateMessages, code));
+StatusCode DisplaySfpUpdate(CommandRun& run, StatusCode code) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, "SFPFirmwareUpdate", MessageFor(kUpdateMessages, code));
   return code;
 }
 
@@ -129,18 +123,20 @@ bool IsAllZero(const ImageBuffer& image) {
   return std::all_of(image.begin(), image.end(), [](std::uint8_t byte) { return byte == 0; });
 }
 
-// A port without a module reads as zeros, which deliberately is a message and yet a success.
-StatusCode DisplayNoData(Serializer& out, OutputMode mode) {
-  DebugLogLevel(kDebugFailure, "%s::%s: Got all 0's data", kClassName, __func__);
-  DisplayError(out, kDataNotAvailable, mode);
+// A port without a module reads as zeros. Intended: that is a failure's document and yet a success.
+StatusCode DisplayNoData(CommandRun& run) {
+  run.DisplayError(run.Refuse(kDataNotAvailable, "Got all 0's data"));
   return kSuccess;
 }
 
-StatusCode DisplayDMIInfo(Serializer& out, const ImageBuffer& image, OutputMode mode) {
-  if (IsAllZero(image)) return DisplayNoData(out, mode);
+StatusCode DisplayDMIInfo(CommandRun& run, const ImageBuffer& image) {
+  const FunctionScope function(run, __func__);
+  if (IsAllZero(image)) return DisplayNoData(run);
+  ReportDocument document(run, kFrame);
   ReportText text(kReportBytes);
-  if (text.Allocated()) AppendDmiReport(text, image);
-  WriteReport(out, mode, kFrame, text);
+  if (!text.Allocated()) return run.Refuse(kMemoryError, "Output memory alloc failed");
+  AppendDmiReport(text, image);
+  document.Write(text);
   return kSuccess;
 }
 
@@ -154,157 +150,135 @@ std::string HexBytes(SfpImage bytes) {
   return text;
 }
 
-StatusCode DisplayRawDMIInfo(Serializer& out, const ImageBuffer& image, OutputMode mode) {
-  if (IsAllZero(image)) return DisplayNoData(out, mode);
+StatusCode DisplayRawDMIInfo(CommandRun& run, const ImageBuffer& image) {
+  const FunctionScope function(run, __func__);
+  if (IsAllZero(image)) return DisplayNoData(run);
   const SfpImage bytes(image);
-  const Document document(out, mode, kFrame.structure, "Success");
-  const ListField list(out, kFrame.field);
-  const ListStructure element(out, kFrame.list_structure);
-  out.WriteStringField("Dmi A0Data In Hex", HexBytes(bytes.first(kSfpAddressBytes)).c_str());
-  out.WriteStringField("Dmi A2Data In Hex", HexBytes(bytes.last(kSfpAddressBytes)).c_str());
+  const Document document(run, kFrame.structure, "Success");
+  const ListField list(run.out, kFrame.field);
+  const ListStructure element(run.out, kFrame.list_structure);
+  run.out.WriteStringField("Dmi A0Data In Hex", HexBytes(bytes.first(kSfpAddressBytes)).c_str());
+  run.out.WriteStringField("Dmi A2Data In Hex", HexBytes(bytes.last(kSfpAddressBytes)).c_str());
   return kSuccess;
 }
 
-// Reads the image and has it displayed, or displays why that failed.
-StatusCode ReadAndDisplay(Serializer& out, const DeviceHandle& handle, ReadMode read_mode, OutputMode mode,
-                          StatusCode (*display)(Serializer& out, const ImageBuffer& image, OutputMode mode)) {
-  ImageBuffer image = {};
-  const StatusCode status = CallLibrary(kClassName, "Get SFP data", kReadFailed, [&] {
-    return TORPI_GetSFPDataEx(&handle, image.data(), read_mode, 0);
-  });
-  return status == kSuccess ? display(out, image, mode) : DisplayError(out, status, mode);
+StatusCode ReadImage(const CommandRun& run, const FCProtocolEntry& fc, ReadMode mode, ImageBuffer& image) {
+  image = {};
+  return CallLibrary(run, "Get SFP data", kReadFailed,
+                     [&] { return TORPI_GetSFPDataEx(&fc.handle, image.data(), mode, 0); });
 }
 
-// The option that tells how fresh the data must be; false for a value that is neither "true" nor "false".
-bool ReadRefreshOption(Words words, ReadMode& read_mode) {
-  read_mode = kReadDefault;
+// The option that says how fresh the data must be; kInvalidParameter for a value that is neither "true" nor
+// "false".
+StatusCode ReadRefreshOption(const CommandRun& run, ReadMode& mode) {
+  Words words = run.words;
   std::string refresh;
-  if (!GetOptionValue(words, "--refresh", "-r", refresh)) return true;
-  if (EqualNoCase(refresh, "true")) read_mode = kReadRefreshed;
-  if (read_mode == kReadRefreshed || EqualNoCase(refresh, "false")) return true;
-  DebugLogLevel(kDebugFailure, "%s::%s: refresh=%s not supported", kClassName, __func__, refresh.c_str());
-  return false;
-}
-
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  PortSelection selected;
-  if (const StatusCode status = GetPhyPortFromPortString(words, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  mode = kReadDefault;
+  if (!GetOptionValue(words, "--refresh", "-r", refresh) || EqualNoCase(refresh, "false")) return kSuccess;
+  if (!EqualNoCase(refresh, "true")) {
+    return run.Refuse(kInvalidParameter, "refresh=%s not supported", refresh.c_str());
   }
-  ReadMode read_mode = kReadDefault;
-  // A wrong option deliberately ends the command without a document.
-  if (!ReadRefreshOption(words, read_mode)) return kInvalidParameter;
-  return ReadAndDisplay(out, selected.fc->handle, read_mode, mode, &DisplayDMIInfo);
+  mode = kReadRefreshed;
+  return kSuccess;
 }
 
-StatusCode CmdGetRawCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   PortSelection selected;
-  if (const StatusCode status = GetPhyPortFromPortString(words, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectPort(run, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
-  return ReadAndDisplay(out, selected.fc->handle, kReadRaw, mode, &DisplayRawDMIInfo);
+  ReadMode mode = kReadDefault;
+  // Intended: a wrong option ends the command without a document.
+  if (const StatusCode status = ReadRefreshOption(run, mode); status != kSuccess) return status;
+  ImageBuffer image;
+  const StatusCode status = ReadImage(run, *selected.fc, mode, image);
+  return status == kSuccess ? DisplayDMIInfo(run, image) : run.DisplayError(status);
 }
 
-StatusCode CmdSaveCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const auto fail = [&](StatusCode code) { return DisplaySfpSave(out, code, mode); };
+StatusCode CmdGetRawCommon(CommandRun& run) {
+  PortSelection selected;
+  if (const StatusCode status = SelectPort(run, selected); status != kSuccess) {
+    return run.DisplayError(status);
+  }
+  ImageBuffer image;
+  const StatusCode status = ReadImage(run, *selected.fc, kReadRaw, image);
+  return status == kSuccess ? DisplayRawDMIInfo(run, image) : run.DisplayError(status);
+}
+
+StatusCode CmdSaveCommon(CommandRun& run) {
+  const auto fail = [&](StatusCode code) { return DisplaySfpSave(run, code); };
 
   PortSelection selected;
-  if (const StatusCode status = GetPhyPortFromPortString(words, selected); status != kSuccess)
-    return fail(status);
-  const std::string file(WordAt(words, 1));
+  if (const StatusCode status = SelectPort(run, selected); status != kSuccess) return fail(status);
+  const std::string file(WordAt(run.words, 1));
   // A missing path leaves no word for the mode either.
-  const SaveMode* const save_mode = FindSaveMode(WordAt(words, 2));
-  LibraryStatus result = kLibrarySuccess;
-  const auto save = [&] {
-    if (save_mode != nullptr) result = save_mode->write(&selected.fc->handle, file.c_str());
-  };
-  if (!CallInBracket(kClassName, save)) return fail(kFileNotFound);
+  const SaveMode* const save_mode = FindSaveMode(WordAt(run.words, 2));
+
+  OutputBracket bracket(run);
+  if (!bracket.IsOpen()) return fail(kFileNotFound);
   if (save_mode == nullptr) {
-    // The number is deliberately that of the output's form, whatever word was given.
-    DebugLogLevel(kDebugFailure, "%s::%s: Invalid mode %u", kClassName, __func__, std::uint32_t{mode});
-    return fail(kReadFailed);
+    bracket.Close();
+    // Intended: the number is that of the output's form, whatever word was given.
+    return fail(run.Refuse(kReadFailed, "Invalid mode %d", static_cast<int>(run.mode)));
   }
-  return DisplaySfpSave(out, StatusOfCall(kClassName, "SFP data save", result, kSaveAnswers, kReadFailed),
-                        mode);
+  const LibraryStatus result = save_mode->write(&selected.fc->handle, file.c_str());
+  bracket.Close();
+  return DisplaySfpSave(run, StatusOfCall(run, "SFP data save", result, kSaveAnswers, kReadFailed));
 }
 
-StatusCode CmdUpdateCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const auto fail = [&](StatusCode code) { return DisplaySfpUpdate(out, code, mode); };
+StatusCode CmdUpdateCommon(CommandRun& run) {
+  const auto fail = [&](StatusCode code) { return DisplaySfpUpdate(run, code); };
 
   PortSelection selected;
-  if (const StatusCode status = GetPhyPortFromPortString(words, selected); status != kSuccess)
-    return fail(status);
+  if (const StatusCode status = SelectPort(run, selected); status != kSuccess) return fail(status);
   const FCProtocolEntry& fc = *selected.fc;
-  const std::string file(WordAt(words, 1));
+  const std::string file(WordAt(run.words, 1));
   if (!FileExists(file.c_str())) {
-    DebugLogLevel(kDebugFailure, "%s::%s: SFP Image file [%s] does not exist", kClassName, __func__,
-                  file.c_str());
-    return fail(kFileNotFound);
+    return fail(run.Refuse(kFileNotFound, "SFP Image file [%s] does not exist", file.c_str()));
   }
-  if (!EqualNoCase(WordAt(words, 2), kUpdatableVendor)) {
-    DebugLogLevel(kDebugFailure, "%s::%s: SFP Firmware update not supported for this vendor", kClassName,
-                  __func__);
-    return fail(kSfpVendorNotSupported);
+  if (!EqualNoCase(WordAt(run.words, 2), kUpdatableVendor)) {
+    return fail(run.Refuse(kSfpVendorNotSupported, "SFP Firmware update not supported for this vendor"));
   }
   if (!IsDeviceGroupDahlia(fc.pci)) {
-    DebugLogLevel(kDebugFailure, "%s::%s: SFP Firmware update not supported for this adapter", kClassName,
-                  __func__);
-    return fail(kFeatureNotSupported);
+    return fail(run.Refuse(kFeatureNotSupported, "SFP Firmware update not supported for this adapter"));
   }
   if ((fc.driver_flags & kDriverUpdatesSfpFirmware) == 0) {
-    DebugLogLevel(kDebugFailure, "%s::%s: SFP Firmware update not supported by the driver", kClassName,
-                  __func__);
-    return fail(kNotSupportedByDriver);
+    return fail(run.Refuse(kNotSupportedByDriver, "SFP Firmware update not supported by the driver"));
   }
-  LibraryStatus result = kLibrarySuccess;
-  const auto update = [&] {
-    result = TORPI_SfpModuleFirmwareUpdate(&fc.handle, file.c_str(), kUpdatableKind);
-  };
-  if (!CallInBracket(kClassName, update)) return fail(kFileNotFound);
-  return DisplaySfpUpdate(
-      out, StatusOfCall(kClassName, "SFP FW update", result, kUpdateAnswers, kSfpUpdateRefused), mode);
+  return DisplaySfpUpdate(run, CallLibrary(run, "SFP FW update", kUpdateAnswers, kSfpUpdateRefused, [&] {
+                            return TORPI_SfpModuleFirmwareUpdate(&fc.handle, file.c_str(), kUpdatableKind);
+                          }));
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdGetRaw = &InXml<CmdGetRawCommon>;
-constexpr auto CmdUpdate = &InXml<CmdUpdateCommon>;
-constexpr auto CmdSave = &InXml<CmdSaveCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-constexpr auto CmdGetRawCli = &InText<CmdGetRawCommon>;
-constexpr auto CmdUpdateCli = &InText<CmdUpdateCommon>;
-constexpr auto CmdSaveCli = &InText<CmdSaveCommon>;
-
-constexpr const char* kGetDescription = "Get Sorvex Physical Port SFP DMI information";
-constexpr const char* kGetRawDescription = "Get Sorvex Physical Port SFP DMI information as raw hex data";
-constexpr const char* kUpdateDescription = "Update Sorvex Physical Port SFP DMI Firmware";
-constexpr const char* kSaveDescription = "Save Sorvex Physical Port SFP DMI information in a file";
-
-// The indexes of `update` and `save` deliberately repeat: plain leaves have no usage text.
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"getraw", 1, kGetRawDescription, CmdGetRaw},
-    {"update", 0, kUpdateDescription, CmdUpdate},
-    {"save", 1, kSaveDescription, CmdSave},
-    {"help", 2, "List of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 3, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
-    {"getrawcli", 4, kGetRawDescription, CmdGetRawCli, &CommandNode::CmdUsage},
-    {"updatecli", 5, kUpdateDescription, CmdUpdateCli, &CommandNode::CmdUsage},
-    {"savecli", 6, kSaveDescription, CmdSaveCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"get", "Get Sorvex Physical Port SFP DMI information", "Usage: get [port identifier]\r\n",
+     &CmdGetCommon},
+    {.word = "getraw",
+     .description = "Get Sorvex Physical Port SFP DMI information as raw hex data",
+     .usage = "Usage: getraw [port identifier]\r\n",
+     .run = &CmdGetRawCommon,
+     .function = "GetRaw"},
+    // Intended: the indexes of the first two again, so that `help` has 2.
+    {.word = "update",
+     .description = "Update Sorvex Physical Port SFP DMI Firmware",
+     .usage = "Usage: update [port identifier]\r\n",  // without the file and the vendor, which it needs too
+     .run = &CmdUpdateCommon,
+     .usage_index = 0},
+    {.word = "save",
+     .description = "Save Sorvex Physical Port SFP DMI information in a file",
+     .usage = "Usage: save [port identifier] [sfpfile] [mode]\r\n",
+     .run = &CmdSaveCommon,
+     .usage_index = 1},
 };
 
-constexpr UsageText kUsage[] = {
-    {3, "Usage: get [port identifier]\r\n"},
-    {4, "Usage: getraw [port identifier]\r\n"},
-    {5, "Usage: update [port identifier]\r\n"},  // deliberately without the file and the vendor, which it
-                                                 // needs too
-    {6, "Usage: save [port identifier] [sfpfile] [mode]\r\n"},
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortDMICmdsProcessor",
+    .help_words = "Port dmi",
+    .commands = kCommands,
+    .frame = kFrame,
+    .messages = kMessages,
+    .help_description = "List of available commands",
 };
-
-constexpr NodeClass kClass = {kClassName, "Port dmi", kLeaves, kUsage};
 
 }  // namespace
 

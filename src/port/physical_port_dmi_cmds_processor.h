@@ -1,4 +1,4 @@
-// The `dmi` node: shows what a port's pluggable module tells about itself, saves it in a file, and updates
+// The `dmi` node: shows what a port's pluggable module says about itself, saves it in a file, and updates
 // the module's firmware.
 #pragma once
 

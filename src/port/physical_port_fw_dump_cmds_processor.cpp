@@ -1,19 +1,13 @@
 #include "port/physical_port_fw_dump_cmds_processor.h"
 
 #include <cstdio>
-#include <cstdlib>
-#include <memory>
 
 #include "discovery/port_lookup.h"
+#include "framework/heap_buffer.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
-
-constexpr const char* kClassName = "PhysicalPortFwDumpCmdsProcessor";
-constexpr const char* kStructure = "FwDumpInfo";
 
 constexpr StatusMessage kMessages[] = {
     kSuccess,          {kWrongWordCount, "Failed, Parameter Error"},
@@ -23,68 +17,65 @@ constexpr StatusMessage kMessages[] = {
     kMemoryError,      {kResponseNotAvailable, "Failed, FW Dump Not Available"},
 };
 
-// In maintenance mode the dump deliberately fails as for any other reason.
 constexpr LibraryAnswer kAnswers[] = {
-    {kLibraryMaintenanceMode, kReadFailed}, {0x20000064, kInvalidParameter},     {0x20000072, kMemoryError},
+    {0x20000064, kInvalidParameter},        {0x20000072, kMemoryError},
     {0x20000073, kWrongWordCount},          {0x2000007B, kResponseNotAvailable},
+    {kLibraryMaintenanceMode, kReadFailed},  // intended: no status of its own here
 };
 
-struct Free {
-  void operator()(void* block) const { std::free(block); }
-};
-
-// Writes the document of a success or a failure and returns its code.
-StatusCode DisplayFwDumpInfo(Serializer& out, StatusCode code, OutputMode mode) {
-  const Document document(out, mode, kStructure, MessageFor(kMessages, code));
+StatusCode WriteDocument(CommandRun& run, StatusCode code) {
+  const Document document(run, "FwDumpInfo", run.MessageFor(code));
   return code;
 }
 
-// Deliberately without a look at how much could be written: only a file that cannot be opened is a failure.
-StatusCode WriteDump(const char* path, const void* dump, std::uint32_t size) {
+StatusCode DisplayError(CommandRun& run, StatusCode code) {
+  const FunctionScope function(run, __func__);
+  return WriteDocument(run, code);
+}
+
+StatusCode DisplayFwDumpInfo(CommandRun& run) {
+  const FunctionScope function(run, __func__);
+  return WriteDocument(run, kSuccess);
+}
+
+// Only a file that cannot be opened is a failure. Intended: how much could be written does not count.
+StatusCode WriteDump(const CommandRun& run, const char* path, const void* dump, std::uint32_t size) {
   std::FILE* const file = std::fopen(path, "we");
-  if (file == nullptr) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Failed to open %s file", kClassName, __func__, path);
-    return kFileNotFound;
-  }
+  if (file == nullptr) return run.Refuse(kFileNotFound, "Failed to open %s file", path);
   if (dump != nullptr) std::fwrite(dump, 1, size, file);
   std::fclose(file);
   return kSuccess;
 }
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   PortSelection selected;
-  if (const StatusCode status = GetPhyPortFromPortString(words, selected); status != kSuccess) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Get phy port failed err=%u", kClassName, __func__, status);
-    return DisplayFwDumpInfo(out, status, mode);
+  if (const StatusCode status = SelectPort(run, selected); status != kSuccess) {
+    return DisplayError(run, status);
   }
-  // Without a file no dump is fetched for nothing.
-  if (words.size() < 2) return DisplayFwDumpInfo(out, kInvalidParameter, mode);
+  // Before the library is asked, so that no dump is fetched for nothing.
+  if (run.words.size() < 2) return DisplayError(run, run.Refuse(kInvalidParameter, "dump file not given"));
 
   void* buffer = nullptr;
   std::uint32_t size = 0;
-  const StatusCode status = CallLibrary(kClassName, "Get Firmware Dump", kAnswers, kReadFailed, [&] {
+  StatusCode status = CallLibrary(run, "Get Firmware Dump", kAnswers, kReadFailed, [&] {
     return TORPI_SDGetFwDump2(selected.fc->handle.sd_handle, 0, &buffer, &size);
   });
-  const std::unique_ptr<void, Free> dump(buffer);
-  if (status != kSuccess) return DisplayFwDumpInfo(out, status, mode);
-  return DisplayFwDumpInfo(out, WriteDump(words[1].c_str(), dump.get(), size), mode);
+  const HeapBuffer<void> dump(buffer);
+  if (status == kSuccess) status = WriteDump(run, run.words[1].c_str(), dump.get(), size);
+  return status == kSuccess ? DisplayFwDumpInfo(run) : DisplayError(run, status);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex Firmware Dump information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 2, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
+// The usage text leaves out the port identifier and the file, which the command needs.
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex Firmware Dump information", "Usage: get\r\n", &CmdGetCommon},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: get\r\n"}};  // deliberately without the identifier and the file
-
-constexpr NodeClass kClass = {kClassName, "Port fwdump", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortFwDumpCmdsProcessor",
+    .help_words = "Port fwdump",
+    .commands = kCommands,
+    .messages = kMessages,
+};
 
 }  // namespace
 

@@ -6,24 +6,19 @@
 #include "framework/code_text.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
-#include "framework/output_bracket.h"
+#include "framework/library_call.h"
 #include "framework/report_lines.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
-constexpr const char* kClassName = "PhysicalPortInfoCmdsProcessor";
-
-constexpr ReportFrame kFrame = {"PortInformation", "PortInfo", "PortInfoList"};
 constexpr std::size_t kReportBytes = 4096;
 
 constexpr StatusMessage kMessages[] = {
     kInvalidParameter, kHostNotFound, kFileNotFound, kAdapterNotFound, kMemoryError,
 };
 
-// Link width and speed as the PCI Express Link Capabilities and Link Status registers code them, except that
-// the codes of "x32" and "32 Gtps" are deliberately not those of the standard.
+// Link width and speed as the PCI Express Link Capabilities and Link Status registers code them. Intended:
+// "x32" and "32 Gtps" have other codes than in the standard.
 constexpr CodeText kPciWidths[] = {{1, "x1"}, {2, "x2"}, {4, "x4"}, {8, "x8"}, {16, "x16"}, {24, "x32"}};
 constexpr CodeText kPciSpeeds[] = {
     {1, "2.5 Gtps"}, {2, "5 Gtps"}, {3, "8 Gtps"}, {4, "16 Gtps"}, {8, "32 Gtps"},
@@ -60,13 +55,13 @@ constexpr SupportedSpeed kRisingSpeeds[] = {
     {0x04, "10 "}, {0x20, "16 "}, {0x40, "32 "}, {0x80, "64 "},
 };
 
-// The first of these that the mask holds is the maximum. Deliberately without 1 and 2 Gbps.
+// The first of these that the mask holds is the maximum. Intended: a port of 1 or 2 Gbps has none.
 constexpr SupportedSpeed kMaximumSpeeds[] = {
     {0x80, "64 Gbps"}, {0x40, "32 Gbps"}, {0x20, "16 Gbps"},
     {0x04, "10 Gbps"}, {0x10, "8 Gbps"},  {0x08, "4 Gbps"},
 };
 
-// With the state read, the word is "false" deliberately, whatever the flag itself says.
+// Intended: a state that was read shows "false", whatever its flag says.
 constexpr CodeText kLockdownTexts[] = {
     {static_cast<std::uint32_t>(LockdownReadStatus::kRead), "false"},
     {static_cast<std::uint32_t>(LockdownReadStatus::kUnsupportedDriver), "Unsupported Driver"},
@@ -100,7 +95,8 @@ std::string SupportedSpeedsText(std::uint8_t mask) {
   return text + "Gbps";
 }
 
-// Above 16 Gbps error correction is always in use; at 16 Gbps the adapters that can have it tell.
+// Above 16 Gbps forward error correction is always in use; at 16 Gbps the link flags say so, for the adapters
+// that can have it.
 bool IsFecInUse(const FCProtocolEntry& fc) {
   if (fc.port_speed > kGreatestSpeedWithoutFec) return true;
   return IsOfTheFourGroups(fc.pci) && fc.port_speed == kSpeed16Gbps && (fc.link_flags & kFecInUse) != 0;
@@ -156,7 +152,7 @@ void TwoPartVersionLine(ReportText& text, const char* label, const std::uint8_t 
   text.Line("      %s: %hhu.%02hhu\n", label, bytes[0], bytes[1]);
 }
 
-// Where there is no PEP SoftROM the line deliberately carries the label of the MPI SoftROM.
+// Intended: without a PEP SoftROM the line has the label of the MPI SoftROM.
 void PepSoftRomLine(ReportText& text, const ComponentVersion& version) {
   const bool absent = version.AllZero() || version.AllOnes();
   VersionOrBlankLine(text, absent ? "Flash MPI SoftROM Version" : "Flash PEP SoftROM Version", version);
@@ -195,25 +191,17 @@ void RunningLines(ReportText& text, const FCProtocolEntry& fc, const LockdownSta
   LockdownLine(text, "MPI Lockdown", lockdown.mpi_status);
 }
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
-
-// What the library tells beyond the port's records.
+// What the library adds to the port's records.
 struct Readings {
   BoardTemperature temperature;
   LockdownStatus lockdown;
   FlashComponentVersions components;
 };
 
-StatusCode DisplayPortInfo(Serializer& out, const PortSelection& selected, const Readings& readings,
-                           OutputMode mode) {
+StatusCode DisplayPortInfo(CommandRun& run, const PortSelection& selected, const Readings& read) {
+  const FunctionScope function(run, __func__);
   ReportText text(kReportBytes);
-  if (!text.Allocated()) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Output memory alloc failed", kClassName, __func__);
-    return DisplayError(out, kMemoryError, mode);
-  }
+  if (!text.Allocated()) return run.DisplayNoMemory();
   const FCProtocolEntry& fc = *selected.fc;
   FirstTextLine(text, "Model", selected.adapter->model.Empty() ? "NA" : selected.adapter->model.View());
   PositionLines(text, *selected.port, fc);
@@ -225,58 +213,46 @@ StatusCode DisplayPortInfo(Serializer& out, const PortSelection& selected, const
   NameLines(text, fc);
   LinkLines(text, fc);
   if (IsOfTheFourGroups(fc.pci)) {
-    // Deliberately unsigned: -1 shows as 4294967295.
-    NumberLine(text, "Temperature In Celsius", static_cast<std::uint32_t>(readings.temperature.celsius));
+    // Intended: unsigned, so that -1 shows as 4294967295.
+    NumberLine(text, "Temperature In Celsius", static_cast<std::uint32_t>(read.temperature.celsius));
   }
-  FlashLines(text, fc, readings.components);
-  RunningLines(text, fc, readings.lockdown);
-  WriteReport(out, mode, kFrame, text);
-  return kSuccess;
+  FlashLines(text, fc, read.components);
+  RunningLines(text, fc, read.lockdown);
+  return run.DisplayReport(text);
 }
 
-// Zeroes the buffer of a call that failed, so that its lines show what is absent; the report goes on.
-template <class Buffer>
-void Evaluate(LibraryStatus result, const char* step, Buffer& buffer) {
-  if (result == kLibrarySuccess) return;
-  DebugLogLevel(kDebugFailure, "%s: Get %s failed err=%u", kClassName, step, result);
-  buffer = {};
-}
-
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   PortSelection selected;
-  if (const StatusCode status = GetPhyPortFromPortString(words, selected); status != kSuccess) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Get phy port failed err=%u", kClassName, __func__, status);
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectPort(run, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
   const DeviceHandle& handle = selected.fc->handle;
 
-  OutputBracket bracket(kClassName);
-  if (!bracket.IsOpen()) return DisplayError(out, kFileNotFound, mode);
+  OutputBracket bracket(run);
+  if (!bracket.IsOpen()) return run.DisplayError(kFileNotFound);
+  // What cannot be read is absent from the report, which succeeds all the same.
   Readings read = {};
-  Evaluate(TORPI_GetAdapterAsicBoardTemperature(&handle, &read.temperature), "phy port temperature",
-           read.temperature);
-  Evaluate(TORPI_GetLockdownStatus(&handle, &read.lockdown), "Lockdown status", read.lockdown);
-  Evaluate(TORPI_GetFlashComponentVersion(&handle, &read.components), "Flash Component Version",
-           read.components);
+  ClearUnlessRead(run, "Get phy port temperature",
+                  TORPI_GetAdapterAsicBoardTemperature(&handle, &read.temperature), read.temperature);
+  ClearUnlessRead(run, "Get Lockdown status", TORPI_GetLockdownStatus(&handle, &read.lockdown),
+                  read.lockdown);
+  const LibraryStatus components = TORPI_GetFlashComponentVersion(&handle, &read.components);
   bracket.Close();
-  return DisplayPortInfo(out, selected, read, mode);
+  ClearUnlessRead(run, "Get Flash Component Version", components, read.components);
+  return DisplayPortInfo(run, selected, read);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex Physical Port information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 2, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex Physical Port information", "Usage: get [port identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: get [port identifier]\r\n"}};
-
-constexpr NodeClass kClass = {kClassName, "Port info", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortInfoCmdsProcessor",
+    .help_words = "Port info",
+    .commands = kCommands,
+    .frame = {"PortInformation", "PortInfo", "PortInfoList"},
+    .messages = kMessages,
+};
 
 }  // namespace
 

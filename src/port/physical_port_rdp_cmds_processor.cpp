@@ -1,76 +1,90 @@
 #include "port/physical_port_rdp_cmds_processor.h"
 
-#include "diag/test_messages.h"
-#include "diag/test_port.h"
+#include "discovery/port_lookup.h"
+#include "framework/heap_buffer.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
 #include "port/rdp_decoder.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
-
-constexpr const char* kClassName = "PhysicalPortRDPCmdsProcessor";
 
 constexpr ReportFrame kFrame = {"RDPInformation", "Read Diagnostics Parameters Data", "RDPDataList",
                                 "RDPInfo"};
 constexpr std::size_t kReportBytes = 16384;
 constexpr std::uint32_t kResponseBytes = 508;
 
+// Intended: some speak of the diagnostic port.
 constexpr StatusMessage kMessages[] = {
-    kInvalidParameter, kDPortReadFailed, kHostNotFound,         kFileNotFound,        kDPortUpdateFailed,
-    kAdapterNotFound,  kTargetNotFound,  kDiagnosticFailed,     kFeatureNotSupported, kNotInBootFromSan,
-    kLinkDown,         kSpeedBelow16,    kNotInDiagnosticsMode, kVirtualPort,         kMaintenanceMode,
+    kInvalidParameter,
+    {kReadFailed, "Failed, DPortDiag read failed"},
+    kHostNotFound,
+    kFileNotFound,
+    {kUpdateFailed, "Failed, DPortDiag update failed"},
+    kAdapterNotFound,
+    kTargetNotFound,
+    kDiagnosticFailed,
+    kFeatureNotSupported,
+    kNotInBootFromSan,
+    kLinkDown,
+    {kSpeedTooLow, "Failed, Feature supported for speeds 16 Gbps and above"},
+    kNotInDiagnosticsMode,
+    kVirtualPort,
+    kMaintenanceMode,
 };
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
+bool IsLinkUp(const FCProtocolEntry& fc) {
+  return fc.port_state == 1;
 }
 
-StatusCode DisplayRDPInfo(Serializer& out, std::span<const std::uint8_t> response, OutputMode mode) {
+StatusCode DisplayRDPInfo(CommandRun& run, std::span<const std::uint8_t> response) {
+  const FunctionScope function(run, __func__);
+  ReportDocument document(run, kFrame);
   ReportText text(kReportBytes);
+  if (!text.Allocated()) return run.Refuse(kMemoryError, "Output memory alloc failed");
   bool is_cisco = false;
-  if (text.Allocated()) ParseRDPDataBuffer(response, text, is_cisco);
-  DebugLogLevel(kDebugTrace, "%s::%s: Cisco switch: %d", kClassName, __func__, is_cisco ? 1 : 0);
-  WriteReport(out, mode, kFrame, text);
+  ParseRDPDataBuffer(run, response, text, is_cisco);
+  run.Trace("Cisco switch: %d", is_cisco ? 1 : 0);
+  document.Write(text);
   return kSuccess;
 }
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const FCProtocolEntry* fc = nullptr;
-  if (const StatusCode status = SelectTestPort(kClassName, words, fc); status != kSuccess) {
-    return DisplayError(out, status, mode);
+StatusCode CmdGetCommon(CommandRun& run) {
+  PortSelection selected;
+  if (const StatusCode status = SelectPhysicalPort(run, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
-  if (!IsLinkUp(*fc)) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Port is in Link Down state", kClassName, __func__);
-    return DisplayError(out, kLinkDown, mode);
-  }
-  std::uint8_t response[kResponseBytes] = {};
+  const FCProtocolEntry& fc = *selected.fc;
+  if (!IsLinkUp(fc)) return run.DisplayError(run.Refuse(kLinkDown, "Port is in Link Down state"));
+  const auto response = ZeroedBytes(kResponseBytes);
+  if (response == nullptr) return run.DisplayError(run.Refuse(kMemoryError, "pRdpData malloc failed"));
   std::uint32_t size = kResponseBytes;
-  const StatusCode status = CallLibrary(kClassName, "RDP Test", kDiagnosticFailed, [&] {
-    return TORPI_DiagnosticsRDPTest(&fc->handle, response, &size);
-  });
-  if (status != kSuccess) return DisplayError(out, status, mode);
-  // The list tells its own length; the size that the library gives back bounds nothing.
-  return DisplayRDPInfo(out, response, mode);
+
+  OutputBracket bracket(run, " before RDP");
+  if (!bracket.IsOpen()) return run.DisplayError(kFileNotFound);
+  const LibraryStatus result = TORPI_DiagnosticsRDPTest(&fc.handle, response.get(), &size);
+  bracket.Close();
+  if (result != kLibrarySuccess) {
+    return run.DisplayError(run.Refuse(FromLibrary(result, kDiagnosticFailed), "RDP Test Failed"));
+  }
+  // The list says how long it is; the size that the library gives back bounds nothing.
+  return DisplayRDPInfo(run, {response.get(), kResponseBytes});
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-
-constexpr const char* kGetDescription = "Read Diagnostic Parameters on Sorvex adapter port";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"runcli", 2, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},  // deliberately not "getcli"
+constexpr CommandRow kCommands[] = {
+    {.word = "get",
+     .description = "Read Diagnostic Parameters on Sorvex adapter port",
+     .usage = "Usage: get\r\n",  // without the port identifier, which the command needs
+     .run = &CmdGetCommon,
+     .cli_word = "runcli"},  // intended: not "getcli"
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: get\r\n"}};  // deliberately without the port identifier
-
-constexpr NodeClass kClass = {kClassName, "Port rdp", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortRDPCmdsProcessor",
+    .help_words = "Port rdp",
+    .commands = kCommands,
+    .frame = kFrame,
+    .messages = kMessages,
+};
 
 }  // namespace
 

@@ -3,14 +3,12 @@
 #include <algorithm>
 
 #include "discovery/port_lookup.h"
+#include "framework/heap_buffer.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
 #include "port/vpd_map.h"
-#include "runtime/timing_scope.h"
 
 namespace {
-
-constexpr const char* kClassName = "PhysicalPortVPDCmdsProcessor";
 
 constexpr ReportFrame kFrame = {"VPDInformation", "VPD Data", "TagList"};
 constexpr std::uint32_t kVpdBytes = 1024;
@@ -46,52 +44,47 @@ const char* NameOf(std::string_view keyword) {
   return nullptr;
 }
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
-
-StatusCode DisplayVPDInfo(Serializer& out, std::span<const std::uint8_t> image, OutputMode mode) {
-  const Document document(out, mode, kFrame.structure, "Success");
-  const ListField list(out, kFrame.field);
-  for (const auto& [keyword, value] : MapVpdData(image)) {
+StatusCode DisplayVPDInfo(CommandRun& run, std::span<const std::uint8_t> image) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kFrame.structure, "Success");
+  const ListField list(run.out, kFrame.field);
+  for (const auto& [keyword, value] : MapVpdData(run, image)) {
     const char* const name = NameOf(keyword);
     if (name == nullptr) continue;
-    const ListStructure element(out, kFrame.list_structure);
-    out.WriteStringField("Tag", name);
-    out.WriteStringField("Value", value.c_str());
+    const ListStructure element(run.out, kFrame.list_structure);
+    run.out.WriteStringField("Tag", name);
+    run.out.WriteStringField("Value", value.c_str());
   }
   return kSuccess;
 }
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   PortSelection selected;
-  if (const StatusCode status = GetPhyPortFromPortString(words, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectPort(run, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
-  std::uint8_t image[kVpdBytes] = {};
+  const auto image = ZeroedBytes(kVpdBytes);
+  if (image == nullptr) return run.DisplayError(run.Refuse(kMemoryError, "pVpd malloc failed"));
   std::uint32_t size = kVpdBytes;
-  const StatusCode status = CallLibrary(kClassName, "Get VPD Data", kVpdFailed,
-                                        [&] { return TORPI_GetVpd(&selected.fc->handle, 0, image, &size); });
-  if (status != kSuccess) return DisplayError(out, status, mode);
-  return DisplayVPDInfo(out, {image, std::min(size, kVpdBytes)}, mode);
+  const StatusCode status = CallLibrary(run, "Get VPD Data", kVpdFailed, [&] {
+    return TORPI_GetVpd(&selected.fc->handle, 0, image.get(), &size);
+  });
+  if (status != kSuccess) return run.DisplayError(status);
+  return DisplayVPDInfo(run, {image.get(), std::min(size, kVpdBytes)});
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex VPD information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 2, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
+// The usage text leaves out the port identifier, which the command needs.
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex VPD information", "Usage: get\r\n", &CmdGetCommon},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: get\r\n"}};  // deliberately without the port identifier
-
-constexpr NodeClass kClass = {kClassName, "Port vpd", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortVPDCmdsProcessor",
+    .help_words = "Port vpd",
+    .commands = kCommands,
+    .frame = kFrame,
+    .messages = kMessages,
+};
 
 }  // namespace
 

@@ -5,14 +5,15 @@
 #include <cstring>
 #include <string>
 
+#include "framework/code_text.h"
 #include "framework/report_lines.h"
+#include "port/rdp_descriptor.h"
 #include "port/rdp_optics.h"
-#include "port/rdp_words.h"
-#include "runtime/debug_log.h"
 
 namespace {
 
-void DecodeDiagParamsDescriptorData(const RdpDescriptor& descriptor, ReportText& text) {
+void DecodeDiagParamsDescriptorData(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text) {
+  const DecoderScope decoder(run, __func__, descriptor);
   text.Line("Descriptor Tag: %s\n", "Link Service Request Information");
   text.Line("Descriptor Len: %d Bytes\n", Signed(descriptor.length));
   for (std::size_t i = 0; i < descriptor.words.Count(); ++i) {
@@ -20,47 +21,60 @@ void DecodeDiagParamsDescriptorData(const RdpDescriptor& descriptor, ReportText&
   }
 }
 
-// The speeds of the bits of a port speed word, from bit 6 on. The two tables deliberately disagree on the
-// bits 11 and 12.
-constexpr int kFirstSpeedBit = 6;
-constexpr const char* kCapabilityTexts[] = {"256 ", "128 ", "64 ", "32 ", "16 ",
-                                            "8 ",   "10 ",  "4 ",  "2 ",  "1 "};
-constexpr int kOperatingSpeeds[] = {256, 128, 64, 32, 16, 10, 8, 4, 2, 1};
+struct SpeedBit {
+  int bit;
+  int gbps;
+};
 
-std::string DecodePortSpeedCapabilities(std::uint16_t capabilities) {
+// Intended: the two tables disagree on the bits 11 and 12.
+constexpr SpeedBit kCapabilities[] = {
+    {6, 256}, {7, 128}, {8, 64}, {9, 32}, {10, 16}, {11, 8}, {12, 10}, {13, 4}, {14, 2}, {15, 1},
+};
+constexpr SpeedBit kOperatingSpeeds[] = {
+    {6, 256}, {7, 128}, {8, 64}, {9, 32}, {10, 16}, {11, 10}, {12, 8}, {13, 4}, {14, 2}, {15, 1},
+};
+
+std::string DecodePortSpeedCapabilities(CommandRun& run, std::uint16_t capabilities) {
+  const FunctionScope function(run, __func__);
   std::string text;
-  int bit = kFirstSpeedBit;
-  for (const char* const speed : kCapabilityTexts) {
-    if ((capabilities >> bit++ & 1) != 0) text += speed;
+  for (const SpeedBit& speed : kCapabilities) {
+    if ((capabilities >> speed.bit & 1) != 0) text += std::to_string(speed.gbps) + " ";
   }
   return text + "Gbps";
 }
 
-// The speed of the lowest bit that is set, in Gbps; 0 when that bit stands for none.
-int DecodePortOperatingSpeed(std::uint16_t speed) {
-  const int row = std::countr_zero(speed) - kFirstSpeedBit;
-  return row >= 0 && row < std::ssize(kOperatingSpeeds) ? kOperatingSpeeds[row] : 0;
+// The speed of the lowest bit that is set, in Gbps; 0 when that bit means none.
+int DecodePortOperatingSpeed(CommandRun& run, std::uint16_t speed) {
+  const FunctionScope function(run, __func__);
+  for (const SpeedBit& row : kOperatingSpeeds) {
+    if (std::countr_zero(speed) == row.bit) return row.gbps;
+  }
+  return 0;
 }
 
-void DecodePortSpeedDescriptorData(const RdpDescriptor& descriptor, ReportText& text) {
+void DecodePortSpeedDescriptorData(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text) {
+  const DecoderScope decoder(run, __func__, descriptor);
   if (descriptor.words.Count() == 0) return;
   const std::uint32_t word = descriptor.words[0];
-  text.Line("Port Speed Capabilities: %s\n", DecodePortSpeedCapabilities(High(word)).c_str());
-  text.Line("Port Operating Speed: %d Gbps\n", DecodePortOperatingSpeed(Low(word)));
+  text.Line("Port Speed Capabilities: %s\n", DecodePortSpeedCapabilities(run, High(word)).c_str());
+  text.Line("Port Operating Speed: %d Gbps\n", DecodePortOperatingSpeed(run, Low(word)));
 }
 
-// What the two top bits of the physical type say; both together deliberately say nothing.
-void DecodePNPortPhysicalType(std::uint32_t type, ReportText& text) {
-  constexpr const char* kTypes[] = {
-      "\tNo information about Phy Type provided\n",
-      "\tThe sending VN_Port uses an FC-FS-3 PN_Port or PF Port\n",
-      "\tThe sending VN_Port uses a lossless Ethernet MAC\n",
-      "",
-  };
-  text.Line("%s", kTypes[type >> 30]);
+// By the two top bits of the physical type. Intended: no line when both are set.
+constexpr CodeText kPhysicalTypes[] = {
+    {0b00, "No information about Phy Type provided"},
+    {0b01, "The sending VN_Port uses an FC-FS-3 PN_Port or PF Port"},
+    {0b10, "The sending VN_Port uses a lossless Ethernet MAC"},
+};
+
+void DecodePNPortPhysicalType(CommandRun& run, std::uint32_t type, ReportText& text) {
+  const FunctionScope function(run, __func__);
+  const char* const meaning = TextOfCode(kPhysicalTypes, type >> 30, nullptr);
+  if (meaning != nullptr) text.Line("\t%s\n", meaning);
 }
 
-void DecodeLinkErrorStatusDescriptorData(const RdpDescriptor& descriptor, ReportText& text) {
+void DecodeLinkErrorStatusDescriptorData(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text) {
+  const DecoderScope decoder(run, __func__, descriptor);
   constexpr const char* kCounts[] = {
       "Link Failure Count",           "Loss Of Sync Count",          "Loss Of Signal Count",
       "Primary Sequence Error Count", "Invalid Transmit Word Count", "Invalid CRC Count",
@@ -72,20 +86,21 @@ void DecodeLinkErrorStatusDescriptorData(const RdpDescriptor& descriptor, Report
       text.Line("%s: %d\n", kCounts[i], Signed(word));
     } else if (i == kPhysicalType) {
       text.Line("PN Port Physical Type: 0x%08X\n", word);
-      DecodePNPortPhysicalType(word, text);
+      DecodePNPortPhysicalType(run, word, text);
     } else {
       text.Line("Link Error Status Block Value: 0x%08X\n", word);
     }
   }
 }
 
-void DecodePortNameDescriptorData(const RdpDescriptor& descriptor, ReportText& text) {
+void DecodePortNameDescriptorData(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text) {
+  const DecoderScope decoder(run, __func__, descriptor);
   constexpr const char* kLabels[] = {"Node WWN", "Port WWN"};
   constexpr std::size_t kWordsOfName = sizeof(WorldWideName) / RdpWords::kWordBytes;
   std::size_t next = 0;
   for (const char* const label : kLabels) {
     const RdpWords octets = descriptor.words.Part(next, kWordsOfName);
-    if (octets.Count() < kWordsOfName) return;  // no name is ever half one
+    if (octets.Count() < kWordsOfName) return;  // no name is shown in part
     WorldWideName name;
     std::memcpy(name, octets.Bytes().data(), sizeof name);
     FirstNameLine(text, label, name);
@@ -96,16 +111,19 @@ void DecodePortNameDescriptorData(const RdpDescriptor& descriptor, ReportText& t
   }
 }
 
-void DecodeFECStatusDescriptorData(const RdpDescriptor& descriptor, ReportText& text) {
-  constexpr const char* kLabels[] = {"Correctable Blocks",
-                                     "UnCorreatable Blocks"};  // deliberately spelled so
+void DecodeFECStatusDescriptorData(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text) {
+  const DecoderScope decoder(run, __func__, descriptor);
+  // Intended: the spelling of the second one.
+  constexpr const char* kLabels[] = {"Correctable Blocks", "UnCorreatable Blocks"};
   for (std::size_t i = 0; i < descriptor.words.Count(); ++i) {
     const char* const label = i < std::size(kLabels) ? kLabels[i] : "FEC Status Block Value";
     text.Line("%s: %d\n", label, Signed(descriptor.words[i]));
   }
 }
 
-void DecodeBufferCreditsStatusDescriptorData(const RdpDescriptor& descriptor, ReportText& text) {
+void DecodeBufferCreditsStatusDescriptorData(CommandRun& run, const RdpDescriptor& descriptor,
+                                             ReportText& text) {
+  const DecoderScope decoder(run, __func__, descriptor);
   struct Credit {
     const char* label;
     const char* unit;
@@ -127,11 +145,11 @@ void DecodeBufferCreditsStatusDescriptorData(const RdpDescriptor& descriptor, Re
 
 constexpr std::uint32_t kOpticalProductTag = 0x00010008;
 
-// A descriptor that can stand in the list. `lead` is written ahead of its heading.
+// A kind of descriptor. `lead` comes before its heading.
 struct RdpDecoder {
   std::uint32_t tag;
   const char* heading;
-  void (*decode)(const RdpDescriptor& descriptor, ReportText& text);
+  void (*decode)(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text);
   const char* lead = "";
 };
 
@@ -167,10 +185,10 @@ RdpDescriptor DescriptorAt(const RdpWords& words, std::size_t index) {
   return {words[index], length, words.Part(index + 2, length / RdpWords::kWordBytes)};
 }
 
-bool IsCiscoSwitch(const RdpWords& words, std::size_t end) {
+bool IsCiscoSwitch(CommandRun& run, const RdpWords& words, std::size_t end) {
   for (std::size_t i = 1; i < end; ++i) {
     if (words[i] != kOpticalProductTag) continue;
-    const std::string vendor = DecodeSwitchVendorFromOpticalProductDescriptor(DescriptorAt(words, i));
+    const std::string vendor = DecodeSwitchVendorFromOpticalProductDescriptor(run, DescriptorAt(words, i));
     return vendor.find("CISCO") != std::string::npos;
   }
   return false;
@@ -178,29 +196,29 @@ bool IsCiscoSwitch(const RdpWords& words, std::size_t end) {
 
 }  // namespace
 
-void ParseRDPDataBuffer(std::span<const std::uint8_t> response, ReportText& text, bool& is_cisco) {
+void ParseRDPDataBuffer(CommandRun& run, std::span<const std::uint8_t> response, ReportText& text,
+                        bool& is_cisco) {
+  const FunctionScope function(run, __func__);
   constexpr std::uint32_t kShortestList = 5;
   const RdpWords words(response);
   const std::uint32_t list_length = words[0];
   is_cisco = false;
   if (list_length < kShortestList) return;
 
-  // The length deliberately bounds the positions in the response, as if it counted its own four bytes too.
-  // What belongs to a descriptor that begins ahead of this end is read beyond it.
+  // Intended: the length bounds the positions in the response, as if it counted its own four bytes too. A
+  // descriptor that begins before this end can reach beyond it.
   const std::size_t end =
       std::min<std::size_t>(words.Count(), (std::size_t{list_length} + 3) / RdpWords::kWordBytes);
-  is_cisco = IsCiscoSwitch(words, end);
+  is_cisco = IsCiscoSwitch(run, words, end);
   for (std::size_t i = 1; i < end; ++i) {
     const RdpDecoder* const decoder = FindDecoder(words[i]);
     if (decoder == nullptr) {
-      DebugLogLevel(kDebugTrace, "%s: Unknown Descriptor Tag/Value 0x%08X", __func__, words[i]);
+      run.Trace("Unknown Descriptor Tag/Value 0x%08X", words[i]);
       continue;  // one word at a time, until a tag is found
     }
     const RdpDescriptor descriptor = DescriptorAt(words, i);
-    DebugLogLevel(kDebugTrace, "%s: Tag 0x%08X Length %u", decoder->heading, descriptor.tag,
-                  descriptor.length);
     WriteHeading(*decoder, text);
-    decoder->decode(descriptor, text);
+    decoder->decode(run, descriptor, text);
     i += 1 + descriptor.words.Count();  // on the last word that the decoder took: length and data
   }
 }

@@ -18,7 +18,7 @@ double Milliwatts(std::uint16_t reading) {
   return reading * 0.1 * 0.001;
 }
 
-// Limits of the temperature deliberately have scales of their own, one for the high and one for the low ones.
+// Intended: limits of the temperature have scales of their own, one for the high and one for the low ones.
 
 double HighDegrees(std::uint16_t limit) {
   constexpr unsigned kNegative = 0x100;
@@ -30,15 +30,14 @@ double LowDegrees(std::uint16_t limit) {
   return value == 0 ? 0.0 : value - 256.0;
 }
 
-// A kind of transmitter: the flags that tell it.
+// A kind of transmitter: the flags under `mask` have this value.
 struct TransmitterType {
   std::uint16_t mask;
   std::uint16_t value;
   const char* text;
 };
 
-// The first that fits. Deliberately in an order in which the last one, whose bits the second takes, never
-// shows.
+// The first that fits. Intended: the last never shows, since its flags fit the second too.
 constexpr TransmitterType kTransmitterTypes[] = {
     {0x000f, 0x0001, "Short Wave Laser"},
     {0x0002, 0x0002, "Long Wave Laser LC 1310 nm"},
@@ -57,7 +56,8 @@ void ConnectorLine(ReportText& text, bool is_sfp_plus) {
   text.Line("\tConnector Type: %s\n", is_sfp_plus ? "SFP+" : "Other");
 }
 
-void DecodeSFPFlagInfo(std::uint16_t flags, ReportText& text) {
+void DecodeSFPFlagInfo(CommandRun& run, std::uint16_t flags, ReportText& text) {
+  const FunctionScope function(run, __func__);
   for (const TransmitterType& type : kTransmitterTypes) {
     if ((flags & type.mask) != type.value) continue;
     text.Line("\tPort Tx Type: %s\n", type.text);
@@ -67,8 +67,8 @@ void DecodeSFPFlagInfo(std::uint16_t flags, ReportText& text) {
   ConnectorLine(text, is_set(4) && is_set(6));
   text.Line("\tOptical Port: %s\n", OnOff(is_set(4)));
   text.Line("\tSFP Diagnostics Parameters not valid: %s\n", OnOff(is_set(5)));
-  if (!is_set(7)) ConnectorLine(text, is_set(6));  // deliberately a second line of this label
-  // Deliberately worded differently for the two states.
+  if (!is_set(7)) ConnectorLine(text, is_set(6));  // intended: a second line of this label
+  // Intended: the two states have different labels.
   text.Line("\t%s: %s\n", is_set(15) ? "FEC Active Port" : "FEC Active", OnOff(is_set(15)));
 }
 
@@ -113,15 +113,20 @@ void RawLimitLines(ReportText& text, std::uint32_t function, const OpticalLimits
   line("Low Warning", limits.low_warning);
 }
 
-// The characters of a text in a descriptor, as they stand, up to its terminator if it has one.
+// The characters of a text in a descriptor, unchanged, up to its terminator if it has one.
 std::string Characters(const RdpDescriptor& descriptor, std::size_t first_word, std::size_t words) {
   const auto bytes = descriptor.words.Part(first_word, words).Bytes();
   return {bytes.begin(), std::find(bytes.begin(), bytes.end(), 0)};
 }
 
+std::string VendorName(const RdpDescriptor& product) {
+  return Characters(product, 0, 4);
+}
+
 }  // namespace
 
-void DecodeSFPDiagParamDescriptorData(const RdpDescriptor& descriptor, ReportText& text) {
+void DecodeSFPDiagParamDescriptorData(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text) {
+  const DecoderScope decoder(run, __func__, descriptor);
   for (std::size_t i = 0; i < descriptor.words.Count(); ++i) {
     const std::uint32_t word = descriptor.words[i];
     switch (i) {
@@ -136,7 +141,7 @@ void DecodeSFPDiagParamDescriptorData(const RdpDescriptor& descriptor, ReportTex
       case 2:
         text.Line("Rx Power: %.09f mW\n", Milliwatts(High(word)));
         text.Line("SFP Flag: 0x%04X\n", Low(word));
-        DecodeSFPFlagInfo(Low(word), text);
+        DecodeSFPFlagInfo(run, Low(word), text);
         break;
       default:
         text.Line("Descriptor Value: 0x%08X\n", word);
@@ -144,7 +149,8 @@ void DecodeSFPDiagParamDescriptorData(const RdpDescriptor& descriptor, ReportTex
   }
 }
 
-void DecodeOpticalElementData(const RdpDescriptor& descriptor, ReportText& text) {
+void DecodeOpticalElementData(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text) {
+  const DecoderScope decoder(run, __func__, descriptor);
   constexpr std::size_t kWords = 3;
   for (std::size_t i = kWords; i < descriptor.words.Count(); ++i) {
     text.Line("Optical Element Data Descriptor Value: 0x%08X\n", descriptor.words[i]);
@@ -159,12 +165,14 @@ void DecodeOpticalElementData(const RdpDescriptor& descriptor, ReportText& text)
   RawLimitLines(text, function, limits);
 }
 
-std::string DecodeSwitchVendorFromOpticalProductDescriptor(const RdpDescriptor& descriptor) {
-  return Characters(descriptor, 0, 4);
+std::string DecodeSwitchVendorFromOpticalProductDescriptor(CommandRun& run, const RdpDescriptor& descriptor) {
+  const DecoderScope decoder(run, __func__, descriptor);
+  return VendorName(descriptor);
 }
 
-void DecodeOpticalProductDataDescriptor(const RdpDescriptor& descriptor, ReportText& text) {
-  text.Line("Vendor Name: %s\n", DecodeSwitchVendorFromOpticalProductDescriptor(descriptor).c_str());
+void DecodeOpticalProductDataDescriptor(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text) {
+  const DecoderScope decoder(run, __func__, descriptor);
+  text.Line("Vendor Name: %s\n", VendorName(descriptor).c_str());
   text.Line("Part Number: %s\n", Characters(descriptor, 4, 4).c_str());
   text.Line("Serial Number: %s\n", Characters(descriptor, 8, 4).c_str());
   text.Line("Revision: %s", Characters(descriptor, 12, 1).c_str());

@@ -3,13 +3,14 @@
 
 #include <string>
 
+#include "framework/command_run.h"
 #include "framework/report_text.h"
-#include "port/rdp_words.h"
+#include "port/rdp_descriptor.h"
 
-// Each writes one descriptor's lines behind its heading.
-void DecodeSFPDiagParamDescriptorData(const RdpDescriptor& descriptor, ReportText& text);
-void DecodeOpticalElementData(const RdpDescriptor& descriptor, ReportText& text);
-void DecodeOpticalProductDataDescriptor(const RdpDescriptor& descriptor, ReportText& text);
+// Each appends the lines of one descriptor, without its heading.
+void DecodeSFPDiagParamDescriptorData(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text);
+void DecodeOpticalElementData(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text);
+void DecodeOpticalProductDataDescriptor(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text);
 
 // The vendor name in an optical product data descriptor.
-std::string DecodeSwitchVendorFromOpticalProductDescriptor(const RdpDescriptor& descriptor);
+std::string DecodeSwitchVendorFromOpticalProductDescriptor(CommandRun& run, const RdpDescriptor& descriptor);

@@ -1,6 +1,7 @@
 #include "port/vpd_map.h"
 
 #include <algorithm>
+#include <cstdarg>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
@@ -17,7 +18,7 @@ enum ResourceTag : std::uint8_t {
   kReadWriteHeader = 0x91,
 };
 
-constexpr std::size_t kHeaderBytes = 3;  // of a resource as of an item: what stands ahead of the data
+constexpr std::size_t kHeaderBytes = 3;  // of a resource as of an item: what precedes the data
 constexpr std::size_t kKeywordBytes = 2;
 constexpr std::size_t kDebugLineBytes = 512;
 
@@ -38,8 +39,20 @@ int SizeOf(std::string_view text) {
   return static_cast<int>(text.size());
 }
 
+// Logs a field, cut to the length that its line has room for.
+[[gnu::format(printf, 1, 2)]] void LogField(const char* format, ...) {
+  if (!IsDebugLevelOn(kDebugTrace)) return;
+  char line[kDebugLineBytes];
+  std::va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(line, sizeof line, format, arguments);
+  va_end(arguments);
+  DebugLogLevel(kDebugTrace, "%s", line);
+}
+
 // Stores what one resource or item holds. `item` begins at its first byte and ends with the image.
-void MapFieldData(VpdMap& map, Bytes item, std::size_t length) {
+void MapFieldData(CommandRun& run, VpdMap& map, Bytes item, std::size_t length) {
+  const FunctionScope function(run, __func__);
   const std::uint8_t tag = item[0];
   const Bytes data = item.subspan(std::min(kHeaderBytes, item.size()));
   const std::string_view value = TextOf(data, length);
@@ -47,31 +60,30 @@ void MapFieldData(VpdMap& map, Bytes item, std::size_t length) {
   std::string keyword;
   FormatString(keyword, "%2.*s", SizeOf(first_bytes), first_bytes.data());
 
-  char line[kDebugLineBytes];
   if (tag == kIdentifierString) {
-    std::snprintf(line, sizeof line, " 0x%02x  \"%.*s\"\n", tag, SizeOf(value), value.data());
+    LogField(" 0x%02x  \"%.*s\"\n", tag, SizeOf(value), value.data());
     map["PI"] = value;
   } else if (tag == kReadOnlyHeader || tag == kReadWriteHeader || tag == kEnd) {
-    std::snprintf(line, sizeof line, " 0x%02x\n", tag);
+    LogField(" 0x%02x\n", tag);
   } else if (keyword == "RV" || keyword == "RW") {
-    std::snprintf(line, sizeof line, " \"%s\"  %02x\n", keyword.c_str(), ByteAt(data, 0));
+    LogField(" \"%s\"  %02x\n", keyword.c_str(), ByteAt(data, 0));
     FormatString(map[keyword], "%02x", ByteAt(data, 0));
   } else {
-    std::snprintf(line, sizeof line, " \"%s\"  \"%.*s\"\n", keyword.c_str(), SizeOf(value), value.data());
+    LogField(" \"%s\"  \"%.*s\"\n", keyword.c_str(), SizeOf(value), value.data());
     map[keyword] = value;
   }
-  DebugLogLevel(kDebugTrace, "%s", line);
 }
 
 }  // namespace
 
-VpdMap MapVpdData(std::span<const std::uint8_t> image) {
+VpdMap MapVpdData(CommandRun& run, std::span<const std::uint8_t> image) {
+  const FunctionScope function(run, __func__);
   VpdMap map;
   for (Bytes rest = image; !rest.empty();) {
     std::size_t length = 0;
     switch (rest[0]) {
       case kEnd:
-        MapFieldData(map, rest, length);
+        MapFieldData(run, map, rest, length);
         return map;
       case kReadOnlyHeader:
       case kReadWriteHeader:
@@ -83,7 +95,7 @@ VpdMap MapVpdData(std::span<const std::uint8_t> image) {
         length = ByteAt(rest, 2);
         break;
     }
-    MapFieldData(map, rest, length);
+    MapFieldData(run, map, rest, length);
     rest = rest.subspan(std::min(kHeaderBytes + length, rest.size()));
   }
   return map;

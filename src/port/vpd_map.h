@@ -6,10 +6,11 @@
 #include <span>
 #include <string>
 
-// The values of an image by their two-letter keywords, in byte order; the identifier string stands under
-// "PI".
+#include "framework/command_run.h"
+
+// The values of an image by their two-letter keywords, in byte order; the identifier string is that of "PI".
 using VpdMap = std::map<std::string, std::string>;
 
 // Walks the image's resources up to its end tag or its last byte. A keyword that comes again overwrites the
 // value. A length that leads outside the image is cut at its end, and a missing one is 0.
-VpdMap MapVpdData(std::span<const std::uint8_t> image);
+VpdMap MapVpdData(CommandRun& run, std::span<const std::uint8_t> image);

@@ -117,7 +117,7 @@ class TestUpdateNvram:
         check_update(zfc, reboot=flag, results=results, reboot_shown="true")
 
     def test_library_prints_stay_out_of_the_document(self, zfc):
-        """Only the reboot query stands outside the bracket."""
+        """Only the reboot query is outside the bracket."""
         prefix = chatter("TORPI_GetAdapterList", "TORPI_IsRebootRequired")
         calls = ["TORPI_GetAdapterList", NVRAM, "TORPI_IsRebootRequired"]
         result = check_update(zfc, reboot=0, chatter=calls, prefix=prefix)
@@ -135,7 +135,7 @@ class TestUpdateNvram:
         assert done.command_calls == [LIST_CALL, NVRAM_CALL]
 
     @pytest.mark.parametrize("kind", ["folder", "link", "empty"])
-    def test_anything_that_stands_there_is_handed_over(self, zfc, kind):
+    def test_a_file_of_any_kind_is_handed_over(self, zfc, kind):
         target = zfc.work / kind
         if kind == "folder":
             target.mkdir()
@@ -171,7 +171,7 @@ class TestUpdateNvram:
                 [IDENTIFIER, "missing"],
                 {"host": one_port(interface=3)},
                 "Failed, Feature not supported for virtual port",
-                id="virtual port, ahead of the file",
+                id="virtual port, before the file",
             ),
         ],
     )
@@ -181,7 +181,7 @@ class TestUpdateNvram:
         assert not [call for call in result.command_calls if call.startswith((NVRAM, "TORPI_IsReboot"))]
 
 
-# From an identifier to an entry, told by the file check: it stands behind the look-up.
+# From an identifier to an entry. A missing file shows that the look-up succeeded, since it is checked after it.
 class TestIdentifier:
     @pytest.mark.parametrize(
         "word, message, calls",
@@ -227,7 +227,7 @@ class TestIdentifier:
         result = check_update(zfc, host=Host([Adapter(ports=ports)]), reboot=0)
         assert result.command_calls[1] == f'{NVRAM}(first, "nvram")'
 
-    def test_behind_gaps_at_every_level(self, zfc):
+    def test_after_gaps_at_every_level(self, zfc):
         zfc.file("nvram")
         result = check_update(zfc, words=["FC_21:00:00:00:00:00:00:0b", "nvram"], host=WALK, reboot=0)
         assert result.command_calls[1] == f'{NVRAM}(last, "nvram")'
@@ -237,6 +237,101 @@ class TestIdentifier:
         entries = [entry("foreign", wwpn=WWPN, type=2), entry("there", wwpn=WWPN)]
         result = check_update(zfc, host=Host([Adapter(ports=[Port(0, entries)])]), reboot=0)
         assert result.command_calls[1] == f'{NVRAM}(there, "nvram")'
+
+
+# Why each command fails, in the debug log.
+NO_LOG = {"spoil_log": "TORPI_GetAdapterList:directory"}
+
+
+def failures(zfc, words, **options):
+    """The failure lines of the class."""
+    lines = zfc(words, debug=65535, **options).failures
+    assert all(line.startswith("PhysicalPortCmdsProcessor::") for line in lines)
+    return [line.removeprefix("PhysicalPortCmdsProcessor::") for line in lines]
+
+
+@pytest.mark.parametrize("form", ["list", "listcli"])
+@pytest.mark.parametrize(
+    "words, options, lines",
+    [
+        ([], {}, []),
+        (["help"], {}, []),
+        ([], {"host": NO_LIST}, ["CmdListCommon: List is NULL"]),
+    ],
+)
+def test_failure_lines_of_list(zfc, form, words, options, lines):
+    assert failures(zfc, ["-t", "port", form, *words], **options) == lines
+
+
+@pytest.mark.parametrize("form", ["updatenvram", "updatenvramcli"])
+@pytest.mark.parametrize(
+    "words, options, lines",
+    [
+        ([IDENTIFIER, "nvram"], {}, []),
+        (
+            [],
+            {},
+            ["GetPhyPortFromPortString: Invalid Port identifier ", "CmdUpdateNvramCommon: Get phy port failed err=6"],
+        ),
+        (
+            ["FCX_%s", "nvram"],
+            {},
+            [
+                "GetPhyPortFromPortString: Invalid Port identifier FCX_%s",
+                "CmdUpdateNvramCommon: Get phy port failed err=6",
+            ],
+        ),
+        (["FC_nobody", "nvram"], {}, ["CmdUpdateNvramCommon: Get phy port failed err=6"]),
+        (["help"], {}, ["CmdUpdateNvramCommon: Get phy port failed err=5"]),
+        (
+            [IDENTIFIER, "nvram"],
+            {"host": NO_LIST},
+            ["GetPhyPortFromPortString: Adapter List is NULL", "CmdUpdateNvramCommon: Get phy port failed err=14"],
+        ),
+        (
+            [IDENTIFIER, "missing"],
+            {"host": one_port(interface=3)},
+            ["CmdUpdateNvramCommon: Command not supported for vport"],
+        ),
+        ([IDENTIFIER, "no %s"], {}, ["CmdUpdateNvramCommon: NVRAM file [no %s] does not exist"]),
+        ([IDENTIFIER], {}, ["CmdUpdateNvramCommon: NVRAM file [] does not exist"]),
+        (
+            [IDENTIFIER, "nvram"],
+            NO_LOG,
+            ["CmdUpdateNvramCommon: Failed to open /var/tmp/torpi-output.log file"],
+        ),
+        (
+            [IDENTIFIER, "nvram"],
+            {"results": {NVRAM: 0xFFFFFFFF}},
+            ["CmdUpdateNvramCommon: Update NVRAM from File failed err=-1"],
+        ),
+        (
+            [IDENTIFIER, "nvram"],
+            {"results": {"TORPI_IsRebootRequired": 150}},
+            ["CmdUpdateNvramCommon: Get Reboot Required failed err=150"],
+        ),
+    ],
+)
+@pytest.mark.usefixtures("nvram")
+def test_failure_lines_of_updatenvram(zfc, form, words, options, lines):
+    assert failures(zfc, ["-t", "port", form, *words], **{"host": one_port(), **options}) == lines
+
+
+@pytest.mark.usefixtures("nvram")
+def test_steps_in_the_debug_log(zfc):
+    result = zfc(["-t", "port", "updatenvramcli", IDENTIFIER, "nvram"], host=one_port(), debug=65535)
+    own = "PhysicalPortCmdsProcessor::"
+    assert [line.removeprefix(own) for level, line in result.log if level == 1 and line.startswith(own)] == [
+        "CmdUpdateNvramCli: Entered",
+        "CmdUpdateNvramCommon: Entered",
+        "GetPhyPortFromPortString: Entered",
+        "GetPhyPortFromPortString: Exiting",
+        "DisplayUpdateNvram: Entered",
+        "DisplayUpdateNvram: Message=Success",
+        "DisplayUpdateNvram: Exiting",
+        "CmdUpdateNvramCommon: Exiting",
+        "CmdUpdateNvramCli: Exiting",
+    ]
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

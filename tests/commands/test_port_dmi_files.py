@@ -29,7 +29,7 @@ MAINTENANCE = "Failed, Command not supported when adapter port in maintenance mo
 UNKNOWN = "Failed, Unknown"
 
 HOST = one_port()
-SPOILED = "TORPI_SetToolVersion:directory"  # the library output file can be opened at the start and no more behind it
+SPOILED = "TORPI_SetToolVersion:directory"  # the library output file can be opened at the start and no more after it
 
 
 def check_save(zfc, message, words, **options):
@@ -84,7 +84,7 @@ def test_save_translation(zfc, mode, call, result):
     assert done.command_calls == [LIST_CALL, f'{call}(port, "file")']
 
 
-# The checks in their order: each row fails at one check and at all behind it.
+# The checks in their order: each row fails at one check and at all that follow.
 @pytest.mark.parametrize(
     "words, options, message, usage, calls",
     [
@@ -162,7 +162,7 @@ def test_update_translation(zfc, result):
     assert done.command_calls == [LIST_CALL, UPDATE_CALL]
 
 
-# The checks in their order: each row fails at one check and at all behind it.
+# The checks in their order: each row fails at one check and at all that follow.
 OTHER_HOST = one_port(device=0x3522, driver_flags=0xFD)
 
 
@@ -204,33 +204,58 @@ def test_update_failure(zfc, words, options, message, usage, calls):
     assert result.command_calls == calls
 
 
-# Level 4 tells why a command failed.
+CLASS = "PhysicalPortDMICmdsProcessor::"
+NO_DRIVER = one_port(device=0x3640, driver_flags=0xFD)
+READY = one_port(**DAHLIA_PORT)
+
+
 @pytest.mark.parametrize(
-    "command, words, options, line",
+    "command, words, options, lines",
     [
-        (SAVE, ["file", "csv"], {}, "Invalid mode 1"),
-        (SAVE, ["file", "text"], {"results": {SAVE_TEXT: 101}}, "failed err=101"),
-        (UPDATE, ["missing %s", "X"], {}, "SFP Image file [missing %s] does not exist"),
-        (UPDATE, ["sfp.img", "X"], {}, "SFP Firmware update not supported for this vendor"),
-        (UPDATE, ["sfp.img", "WTD"], {}, "SFP Firmware update not supported for this adapter"),
+        (SAVE, ["file", "text"], {}, []),
+        (SAVE, ["file", "text"], {"host": NO_LIST}, ["CmdSaveCommon: Get phy port failed err=14"]),
+        (SAVE, ["file", "csv"], {}, ["CmdSaveCommon: Invalid mode 1"]),
+        (f"{SAVE}cli", ["file", "csv"], {}, ["CmdSaveCommon: Invalid mode 2"]),
+        (
+            SAVE,
+            ["file", "csv"],
+            {"spoil_log": SPOILED},
+            ["CmdSaveCommon: Failed to open /var/tmp/torpi-output.log file"],
+        ),
+        (SAVE, ["file", "text"], {"results": {SAVE_TEXT: 0xFFFFFFFF}}, ["CmdSaveCommon: SFP data save failed err=-1"]),
+        (UPDATE, ["sfp.img", "WTD"], {"host": READY}, []),
+        (UPDATE, [], {"host": NO_LIST}, ["CmdUpdateCommon: Get phy port failed err=14"]),
+        (UPDATE, ["no %s", "X"], {}, ["CmdUpdateCommon: SFP Image file [no %s] does not exist"]),
+        (UPDATE, ["sfp.img", "X"], {}, ["CmdUpdateCommon: SFP Firmware update not supported for this vendor"]),
+        (UPDATE, ["sfp.img", "WTD"], {}, ["CmdUpdateCommon: SFP Firmware update not supported for this adapter"]),
         (
             UPDATE,
             ["sfp.img", "WTD"],
-            {"host": one_port(device=0x3640, driver_flags=0xFD)},
-            "SFP Firmware update not supported by the driver",
+            {"host": NO_DRIVER},
+            ["CmdUpdateCommon: SFP Firmware update not supported by the driver"],
         ),
         (
             UPDATE,
             ["sfp.img", "WTD"],
-            {"host": one_port(**DAHLIA_PORT), "results": {UPDATE_FIRMWARE: 147}},
-            "SFP FW update failed err=147",
+            {"host": READY, "spoil_log": SPOILED},
+            ["CmdUpdateCommon: Failed to open /var/tmp/torpi-output.log file"],
+        ),
+        (
+            UPDATE,
+            ["sfp.img", "WTD"],
+            {"host": READY, "results": {UPDATE_FIRMWARE: 147}},
+            ["CmdUpdateCommon: SFP FW update failed err=147"],
         ),
     ],
 )
-def test_debug_log_tells_the_failure(zfc, command, words, options, line):
+def test_failure_lines(zfc, command, words, options, lines):
     zfc.file("sfp.img")
-    result = zfc([*command.split(), IDENTIFIER, *words], debug=4, **{"host": OTHER_HOST, **options})
-    assert f"{line}\r\n".encode() in result.debug_log
+    result = zfc([*command.split(), IDENTIFIER, *words], debug=65535, **{"host": OTHER_HOST, **options})
+    own = [line.removeprefix(CLASS) for line in result.failures if line.startswith(CLASS)]
+    assert own == lines
+    others = [line for line in result.failures if not line.startswith(CLASS)]
+    no_list = "PhysicalPortCmdsProcessor::GetPhyPortFromPortString: Adapter List is NULL"
+    assert others == ([no_list] if options.get("host") is NO_LIST else [])
 
 
 class TestEdgeCasesOfTheCommands:

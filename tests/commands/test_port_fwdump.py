@@ -92,7 +92,7 @@ class TestPath:
         check_dump(zfc, "Failed, Invalid parameter", [IDENTIFIER], **options)
 
     def test_on_a_full_device(self, zfc):
-        """How much could be written is not looked at."""
+        """How much could be written does not count."""
         check_dump(zfc, "Success", [IDENTIFIER, "/dev/full"])
 
     def test_with_percent_signs(self, zfc):
@@ -154,6 +154,45 @@ def test_failure(zfc, words, options, message, usage, calls):
     result = check_dump(zfc, message, words, usage=usage, **options)
     assert result.command_calls == calls
     assert [*zfc.work.iterdir()] == []
+
+
+CLASS = "PhysicalPortFwDumpCmdsProcessor::"
+
+
+@pytest.mark.parametrize(
+    "words, options, lines",
+    [
+        ([IDENTIFIER, "dump"], {}, []),
+        (["FC_nobody", "dump"], {}, ["CmdGetCommon: Get phy port failed err=6"]),
+        ([IDENTIFIER], {}, ["CmdGetCommon: dump file not given"]),
+        (
+            [IDENTIFIER, "dump"],
+            {"spoil_log": "TORPI_GetAdapterList:directory"},
+            ["CmdGetCommon: Failed to open /var/tmp/torpi-output.log file"],
+        ),
+        # 536871012 is 0x20000064.
+        (
+            [IDENTIFIER, "dump"],
+            {"results": {DUMP: 0x20000064}},
+            ["CmdGetCommon: Get Firmware Dump failed err=536871012"],
+        ),
+        ([IDENTIFIER, "dump"], {"results": {DUMP: 0xFFFFFFFF}}, ["CmdGetCommon: Get Firmware Dump failed err=-1"]),
+        ([IDENTIFIER, "no/%s"], {}, ["CmdGetCommon: Failed to open no/%s file"]),
+    ],
+)
+def test_failure_lines(zfc, words, options, lines):
+    options = {"host": one_port(), "buffers": {"dump": CONTENT}, **options}
+    result = zfc([*GET.split(), *words], debug=65535, **options)
+    assert [line.removeprefix(CLASS) for line in result.failures] == lines
+
+
+@pytest.mark.parametrize(
+    "word, step",
+    [("dump", "DisplayFwDumpInfo: Message=Success"), ("no/dump", "DisplayError: Message=Failed, File not found")],
+)
+def test_function_that_writes_the_document(zfc, word, step):
+    log = zfc(f"{GET} {IDENTIFIER} {word}", host=one_port(), debug=65535).log
+    assert [line for level, line in log if level == 1 and "Message=" in line] == [f"{CLASS}{step}"]
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

@@ -7,6 +7,7 @@ from zfc.documents import check_both
 from zfc.flash import components
 from zfc.host import DAHLIA, ELM, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, every_device
 from zfc.port import IDENTIFIER, WWPN, lockdown, one_port, temperature
+from zfc.preload import needs_preload, preloaded
 
 GET = "-t port -s info get"
 GETCLI = f"-t port -s info getcli {IDENTIFIER}"
@@ -432,8 +433,8 @@ def test_version_of_the_record(zfc, version, rule_a, rule_b):
 )
 @pytest.mark.parametrize("key, label", [("fcode", "FCode"), ("efi", "EFI")])
 def test_two_part_version(zfc, key, label, version, shown):
-    for behind in ((0, 0), (0xFF, 0xFF)):
-        assert report(zfc, **{key: (*version, *behind)})[f"Flash {label} Version"] == shown
+    for rest in ((0, 0), (0xFF, 0xFF)):
+        assert report(zfc, **{key: (*version, *rest)})[f"Flash {label} Version"] == shown
 
 
 @pytest.mark.parametrize("version", [(0, 0, 0), (255, 255, 255)])
@@ -442,8 +443,8 @@ def test_absent_pep_softrom_has_the_label_of_the_mpi_softrom(zfc, device, versio
     """On a Dahlia adapter two lines then have this label."""
     lines = lines_of(zfc, host=one_port(device=device), components=components(pep_softrom=version))
     softroms = [line for line in lines if "SoftROM" in line[0]]
-    behind = [("Flash MPI SoftROM Version", "3.100.200")] if device in DAHLIA else []
-    assert softroms == [("Flash MPI SoftROM Version", "NA"), *behind]
+    own = [("Flash MPI SoftROM Version", "3.100.200")] if device in DAHLIA else []
+    assert softroms == [("Flash MPI SoftROM Version", "NA"), *own]
     labels = [label for label, _ in lines]
     assert labels[labels.index("Flash PEP Board Config Version") + 1] == "Flash MPI SoftROM Version"
 
@@ -473,7 +474,7 @@ def test_lockdown_flag_never_shows_true(zfc, status, shown, flag):
 
 
 class TestFailedReads:
-    """The report stands with what the other reads gave."""
+    """The report shows what the other reads gave."""
 
     @pytest.mark.parametrize("result", [1, 13, 150, 0xFFFFFFFF])
     def test_each_alone(self, zfc, result):
@@ -528,6 +529,77 @@ def test_failure(zfc, words, options, message, usage, calls):
         zfc, GET, "port/info-failed", words=words, values={"message": message}, usage=usage, **options
     )
     assert result.command_calls == calls
+
+
+CLASS = "PhysicalPortInfoCmdsProcessor::"
+ALL_READS_FAIL = {TEMPERATURE: 1, LOCKDOWN: 150, COMPONENTS: 0xFFFFFFFF}
+
+
+@pytest.mark.parametrize("form", [GET, f"{GET}cli"])
+@pytest.mark.parametrize(
+    "words, options, lines",
+    [
+        ([IDENTIFIER], {}, []),
+        (
+            ["nobody"],
+            {},
+            [
+                "PhysicalPortCmdsProcessor::GetPhyPortFromPortString: Invalid Port identifier nobody",
+                f"{CLASS}CmdGetCommon: Get phy port failed err=6",
+            ],
+        ),
+        (["help"], {}, [f"{CLASS}CmdGetCommon: Get phy port failed err=5"]),
+        (
+            [IDENTIFIER],
+            {"spoil_log": "TORPI_GetAdapterList:directory"},
+            [f"{CLASS}CmdGetCommon: Failed to open /var/tmp/torpi-output.log file"],
+        ),
+        (
+            [IDENTIFIER],
+            {"results": ALL_READS_FAIL},
+            [
+                f"{CLASS}CmdGetCommon: Get phy port temperature failed err=1",
+                f"{CLASS}CmdGetCommon: Get Lockdown status failed err=150",
+                f"{CLASS}CmdGetCommon: Get Flash Component Version failed err=-1",
+            ],
+        ),
+    ],
+)
+def test_failure_lines(zfc, form, words, options, lines):
+    result = zfc([*form.split(), *words], debug=65535, **{"host": one_port(), **options})
+    assert result.failures == lines
+
+
+@pytest.mark.parametrize(
+    "word, display, message",
+    [(IDENTIFIER, "DisplayPortInfo", "Success"), ("nobody", "DisplayError", "Failed, Invalid parameter")],
+)
+def test_functions_in_the_debug_log(zfc, word, display, message):
+    result = zfc(f"{GET} {word}", host=one_port(), debug=65535)
+    assert [line.removeprefix(CLASS) for level, line in result.log if level == 1 and line.startswith(CLASS)] == [
+        "CmdGet: Entered",
+        "CmdGetCommon: Entered",
+        f"{display}: Entered",
+        f"{display}: Message={message}",
+        f"{display}: Exiting",
+        "CmdGetCommon: Exiting",
+        "CmdGet: Exiting",
+    ]
+
+
+@needs_preload
+def test_report_without_memory(zfc):
+    env = preloaded("refuse_memory", REFUSE_BYTES=4096)
+    options = {"words": [IDENTIFIER], "values": {"message": "Failed, Memory Error"}, "host": one_port()}
+    result = check_both(zfc, GET, "port/info-failed", env=env, debug=4, **options)
+    assert result.xml.failures == [f"{CLASS}DisplayPortInfo: Output memory alloc failed"]
+    assert result.xml.code == 42
+
+
+def test_lines_of_the_report_are_in_the_debug_log(zfc):
+    result = zfc(f"{GET} {IDENTIFIER}", host=one_port(model="ZX9"), debug=65535)
+    assert (1, "Model: ZX9\n") in result.log
+    assert (1, "      Port Type: Node Port\n") in result.log
 
 
 class TestEdgeCases:

@@ -8,6 +8,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST
 from zfc.port import IDENTIFIER, descriptor, one_port, rdp, text_words
+from zfc.preload import needs_preload, preloaded
 
 GET = "-t port -s rdp get"
 RUNCLI = "-t port -s rdp runcli"
@@ -73,7 +74,7 @@ def check_rdp(zfc, name, response, *, size=None, words=(IDENTIFIER,), **options)
 
 
 def report(zfc, response, **options):
-    """The text of the report, as the text form shows it. Behind the response the buffer holds zeros."""
+    """The text of the report, as the text form shows it. After the response the buffer holds zeros."""
     output = zfc(f"{RUNCLI} {IDENTIFIER}", host=one_port(), buffers={"rdp": response}, **options).stdout
     rule = "*" * 52
     head = f"{rule}\nRDPInformation:\nMessage: Success\nRead Diagnostics Parameters Data: RDPDataList:\nRDPInfo: "
@@ -89,7 +90,7 @@ def block(tag, *lines):
 
 
 def shown(zfc, tag, *words, **options):
-    """The lines of one descriptor, which stands alone in a response."""
+    """The lines of one descriptor, alone in a response."""
     text = report(zfc, rdp(descriptor(tag, *words)), **options)
     head = block(tag)
     assert text.startswith(head)
@@ -98,7 +99,7 @@ def shown(zfc, tag, *words, **options):
 
 @pytest.mark.parametrize("size", [None, 0, 7, len(ALL), SIZE, SIZE + 1, 0xFFFFFFFF])
 def test_all_descriptors(zfc, size):
-    """The list tells its own length: the size that the library gives back does not count."""
+    """The list gives its own length: the size that the library gives back does not count."""
     result = check_rdp(zfc, "all", ALL, size=size)
     assert b"<TORPI_DiagnosticsRDPTest> chatters" in result.xml.library_log
 
@@ -119,7 +120,7 @@ def test_order_of_the_response_is_that_of_the_report(zfc):
 
 
 def at_the_end(tag, length, *words):
-    """A response that fills the buffer: this descriptor stands last, behind as many empty ones as it takes."""
+    """A response that fills the buffer: this descriptor is the last, after as many empty ones as it takes."""
     last = descriptor(tag, *words, length=length)
     empty, rest = divmod(SIZE - 4 - len(last), 8)
     response = rdp(*[descriptor(CREDITS)] * empty, b"\0" * rest, last, length=0xFFFFFFFF)
@@ -133,19 +134,19 @@ class TestListLength:
         check_rdp(zfc, "empty", rdp(descriptor(FEC_STATUS, 1), length=length))
 
     @pytest.mark.parametrize("response", [b"", b"\0", b"\0\0\0\xff"])
-    def test_of_a_response_with_nothing_behind(self, zfc, response):
+    def test_of_a_response_with_nothing_after_it(self, zfc, response):
         check_rdp(zfc, "empty", response)
 
     @pytest.mark.parametrize("length", [5, 8])
     def test_bounds_the_positions_of_tags(self, zfc, length):
-        """At 5 to 8 one position counts; the words of its descriptor may lie behind."""
+        """At 5 to 8 one position counts; the words of its descriptor may lie beyond."""
         response = rdp(descriptor(FEC_STATUS, 1, 2), descriptor(FEC_STATUS, 3), length=length)
         expected = block(FEC_STATUS, "Correctable Blocks: 1", "UnCorreatable Blocks: 2")
         assert report(zfc, response) == expected
 
     @pytest.mark.parametrize("length, found", [(20, False), (21, True), (24, True)])
     def test_counts_from_the_start_of_the_response(self, zfc, length, found):
-        """The second tag stands at position 20."""
+        """The second tag is at position 20."""
         response = rdp(descriptor(FEC_STATUS, 1, 2), descriptor(CREDITS, 3), length=length)
         assert (HEADINGS[CREDITS] in report(zfc, response)) == found
 
@@ -155,7 +156,7 @@ class TestListLength:
         assert report(zfc, response) == block(FEC_STATUS, "Correctable Blocks: 1")
 
     def test_that_is_huge_with_tags_up_to_the_end(self, zfc):
-        """126 words stand behind the length: 63 descriptors without data."""
+        """126 words follow the length: 63 descriptors without data."""
         response = rdp(*[descriptor(CREDITS)] * 63, length=0xFFFFFFFF)
         assert len(response) == SIZE
         assert report(zfc, response) == block(CREDITS) * 63
@@ -165,7 +166,7 @@ class TestDescriptorLength:
     @pytest.mark.parametrize("tag", [SFP_DIAG, PORT_SPEED, LINK_ERROR, PORT_NAME, FEC_STATUS, CREDITS])
     @pytest.mark.parametrize("length", [0, 1, 3])
     def test_below_4_reads_no_word(self, zfc, tag, length):
-        """What stands behind is then looked at as a tag, word by word."""
+        """What follows is then read as a tag, word by word."""
         response = rdp(descriptor(tag, 7, CREDITS, 4, 9, length=length))
         assert report(zfc, response) == block(tag) + block(CREDITS, "FC Port Buffer To Buffer Credits: 9")
 
@@ -178,19 +179,19 @@ class TestDescriptorLength:
     @pytest.mark.parametrize("length", [0x7FFFFFFF, 0x80000000, 0xFFFFFFFF, 508, 16])
     def test_that_leads_outside(self, zfc, length):
         """The descriptor decodes the words that the buffer has."""
-        response, ahead = at_the_end(FEC_STATUS, length, 1, 2, 3)
+        response, before = at_the_end(FEC_STATUS, length, 1, 2, 3)
         lines = ["Correctable Blocks: 1", "UnCorreatable Blocks: 2", "FEC Status Block Value: 3"]
-        assert report(zfc, response) == ahead + block(FEC_STATUS, *lines)
+        assert report(zfc, response) == before + block(FEC_STATUS, *lines)
 
     @pytest.mark.parametrize("tag", HEADINGS)
     @pytest.mark.parametrize("words", [0, 1])
     def test_that_leads_outside_in_every_descriptor(self, zfc, tag, words):
         """What is there shows; the rest is no mistake of the program."""
-        response, ahead = at_the_end(tag, 0xFFFFFFFF, *[0x41424344] * words)
+        response, before = at_the_end(tag, 0xFFFFFFFF, *[0x41424344] * words)
         text = report(zfc, response)
-        assert text.startswith(ahead + block(tag))
+        assert text.startswith(before + block(tag))
         if tag not in (DIAG_PARAMS, ELEMENT, PRODUCT) and words == 0:
-            assert text == ahead + block(tag)
+            assert text == before + block(tag)
 
     def test_of_the_whole_buffer(self, zfc):
         response = rdp(descriptor(FEC_STATUS, *range(124), length=0xFFFFFFFF))
@@ -215,13 +216,13 @@ def test_word_that_is_no_tag_is_logged_and_passed_over(zfc, unknown):
 
 @pytest.mark.parametrize("length, value", [(4, "4"), (5, "5"), (0x80000000, "-2147483648"), (0xFFFFFFFF, "-1")])
 def test_diagnostics_parameters(zfc, length, value):
-    response, ahead = at_the_end(DIAG_PARAMS, length, 0xDEADBEEF)
+    response, before = at_the_end(DIAG_PARAMS, length, 0xDEADBEEF)
     lines = [
         "Descriptor Tag: Link Service Request Information",
         f"Descriptor Len: {value} Bytes",
         "Descriptor Value: 0xDEADBEEF",
     ]
-    assert report(zfc, response) == ahead + block(DIAG_PARAMS, *lines)
+    assert report(zfc, response) == before + block(DIAG_PARAMS, *lines)
 
 
 class TestPortSpeed:
@@ -465,7 +466,7 @@ class TestOpticalElement:
             f"Optical Element Function Flag [{text}] {limit}: {value}" for limit, value in zip(LIMITS, values)
         ]
 
-    def test_further_words_stand_ahead(self, zfc):
+    def test_further_words_come_first(self, zfc):
         lines = shown(zfc, ELEMENT, *limits(1, 2, 3, 4, 0x20000000), 0x1A, 0xFFFFFFFF)
         head = "Optical Element Data Descriptor Value: 0x"
         assert lines[:2] == [f"{head}0000001A", f"{head}FFFFFFFF"]
@@ -607,6 +608,129 @@ def test_failure(zfc, words, options, message, usage, calls):
     values = {"message": message}
     result = check_both(zfc, GET, "port/rdp-failed", cli=RUNCLI, words=words, values=values, usage=usage, **options)
     assert result.command_calls == calls
+
+
+CLASS = "PhysicalPortRDPCmdsProcessor::"
+
+
+@pytest.mark.parametrize("form", [GET, RUNCLI])
+@pytest.mark.parametrize(
+    "words, options, lines",
+    [
+        ([IDENTIFIER], {}, []),
+        (["FC_nobody"], {}, ["CmdGetCommon: Get phy port failed err=6"]),
+        ([IDENTIFIER], {"host": one_port(interface=3)}, ["CmdGetCommon: Command not supported for vport"]),
+        ([IDENTIFIER], {"host": one_port(state=3)}, ["CmdGetCommon: Port is in Link Down state"]),
+        (
+            [IDENTIFIER],
+            {"spoil_log": "TORPI_GetAdapterList:directory"},
+            ["CmdGetCommon: Failed to open /var/tmp/torpi-output.log file before RDP"],
+        ),
+        ([IDENTIFIER], {"results": {RDP: 150}}, ["CmdGetCommon: RDP Test Failed"]),
+        ([IDENTIFIER], {"results": {RDP: 0xFFFFFFFF}}, ["CmdGetCommon: RDP Test Failed"]),
+        pytest.param(
+            [IDENTIFIER],
+            # The log is spoiled too: the buffer comes first.
+            {"env": preloaded("refuse_memory", REFUSE_BYTES=SIZE), "spoil_log": "TORPI_GetAdapterList:directory"},
+            ["CmdGetCommon: pRdpData malloc failed"],
+            marks=needs_preload,
+        ),
+        pytest.param(
+            [IDENTIFIER],
+            {"env": preloaded("refuse_memory", REFUSE_BYTES=16384)},
+            ["DisplayRDPInfo: Output memory alloc failed"],
+            marks=needs_preload,
+        ),
+    ],
+)
+def test_failure_lines(zfc, form, words, options, lines):
+    options = {"host": one_port(), "buffers": {"rdp": ALL}, **options}
+    result = zfc([*form.split(), *words], debug=65535, **options)
+    assert [line.removeprefix(CLASS) for line in result.failures] == lines
+
+
+@needs_preload
+def test_response_without_memory(zfc):
+    """The class has no message of its own for that."""
+    env = preloaded("refuse_memory", REFUSE_BYTES=SIZE)
+    options = {"words": [IDENTIFIER], "values": {"message": "Failed, Unknown"}, "host": one_port()}
+    result = check_both(zfc, GET, "port/rdp-failed", cli=RUNCLI, env=env, debug=4, **options)
+    assert result.xml.code == 42
+    assert result.command_calls == [LIST_CALL]
+
+
+@needs_preload
+def test_report_without_memory(zfc):
+    """By then the document has begun: it says "Success" and its field has no text."""
+    env = preloaded("refuse_memory", REFUSE_BYTES=16384)
+    result = zfc(f"{GET} {IDENTIFIER}", host=one_port(), buffers={"rdp": ALL}, env=env, debug=4)
+    empty = (documents.EXPECTED / "port/rdp-empty.xml").read_bytes()
+    assert result.stdout == empty.replace(b"<string></string>", b"")
+    assert result.code == 42
+
+
+def steps(zfc, response):
+    """What the log says from the document's head on, without the lines of the report."""
+    result = zfc(f"{GET} {IDENTIFIER}", host=one_port(), buffers={"rdp": response}, debug=65535)
+    lines = [line.removeprefix(CLASS) for level, line in result.log if level == 1 and line.startswith(CLASS)]
+    return lines[lines.index("DisplayRDPInfo: Entered") : lines.index("DisplayRDPInfo: Exiting")]
+
+
+def decoded(function, tag, words, *inner):
+    """What one decoder logs."""
+    return [
+        f"{function}: Entered",
+        f"{function}: Tag 0x{tag:08X} Length {4 * words}",
+        *inner,
+        f"{function}: Exiting",
+    ]
+
+
+def called(function):
+    return [f"{function}: Entered", f"{function}: Exiting"]
+
+
+def test_steps_in_the_debug_log(zfc):
+    """The first pass decodes the vendor alone; the second one all descriptors. The zeros after them are past the
+    list's end."""
+    vendor = "DecodeSwitchVendorFromOpticalProductDescriptor"
+    assert steps(zfc, ALL) == [
+        "DisplayRDPInfo: Entered",
+        "DisplayRDPInfo: Message=Success",
+        "ParseRDPDataBuffer: Entered",
+        *decoded(vendor, PRODUCT, 15),
+        *decoded("DecodeDiagParamsDescriptorData", DIAG_PARAMS, 1),
+        *decoded("DecodeSFPDiagParamDescriptorData", SFP_DIAG, 3, *called("DecodeSFPFlagInfo")),
+        *decoded(
+            "DecodePortSpeedDescriptorData",
+            PORT_SPEED,
+            1,
+            *called("DecodePortSpeedCapabilities"),
+            *called("DecodePortOperatingSpeed"),
+        ),
+        *decoded("DecodeLinkErrorStatusDescriptorData", LINK_ERROR, 7, *called("DecodePNPortPhysicalType")),
+        *decoded("DecodePortNameDescriptorData", PORT_NAME, 4),
+        *decoded("DecodeFECStatusDescriptorData", FEC_STATUS, 2),
+        *decoded("DecodeBufferCreditsStatusDescriptorData", CREDITS, 3),
+        *decoded("DecodeOpticalElementData", ELEMENT, 3),
+        *decoded("DecodeOpticalProductDataDescriptor", PRODUCT, 15),
+        "ParseRDPDataBuffer: Exiting",
+        "DisplayRDPInfo: Cisco switch: 0",
+    ]
+
+
+def test_unknown_words_in_the_debug_log(zfc):
+    """The last word is past the list's end, since the length counts its own four bytes."""
+    assert steps(zfc, rdp(b"word", descriptor(FEC_STATUS, 1), b"\xff\x00\x00\x01", b"last")) == [
+        "DisplayRDPInfo: Entered",
+        "DisplayRDPInfo: Message=Success",
+        "ParseRDPDataBuffer: Entered",
+        "ParseRDPDataBuffer: Unknown Descriptor Tag/Value 0x776F7264",
+        *decoded("DecodeFECStatusDescriptorData", FEC_STATUS, 1),
+        "ParseRDPDataBuffer: Unknown Descriptor Tag/Value 0xFF000001",
+        "ParseRDPDataBuffer: Exiting",
+        "DisplayRDPInfo: Cisco switch: 0",
+    ]
 
 
 class TestEdgeCases:

@@ -6,6 +6,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST
 from zfc.port import IDENTIFIER, one_port
+from zfc.preload import needs_preload, preloaded
 
 GET = "-t port -s stats get"
 RESET = "-t port -s stats reset"
@@ -79,7 +80,7 @@ def test_failed_reset(zfc, result, message):
     assert done.command_calls == [LIST_CALL, RESET_CALL]
 
 
-# The look-up, which stands ahead of the mode in both commands.
+# The look-up, which both commands do before they read the mode.
 @pytest.mark.parametrize("mode", [[], ["Firmware"], ["nothing"]])
 @pytest.mark.parametrize(
     "words, options, message, usage",
@@ -111,7 +112,7 @@ def test_log_that_cannot_be_opened(zfc):
 
 
 def test_order_of_the_checks_of_reset(zfc):
-    """The mode is looked at ahead of the log."""
+    """The mode is checked before the log is opened."""
     words = [IDENTIFIER, "Driver"]
     check_reset_failed(zfc, INVALID, words, usage=RESET_USAGE, spoil_log="TORPI_GetAdapterList:directory")
 
@@ -120,6 +121,65 @@ def test_virtual_port_has_counters(zfc):
     host = one_port(interface=3)
     check_both(zfc, GET, "port/stats-firmware", words=[IDENTIFIER, "Firmware"], host=host)
     check_reset_failed(zfc, "Success", host=host)
+
+
+CLASS = "PhysicalPortFCStatsCmdsProcessor::"
+BAD_IDENTIFIER = "PhysicalPortCmdsProcessor::GetPhyPortFromPortString: Invalid Port identifier nobody"
+
+
+@pytest.mark.parametrize(
+    "command, words, options, lines",
+    [
+        ("get", [IDENTIFIER, "Driver"], {}, []),
+        ("get", ["nobody"], {}, [BAD_IDENTIFIER, "CmdGetCommon: Get phy port failed err=6"]),
+        ("get", [IDENTIFIER, "all %s"], {}, ["CmdGetCommon: Invalid mode=all %s"]),
+        ("get", [IDENTIFIER], {}, ["CmdGetCommon: Invalid mode="]),
+        ("reset", [IDENTIFIER, "Firmware"], {}, []),
+        ("reset", ["help"], {}, ["CmdResetCommon: Get phy port failed err=5"]),
+        ("reset", [IDENTIFIER, "Driver"], {}, ["CmdResetCommon: Invalid mode=Driver"]),
+        (
+            "reset",
+            [IDENTIFIER, "Firmware"],
+            {"spoil_log": "TORPI_GetAdapterList:directory"},
+            ["CmdResetCommon: Failed to open /var/tmp/torpi-output.log file"],
+        ),
+        (
+            "reset",
+            [IDENTIFIER, "Firmware"],
+            {"results": {"TORPI_ResetDeviceStats": 0xFFFFFFFF}},
+            ["CmdResetCommon: Reset device stats failed err=-1"],
+        ),
+    ],
+)
+def test_failure_lines(zfc, command, words, options, lines):
+    options = {"host": one_port(), **options}
+    result = zfc(["-t", "port", "-s", "stats", command, *words], debug=65535, **options)
+    assert [line.removeprefix(CLASS) for line in result.failures] == lines
+
+
+@needs_preload
+@pytest.mark.parametrize("mode, display", [("Driver", "DisplayFCDriverStats"), ("Firmware", "DisplayFCFWStats")])
+def test_report_without_memory(zfc, mode, display):
+    options = {"words": [IDENTIFIER, mode], "values": {"message": "Failed, Memory Error"}, "host": one_port()}
+    env = preloaded("refuse_memory", REFUSE_BYTES=2048)
+    result = check_both(zfc, GET, "port/stats-failed", env=env, debug=4, **options)
+    assert result.xml.failures == [f"{CLASS}{display}: Output memory alloc failed"]
+    assert result.xml.code == 42
+
+
+@pytest.mark.parametrize(
+    "words, steps",
+    [
+        (f"get {IDENTIFIER} Driver", ["DisplayFCDriverStats: Message=Success"]),
+        (f"get {IDENTIFIER} Firmware", ["DisplayFCFWStats: Message=Success"]),
+        (f"get {IDENTIFIER} x", ["DisplayError: Message=Failed, Invalid parameter"]),
+        (f"reset {IDENTIFIER} Firmware", ["CmdResetCommon: Message=Success"]),
+        (f"reset {IDENTIFIER} Driver", ["DisplayResetError: Message=Failed, Invalid parameter"]),
+    ],
+)
+def test_function_that_writes_the_document(zfc, words, steps):
+    log = zfc(f"-t port -s stats {words}", host=one_port(), debug=65535).log
+    assert [line.removeprefix(CLASS) for level, line in log if level == 1 and "Message=" in line] == steps
 
 
 class TestEdgeCases:

@@ -6,6 +6,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST
 from zfc.port import IDENTIFIER, VPD_END, one_port, vpd_item, vpd_resource, vpd_string
+from zfc.preload import needs_preload, preloaded
 
 GET = "-t port -s vpd get"
 USAGE = "Usage: get\r\n"
@@ -122,13 +123,13 @@ class TestLengthsThatLeadOutside:
         assert len(image) == SIZE
         check_one(zfc, image, "Part Number", "")
 
-    def test_item_cut_behind_its_keyword_has_no_data(self, zfc):
+    def test_item_cut_after_its_keyword_has_no_data(self, zfc):
         check_one(zfc, b"PN", "Part Number", "")
 
-    def test_item_cut_behind_its_length_has_no_data(self, zfc):
+    def test_item_cut_after_its_length_has_no_data(self, zfc):
         check_one(zfc, b"PN\x05", "Part Number", "")
 
-    def test_size_told_cuts_an_item(self, zfc):
+    def test_size_from_the_library_cuts_an_item(self, zfc):
         check_one(zfc, b"PN\x05ABCDE" + VPD_END, "Part Number", "ABC", size=6)
 
     def test_string_longer_than_the_image(self, zfc):
@@ -145,7 +146,7 @@ class TestLengthsThatLeadOutside:
         check_vpd(zfc, "all", ALL[:-1])
 
     def test_headers_count_for_nothing(self, zfc):
-        """Whatever length a header tells, the items are walked one by one."""
+        """Whatever length a header gives, the items are walked one by one."""
         for length in (b"\x00\x00", b"\xff\xff", b"\x01\x00"):
             check_one(zfc, b"\x90" + length + vpd_item(b"PN", b"A") + VPD_END, "Part Number", "A")
 
@@ -223,6 +224,68 @@ def test_failure(zfc, words, options, message, usage, calls):
         zfc, GET, "port/vpd-failed", words=words, values={"message": message}, usage=usage, **options
     )
     assert result.command_calls == calls
+
+
+CLASS = "PhysicalPortVPDCmdsProcessor::"
+
+
+@pytest.mark.parametrize(
+    "words, options, lines",
+    [
+        ([IDENTIFIER], {}, []),
+        (["FC_nobody"], {}, ["CmdGetCommon: Get phy port failed err=6"]),
+        (
+            [IDENTIFIER],
+            {"spoil_log": "TORPI_GetAdapterList:directory"},
+            ["CmdGetCommon: Failed to open /var/tmp/torpi-output.log file"],
+        ),
+        ([IDENTIFIER], {"results": {VPD: 0xFFFFFFFF}}, ["CmdGetCommon: Get VPD Data failed err=-1"]),
+        pytest.param(
+            [IDENTIFIER],
+            {"env": preloaded("refuse_memory", REFUSE_BYTES=SIZE)},
+            ["CmdGetCommon: pVpd malloc failed"],
+            marks=needs_preload,
+        ),
+    ],
+)
+def test_failure_lines(zfc, words, options, lines):
+    result = zfc([*GET.split(), *words], debug=65535, **{"host": one_port(), **options})
+    assert [line.removeprefix(CLASS) for line in result.failures] == lines
+
+
+@needs_preload
+def test_image_without_memory(zfc):
+    """The class has no message of its own for that."""
+    env = preloaded("refuse_memory", REFUSE_BYTES=SIZE)
+    options = {"words": [IDENTIFIER], "values": {"message": "Failed, Unknown"}, "host": one_port()}
+    result = check_both(zfc, GET, "port/vpd-failed", env=env, debug=4, **options)
+    assert result.xml.code == 42
+    assert result.command_calls == [LIST_CALL]
+
+
+def test_steps_in_the_debug_log(zfc):
+    """A line for each field of the image, and the functions that read it."""
+    image = vpd_string(b"Board") + vpd_resource(0x90, vpd_item(b"PN", b"A 1"), vpd_item(b"RV", b"\x5a\xff")) + VPD_END
+    result = zfc(f"{GET} {IDENTIFIER}", host=one_port(), buffers={"vpd": image}, sizes={"vpd": len(image)}, debug=65535)
+    lines = [line for level, line in result.log if level == 1]
+    first = lines.index(f"{CLASS}DisplayVPDInfo: Entered")
+
+    def field(line):
+        return [f"{CLASS}MapFieldData: Entered", line, f"{CLASS}MapFieldData: Exiting"]
+
+    assert lines[first:-2] == [
+        f"{CLASS}DisplayVPDInfo: Entered",
+        f"{CLASS}DisplayVPDInfo: Message=Success",
+        f"{CLASS}MapVpdData: Entered",
+        *field(' 0x82  "Board"\n'),
+        *field(" 0x90\n"),
+        *field(' "PN"  "A 1"\n'),
+        *field(' "RV"  5a\n'),
+        *field(" 0x78\n"),
+        f"{CLASS}MapVpdData: Exiting",
+        f"{CLASS}DisplayVPDInfo: Exiting",
+    ]
+    assert lines[-2:] == [f"{CLASS}CmdGetCommon: Exiting", f"{CLASS}CmdGet: Exiting"]
 
 
 class TestEdgeCases:

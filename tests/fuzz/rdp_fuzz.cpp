@@ -9,6 +9,7 @@
 
 #include "framework/report.h"
 #include "port/rdp_decoder.h"
+#include "support/unit_command_run.h"
 
 namespace {
 
@@ -22,19 +23,20 @@ void Require(bool condition) {
 std::string Report(const std::vector<std::uint8_t>& response, std::size_t size) {
   ReportText text(size);
   bool is_cisco = false;
-  ParseRDPDataBuffer(response, text, is_cisco);
+  TestRun test;
+  ParseRDPDataBuffer(test.run, response, text, is_cisco);
   return text.Text();
 }
 
 void WriteDocuments(const std::vector<std::uint8_t>& response) {
   static std::FILE* const nowhere = std::fopen("/dev/null", "w");
   stdout = nowhere;
-  ReportText text(kReportBytes);
-  bool is_cisco = false;
-  ParseRDPDataBuffer(response, text, is_cisco);
-  Serializer out;
   for (const OutputMode mode : {OUTPUT_XML, OUTPUT_CLI}) {
-    WriteReport(out, mode, {"RDPInformation", "Read Diagnostics Parameters Data", "RDPDataList", "RDPInfo"},
+    TestRun test({}, mode);
+    ReportText text(kReportBytes);
+    bool is_cisco = false;
+    ParseRDPDataBuffer(test.run, response, text, is_cisco);
+    WriteReport(test.run, {"RDPInformation", "Read Diagnostics Parameters Data", "RDPDataList", "RDPInfo"},
                 text);
   }
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "port/vpd_map.h"
+#include "support/unit_command_run.h"
 
 namespace {
 
@@ -19,7 +20,8 @@ void Require(bool condition) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   // A copy of its own: a read past its end is an error.
   const std::vector<std::uint8_t> image(data, data + std::min(size, kVpdBytes));
-  for (const auto& [keyword, value] : MapVpdData(image)) {
+  TestRun test;
+  for (const auto& [keyword, value] : MapVpdData(test.run, image)) {
     Require(keyword.size() == 2 && value.size() <= image.size());
     Require(value.find('\0') == std::string::npos);
   }

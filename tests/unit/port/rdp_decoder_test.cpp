@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "port/rdp_words.h"
+#include "support/unit_command_run.h"
 
 namespace {
 
@@ -30,12 +30,13 @@ Decoded Parse(const Bytes& response, std::size_t report_bytes = 16384) {
   ReportText text(report_bytes);
   Decoded decoded;
   decoded.is_cisco = true;
-  ParseRDPDataBuffer(exact, text, decoded.is_cisco);
+  TestRun test;
+  ParseRDPDataBuffer(test.run, exact, text, decoded.is_cisco);
   decoded.text = text.Text();
   return decoded;
 }
 
-// The lines behind the heading of the one descriptor in the response.
+// The lines after the heading of the one descriptor in the response.
 std::string Body(std::initializer_list<std::uint32_t> words) {
   Bytes response = Words(words);
   Bytes list = Words({static_cast<std::uint32_t>(response.size())});
@@ -51,26 +52,6 @@ std::string Heading(const std::string& text) {
   return rule + "\n" + text + "\n" + rule + "\n";
 }
 
-TEST(RdpWords, ReadsBigEndianWordsAndZeroOutside) {
-  const Bytes bytes = {0x01, 0x02, 0x03, 0x04, 0xff, 0xfe, 0xfd, 0xfc, 0x05};
-  const RdpWords words(bytes);
-  EXPECT_EQ(words.Count(), 2u);
-  EXPECT_EQ(words[0], 0x01020304u);
-  EXPECT_EQ(words[1], 0xfffefdfcu);
-  EXPECT_EQ(words[2], 0u);  // half a word is none
-  EXPECT_EQ(words[SIZE_MAX], 0u);
-}
-
-TEST(RdpWords, PartIsCutAtTheEnd) {
-  const Bytes bytes = Words({1, 2, 3});
-  const RdpWords words(bytes);
-  EXPECT_EQ(words.Part(1, 1).Count(), 1u);
-  EXPECT_EQ(words.Part(1, 1)[0], 2u);
-  EXPECT_EQ(words.Part(1, SIZE_MAX).Count(), 2u);
-  EXPECT_EQ(words.Part(3, 1).Count(), 0u);
-  EXPECT_EQ(words.Part(SIZE_MAX, SIZE_MAX).Count(), 0u);
-}
-
 TEST(RdpDecoder, ResponseTooShortForItsListIsEmpty) {
   for (const Bytes& response :
        {Bytes{}, Bytes{0}, Bytes{0, 0, 0, 0xff}, Words({0}), Words({4, 0x00010005, 4, 1})}) {
@@ -79,7 +60,7 @@ TEST(RdpDecoder, ResponseTooShortForItsListIsEmpty) {
   }
 }
 
-TEST(RdpDecoder, TagAheadOfTheListsEndIsDecoded) {
+TEST(RdpDecoder, TagBeforeTheListsEndIsDecoded) {
   for (const std::uint32_t length : {5u, 8u}) {
     EXPECT_EQ(Parse(Words({length, 0x00010005, 4, 1, 0x00010005, 4, 2})).text,
               Heading("FEC Status Information") + "Correctable Blocks: 1\n");
@@ -99,7 +80,7 @@ TEST(RdpDecoder, UnknownWordsCostOneWordEach) {
 }
 
 TEST(RdpDecoder, DecoderLeavesThePositionOnItsLastWord) {
-  // The data of the first descriptor looks like a tag, and is none.
+  // The data of the first descriptor equals a tag, and is none.
   EXPECT_EQ(Parse(Words({100, 0x00010005, 8, 0x00010006, 0x00010006, 0x00010006, 4, 7})).text,
             Heading("FEC Status Information") + "Correctable Blocks: 65542\nUnCorreatable Blocks: 65542\n" +
                 Heading("Buffer Credits Status Information") + "FC Port Buffer To Buffer Credits: 7\n");
@@ -147,7 +128,7 @@ TEST(RdpDecoder, TemperatureLimitsHaveScalesOfTheirOwn) {
             "Temperature High Warning: -56.00\nTemperature Low Warning: 0.00\n");
 }
 
-TEST(RdpDecoder, RevisionHasItsLineEndAheadOfTheDate) {
+TEST(RdpDecoder, RevisionHasItsLineEndBeforeTheDate) {
   EXPECT_EQ(
       Body({0x00010008, 60, 0x41000042, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x52315220, 0x32303236, 0x30313134}),
       "Vendor Name: A\nPart Number: \nSerial Number: \nRevision: R1R \nDate: 20260114\n");
@@ -156,11 +137,11 @@ TEST(RdpDecoder, RevisionHasItsLineEndAheadOfTheDate) {
 TEST(RdpDecoder, FindsTheVendorInTheFirstOpticalProductDescriptor) {
   const Bytes cisco = Words({100, 0x00010005, 4, 1, 0x00010008, 16, 0x43495343, 0x4f2d5846, 0, 0});
   EXPECT_TRUE(Parse(cisco).is_cisco);
-  // The first pass looks at every word: data that looks like the tag ends it as well.
+  // The first pass reads every word: data that equals the tag ends it as well.
   EXPECT_FALSE(
       Parse(Words({100, 0x00010005, 8, 0x00010008, 0, 0x00010008, 8, 0x43495343, 0x4f2d5846})).is_cisco);
   EXPECT_FALSE(
-      Parse(Words({16, 0, 0, 0, 0x00010008, 16, 0x43495343, 0x4f2d5846})).is_cisco);  // behind the end
+      Parse(Words({16, 0, 0, 0, 0x00010008, 16, 0x43495343, 0x4f2d5846})).is_cisco);  // after the end
 }
 
 TEST(RdpDecoder, ReportThatIsFullDropsWholeLines) {

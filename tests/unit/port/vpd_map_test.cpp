@@ -6,17 +6,19 @@
 #include <utility>
 #include <vector>
 
+#include "support/unit_command_run.h"
+
 namespace {
 
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
 const std::string kEndTag = "\x78";
 
-// The pairs of an image, which stands in memory of exactly its size: a read past its end shows under a
-// sanitizer.
+// The pairs of an image, in memory of exactly its size: a read past its end shows under a sanitizer.
 Pairs Map(const std::string& image) {
   const std::vector<std::uint8_t> exact(image.begin(), image.end());
-  const VpdMap map = MapVpdData(exact);
+  TestRun test;
+  const VpdMap map = MapVpdData(test.run, exact);
   return {map.begin(), map.end()};
 }
 
@@ -24,7 +26,7 @@ char Low(std::size_t number) {
   return static_cast<char>(number & 0xff);
 }
 
-// An item; `length` is what it says, where that is not the value's own.
+// An item that gives `length` as its own, whatever the value's length is.
 std::string Item(const std::string& keyword, const std::string& value, std::size_t length) {
   return keyword + Low(length) + value;
 }

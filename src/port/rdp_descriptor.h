@@ -1,4 +1,4 @@
-// How the decoders of a Read Diagnostic Parameters response see its bytes: as big-endian words.
+// What the decoders of a Read Diagnostic Parameters response are given: a descriptor of big-endian words.
 #pragma once
 
 #include <algorithm>
@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <span>
 
-// Whole words only; what lies outside reads as 0.
+#include "framework/command_run.h"
+
+// The big-endian words of some bytes. Half a word is none, and what lies outside reads as 0.
 class RdpWords {
  public:
   static constexpr std::size_t kWordBytes = 4;
@@ -23,7 +25,7 @@ class RdpWords {
            byte[3];
   }
 
-  // Those of the `count` words from `first` on that are there.
+  // The `count` words from `first` on, without those that lie outside.
   RdpWords Part(std::size_t first, std::size_t count) const {
     const std::size_t begin = std::min(first, Count());
     return RdpWords(bytes_.subspan(begin * kWordBytes, std::min(count, Count() - begin) * kWordBytes));
@@ -36,11 +38,23 @@ class RdpWords {
   std::span<const std::uint8_t> bytes_;
 };
 
-// One descriptor of the list. Fewer words can be there than its length in bytes says, and never more.
+// One descriptor of the list.
 struct RdpDescriptor {
   std::uint32_t tag;
-  std::uint32_t length;
-  RdpWords words;
+  std::uint32_t length;  // in bytes, as the response says
+  RdpWords words;        // at most as many as the length says; fewer when the response ends before
+};
+
+// Makes a decoder the function at work for its scope, and logs which descriptor it decodes.
+class DecoderScope {
+ public:
+  DecoderScope(CommandRun& run, const char* function, const RdpDescriptor& descriptor)
+      : function_(run, function) {
+    run.Trace("Tag 0x%08X Length %u", descriptor.tag, descriptor.length);
+  }
+
+ private:
+  const FunctionScope function_;
 };
 
 constexpr std::uint16_t High(std::uint32_t word) {
