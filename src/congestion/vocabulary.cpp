@@ -6,6 +6,7 @@
 namespace {
 
 constexpr const char* kReserved = "Reserved";
+constexpr std::uint16_t kDeviceSpecific = 15;
 
 constexpr CodeText kPortStates[] = {{1, "Online"}, {3, "Offline"}};
 
@@ -17,19 +18,22 @@ constexpr CodeText kLinkEvents[] = {
     {4, "Primitive Sequence Protocol Error"},
     {5, "Invalid Transmission Word"},
     {6, "Invalid CRC"},
-    {15, "Device Specific"},
+    {kDeviceSpecific, "Device Specific"},
 };
 
 constexpr CodeText kDeliveryReasons[] = {
     {0, "Unknown"},
     {1, "Timeout"},
     {2, "Unable To Route"},
-    {15, "Device Specific"},  // the last row: ports alone
+    {kDeviceSpecific, "Device Specific"},
 };
-constexpr auto kTargetDeliveryReasons = std::span(kDeliveryReasons).first<3>();
 
 constexpr CodeText kCongestionEvents[] = {
-    {0, "Clear"}, {1, "Lost Credit"}, {2, "Credit Stall"}, {3, "Oversubscription"}, {15, "Device Specific"},
+    {0, "Clear"},
+    {1, "Lost Credit"},
+    {2, "Credit Stall"},
+    {3, "Oversubscription"},
+    {kDeviceSpecific, "Device Specific"},
 };
 
 constexpr CodeText kSeverities[] = {{0, "None"}, {0xF1, "Warning"}, {0xF7, "Alarm"}};
@@ -61,7 +65,7 @@ const char* PortDeliveryReasonText(std::uint16_t reason) {
 }
 
 const char* TargetDeliveryReasonText(std::uint16_t reason) {
-  return TextOfCode(kTargetDeliveryReasons, reason, kReserved);
+  return reason == kDeviceSpecific ? kReserved : PortDeliveryReasonText(reason);
 }
 
 const char* CongestionEventText(std::uint16_t type) {
