@@ -10,7 +10,7 @@ namespace {
 
 using Words = std::map<unsigned, std::string>;
 
-// Every code of the type, against the words told and `otherwise`.
+// Every code of the type, against the given words and `otherwise`.
 template <class Number, class Text>
 void ExpectWords(Text text, const Words& words, const std::string& otherwise) {
   for (unsigned code = 0; code <= std::numeric_limits<Number>::max(); ++code) {
