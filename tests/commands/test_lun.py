@@ -6,6 +6,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST, Adapter, Host, Port
 from zfc.port import entry
+from zfc.steps import around, steps_of
 from zfc.target import IDENTIFIER as TARGET
 from zfc.target import luns, one_target, target
 
@@ -95,6 +96,16 @@ def test_help_word(zfc, word):
 @pytest.mark.parametrize("host, words, code", [(GAPS, "", 0), (NO_LIST, "", 14), (GAPS, " help", 5)])
 def test_code(zfc, host, words, code):
     assert zfc(f"-t lun list{words}", host=host, debug=1).code == code
+
+
+@pytest.mark.parametrize(
+    "host, failures", [(GAPS, []), (NO_LIST, ["FCLunCmdsProcessor::CmdListCommon: List is NULL"])]
+)
+def test_debug_log_of_the_list(zfc, host, failures):
+    name = "FCLunCmdsProcessor"
+    result = zfc("-t lun listcli", host=host, debug=65535)
+    assert steps_of(result, name) == around(f"{name}::CmdListCli", *around(f"{name}::CmdListCommon"))
+    assert result.failures == failures
 
 
 # Help and usage texts of the node.
