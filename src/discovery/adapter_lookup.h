@@ -3,7 +3,8 @@
 
 #include <string>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/adapter_records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/status.h"
 #include "framework/words.h"
 

@@ -1,7 +1,7 @@
 // What the `list` commands begin with.
 #pragma once
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/adapter_records.h"
 #include "framework/status.h"
 #include "framework/words.h"
 

@@ -1,7 +1,7 @@
 // Whether a port belongs to a mezzanine card, as some commands have to know.
 #pragma once
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/status.h"
 
 // Asks the library, in a bracket of its own. kReadFailed for every failure of the call, deliberately also in

@@ -1,7 +1,8 @@
 // Port, target and LUN identifiers: the look-ups that every command below the adapter begins with.
 #pragma once
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/adapter_records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/device_library/target_records.h"
 #include "framework/status.h"
 #include "framework/words.h"

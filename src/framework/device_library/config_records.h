@@ -8,7 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/fixed_text.h"
+#include "framework/device_library/world_wide_name.h"
 
 // A target that the host can boot from.
 struct BootDrive {

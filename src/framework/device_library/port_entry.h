@@ -1,4 +1,4 @@
-// Records of the device library that describe the host: adapters, their ports and the protocols on a port.
+// The record of the device library that describes one protocol on one port.
 //
 // The library owns every record, fills it and keeps it valid while it is up. The program only reads, through
 // pointers to const. All numbers are little-endian; texts end at their terminator or at the end of their
@@ -7,52 +7,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
-#include <string_view>
+
+#include "framework/device_library/device_handle.h"
+#include "framework/device_library/fixed_text.h"
+#include "framework/device_library/pci_identity.h"
+#include "framework/device_library/port_id.h"
+#include "framework/device_library/world_wide_name.h"
 
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the records are read in place");
-
-// A text in a field of N bytes. Only View may look at the bytes: the field need not hold a terminator.
-template <std::size_t N>
-struct FixedText {
-  char bytes[N];
-
-  // The text up to its terminator or the end of the field.
-  std::string_view View() const { return {bytes, strnlen(bytes, N)}; }
-  bool Empty() const { return bytes[0] == '\0'; }
-};
-
-// An eight-byte World Wide Name in wire order.
-using WorldWideName = std::uint8_t[8];
-
-// Names a port to the library: most calls take its address. Its content is the library's own, except for the
-// number that the two calls of the older interface take in place of the address.
-struct DeviceHandle {
-  std::uint32_t reserved_0;
-  std::uint32_t sd_handle;
-  std::uint32_t reserved_8;
-};
-static_assert(offsetof(DeviceHandle, sd_handle) == 4);
-static_assert(sizeof(DeviceHandle) == 12);
-
-// PCI identity of the function behind a port; all that the family tests look at.
-struct PciIdentity {
-  std::uint16_t vendor_id;
-  std::uint16_t device_id;
-  std::uint16_t subsystem_vendor_id;
-  std::uint16_t subsystem_device_id;
-  std::byte reserved_8[42];
-  std::uint16_t link_capability;  // PCI Express Link Capabilities: bits 0-3 speed, bits 4-9 width
-  std::uint16_t link_status;      // PCI Express Link Status, same layout
-  std::byte reserved_54[26];
-};
-static_assert(offsetof(PciIdentity, vendor_id) == 0);
-static_assert(offsetof(PciIdentity, device_id) == 2);
-static_assert(offsetof(PciIdentity, subsystem_vendor_id) == 4);
-static_assert(offsetof(PciIdentity, subsystem_device_id) == 6);
-static_assert(offsetof(PciIdentity, link_capability) == 78 - 28);
-static_assert(offsetof(PciIdentity, link_status) == 80 - 28);
-static_assert(sizeof(PciIdentity) == 80);
 
 enum class PortInterfaceType : std::uint16_t { kPhysical = 1, kNpivVirtual = 3 };
 
@@ -87,7 +49,7 @@ struct FCProtocolEntry {
   std::uint8_t running_mpi_version[4];     // major, minor, sub, unused
   std::uint8_t running_pep_version[4];     // major, minor, sub, unused
   std::byte reserved_496[112];
-  std::uint8_t port_id[3];
+  PortId port_id;
   std::uint8_t port_type;
   std::uint8_t port_state;  // 1: link up; 3: offline
   std::uint8_t connection_mode;
@@ -189,70 +151,3 @@ static_assert(offsetof(FCProtocolEntry, pci_function) == 2674);
 static_assert(offsetof(FCProtocolEntry, protocol_type) == 2676);
 static_assert(offsetof(FCProtocolEntry, next) == 2680);
 static_assert(sizeof(FCProtocolEntry) == 2688);
-
-struct ProtocolList {
-  std::byte reserved_0[8];
-  const FCProtocolEntry* first;
-};
-static_assert(offsetof(ProtocolList, first) == 8);
-
-struct PhyPortEntry {
-  std::uint32_t number;  // within the adapter, from 0
-  std::byte reserved_4[4];
-  const ProtocolList* protocols;
-  const PhyPortEntry* next;
-};
-static_assert(offsetof(PhyPortEntry, number) == 0);
-static_assert(offsetof(PhyPortEntry, protocols) == 8);
-static_assert(offsetof(PhyPortEntry, next) == 16);
-
-struct PortList {
-  std::byte reserved_0[8];
-  const PhyPortEntry* first;
-};
-static_assert(offsetof(PortList, first) == 8);
-
-struct AdapterEntry {
-  FixedText<32> serial_number;
-  std::uint32_t type;
-  FixedText<80> manufacturer;
-  std::uint16_t vendor_id;
-  std::uint16_t subsystem_vendor_id;
-  std::uint16_t subsystem_device_id;
-  std::uint16_t bus_id;
-  std::byte reserved_124[32];
-  FixedText<32> model;
-  FixedText<32> flash_bios_version;
-  FixedText<32> flash_fcode_version;
-  FixedText<32> flash_efi_version;
-  FixedText<32> flash_firmware_version;
-  FixedText<32> multiboot_version;
-  std::uint32_t chip_revision;
-  std::byte reserved_352[32];
-  const PortList* ports;
-  const AdapterEntry* next;
-};
-static_assert(offsetof(AdapterEntry, serial_number) == 0);
-static_assert(offsetof(AdapterEntry, type) == 32);
-static_assert(offsetof(AdapterEntry, manufacturer) == 36);
-static_assert(offsetof(AdapterEntry, vendor_id) == 116);
-static_assert(offsetof(AdapterEntry, subsystem_vendor_id) == 118);
-static_assert(offsetof(AdapterEntry, subsystem_device_id) == 120);
-static_assert(offsetof(AdapterEntry, bus_id) == 122);
-static_assert(offsetof(AdapterEntry, model) == 156);
-static_assert(offsetof(AdapterEntry, flash_bios_version) == 188);
-static_assert(offsetof(AdapterEntry, flash_fcode_version) == 220);
-static_assert(offsetof(AdapterEntry, flash_efi_version) == 252);
-static_assert(offsetof(AdapterEntry, flash_firmware_version) == 284);
-static_assert(offsetof(AdapterEntry, multiboot_version) == 316);
-static_assert(offsetof(AdapterEntry, chip_revision) == 348);
-static_assert(offsetof(AdapterEntry, ports) == 384);
-static_assert(offsetof(AdapterEntry, next) == 392);
-
-struct AdapterList {
-  std::uint32_t count;  // for the log only: the chain decides
-  std::byte reserved_4[4];
-  const AdapterEntry* first;
-};
-static_assert(offsetof(AdapterList, count) == 0);
-static_assert(offsetof(AdapterList, first) == 8);
