@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "faults.h"
-#include "host.h"
+#include "base/faults.h"
+#include "device/host.h"
 
 namespace lab {
 
