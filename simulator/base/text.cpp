@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cstdio>
+#include <cstring>
 #include <span>
 
 namespace lab {
@@ -85,7 +86,8 @@ bool ReadToolVersion(std::string_view text, std::uint8_t (&out)[4]) {
   return true;
 }
 
-bool ReadOctets(std::string_view text, std::uint8_t* out, std::size_t count) {
+bool ReadOctets(std::string_view text, std::span<std::uint8_t> out) {
+  const std::size_t count = out.size();
   if (text.size() != count * 3 - 1) return false;
   for (std::size_t i = 0; i < count; ++i) {
     const int high = DigitValue(text[3 * i]);
@@ -135,13 +137,13 @@ std::string TimeText(const FlashMemoBlock& memo) {
   return text;
 }
 
-std::string OctetText(const std::uint8_t* octets, std::size_t count) {
+std::string OctetText(std::span<const std::uint8_t> octets) {
   constexpr char kDigits[] = "0123456789abcdef";
   std::string text;
-  for (std::size_t i = 0; i < count; ++i) {
-    if (i > 0) text += ':';
-    text += kDigits[octets[i] >> 4];
-    text += kDigits[octets[i] & 15];
+  for (const std::uint8_t octet : octets) {
+    if (!text.empty()) text += ':';
+    text += kDigits[octet >> 4];
+    text += kDigits[octet & 15];
   }
   return text;
 }

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "framework/device_library/flash_records.h"
-#include "framework/device_library/records.h"
 
 namespace lab {
 
@@ -19,8 +19,8 @@ bool ReadDecimalNumber(std::string_view text, double& out);
 // "9.12.01" or "3.62": two or three numbers of at most 255. False, and `out` all zero, for any other text.
 bool ReadVersion(std::string_view text, ComponentVersion& out);
 
-// Pairs of hexadecimal digits joined by ':', exactly `count` of them.
-bool ReadOctets(std::string_view text, std::uint8_t* out, std::size_t count);
+// Pairs of hexadecimal digits joined by ':', exactly as many as `out` holds.
+bool ReadOctets(std::string_view text, std::span<std::uint8_t> out);
 
 // "2026-03-14 09:26:53" into the update time of a memo block; false when it is no such time.
 bool ReadTime(std::string_view text, FlashMemoBlock& out);
@@ -35,7 +35,7 @@ std::string VersionText(ComponentVersion version);
 std::string TimeText(const FlashMemoBlock& memo);
 
 // Lower-case octets joined by ':'.
-std::string OctetText(const std::uint8_t* octets, std::size_t count);
+std::string OctetText(std::span<const std::uint8_t> octets);
 
 // In double quotes, with a backslash before quotes and backslashes, and everything outside printable ASCII as
 // \n, \r, \t or \xNN: one line whatever the text holds.

@@ -22,7 +22,7 @@ Call::Call(const char* name, std::uint32_t sd_handle, Arguments arguments) : nam
 }
 
 void Call::AddPort(bool known) {
-  arguments_ = known ? "port=FC_" + OctetText(entry().port_name, sizeof entry().port_name) : "port=unknown";
+  arguments_ = known ? "port=FC_" + OctetText(entry().port_name.octets) : "port=unknown";
 }
 
 void Call::AddArguments(Arguments arguments) {

@@ -1,5 +1,6 @@
 // Diagnostics of a port and its links.
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>

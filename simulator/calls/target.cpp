@@ -41,7 +41,7 @@ LibraryStatus TORPI_GetPortStatisticsFC(std::uint32_t sd_handle, std::uint32_t z
   try {
     const bool named = address != nullptr;
     const std::uint32_t kind = named ? address->kind : 0u;
-    const std::string name = named ? lab::OctetText(address->port_name, sizeof address->port_name) : "";
+    const std::string name = named ? lab::OctetText(address->port_name.octets) : "";
     return lab::ServePort("TORPI_GetPortStatisticsFC", sd_handle,
                           {zero, kind, named ? name.c_str() : nullptr}, [=](Call& call) -> std::uint32_t {
                             if (!named || out == nullptr) return lab::kBadArgument;

@@ -11,8 +11,8 @@ constexpr WorldWideName kDepartedNode = {0x50, 0x10, 0x0e, 0xff, 0, 0, 0, 0};
 constexpr WorldWideName kDepartedPort = {0x50, 0x00, 0x0e, 0xff, 0, 0, 0, 0};
 
 void SetNames(SCMRStatisticsEntry& element, const WorldWideName& node, const WorldWideName& port) {
-  std::memcpy(element.node_name, node, sizeof element.node_name);
-  std::memcpy(element.port_name, port, sizeof element.port_name);
+  element.node_name = node;
+  element.port_name = port;
 }
 
 void Add(StatisticsList& list, const SCMRStatisticsEntry& counters, StatisticsElementKind kind,

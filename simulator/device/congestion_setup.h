@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "framework/device_library/congestion_records.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 
 namespace lab {
 

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "framework/device_library/port_id.h"
+
 namespace lab {
 
 // What the tests have in common: how long a pass takes and which passes fail.
@@ -64,7 +66,7 @@ struct LoopbackTest : DataTest {
 
 // Link errors that the read/write buffer test sees at one remote port, and whether its data come back wrong.
 struct RWBufferPort {
-  std::uint8_t port_id[3] = {};
+  PortId port_id = {};
   bool fails = false;
   std::uint32_t link_failures = 0;
   std::uint32_t sync_losses = 0;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <ctime>
 
 #include "base/text.h"
@@ -64,7 +63,7 @@ std::string_view StatusText(const DataTest& test, bool good) {
 
 bool IsName(const WorldWideName& name, std::string_view text) {
   WorldWideName octets;
-  return ReadOctets(text, octets, sizeof octets) && std::memcmp(octets, name, sizeof octets) == 0;
+  return ReadOctets(text, octets.octets) && octets == name;
 }
 
 // The remote ports that the test reaches.
@@ -72,7 +71,7 @@ std::vector<RWBufferPort> PortsOf(const RWBufferTest& test, const FCProtocolEntr
   if (test.remote_ports) return *test.remote_ports;
   std::vector<RWBufferPort> ports;
   for (const TargetEntry* target = port.first_target; target != nullptr; target = target->next) {
-    std::memcpy(ports.emplace_back().port_id, target->port_id, sizeof target->port_id);
+    ports.emplace_back().port_id = target->port_id;
   }
   return ports;
 }
@@ -168,7 +167,7 @@ std::unique_ptr<RWBufferList> MakeRWBuffer(RWBufferTest& test, const DiagTestReq
     RWBufferResult& result = (*list)[i];
     const bool failed = !good || from.fails;
     StoreText(result.test_status, StatusText(test, !failed));
-    std::memcpy(result.port_id, from.port_id, sizeof result.port_id);
+    result.port_id = from.port_id;
     result.data_miscompares = failed ? Errors(test.miscompares, request) : 0;
     result.link_failures = from.link_failures;
     result.sync_losses = from.sync_losses;

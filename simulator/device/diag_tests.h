@@ -9,7 +9,7 @@
 
 #include "device/diag_setup.h"
 #include "framework/device_library/diag_records.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 
 namespace lab {
 

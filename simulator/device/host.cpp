@@ -1,6 +1,7 @@
 #include "device/host.h"
 
 #include <cstdio>
+#include <cstring>
 
 #include "base/text.h"
 
@@ -102,12 +103,11 @@ Adapter MakeAdapter(const Family& family, std::size_t index) {
 FCProtocolEntry MakeProtocolEntry(const Adapter& adapter, std::size_t index, std::uint32_t port_number) {
   const Family& family = *adapter.family;
   FCProtocolEntry entry{};
-  const WorldWideName node = {0x20, 0x00,
-                              0x00, 0x0e,
-                              0x1e, static_cast<std::uint8_t>(0x11 + index),
-                              0x00, static_cast<std::uint8_t>(port_number)};
-  std::memcpy(entry.node_name, node, sizeof node);
-  std::memcpy(entry.port_name, node, sizeof node);
+  entry.node_name = {0x20, 0x00,
+                     0x00, 0x0e,
+                     0x1e, static_cast<std::uint8_t>(0x11 + index),
+                     0x00, static_cast<std::uint8_t>(port_number)};
+  entry.port_name = entry.node_name;
   entry.port_name[0] = 0x21;
 
   entry.pci.vendor_id = adapter.record.vendor_id;
@@ -128,16 +128,14 @@ FCProtocolEntry MakeProtocolEntry(const Adapter& adapter, std::size_t index, std
   entry.interface_type = PortInterfaceType::kPhysical;
   entry.rom_flags = kRomHasBios | kRomHasUefi;
 
-  const std::uint8_t port_id[] = {0x01, static_cast<std::uint8_t>(index),
-                                  static_cast<std::uint8_t>(port_number)};
-  std::memcpy(entry.port_id, port_id, sizeof port_id);
+  entry.port_id = {0x01, static_cast<std::uint8_t>(index), static_cast<std::uint8_t>(port_number)};
   entry.port_type = kNodePort;
   entry.port_state = kLinkUp;
   entry.connection_mode = kPointToPoint;
   entry.port_speed = family.speed;
   entry.supported_speeds = family.supported_speeds;
-  std::memcpy(entry.principal_fabric_name, kPrincipalFabric, sizeof kPrincipalFabric);
-  std::memcpy(entry.adjacent_fabric_name, kAdjacentFabric, sizeof kAdjacentFabric);
+  entry.principal_fabric_name = kPrincipalFabric;
+  entry.adjacent_fabric_name = kAdjacentFabric;
   entry.protocol_type = family.fcoe ? ProtocolType::kFcoe : ProtocolType::kFc;
 
   if (family.nvme) {

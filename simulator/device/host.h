@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,8 +15,11 @@
 #include "device/port_report_setup.h"
 #include "device/sfp_module.h"
 #include "device/target_set.h"
+#include "framework/device_library/adapter_records.h"
+#include "framework/device_library/device_handle.h"
+#include "framework/device_library/fixed_text.h"
 #include "framework/device_library/flash_records.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 
 namespace lab {
 

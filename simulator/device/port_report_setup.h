@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+#include "framework/device_library/world_wide_name.h"
+
 namespace lab {
 
 inline constexpr std::size_t kLargestVpd = 1024;
@@ -42,8 +44,8 @@ struct SwitchModule {
 struct RdpSetup {
   bool no_answer = false;
   std::optional<std::string> bytes;  // the whole response; else it is built from what follows
-  std::optional<std::array<std::uint8_t, 8>> node_name;
-  std::optional<std::array<std::uint8_t, 8>> port_name;
+  std::optional<WorldWideName> node_name;
+  std::optional<WorldWideName> port_name;
   std::uint32_t link_errors[6] = {};
   std::optional<std::uint32_t> corrected_blocks, uncorrected_blocks;  // without them: by error correction
   std::uint32_t credits = 32;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 #include "base/text.h"
 #include "device/host.h"
@@ -23,7 +24,7 @@ void AddToOctets(std::uint8_t* octets, std::size_t count, std::uint64_t steps) {
 constexpr std::size_t kMadeIdLength = 16;
 
 void MakeUniqueId(LunEntry& lun, const WorldWideName& node) {
-  std::memcpy(lun.unique_id, node, sizeof node);
+  std::memcpy(lun.unique_id, &node, sizeof node);
   lun.unique_id[0] = 0x60;
   lun.unique_id[kMadeIdLength - 2] = static_cast<std::uint8_t>(lun.number >> 8);
   lun.unique_id[kMadeIdLength - 1] = static_cast<std::uint8_t>(lun.number);
@@ -46,13 +47,13 @@ void AddLuns(const LunRange& range, const WorldWideName& node, std::vector<LunEn
 
 void MakeTexts(const TargetGroup& group, TargetEntry& target) {
   char text[64];
-  const std::uint8_t* name = target.port_name;
+  const WorldWideName& name = target.port_name;
   if (!group.own_serial) {
     std::snprintf(text, sizeof text, "LS%02X%02X%02X%02X", name[4], name[5], name[6], name[7]);
     StoreText(target.serial_number, text);
   }
   if (!group.own_nqn && IsNvmeTarget(target)) {
-    const std::string node = OctetText(target.node_name, sizeof target.node_name);
+    const std::string node = OctetText(target.node_name.octets);
     std::snprintf(text, sizeof text, "nqn.2026-01.lab:subsystem:%s", node.c_str());
     StoreText(target.nqn, text);
   }
@@ -68,14 +69,14 @@ std::uint8_t OldSessionState(const RemotePort& remote) {
 void FillRemoteRecord(const RemotePort& remote, TargetEntry& target) {
   constexpr std::uint8_t kSecure = 0x10;
   if (remote.record == RemoteRecord::kCurrent) {
-    std::memcpy(&target.remote_port_id, target.port_id, sizeof target.port_id);
-    std::memcpy(target.remote_port_name, target.port_name, sizeof target.port_name);
+    std::memcpy(&target.remote_port_id, &target.port_id, sizeof target.port_id);
+    target.remote_port_name = target.port_name;
     target.remote_flags = static_cast<std::uint8_t>((remote.initiator ? 1 : 0) | (remote.target ? 2 : 0) |
                                                     (remote.secure ? kSecure : 0));
     target.remote_session_state = remote.session;
   } else if (remote.record == RemoteRecord::kOlder) {
-    std::memcpy(&target.old_port_id, target.port_id, sizeof target.port_id);
-    std::memcpy(target.old_port_name, target.port_name, sizeof target.port_name);
+    std::memcpy(&target.old_port_id, &target.port_id, sizeof target.port_id);
+    target.old_port_name = target.port_name;
     target.old_remote_type = static_cast<std::uint8_t>((remote.target ? 1 : 0) | (remote.initiator ? 2 : 0));
     target.old_secure_mode = remote.secure ? 1 : 0;
     target.old_session_state = OldSessionState(remote);
@@ -86,7 +87,7 @@ TargetEntry MakeTarget(const TargetGroup& group, std::uint32_t place) {
   TargetEntry target = group.first;
   CountUp(target.port_name, place);
   CountUp(target.node_name, place);
-  CountUpPortId(target.port_id, place);
+  CountUp(target.port_id, place);
   target.number = static_cast<std::uint16_t>(target.number + place);
   if (IsNvmeTarget(target)) target.controller_id = static_cast<std::uint16_t>(target.controller_id + place);
   target.lun_count = group.lun_count.value_or(static_cast<std::uint32_t>(group.LunsPerTarget()));
@@ -141,22 +142,20 @@ TargetState* TargetSet::Find(std::uint16_t number) {
 }
 
 TargetState* TargetSet::Find(const WorldWideName& port_name) {
-  return FindIf([&port_name](const TargetEntry& target) {
-    return std::memcmp(target.port_name, port_name, sizeof port_name) == 0;
-  });
+  return FindIf([&port_name](const TargetEntry& target) { return target.port_name == port_name; });
 }
 
 void CountUp(WorldWideName& name, std::uint64_t steps) {
-  AddToOctets(name, sizeof name, steps);
+  AddToOctets(name.octets, sizeof name, steps);
 }
 
-void CountUpPortId(std::uint8_t (&port_id)[3], std::uint32_t steps) {
-  AddToOctets(port_id, sizeof port_id, steps);
+void CountUp(PortId& id, std::uint32_t steps) {
+  AddToOctets(id.octets, sizeof id, steps);
 }
 
 std::uint64_t NameNumber(const WorldWideName& name) {
   std::uint64_t number = 0;
-  for (const std::uint8_t octet : name) number = number << 8 | octet;
+  for (const std::uint8_t octet : name.octets) number = number << 8 | octet;
   return number;
 }
 

@@ -5,12 +5,15 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <vector>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_id.h"
 #include "framework/device_library/target_records.h"
 #include "framework/device_library/target_statistics_records.h"
+#include "framework/device_library/unaligned.h"
+#include "framework/device_library/world_wide_name.h"
 
 namespace lab {
 
@@ -103,7 +106,7 @@ class TargetSet {
 
 // A name and a port identifier, `steps` further on.
 void CountUp(WorldWideName& name, std::uint64_t steps);
-void CountUpPortId(std::uint8_t (&port_id)[3], std::uint32_t steps);
+void CountUp(PortId& id, std::uint32_t steps);
 
 // The name as a number that counts up with it.
 std::uint64_t NameNumber(const WorldWideName& name);

@@ -38,7 +38,7 @@ void ReadParameters(const Value& map, ConfigSetup& into) {
 }
 
 constexpr KeyRow<BootDrive> kDriveKeys[] = {
-    {"wwpn", [](const Value& value, BootDrive& into) { value.Octets(into.port_name, 8); }},
+    {"wwpn", [](const Value& value, BootDrive& into) { value.Octets(into.port_name.octets); }},
     {"lun", [](const Value& value, BootDrive& into) { value.Into(into.lun); }},
 };
 
@@ -58,8 +58,8 @@ void ReadBoot(const Value& map, ConfigSetup& into) {
 
 constexpr KeyRow<NVMeBootEntry> kNvmeKeys[] = {
     {"enabled", [](const Value& value, NVMeBootEntry& into) { into.enable = value.Bool() ? 1 : 0; }},
-    {"wwpn", [](const Value& value, NVMeBootEntry& into) { value.Octets(into.port_name, 8); }},
-    {"wwnn", [](const Value& value, NVMeBootEntry& into) { value.Octets(into.node_name, 8); }},
+    {"wwpn", [](const Value& value, NVMeBootEntry& into) { value.Octets(into.port_name.octets); }},
+    {"wwnn", [](const Value& value, NVMeBootEntry& into) { value.Octets(into.node_name.octets); }},
     {"nqn", [](const Value& value, NVMeBootEntry& into) { value.Into(into.nqn); }},
     {"controller", [](const Value& value, NVMeBootEntry& into) { value.Into(into.controller_id); }},
     {"namespace", [](const Value& value, NVMeBootEntry& into) { value.Into(into.namespace_id); }},
@@ -122,18 +122,13 @@ void AddField(YAML::Node& node, const ConfigField& row, const HBAParamsInfo& nvr
   node[row.key] = number;
 }
 
-template <std::size_t N>
-std::string Octets(const std::uint8_t (&octets)[N]) {
-  return OctetText(octets, N);
-}
-
 YAML::Node BootState(const HBAParamsInfo& nvram) {
   YAML::Node node;
   for (const ConfigField& row : BootFields()) AddField(node, row, nvram);
   for (BootDrive HBAParamsInfo::*place : kBootDrives) {
     const BootDrive& drive = nvram.*place;
     YAML::Node item;
-    item["wwpn"] = Octets(drive.port_name);
+    item["wwpn"] = OctetText(drive.port_name.octets);
     item["lun"] = unsigned{drive.lun};
     node["drives"].push_back(item);
   }
@@ -145,8 +140,8 @@ YAML::Node NvmeState(const NVMeBootRecord& record) {
   for (const NVMeBootEntry& entry : record.entries) {
     YAML::Node item;
     item["enabled"] = entry.enable != 0;
-    item["wwpn"] = Octets(entry.port_name);
-    item["wwnn"] = Octets(entry.node_name);
+    item["wwpn"] = OctetText(entry.port_name.octets);
+    item["wwnn"] = OctetText(entry.node_name.octets);
     item["nqn"] = std::string(entry.nqn.View());
     item["controller"] = unsigned{entry.controller_id};
     item["namespace"] = entry.namespace_id;

@@ -104,7 +104,7 @@ void ReadCounters(const Value& map, SCMRStatisticsEntry& into) {
 void ReadTargetCounters(const Value& map, CongestionSetup& into) {
   map.EachKey([&](const Value& value) {
     WorldWideName name;
-    if (!ReadOctets(value.Key(), name, sizeof name)) {
+    if (!ReadOctets(value.Key(), name.octets)) {
       value.Wrong(value.Key() + ": expected the name of a target");
     }
     ReadCounters(value, into.targets[NameNumber(name)]);

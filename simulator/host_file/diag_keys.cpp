@@ -91,7 +91,7 @@ constexpr KeyRow<LoopbackTest> kLoopbackKeys[] = {
 };
 
 constexpr KeyRow<RWBufferPort> kRWBufferPortKeys[] = {
-    {"port-id", [](const Value& value, RWBufferPort& into) { value.Octets(into.port_id, 3); }},
+    {"port-id", [](const Value& value, RWBufferPort& into) { value.Octets(into.port_id.octets); }},
     {"fails", [](const Value& value, RWBufferPort& into) { value.Into(into.fails); }},
     {"link-failures", [](const Value& value, RWBufferPort& into) { value.Into(into.link_failures); }},
     {"sync-losses", [](const Value& value, RWBufferPort& into) { value.Into(into.sync_losses); }},

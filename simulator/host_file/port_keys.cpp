@@ -1,5 +1,7 @@
 #include "host_file/port_keys.h"
 
+#include <cstring>
+
 #include "base/text.h"
 #include "device/speed_codes.h"
 #include "host_file/config_keys.h"
@@ -72,15 +74,15 @@ void ReadLink(const Value& value, EntryReading& into) {
   entry.port_state = static_cast<std::uint8_t>(value.ChoiceOrNumber(kLinkStates, 255));
   if (entry.port_state != kLinkDown) return;
   entry.port_speed = 0;
-  std::memset(entry.port_id, 0, sizeof entry.port_id);
-  std::memset(entry.principal_fabric_name, 0, sizeof entry.principal_fabric_name);
-  std::memset(entry.adjacent_fabric_name, 0, sizeof entry.adjacent_fabric_name);
+  entry.port_id = {};
+  entry.principal_fabric_name = {};
+  entry.adjacent_fabric_name = {};
 }
 
 constexpr KeyRow<EntryReading> kEntryKeys[] = {
-    {"wwpn", [](const Value& value, EntryReading& into) { value.Octets(into.entry.port_name, 8); }},
-    {"wwnn", [](const Value& value, EntryReading& into) { value.Octets(into.entry.node_name, 8); }},
-    {"port-id", [](const Value& value, EntryReading& into) { value.Octets(into.entry.port_id, 3); }},
+    {"wwpn", [](const Value& value, EntryReading& into) { value.Octets(into.entry.port_name.octets); }},
+    {"wwnn", [](const Value& value, EntryReading& into) { value.Octets(into.entry.node_name.octets); }},
+    {"port-id", [](const Value& value, EntryReading& into) { value.Octets(into.entry.port_id.octets); }},
     {"link", ReadElsewhere},
     {"speed",
      [](const Value& value, EntryReading& into) { into.entry.port_speed = value.Choice(kSpeedCodes); }},
@@ -108,11 +110,11 @@ constexpr KeyRow<EntryReading> kEntryKeys[] = {
        into.entry.link_flags = value.Bool() ? kErrorCorrectionInUse : std::uint16_t{0};
      }},
     {"principal-fabric",
-     [](const Value& value, EntryReading& into) { value.Octets(into.entry.principal_fabric_name, 8); }},
+     [](const Value& value, EntryReading& into) { value.Octets(into.entry.principal_fabric_name.octets); }},
     {"adjacent-fabric",
-     [](const Value& value, EntryReading& into) { value.Octets(into.entry.adjacent_fabric_name, 8); }},
+     [](const Value& value, EntryReading& into) { value.Octets(into.entry.adjacent_fabric_name.octets); }},
     {"host-nqn", [](const Value& value, EntryReading& into) { value.Into(into.entry.host_nqn); }},
-    {"host-id", [](const Value& value, EntryReading& into) { value.Octets(into.entry.host_id, 16); }},
+    {"host-id", [](const Value& value, EntryReading& into) { value.Octets(into.entry.host_id); }},
     {"driver", [](const Value& value, EntryReading& into) { value.Into(into.entry.driver_version); }},
     {"running-firmware",
      [](const Value& value, EntryReading& into) { value.Into(into.entry.running_firmware_version); }},
@@ -177,7 +179,7 @@ void ReadEntry(const Value& map, std::span<const KeyRow<EntryReading>> keys, Ent
     if (value.Key() == "link") ReadLink(value, reading);
   });
   ReadMap(map, keys, reading);
-  const std::string name = OctetText(reading.entry.port_name, sizeof reading.entry.port_name);
+  const std::string name = OctetText(reading.entry.port_name.octets);
   if (!names.insert(name).second)
     map.Wrong("wwpn: expected a name of its own, got '" + name + "' a second time");
   map.EachKey([&](const Value& value) {
@@ -225,7 +227,7 @@ void ReadPort(const Value& map, Adapter& adapter, std::size_t adapter_index, std
       const auto place = static_cast<std::uint8_t>(port.entries.size());
       record.interface_type = PortInterfaceType::kNpivVirtual;
       record.port_name[1] = record.node_name[1] = place;
-      record.port_id[2] = static_cast<std::uint8_t>(record.port_id[2] + place);
+      record.port_id.octets[2] = static_cast<std::uint8_t>(record.port_id.octets[2] + place);
       EntryReading virtual_reading{record, virtual_entry, port, target_defaults};
       ReadEntry(item, kVirtualKeys, virtual_reading, names);
       port.entries.push_back(std::move(virtual_entry));

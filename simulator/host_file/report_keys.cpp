@@ -16,7 +16,7 @@ constexpr std::uint32_t kLargestDump = 16u << 20;
 std::string OctetsOf(const Value& value, std::size_t limit) {
   const std::string text = value.Text(3 * limit);
   std::string bytes((text.size() + 1) / 3, '\0');
-  if (!text.empty() && !ReadOctets(text, reinterpret_cast<std::uint8_t*>(bytes.data()), bytes.size())) {
+  if (!text.empty() && !ReadOctets(text, {reinterpret_cast<std::uint8_t*>(bytes.data()), bytes.size()})) {
     value.Expected("hexadecimal octets joined by ':'");
   }
   return bytes;
@@ -107,10 +107,8 @@ constexpr KeyRow<RdpSetup> kRdpKeys[] = {
     {"bytes", [](const Value& value, RdpSetup& into) { into.bytes = OctetsOf(value, kLargestRdpResponse); }},
     {"image",
      [](const Value& value, RdpSetup& into) { into.bytes = BytesOfFile(value, kLargestRdpResponse); }},
-    {"node-name",
-     [](const Value& value, RdpSetup& into) { value.Octets(into.node_name.emplace().data(), 8); }},
-    {"port-name",
-     [](const Value& value, RdpSetup& into) { value.Octets(into.port_name.emplace().data(), 8); }},
+    {"node-name", [](const Value& value, RdpSetup& into) { value.Octets(into.node_name.emplace().octets); }},
+    {"port-name", [](const Value& value, RdpSetup& into) { value.Octets(into.port_name.emplace().octets); }},
     {"link-errors", ReadLinkErrors},
     {"corrected-blocks",
      [](const Value& value, RdpSetup& into) { IntoOptional(value, into.corrected_blocks); }},

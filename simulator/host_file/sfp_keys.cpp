@@ -178,7 +178,7 @@ constexpr KeyRow<SfpReading> kImageKeys[] = {
 constexpr KeyRow<SfpReading> kModuleKeys[] = {
     {"form", ReadElsewhere},
     {"vendor", [](const Value& value, SfpReading& into) { into.values.vendor = value.Text(16); }},
-    {"oui", [](const Value& value, SfpReading& into) { value.Octets(into.values.oui.data(), 3); }},
+    {"oui", [](const Value& value, SfpReading& into) { value.Octets(into.values.oui); }},
     {"part", [](const Value& value, SfpReading& into) { into.values.part = value.Text(16); }},
     {"revision", [](const Value& value,
                     SfpReading& into) { into.values.revision = value.Text(into.values.qsfp ? 2 : 4); }},

@@ -1,6 +1,7 @@
 #include "host_file/target_keys.h"
 
 #include <algorithm>
+#include <cstring>
 #include <set>
 
 #include "base/text.h"
@@ -79,7 +80,7 @@ void ReadOctetList(const Value& value, std::uint8_t (&octets)[N], std::uint8_t& 
   const std::string text = value.Text(3 * N);
   const std::size_t count = (text.size() + 1) / 3;
   std::uint8_t read[N] = {};
-  if (count > N || (!text.empty() && !ReadOctets(text, read, count))) {
+  if (count > N || (!text.empty() && !ReadOctets(text, {read, count}))) {
     value.Expected("at most " + std::to_string(N) + " hexadecimal octets joined by ':'");
   }
   std::memcpy(octets, read, N);
@@ -222,13 +223,13 @@ constexpr KeyRow<TargetGroup> kTargetKeys[] = {
      [](const Value& value, TargetGroup& into) {
        into.count = static_cast<std::uint32_t>(value.Number(1, kTargetNumbers));
      }},
-    {"wwpn", [](const Value& value, TargetGroup& into) { value.Octets(into.first.port_name, 8); }},
+    {"wwpn", [](const Value& value, TargetGroup& into) { value.Octets(into.first.port_name.octets); }},
     {"wwnn",
      [](const Value& value, TargetGroup& into) {
-       value.Octets(into.first.node_name, 8);
+       value.Octets(into.first.node_name.octets);
        into.own_node_name = true;
      }},
-    {"port-id", [](const Value& value, TargetGroup& into) { value.Octets(into.first.port_id, 3); }},
+    {"port-id", [](const Value& value, TargetGroup& into) { value.Octets(into.first.port_id.octets); }},
     {"number", [](const Value& value, TargetGroup& into) { value.Into(into.first.number); }},
     {"vendor", [](const Value& value, TargetGroup& into) { value.Into(into.first.vendor_id); }},
     {"product", [](const Value& value, TargetGroup& into) { value.Into(into.first.product_id); }},
@@ -283,15 +284,13 @@ constexpr KeyRow<TargetGroup> kTargetKeys[] = {
 TargetGroup MakeGroup(const TargetDefaults& defaults, const FCProtocolEntry& entry, std::uint32_t number) {
   TargetGroup group;
   TargetEntry& target = group.first;
-  const WorldWideName name = {0x50, 0x00,
-                              0x0e, static_cast<std::uint8_t>(0x11 + defaults.adapter),
-                              0x00, static_cast<std::uint8_t>(defaults.port),
-                              0x00, 0x00};
-  std::memcpy(target.port_name, name, sizeof name);
+  target.port_name = {0x50, 0x00,
+                      0x0e, static_cast<std::uint8_t>(0x11 + defaults.adapter),
+                      0x00, static_cast<std::uint8_t>(defaults.port),
+                      0x00, 0x00};
   CountUp(target.port_name, number);
-  const std::uint8_t port_id[] = {static_cast<std::uint8_t>(0x02 + defaults.port), 0x01, 0x00};
-  std::memcpy(target.port_id, port_id, sizeof port_id);
-  CountUpPortId(target.port_id, number);
+  target.port_id = {static_cast<std::uint8_t>(0x02 + defaults.port), 0x01, 0x00};
+  CountUp(target.port_id, number);
   target.number = static_cast<std::uint16_t>(number);
   target.controller_id = 1;
   StoreText(target.vendor_id, kVendor);
@@ -324,11 +323,10 @@ void ReadLunKeys(const Value& map, TargetGroup& group) {
 
 void CheckNames(const Value& map, const TargetGroup& group, std::set<std::uint64_t>& names) {
   for (std::uint32_t place = 0; place < group.count; ++place) {
-    WorldWideName name;
-    std::memcpy(name, group.first.port_name, sizeof name);
+    WorldWideName name = group.first.port_name;
     CountUp(name, place);
     if (names.insert(NameNumber(name)).second) continue;
-    map.Wrong("wwpn: expected a name of its own, got '" + OctetText(name, sizeof name) + "' a second time");
+    map.Wrong("wwpn: expected a name of its own, got '" + OctetText(name.octets) + "' a second time");
   }
 }
 
@@ -338,7 +336,7 @@ void ReadTarget(const Value& map, TargetGroup group, TargetSet& set, std::set<st
   });
   ReadMap(map, kTargetKeys, group);
   if (!group.own_node_name) {
-    std::memcpy(group.first.node_name, group.first.port_name, sizeof group.first.node_name);
+    group.first.node_name = group.first.port_name;
     group.first.node_name[1] ^= 0x10;
   }
   ReadLunKeys(map, group);
@@ -362,8 +360,7 @@ void ReadTargets(const Value& value, const TargetDefaults& defaults, Entry& entr
 void ReadTargetSpeeds(const Value& map, TargetSet& targets) {
   map.EachKey([&](const Value& value) {
     WorldWideName name;
-    if (!ReadOctets(value.Key(), name, sizeof name))
-      value.Wrong(value.Key() + ": expected the name of a target");
+    if (!ReadOctets(value.Key(), name.octets)) value.Wrong(value.Key() + ": expected the name of a target");
     const std::uint32_t speed = value.Choice(kSpeedCodes);
     TargetState* const state = targets.Find(name);
     if (state == nullptr) return;
@@ -378,7 +375,7 @@ YAML::Node TargetSpeeds(const TargetSet& targets) {
     if (!state.changed) return;
     for (const NamedNumber& speed : kSpeedCodes) {
       if (speed.number != state.link_speed) continue;
-      speeds[OctetText(target.port_name, sizeof target.port_name)] = speed.name;
+      speeds[OctetText(target.port_name.octets)] = speed.name;
     }
   });
   return speeds;

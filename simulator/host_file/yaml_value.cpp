@@ -63,9 +63,9 @@ ComponentVersion Value::Version() const {
   return version;
 }
 
-void Value::Octets(std::uint8_t* out, std::size_t count) const {
-  if (!node_.IsScalar() || !ReadOctets(node_.Scalar(), out, count)) {
-    Expected(std::to_string(count) + " hexadecimal octets joined by ':'");
+void Value::Octets(std::span<std::uint8_t> out) const {
+  if (!node_.IsScalar() || !ReadOctets(node_.Scalar(), out)) {
+    Expected(std::to_string(out.size()) + " hexadecimal octets joined by ':'");
   }
 }
 

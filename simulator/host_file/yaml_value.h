@@ -59,7 +59,7 @@ class Value {
   std::string Path() const;  // of a file; a relative one begins at the document's folder
   bool Is(std::string_view word) const { return node_.IsScalar() && node_.Scalar() == word; }
   ComponentVersion Version() const;  // "none" is all zero
-  void Octets(std::uint8_t* out, std::size_t count) const;
+  void Octets(std::span<std::uint8_t> out) const;
 
   // The number of one of the names; the second form also takes any number up to `limit`.
   std::uint32_t Choice(std::span<const NamedNumber> choices) const;

@@ -10,7 +10,7 @@ std::string ComposeFirmwareDump(const Adapter& adapter, const Entry& entry) {
   std::string dump = "ZNFC firmware dump\n";
   dump.append("model: ").append(adapter.record.model.View()).append("\n");
   dump.append("serial: ").append(adapter.record.serial_number.View()).append("\n");
-  dump.append("port: ").append(OctetText(record.port_name, sizeof record.port_name)).append("\n");
+  dump.append("port: ").append(OctetText(record.port_name.octets)).append("\n");
   dump.append("firmware: ").append(record.running_firmware_version.View()).append("\n\n");
   // A linear congruential generator, so that every dump of a port is the same.
   std::uint32_t word = record.handle.sd_handle;

@@ -1,5 +1,7 @@
 #include "images/flash_image.h"
 
+#include <cstring>
+
 #include "base/results.h"
 #include "base/text.h"
 #include "images/image_text.h"

@@ -38,7 +38,7 @@ bool ReadDrive(std::string_view text, BootDrive& out) {
   constexpr std::size_t kNameLength = 23;
   std::uint64_t lun = 0;
   if (text.size() < kNameLength + 2 || text[kNameLength] != ' ' ||
-      !ReadOctets(text.substr(0, kNameLength), out.port_name, sizeof out.port_name) ||
+      !ReadOctets(text.substr(0, kNameLength), out.port_name.octets) ||
       !ReadNumber(text.substr(kNameLength + 1), UINT16_MAX, lun)) {
     return false;
   }
@@ -85,7 +85,7 @@ std::string NvramImage(const Family& family, const HBAParamsInfo& nvram) {
   for (std::size_t i = 0; i < std::size(kBootDrives); ++i) {
     const BootDrive& drive = nvram.*kBootDrives[i];
     text.append(kDrive).append(std::to_string(i)).append(": ");
-    text.append(OctetText(drive.port_name, sizeof drive.port_name)).append(" ");
+    text.append(OctetText(drive.port_name.octets)).append(" ");
     text.append(std::to_string(drive.lun)).append("\n");
   }
   char checksum[32];

@@ -136,14 +136,12 @@ std::string LinkErrors(const RdpSetup& setup) {
 
 // The switch by its node name, and its port by one made from that and the port's address.
 std::string PortNames(const FCProtocolEntry& record, const RdpSetup& setup) {
-  std::array<std::uint8_t, 8> node;
-  std::memcpy(node.data(), record.adjacent_fabric_name, node.size());
-  node = setup.node_name.value_or(node);
-  std::array<std::uint8_t, 8> port = node;
+  const WorldWideName node = setup.node_name.value_or(record.adjacent_fabric_name);
+  WorldWideName port = node;
   port[0] = 0x20;
-  port[1] = record.port_id[1];
+  port[1] = record.port_id.octets[1];
   port = setup.port_name.value_or(port);
-  return Descriptor(0x00010003).Bytes(node.data(), node.size()).Bytes(port.data(), port.size()).Whole();
+  return Descriptor(0x00010003).Bytes(node.octets, sizeof node).Bytes(port.octets, sizeof port).Whole();
 }
 
 std::string FecStatus(const FCProtocolEntry& record, const RdpSetup& setup) {

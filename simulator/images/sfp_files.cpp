@@ -24,7 +24,7 @@ bool ReadMemoryLine(std::string line, std::size_t offset, SfpMemory& out) {
   for (char& c : line) {
     if (c == ' ') c = ':';
   }
-  return ReadOctets(line, out.data() + offset, kLineBytes);
+  return ReadOctets(line, {out.data() + offset, kLineBytes});
 }
 
 std::string ReadMemoryText(std::string_view text, SfpMemory& out) {
@@ -60,7 +60,7 @@ std::string SfpMemoryText(const SfpMemory& memory) {
   for (std::size_t offset = 0; offset < memory.size(); offset += kLineBytes) {
     char prefix[24];
     std::snprintf(prefix, sizeof prefix, "%04zx: ", offset);
-    std::string octets = OctetText(memory.data() + offset, kLineBytes);
+    std::string octets = OctetText({memory.data() + offset, kLineBytes});
     for (char& c : octets) {
       if (c == ':') c = ' ';
     }

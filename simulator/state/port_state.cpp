@@ -12,7 +12,7 @@ namespace lab {
 namespace {
 
 std::string NameOf(const Entry& entry) {
-  return OctetText(entry.record.port_name, sizeof entry.record.port_name);
+  return OctetText(entry.record.port_name.octets);
 }
 
 constexpr KeyRow<Entry> kPortStateKeys[] = {

@@ -1,4 +1,6 @@
 #include "config/boot_config.h"
+
+#include <cstring>
 #include "config/boot_config_ext.h"
 #include "staged_fixture.h"
 

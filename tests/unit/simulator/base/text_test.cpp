@@ -28,10 +28,10 @@ TEST(LabText, Versions) {
 
 TEST(LabText, Octets) {
   std::uint8_t octets[3] = {};
-  EXPECT_TRUE(lab::ReadOctets("0a:FF:01", octets, 3));
-  EXPECT_EQ(lab::OctetText(octets, 3), "0a:ff:01");
+  EXPECT_TRUE(lab::ReadOctets("0a:FF:01", octets));
+  EXPECT_EQ(lab::OctetText(octets), "0a:ff:01");
   for (const char* text : {"", "0a:ff", "0a-ff-01", "0a:ff:0g", "0a:ff:01:", "a:ff:01:"}) {
-    EXPECT_FALSE(lab::ReadOctets(text, octets, 3)) << text;
+    EXPECT_FALSE(lab::ReadOctets(text, octets)) << text;
   }
 }
 

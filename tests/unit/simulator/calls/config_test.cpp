@@ -1,5 +1,6 @@
 // Configuration of a port: parameters, boot records, credit recovery, error correction, beacon, NVRAM images.
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 #include "unit/simulator/lab_fixture.h"

@@ -32,7 +32,7 @@ class CongestionCalls : public LabTest {
     SCMRStatisticsEntry* const head = GetList();
     for (const SCMRStatisticsEntry* element = head; element; element = element->next) {
       const bool is_port = element->kind == StatisticsElementKind::kPhysicalPort;
-      elements.push_back((is_port ? "port " : "other ") + OctetText(element->port_name, 8));
+      elements.push_back((is_port ? "port " : "other ") + OctetText(element->port_name.octets));
     }
     if (head) {
       EXPECT_EQ(TORPI_FreeSCMRStatisticsList(head), 0u);

@@ -283,7 +283,7 @@ TEST_F(Diagnostics, RWBufferReachesTheTargets) {
   EXPECT_EQ(RWBuffer(Request()), "Failed 10;");
   const DiagTestRequest request = Request();
   RWBufferResult* const list = TORPI_DiagnosticsReadWriteBufferTest(HandleAt(0), &request);
-  EXPECT_EQ(std::memcmp(list->port_id, "\1\2\3", 3), 0);
+  EXPECT_TRUE((list->port_id == PortId{1, 2, 3}));
   EXPECT_EQ(TORPI_FreeRWBufferTestResultList(list), 0u);
   EXPECT_EQ(TORPI_FreeRWBufferTestResultList(list), 903u);
 }

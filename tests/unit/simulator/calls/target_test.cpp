@@ -1,3 +1,4 @@
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,9 +37,9 @@ class Targets : public LabTest {
     for (const LunEntry* lun : LunsOf(target)) numbers += std::to_string(lun->number) + ' ';
     return numbers;
   }
-  static std::string Name(const TargetEntry& target) { return OctetText(target.port_name, 8); }
+  static std::string Name(const TargetEntry& target) { return OctetText(target.port_name.octets); }
   static std::string UniqueId(const LunEntry& lun) {
-    return OctetText(lun.unique_id, lun.fcp_unique_id_length);
+    return OctetText({lun.unique_id, lun.fcp_unique_id_length});
   }
 
   static std::uint32_t SpeedOf(std::uint16_t number, std::uint32_t answer = 0) {
@@ -59,8 +60,8 @@ TEST_F(Targets, DefaultsMakeATargetOfUse) {
   EXPECT_EQ(EntryAt(0)->target_count, 2u);
   const TargetEntry& fcp = TargetAt(0);
   EXPECT_EQ(Name(fcp), "50:00:0e:11:00:00:00:00");
-  EXPECT_EQ(OctetText(fcp.node_name, 8), "50:10:0e:11:00:00:00:00");
-  EXPECT_EQ(OctetText(fcp.port_id, 3), "02:01:00");
+  EXPECT_EQ(OctetText(fcp.node_name.octets), "50:10:0e:11:00:00:00:00");
+  EXPECT_EQ(OctetText(fcp.port_id.octets), "02:01:00");
   EXPECT_EQ(fcp.number, 0);
   EXPECT_EQ(fcp.vendor_id.View(), "LABSTOR");
   EXPECT_EQ(fcp.product_id.View(), "VirtualArray");
@@ -68,7 +69,7 @@ TEST_F(Targets, DefaultsMakeATargetOfUse) {
   EXPECT_EQ(fcp.serial_number.View(), "LS00000000");
   EXPECT_EQ(fcp.product_type, 0u);
   EXPECT_FALSE(IsNvmeTarget(fcp));
-  EXPECT_EQ(OctetText(fcp.state_flags, 6), "00:00:02:00:01:00");
+  EXPECT_EQ(OctetText(fcp.state_flags), "00:00:02:00:01:00");
   EXPECT_EQ(fcp.congestion_state, 0);
   EXPECT_EQ(fcp.virtual_lane, 2);
   EXPECT_EQ(fcp.io_throttling, 1);
@@ -98,8 +99,8 @@ TEST_F(Targets, EveryKeyReachesItsField) {
       "  lun-count: 9, namespaces: 4}]");
   const TargetEntry& target = TargetAt(0);
   EXPECT_EQ(Name(target), "50:06:01:60:ab:cd:ef:01");
-  EXPECT_EQ(OctetText(target.node_name, 8), "50:06:01:60:00:00:00:01");
-  EXPECT_EQ(OctetText(target.port_id, 3), "01:0b:ff");
+  EXPECT_EQ(OctetText(target.node_name.octets), "50:06:01:60:00:00:00:01");
+  EXPECT_EQ(OctetText(target.port_id.octets), "01:0b:ff");
   EXPECT_EQ(target.number, 300);
   EXPECT_EQ(target.vendor_id.View(), "VENDOR-8");
   EXPECT_EQ(target.product_id.View(), "PRODUCT-WITH--16");
@@ -108,7 +109,7 @@ TEST_F(Targets, EveryKeyReachesItsField) {
   EXPECT_EQ(target.product_type, 1u);
   EXPECT_EQ(target.nqn.View(), "nqn.x");
   EXPECT_EQ(target.controller_id, 427);
-  EXPECT_EQ(OctetText(target.state_flags, 6), "40:00:00:00:00:08");
+  EXPECT_EQ(OctetText(target.state_flags), "40:00:00:00:00:08");
   EXPECT_EQ(target.congestion_state, 1);
   EXPECT_EQ(target.virtual_lane, 1);
   EXPECT_EQ(target.io_throttling, 2);
@@ -126,19 +127,19 @@ TEST_F(Targets, EveryKeyReachesItsField) {
 
 TEST_F(Targets, StateIsOneOfThree) {
   UsePort("targets: [{state: offline}, {state: online}, {state: unconfigured}]");
-  EXPECT_EQ(OctetText(TargetAt(0).state_flags, 6), "00:00:00:00:00:00");
-  EXPECT_EQ(OctetText(TargetAt(1).state_flags, 6), "00:00:02:00:01:00");
-  EXPECT_EQ(OctetText(TargetAt(2).state_flags, 6), "40:00:00:00:00:00");
+  EXPECT_EQ(OctetText(TargetAt(0).state_flags), "00:00:00:00:00:00");
+  EXPECT_EQ(OctetText(TargetAt(1).state_flags), "00:00:02:00:01:00");
+  EXPECT_EQ(OctetText(TargetAt(2).state_flags), "40:00:00:00:00:00");
 }
 
 TEST_F(Targets, CurrentRemotePortRecord) {
   UsePort("targets: [{}, {remote-type: initiator-target, session: failed, secure: true}, {session: 77}]");
   const TargetEntry& plain = TargetAt(0);
-  EXPECT_EQ(OctetText(plain.remote_port_name, 8), Name(plain));
+  EXPECT_EQ(OctetText(plain.remote_port_name.octets), Name(plain));
   EXPECT_EQ(plain.remote_port_id, 0x000102u);
   EXPECT_EQ(plain.remote_flags, 0x02);
   EXPECT_EQ(plain.remote_session_state, 0u);
-  EXPECT_EQ(OctetText(plain.old_port_name, 8), "00:00:00:00:00:00:00:00");
+  EXPECT_EQ(OctetText(plain.old_port_name.octets), "00:00:00:00:00:00:00:00");
   EXPECT_EQ(TargetAt(1).remote_flags, 0x13);
   EXPECT_EQ(TargetAt(1).remote_session_state, 3u);
   EXPECT_EQ(TargetAt(2).remote_session_state, 77u);
@@ -152,7 +153,7 @@ TEST_F(Targets, OlderRemotePortRecord) {
       "  session: complete}, {remote-record: none}, {remote-record: current}, {session: 300}]",
       "aster");
   const TargetEntry& plain = TargetAt(0);
-  EXPECT_EQ(OctetText(plain.old_port_name, 8), Name(plain));
+  EXPECT_EQ(OctetText(plain.old_port_name.octets), Name(plain));
   EXPECT_EQ(plain.old_port_id, 0x000102u);
   EXPECT_EQ(plain.old_remote_type, 1);
   EXPECT_EQ(plain.old_secure_mode, 0);
@@ -162,9 +163,9 @@ TEST_F(Targets, OlderRemotePortRecord) {
   EXPECT_EQ(TargetAt(2).old_remote_type, 3);
   EXPECT_EQ(TargetAt(2).old_secure_mode, 1);
   EXPECT_EQ(TargetAt(2).old_session_state, 4);
-  EXPECT_EQ(OctetText(TargetAt(3).old_port_name, 8), "00:00:00:00:00:00:00:00");
-  EXPECT_EQ(OctetText(TargetAt(3).remote_port_name, 8), "00:00:00:00:00:00:00:00");
-  EXPECT_EQ(OctetText(TargetAt(4).remote_port_name, 8), Name(TargetAt(4)));
+  EXPECT_EQ(OctetText(TargetAt(3).old_port_name.octets), "00:00:00:00:00:00:00:00");
+  EXPECT_EQ(OctetText(TargetAt(3).remote_port_name.octets), "00:00:00:00:00:00:00:00");
+  EXPECT_EQ(OctetText(TargetAt(4).remote_port_name.octets), Name(TargetAt(4)));
   EXPECT_EQ(TargetAt(5).old_session_state, 255);
 }
 
@@ -176,13 +177,13 @@ TEST_F(Targets, RangeCountsUp) {
   EXPECT_EQ(EntryAt(0)->target_count, 300u);
   EXPECT_EQ(TargetsOf(EntryAt(0)).size(), 300u);
   EXPECT_EQ(Name(TargetAt(1)), "50:00:00:00:00:00:01:00");
-  EXPECT_EQ(OctetText(TargetAt(1).node_name, 8), "50:00:00:00:01:00:00:00");
-  EXPECT_EQ(OctetText(TargetAt(1).port_id, 3), "02:00:00");
+  EXPECT_EQ(OctetText(TargetAt(1).node_name.octets), "50:00:00:00:01:00:00:00");
+  EXPECT_EQ(OctetText(TargetAt(1).port_id.octets), "02:00:00");
   EXPECT_EQ(TargetAt(1).number, 8);
   EXPECT_EQ(TargetAt(1).controller_id, 0);
   EXPECT_EQ(TargetAt(1).serial_number.View(), "LS00000100");
   EXPECT_EQ(TargetAt(1).nqn.View(), "nqn.2026-01.lab:subsystem:50:00:00:00:01:00:00:00");
-  EXPECT_EQ(OctetText(TargetAt(1).remote_port_name, 8), Name(TargetAt(1)));
+  EXPECT_EQ(OctetText(TargetAt(1).remote_port_name.octets), Name(TargetAt(1)));
   EXPECT_EQ(Name(TargetAt(299)), "50:00:00:00:00:00:02:2a");
   EXPECT_EQ(TargetAt(299).number, 306);
 }
@@ -306,7 +307,7 @@ TEST_F(Targets, StatisticsAreThoseOfTheHostFile) {
       "  peer-congestion-device-specific: 15, link-unknown-event: 16, link-device-specific-event: 17}}]");
   TargetStatisticsAddress address{};
   address.kind = kTargetByPortName;
-  std::memcpy(address.port_name, TargetAt(1).port_name, sizeof address.port_name);
+  address.port_name = TargetAt(1).port_name;
   TargetPortStatistics statistics;
   std::memset(&statistics, 0xEE, sizeof statistics);
   EXPECT_EQ(TORPI_GetPortStatisticsFC(EntryAt(0)->handle.sd_handle, 0, &address, &statistics), 0u);
@@ -337,7 +338,7 @@ TEST_F(Targets, StatisticsOfAWrongAddressAreRefused) {
   const std::uint32_t port = EntryAt(0)->handle.sd_handle;
   TargetStatisticsAddress address{};
   address.kind = kTargetByPortName;
-  std::memcpy(address.port_name, TargetAt(0).port_name, sizeof address.port_name);
+  address.port_name = TargetAt(0).port_name;
   TargetPortStatistics statistics{};
   EXPECT_EQ(TORPI_GetPortStatisticsFC(port + 1, 0, &address, &statistics), 901u);
   EXPECT_EQ(TORPI_GetPortStatisticsFC(port, 0, nullptr, &statistics), 903u);

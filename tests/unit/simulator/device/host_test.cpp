@@ -107,12 +107,12 @@ TEST_F(Records, EveryKeyReachesItsField) {
 
   EXPECT_EQ(adapter.ports->first->number, 3u);
   const FCProtocolEntry& entry = *EntryAt(0);
-  EXPECT_EQ(lab::OctetText(entry.port_name, 8), "01:02:03:04:05:06:07:08");
-  EXPECT_EQ(lab::OctetText(entry.node_name, 8), "11:12:13:14:15:16:17:18");
-  EXPECT_EQ(lab::OctetText(entry.principal_fabric_name, 8), "21:22:23:24:25:26:27:28");
-  EXPECT_EQ(lab::OctetText(entry.adjacent_fabric_name, 8), "31:32:33:34:35:36:37:38");
-  EXPECT_EQ(lab::OctetText(entry.port_id, 3), "0a:0b:0c");
-  EXPECT_EQ(lab::OctetText(entry.host_id, 16), "00:01:02:03:04:05:06:07:08:09:0a:0b:0c:0d:0e:0f");
+  EXPECT_EQ(lab::OctetText(entry.port_name.octets), "01:02:03:04:05:06:07:08");
+  EXPECT_EQ(lab::OctetText(entry.node_name.octets), "11:12:13:14:15:16:17:18");
+  EXPECT_EQ(lab::OctetText(entry.principal_fabric_name.octets), "21:22:23:24:25:26:27:28");
+  EXPECT_EQ(lab::OctetText(entry.adjacent_fabric_name.octets), "31:32:33:34:35:36:37:38");
+  EXPECT_EQ(lab::OctetText(entry.port_id.octets), "0a:0b:0c");
+  EXPECT_EQ(lab::OctetText(entry.host_id), "00:01:02:03:04:05:06:07:08:09:0a:0b:0c:0d:0e:0f");
   EXPECT_EQ(entry.host_nqn.View(), "nqn.x");
   EXPECT_EQ(entry.pci.vendor_id, 0x1111);
   EXPECT_EQ(entry.pci.device_id, 0x2222);
@@ -123,11 +123,11 @@ TEST_F(Records, EveryKeyReachesItsField) {
   EXPECT_EQ(entry.driver_version.View(), "D1");
   EXPECT_EQ(entry.running_firmware_version.View(), "R1");
   EXPECT_EQ(entry.flash_bios_version.View(), "7.8");
-  EXPECT_EQ(lab::OctetText(entry.flash_firmware_version, 4), "04:05:06:00");
-  EXPECT_EQ(lab::OctetText(entry.flash_efi_version, 4), "09:0a:00:00");
-  EXPECT_EQ(lab::OctetText(entry.flash_fcode_version, 4), "0b:0c:00:00");
-  EXPECT_EQ(lab::OctetText(entry.running_mpi_version, 4), "01:02:03:00");
-  EXPECT_EQ(lab::OctetText(entry.running_pep_version, 4), "04:05:06:00");
+  EXPECT_EQ(lab::OctetText({entry.flash_firmware_version, 4}), "04:05:06:00");
+  EXPECT_EQ(lab::OctetText({entry.flash_efi_version, 4}), "09:0a:00:00");
+  EXPECT_EQ(lab::OctetText({entry.flash_fcode_version, 4}), "0b:0c:00:00");
+  EXPECT_EQ(lab::OctetText({entry.running_mpi_version, 4}), "01:02:03:00");
+  EXPECT_EQ(lab::OctetText({entry.running_pep_version, 4}), "04:05:06:00");
   EXPECT_EQ(entry.port_state, 7);
   EXPECT_EQ(entry.port_speed, 21u);
   EXPECT_EQ(static_cast<unsigned>(entry.interface_type), 2u);
@@ -170,7 +170,7 @@ TEST_F(Records, FlashCallsGiveTheHostFilesVersions) {
   EXPECT_EQ(lab::VersionText(memo.mbi_version), "4.05.06");
   EXPECT_EQ(std::string(memo.mbi_build_date, 8), "20240229");
   EXPECT_EQ(std::string(memo.tool_id, 4), "VIPL");
-  EXPECT_EQ(lab::OctetText(memo.tool_version, 4), "01:02:03:04");
+  EXPECT_EQ(lab::OctetText({memo.tool_version, 4}), "01:02:03:04");
   EXPECT_EQ(lab::TimeText(memo), "2026-03-14 09:26:53");
   EXPECT_EQ(memo.update_year, 2026);
 }

@@ -160,9 +160,9 @@ TEST_F(HostFile, KeysHoldWhereverTheyStand) {
   EXPECT_EQ(EntryAt(0)->pci.vendor_id, 0x1077);
   EXPECT_EQ(EntryAt(0)->port_state, 3);
   EXPECT_EQ(EntryAt(0)->port_speed, 8u);
-  EXPECT_EQ(EntryAt(0)->port_id[2], 0x0c);
+  EXPECT_EQ(EntryAt(0)->port_id.octets[2], 0x0c);
   EXPECT_EQ(EntryAt(0, 1)->port_speed, 0u);
-  EXPECT_EQ(EntryAt(0, 1)->port_id[0], 0);
+  EXPECT_EQ(EntryAt(0, 1)->port_id.octets[0], 0);
   EXPECT_EQ(EntryAt(0, 1)->principal_fabric_name[0], 0);
 }
 

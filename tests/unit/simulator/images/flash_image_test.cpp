@@ -146,7 +146,7 @@ TEST_F(FlashImage, UpdateChangesTheRecordsTheComponentsAndTheMemoBlock) {
   EXPECT_EQ(adapter->flash_efi_version.View(), "7.31");
   EXPECT_EQ(adapter->flash_fcode_version.View(), "4.17");
   EXPECT_EQ(EntryAt(kHazel)->flash_bios_version.View(), "3.68");
-  EXPECT_EQ(lab::OctetText(EntryAt(kHazel)->flash_firmware_version, 3), "09:11:03");
+  EXPECT_EQ(lab::OctetText({EntryAt(kHazel)->flash_firmware_version, 3}), "09:11:03");
   EXPECT_EQ(EntryAt(kHazel)->running_firmware_version.View(), running);
   FlashComponentVersions versions{};
   ASSERT_EQ(TORPI_GetFlashComponentVersion(HandleAt(kHazel), &versions), 0u);
@@ -158,7 +158,7 @@ TEST_F(FlashImage, UpdateChangesTheRecordsTheComponentsAndTheMemoBlock) {
   EXPECT_EQ(lab::VersionText(memo.family_firmware), "9.17.04");
   EXPECT_EQ(std::string(memo.mbi_build_date, 8), "20260302");
   EXPECT_EQ(std::string(memo.tool_id, 4), "ECLI");
-  EXPECT_EQ(lab::OctetText(memo.tool_version, 4), "01:09:00:00");
+  EXPECT_EQ(lab::OctetText({memo.tool_version, 4}), "01:09:00:00");
   EXPECT_EQ(lab::TimeText(memo), "2026-03-14 09:26:53");
   std::uint8_t required = 0xEE;
   EXPECT_EQ(TORPI_IsRebootRequired(&required), 0u);
