@@ -51,7 +51,7 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
     return DisplayError(out, status, mode);
   }
   const FCProtocolEntry& fc = *selected.fc;
-  if (fc.interface_type == PortInterfaceType::kNpivVirtual) {
+  if (IsVirtualPort(fc)) {
     DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for vport", kClassName, __func__);
     return DisplayError(out, kVirtualPort, mode);
   }
@@ -75,7 +75,7 @@ StatusCode CmdSetCommon(Serializer& out, Words& words, OutputMode mode) {
     DebugLogLevel(kDebugFailure, "%s::%s: feature not supported for this adapter", kClassName, __func__);
     return fail(kFeatureNotSupported);
   }
-  if (fc.interface_type == PortInterfaceType::kNpivVirtual) return fail(kVirtualPort);
+  if (IsVirtualPort(fc)) return fail(kVirtualPort);
   // Only the low 8 bits of the answer count.
   if (static_cast<std::uint8_t>(TORPI_CheckOrindaPersonalityChangeOption(&fc.handle)) != 1) {
     DebugLogLevel(kDebugFailure, "%s::%s: personality change by user not supported", kClassName, __func__);

@@ -34,8 +34,6 @@ constexpr StatusMessage kMessages[] = {
     kMaintenanceMode,
 };
 
-constexpr std::uint8_t kLinkUp = 1;
-
 enum FecSetting : std::uint32_t { kOff = 0, kOn = 1 };
 
 struct Free {
@@ -97,7 +95,7 @@ StatusCode ReadStats(const FCProtocolEntry& fc, FecState& state) {
 void CorrectSetting(const FCProtocolEntry& fc, FecState& state) {
   if (state.is_mezz) {
     state.setting = kOn;
-  } else if (fc.port_state == kLinkUp) {
+  } else if (IsLinkUp(fc)) {
     if (fc.port_speed < k16Gbps.code) state.setting = kOff;
     if (fc.port_speed >= k32Gbps.code) state.setting = kOn;
   }
@@ -105,8 +103,7 @@ void CorrectSetting(const FCProtocolEntry& fc, FecState& state) {
 
 bool MayChange(const FCProtocolEntry& fc, const FecState& state) {
   if (state.is_mezz) return false;
-  return fc.port_state != kLinkUp ||
-         (fc.port_speed >= k16Gbps.code && fc.port_speed < k32Gbps.code);
+  return !IsLinkUp(fc) || (fc.port_speed >= k16Gbps.code && fc.port_speed < k32Gbps.code);
 }
 
 // The two commands deliberately read in orders of their own.

@@ -135,7 +135,7 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
   if (const StatusCode status = OpenPort(kClassName, words, kGetGuard, selected); status != kSuccess) {
     return DisplayError(out, status, mode);
   }
-  const bool is_second = (selected.fc->capabilities & kSecondGeneration) != 0;
+  const bool is_second = HasCapability(*selected.fc, kSecondCongestionStatistics);
   return is_second ? GetSecondGeneration(out, *selected.fc, mode)
                    : DisplayPortSCMStats(out, *selected.fc, mode);
 }

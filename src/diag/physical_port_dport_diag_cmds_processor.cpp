@@ -49,8 +49,6 @@ constexpr Refusal kRefusals[] = {
 
 constexpr std::uint16_t kCommandRefused = 0x4005;  // in mailbox register 1
 
-constexpr std::uint32_t kSecondTestInterface = 0x20000000;  // capability bit
-
 // The reboot field of failed changes.
 constexpr RebootField kNoRebootNeeded = {RebootField::kBehindMessage, false};
 
@@ -173,7 +171,7 @@ StatusCode CmdRunCommon(Serializer& out, Words& words, OutputMode mode) {
     return DisplayError(out, status, mode);
   if (const StatusCode status = CheckTestPort(*fc); status != kSuccess)
     return DisplayError(out, status, mode);
-  const bool is_v2 = (fc->capabilities & kSecondTestInterface) != 0;
+  const bool is_v2 = HasCapability(*fc, kSecondLinkTest);
   DPortResultRecord record = {};
   if (const StatusCode status = RunTest(*fc, is_v2, record); status != kSuccess) {
     return DisplayError(out, status, mode);

@@ -90,7 +90,7 @@ StatusCode GetPhyPortFromPortString(const Words& words, PortSelection& selection
 StatusCode GetPhysicalPortFromPortString(const char* class_name, const Words& words,
                                          PortSelection& selection) {
   if (const StatusCode status = GetPhyPortFromPortString(words, selection); status != kSuccess) return status;
-  if (selection.fc->interface_type == PortInterfaceType::kNpivVirtual) {
+  if (IsVirtualPort(*selection.fc)) {
     DebugLogLevel(kDebugFailure, "%s: Command not supported for vport", class_name);
     return kVirtualPort;
   }
