@@ -5,7 +5,7 @@
 #include <span>
 
 #include "framework/device_library/congestion_records.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/report_lines.h"
 #include "framework/report_text.h"
 

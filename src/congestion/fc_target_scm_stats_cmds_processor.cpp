@@ -82,7 +82,7 @@ StatusCode DisplayTargetSCMStats(CommandRun& run, const TargetEntry& target, con
 // The element with both names of the target. The first one is the port's own and skipped on purpose.
 const SCMRStatisticsEntry* TargetElement(const SCMRStatisticsEntry& first, const TargetEntry& target) {
   for (const SCMRStatisticsEntry& entry : Chain<SCMRStatisticsEntry>(first.next)) {
-    if (SameName(entry.node_name, target.node_name) && SameName(entry.port_name, target.port_name)) {
+    if (entry.node_name == target.node_name && entry.port_name == target.port_name) {
       return &entry;
     }
   }
@@ -109,7 +109,7 @@ StatusCode CmdGetCommon(CommandRun& run) {
     return run.DisplayError(status);
   }
   const TargetEntry& target = *selected.target;
-  if ((selected.fc->capabilities & kSecondGeneration) != 0) {
+  if (HasCapability(*selected.fc, kSecondCongestionStatistics)) {
     // Intended: unlike a port, a target has no words for maintenance mode.
     return ShowStatisticsList(run, *selected.fc, kStatisticsReadError, [&](const SCMRStatisticsEntry& list) {
       return DisplayTargetSCMStatsV2(run, target, list);

@@ -11,9 +11,8 @@ StatusCode CheckFamily(const CommandRun& run, const FCProtocolEntry& fc) {
   return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
 }
 
-// One of the capabilities is enough.
 StatusCode CheckCapability(const CommandRun& run, const FCProtocolEntry& fc, std::uint32_t capabilities) {
-  if ((fc.capabilities & capabilities) != 0) return kSuccess;
+  if (HasCapability(fc, capabilities)) return kSuccess;
   return run.Refuse(kNotSupportedByDriver, "Driver/Firmware does not support SCM");
 }
 
@@ -30,9 +29,9 @@ StatusCode Check(const CommandRun& run, const FCProtocolEntry& fc, GuardCheck ch
     case GuardCheck::kFamily:
       return CheckFamily(run, fc);
     case GuardCheck::kAnyGeneration:
-      return CheckCapability(run, fc, kFirstGeneration | kSecondGeneration);
+      return CheckCapability(run, fc, kFirstCongestionStatistics | kSecondCongestionStatistics);
     case GuardCheck::kSecondGeneration:
-      return CheckCapability(run, fc, kSecondGeneration);
+      return CheckCapability(run, fc, kSecondCongestionStatistics);
     case GuardCheck::kPhysicalPort:
       return CheckPhysical(run, fc);
     case GuardCheck::kEnabled:

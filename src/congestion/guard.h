@@ -6,7 +6,7 @@
 
 #include "discovery/port_lookup.h"
 #include "framework/command_run.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/status.h"
 
 // One check and the status of its failure.

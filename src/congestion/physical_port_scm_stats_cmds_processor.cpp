@@ -99,7 +99,7 @@ StatusCode CmdGetCommon(CommandRun& run) {
     return run.DisplayError(status);
   }
   const FCProtocolEntry& fc = *selected.fc;
-  if ((fc.capabilities & kSecondGeneration) == 0) return DisplayPortSCMStats(run, fc);
+  if (!HasCapability(fc, kSecondCongestionStatistics)) return DisplayPortSCMStats(run, fc);
   return ShowStatisticsList(run, fc, kMaintenanceMode, [&](const SCMRStatisticsEntry& list) {
     return DisplayPortSCMStatsV2(run, fc, list);
   });

@@ -1,14 +1,12 @@
 #include "congestion/statistics.h"
 
-#include <cstring>
-
 #include "framework/library_call.h"
 
 StatusCode ReadTargetStatistics(const CommandRun& run, const TargetSelection& selected,
                                 TargetPortStatistics& statistics) {
   TargetStatisticsAddress address = {};
   address.kind = kTargetByPortName;
-  std::memcpy(address.port_name, selected.target->port_name, sizeof address.port_name);
+  address.port_name = selected.target->port_name;
   statistics = {};
   return CallLibraryWithOneStatus(run, "Get Port Stats FC", kStatisticsReadError, [&] {
     return TORPI_GetPortStatisticsFC(selected.fc->handle.sd_handle, 0, &address, &statistics);

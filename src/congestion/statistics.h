@@ -4,7 +4,7 @@
 #include "discovery/port_lookup.h"
 #include "framework/command_run.h"
 #include "framework/device_library/congestion_records.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/device_library/target_statistics_records.h"
 #include "framework/status.h"
 

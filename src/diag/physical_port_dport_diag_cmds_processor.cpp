@@ -6,6 +6,7 @@
 #include "discovery/mezzanine.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
+#include "framework/device_library/speeds.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
 #include "runtime/debug_log.h"
@@ -47,11 +48,6 @@ constexpr Refusal kRefusals[] = {
 };
 
 constexpr std::uint16_t kCommandRefused = 0x4005;  // in mailbox register 1
-
-// The port speed code of 16 Gbps: codes read as decimal digits in hexadecimal.
-constexpr std::uint32_t kSixteenGbps = 0x16;
-
-constexpr std::uint32_t kSecondTestInterface = 0x20000000;  // capability bit
 
 // The reboot field of failed changes.
 constexpr RebootField kNoRebootNeeded = {RebootField::kBehindMessage, false};
@@ -155,7 +151,7 @@ StatusCode CheckTestPort(const FCProtocolEntry& fc) {
   if (!ReadDPortOption(fc, enabled)) return kFileNotFound;
   if (!enabled) return kNotInDiagnosticsMode;
   if (!IsLinkUp(fc)) return kLinkDown;
-  return fc.port_speed < kSixteenGbps ? kSpeedTooLow : kSuccess;
+  return fc.port_speed < k16Gbps.code ? kSpeedTooLow : kSuccess;
 }
 
 // Runs the link test through the interface that the adapter has. The first interface has no status.
@@ -175,7 +171,7 @@ StatusCode CmdRunCommon(Serializer& out, Words& words, OutputMode mode) {
     return DisplayError(out, status, mode);
   if (const StatusCode status = CheckTestPort(*fc); status != kSuccess)
     return DisplayError(out, status, mode);
-  const bool is_v2 = (fc->capabilities & kSecondTestInterface) != 0;
+  const bool is_v2 = HasCapability(*fc, kSecondLinkTest);
   DPortResultRecord record = {};
   if (const StatusCode status = RunTest(*fc, is_v2, record); status != kSuccess) {
     return DisplayError(out, status, mode);

@@ -31,8 +31,6 @@ enum ReadMode : std::uint32_t { kReadDefault = 0, kReadRefreshed = 1, kReadRaw =
 constexpr const char* kUpdatableVendor = "WTD";
 constexpr std::uint32_t kUpdatableKind = 2;
 
-constexpr std::uint8_t kDriverUpdatesSfpFirmware = 1U << 1;
-
 constexpr StatusMessage kMessages[] = {
     kInvalidParameter,
     {kDataNotAvailable, "Failed, Data not available"},
@@ -255,7 +253,7 @@ StatusCode CmdUpdateCommon(Serializer& out, Words& words, OutputMode mode) {
                   __func__);
     return fail(kFeatureNotSupported);
   }
-  if ((fc.driver_flags & kDriverUpdatesSfpFirmware) == 0) {
+  if ((fc.driver_flags & kSfpFirmwareUpdate) == 0) {
     DebugLogLevel(kDebugFailure, "%s::%s: SFP Firmware update not supported by the driver", kClassName,
                   __func__);
     return fail(kNotSupportedByDriver);

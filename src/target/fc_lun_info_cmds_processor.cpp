@@ -4,8 +4,8 @@
 #include <string>
 
 #include "discovery/port_lookup.h"
+#include "framework/device_library/octet_text.h"
 #include "framework/report_lines.h"
-#include "runtime/text.h"
 
 namespace {
 
@@ -20,13 +20,7 @@ std::string UniqueIdText(const LunEntry& lun, bool is_nvme) {
   const bool all_zero = std::all_of(std::begin(lun.unique_id), std::end(lun.unique_id),
                                     [](std::uint8_t byte) { return byte == 0; });
   if (length == 0 || all_zero) return "NA";
-  std::string text;
-  for (std::size_t i = 0; i < length; ++i) {
-    std::string octet;
-    FormatString(octet, i + 1 < length ? "%02hhx:" : "%02hhx", lun.unique_id[i]);
-    text += octet;
-  }
-  return text;
+  return OctetText({lun.unique_id, length});
 }
 
 StatusCode DisplayLunInfo(CommandRun& run, const TargetEntry& target, const LunEntry& lun) {
