@@ -5,7 +5,6 @@
 #include "congestion/statistics.h"
 #include "congestion/vocabulary.h"
 #include "discovery/host_walk.h"
-#include "discovery/identifiers.h"
 
 namespace {
 

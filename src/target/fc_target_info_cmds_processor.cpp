@@ -4,7 +4,6 @@
 
 #include "congestion/vocabulary.h"
 #include "discovery/host_walk.h"
-#include "discovery/identifiers.h"
 #include "discovery/port_lookup.h"
 #include "framework/code_text.h"
 #include "framework/report_lines.h"

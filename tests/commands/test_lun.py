@@ -128,7 +128,7 @@ def test_sub_node_has_a_switch_word_of_its_own(zfc, words):
     assert zfc(f"{words} {TARGET}_LUN_0").stdout == b"Unknown command or invalid target identifier!\r\n"
 
 
-# Only the words of an identifier are looked at before the library is asked.
+# Only the words of an identifier count before the library is asked.
 @pytest.mark.parametrize(
     "identifier, asks",
     [

@@ -45,7 +45,7 @@ USAGE = "Usage: get [port identifier]\r\n"
 OFF = {"HOSTILE_VCLM_ENABLED": "0"}
 
 READ = "TORPI_GetPortStatisticsFC"
-# The number of the port's handle, the kind and name of the target with zeros behind them, and the record.
+# The number of the port's handle, the kind and name of the target with zeros after them, and the record.
 READ_CALL = f"{READ}(0x1234abcd, 0, 020050060160abcdef010000, zeroed buffer)"
 FIRST_CALLS = [LIST_CALL, ENABLED_CALL, READ_CALL]
 SECOND_CALLS = [LIST_CALL, ENABLED_CALL, GET_LIST_CALL, FREE_LIST_CALL]
