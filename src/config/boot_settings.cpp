@@ -15,10 +15,6 @@ namespace {
 constexpr std::size_t kReportBytes = 2048;
 constexpr std::size_t kBiosDrives = 4;
 
-// Bits of the ROM flags.
-constexpr std::uint32_t kRomBios = 0x08;
-constexpr std::uint32_t kRomUefi = 0x02;
-
 constexpr RecordField Flag(const char* key, std::size_t offset) {
   return {key, offset, sizeof(std::uint32_t), FieldKind::kUnsigned, {.limit = 1}};
 }
@@ -70,8 +66,8 @@ StatusCode BootSettings::ChangeLibraryMode() const {
 }
 
 StatusCode BootSettings::CheckRom() const {
-  if (mode_ == BootMode::kBios) return (Fc().rom_flags & kRomBios) != 0 ? kSuccess : kNoRomBios;
-  return (Fc().rom_flags & kRomUefi) != 0 ? kSuccess : kNoRomUefi;
+  if (mode_ == BootMode::kBios) return (Fc().rom_flags & kBiosImage) != 0 ? kSuccess : kNoRomBios;
+  return (Fc().rom_flags & kUefiImage) != 0 ? kSuccess : kNoRomUefi;
 }
 
 StatusCode BootSettings::Prepare(const Words& words) {

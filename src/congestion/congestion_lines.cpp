@@ -1,9 +1,10 @@
 #include "congestion/congestion_lines.h"
 
+#include <initializer_list>
+#include <optional>
 #include <string>
 
 #include "congestion/vocabulary.h"
-#include "framework/report_lines.h"
 
 namespace {
 
@@ -11,13 +12,25 @@ constexpr const char* kRuler = "-----------------------------------";
 
 using Entry = SCMRStatisticsEntry;
 
-constexpr WideCounter kMitigation[] = {
-    {"Cleared Congestion Count", &Entry::cleared_congestion}, {"Throttled Up Count", &Entry::throttled_up},
-    {"Throttled Down Count", &Entry::throttled_down},         {"Bottomed Out Count", &Entry::bottomed_out},
+struct ListedCounter {
+  const char* label;
+  std::uint64_t Entry::*value;
+  std::optional<StatisticsOwner> only = std::nullopt;  // empty: ports and targets
+};
+
+// The order is that of the report, which is not that of the record.
+
+constexpr ListedCounter kMitigation[] = {
+    {"Congestion Alarm Count", &Entry::congestion_alarms, StatisticsOwner::kPort},
+    {"Congestion Warning Count", &Entry::congestion_warnings, StatisticsOwner::kPort},
+    {"Cleared Congestion Count", &Entry::cleared_congestion},
+    {"Throttled Up Count", &Entry::throttled_up},
+    {"Throttled Down Count", &Entry::throttled_down},
+    {"Bottomed Out Count", &Entry::bottomed_out},
     {"Returned Busy Count", &Entry::returned_busy},
 };
 
-constexpr WideCounter kLinkEvents[] = {
+constexpr ListedCounter kNotifications[] = {
     {"Link Failure Count", &Entry::link_failure},
     {"Link Unknown Event Count", &Entry::link_unknown_event},
     {"Loss Of Sync Count", &Entry::loss_of_sync},
@@ -27,15 +40,29 @@ constexpr WideCounter kLinkEvents[] = {
     {"Invalid Transmission Word Count", &Entry::invalid_transmission_word},
     {"Invalid CRC Count", &Entry::invalid_crc},
     {"Link Uncorrectable FEC Count", &Entry::link_uncorrectable_fec},
-};
-
-constexpr WideCounter kCongestionEvents[] = {
+    {"Delivery Failure Unknown Count", &Entry::delivery_failure_unknown, StatisticsOwner::kPort},
+    {"Delivery Timeout Count", &Entry::delivery_timeout, StatisticsOwner::kPort},
+    {"Delivery Unable To Route Count", &Entry::delivery_unable_to_route, StatisticsOwner::kPort},
+    {"Delivery Failure Device Specific Count", &Entry::delivery_failure_device_specific,
+     StatisticsOwner::kPort},
     {"Congestion Clear Count", &Entry::congestion_clear},
     {"Congestion Lost Credit Count", &Entry::congestion_lost_credit},
     {"Congestion Credit Stall Count", &Entry::congestion_credit_stall},
     {"Congestion Oversubscription Count", &Entry::congestion_oversubscription},
     {"Congestion Device Specific Count", &Entry::congestion_device_specific},
+    {"PUN Count", &Entry::pun, StatisticsOwner::kTarget},
 };
+
+// One section: the lines of its title between two rulers, and the counters that the owner has.
+void Section(ReportText& text, std::initializer_list<const char*> title,
+             std::span<const ListedCounter> counters, const Entry& entry, StatisticsOwner owner) {
+  text.Line("      %s\n", kRuler);
+  for (const char* const line : title) text.Line("      %s\n", line);
+  text.Line("      %s\n", kRuler);
+  for (const ListedCounter& row : counters) {
+    if (row.only.value_or(owner) == owner) WideNumberLine(text, row.label, entry.*row.value);
+  }
+}
 
 }  // namespace
 
@@ -63,28 +90,8 @@ void YesNoLine(ReportText& text, const char* label, bool value) {
   TextLine(text, label, value ? "Yes" : "No");
 }
 
-void SectionHead(ReportText& text, std::initializer_list<const char*> lines) {
-  text.Line("      %s\n", kRuler);
-  for (const char* const line : lines) text.Line("      %s\n", line);
-  text.Line("      %s\n", kRuler);
-}
-
-void CounterLines(ReportText& text, std::span<const WideCounter> table, const SCMRStatisticsEntry& entry) {
-  for (const WideCounter& row : table) WideNumberLine(text, row.label, entry.*row.value);
-}
-
-void MitigationSection(ReportText& text, std::span<const WideCounter> ahead,
-                       const SCMRStatisticsEntry& entry) {
-  SectionHead(text, {"Congestion Mitigation"});
-  CounterLines(text, ahead, entry);
-  CounterLines(text, kMitigation, entry);
-}
-
-void LinkSection(ReportText& text, const SCMRStatisticsEntry& entry) {
-  SectionHead(text, {"Rx Fabric Performance Impact ", "Notifications"});  // deliberately with the blank
-  CounterLines(text, kLinkEvents, entry);
-}
-
-void CongestionEventLines(ReportText& text, const SCMRStatisticsEntry& entry) {
-  CounterLines(text, kCongestionEvents, entry);
+void StatisticsLines(ReportText& text, const SCMRStatisticsEntry& entry, StatisticsOwner owner) {
+  Section(text, {"Congestion Mitigation"}, kMitigation, entry, owner);
+  // Intended: a blank ends the first line.
+  Section(text, {"Rx Fabric Performance Impact ", "Notifications"}, kNotifications, entry, owner);
 }

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <span>
 
 #include "framework/device_library/congestion_records.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
+#include "framework/report_lines.h"
 #include "framework/report_text.h"
 
 // The lines that begin a port's report: its names, address and state.
@@ -19,7 +19,7 @@ struct NotificationWords {
 };
 
 // "      Congestion Notification: " and the words of the bits that are set. A mask without any bit is "None";
-// one of unknown bits alone deliberately leaves a line without label.
+// one of unknown bits alone leaves a line without label, as meant.
 void NotificationLine(ReportText& text, std::uint16_t mask, std::span<const NotificationWords> table);
 
 // "      label: number (ms)".
@@ -28,21 +28,21 @@ void MillisecondsLine(ReportText& text, const char* label, std::uint32_t value);
 // "      label: Yes" or "No".
 void YesNoLine(ReportText& text, const char* label, bool value);
 
-// The head of a section: its lines between two rulers.
-void SectionHead(ReportText& text, std::initializer_list<const char*> lines);
-
-// A counter of the statistics list and its label.
-struct WideCounter {
+// A counter of a record and its label.
+template <class Record, class Number>
+struct Counter {
   const char* label;
-  std::uint64_t SCMRStatisticsEntry::*value;
+  Number Record::*value;
 };
 
 // One line for each counter, in the order of the table.
-void CounterLines(ReportText& text, std::span<const WideCounter> table, const SCMRStatisticsEntry& entry);
+template <class Table, class Record>
+void CounterLines(ReportText& text, const Table& table, const Record& record) {
+  for (const auto& row : table) WideNumberLine(text, row.label, record.*row.value);
+}
 
-// The sections of the second generation's statistics. The order of the counters is deliberately not that of
-// the record.
-void MitigationSection(ReportText& text, std::span<const WideCounter> ahead,
-                       const SCMRStatisticsEntry& entry);
-void LinkSection(ReportText& text, const SCMRStatisticsEntry& entry);
-void CongestionEventLines(ReportText& text, const SCMRStatisticsEntry& entry);
+// Whose counters an element of the statistics list holds: each kind shows some that the other lacks.
+enum class StatisticsOwner : std::uint8_t { kPort, kTarget };
+
+// The sections of the second generation's statistics.
+void StatisticsLines(ReportText& text, const SCMRStatisticsEntry& entry, StatisticsOwner owner);

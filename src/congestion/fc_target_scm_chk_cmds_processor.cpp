@@ -3,15 +3,9 @@
 #include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
 #include "congestion/vocabulary.h"
-#include "framework/report.h"
-#include "framework/report_lines.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
-constexpr const char* kClassName = "FCTargetSCMChkCmdsProcessor";
-
-constexpr ReportFrame kFrame = {"TargetVCLMInformation", "Target VCLM Status", "TargetVCLMStatusList"};
 constexpr std::size_t kReportBytes = 4096;
 
 constexpr GuardCheck kGuard[] = {GuardCheck::kFamily, GuardCheck::kSecondGeneration,
@@ -26,48 +20,39 @@ constexpr StatusMessage kMessages[] = {
     kFeatureDisabled,
 };
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
-
-StatusCode DisplayTargetSCMChk(Serializer& out, const FCProtocolEntry& fc, const TargetEntry& target,
-                               OutputMode mode) {
+StatusCode DisplayTargetSCMChk(CommandRun& run, const FCProtocolEntry& fc, const TargetEntry& target) {
+  const FunctionScope function(run, __func__);
   ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
+  if (!text.Allocated()) return run.DisplayNoMemory();
   TargetLines(text, target);
   TextLine(text, "Congestion Current State", CongestionStateText(target.congestion_state));
   YesNoLine(text, "Link Integrity Events", target.link_integrity_events != 0);
   NumberLine(text, "Seconds Since Last Event", target.seconds_since_event);
   TextLine(text, "Virtual Lane", TargetVirtualLaneText(fc, target));
   TextLine(text, "I/O Throttling", TargetThrottlingText(fc, target));
-  WriteReport(out, mode, kFrame, text);
-  return kSuccess;
+  return run.DisplayReport(text);
 }
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   TargetSelection selected;
-  if (const StatusCode status = OpenTarget(kClassName, words, kGuard, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectGuardedTarget(run, kGuard, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
-  return DisplayTargetSCMChk(out, *selected.fc, *selected.target, mode);
+  return DisplayTargetSCMChk(run, *selected.fc, *selected.target);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex FC Target information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 2, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    // The usage text says "port": the identifier is a target's.
+    {"get", "get Sorvex FC Target information", "Usage: get [port identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: get [port identifier]\r\n"}};
-
-constexpr NodeClass kClass = {kClassName, "FC Target scmchk", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "FCTargetSCMChkCmdsProcessor",
+    .help_words = "FC Target scmchk",
+    .commands = kCommands,
+    .frame = {"TargetVCLMInformation", "Target VCLM Status", "TargetVCLMStatusList"},
+    .messages = kMessages,
+};
 
 }  // namespace
 

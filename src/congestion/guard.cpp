@@ -3,81 +3,63 @@
 #include "congestion/vocabulary.h"
 #include "framework/device_library/families.h"
 #include "framework/library_call.h"
-#include "runtime/debug_log.h"
 
 namespace {
 
-StatusCode ReadEnabled(const char* class_name, const FCProtocolEntry& fc, std::uint8_t& enabled) {
-  return CallLibrary(class_name, "Get VCLM feature", kReadFailed,
-                     [&] { return TORPI_IsVCLMFeatureEnabled(&fc.handle, &enabled); });
+StatusCode CheckFamily(const CommandRun& run, const FCProtocolEntry& fc) {
+  if (IsDeviceGroupHazelIrisOrDahlia(fc.pci)) return kSuccess;
+  return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
 }
 
-StatusCode CheckEnabled(const char* class_name, const FCProtocolEntry& fc) {
+StatusCode CheckCapability(const CommandRun& run, const FCProtocolEntry& fc, std::uint32_t capabilities) {
+  if (HasCapability(fc, capabilities)) return kSuccess;
+  return run.Refuse(kNotSupportedByDriver, "Driver/Firmware does not support SCM");
+}
+
+StatusCode CheckEnabled(const CommandRun& run, const FCProtocolEntry& fc) {
   std::uint8_t enabled = 0;
-  if (const StatusCode status = ReadEnabled(class_name, fc, enabled); status != kSuccess) return status;
-  return enabled != 0 ? kSuccess : kFeatureDisabled;
+  const StatusCode status = CallLibrary(run, "Get VCLM feature", kReadFailed,
+                                        [&] { return TORPI_IsVCLMFeatureEnabled(&fc.handle, &enabled); });
+  if (status != kSuccess) return status;
+  return enabled != 0 ? kSuccess : run.Refuse(kFeatureDisabled, "SCM is disabled on the port");
 }
 
-StatusCode Check(const char* class_name, const FCProtocolEntry& fc, GuardCheck check) {
-  const auto has = [&fc](std::uint32_t capability) {
-    return (fc.capabilities & capability) != 0 ? kSuccess : kNotSupportedByDriver;
-  };
+StatusCode Check(const CommandRun& run, const FCProtocolEntry& fc, GuardCheck check) {
   switch (check) {
     case GuardCheck::kFamily:
-      return IsDeviceGroupHazelIrisOrDahlia(fc.pci) ? kSuccess : kFeatureNotSupported;
+      return CheckFamily(run, fc);
     case GuardCheck::kAnyGeneration:
-      return has(kFirstGeneration | kSecondGeneration);
+      return CheckCapability(run, fc, kFirstCongestionStatistics | kSecondCongestionStatistics);
     case GuardCheck::kSecondGeneration:
-      return has(kSecondGeneration);
+      return CheckCapability(run, fc, kSecondCongestionStatistics);
     case GuardCheck::kPhysicalPort:
-      return fc.interface_type == PortInterfaceType::kNpivVirtual ? kVirtualPort : kSuccess;
+      return CheckPhysical(run, fc);
     case GuardCheck::kEnabled:
-      return CheckEnabled(class_name, fc);
+      return CheckEnabled(run, fc);
     case GuardCheck::kEnabledOneStatus: {
-      const StatusCode status = CheckEnabled(class_name, fc);
+      const StatusCode status = CheckEnabled(run, fc);
       return status == kMaintenanceMode ? kReadFailed : status;
     }
   }
   return kSuccess;
 }
 
-const char* WhyRefused(StatusCode status) {
-  switch (status) {
-    case kFeatureNotSupported:
-      return "Command not supported for this adapter";
-    case kNotSupportedByDriver:
-      return "Driver/Firmware does not support SCM";
-    case kVirtualPort:
-      return "Command not supported for vport";
-    case kFeatureDisabled:
-      return "SCM is disabled on the port";
-    default:
-      return nullptr;  // a failed call, which has been logged
-  }
-}
-
 }  // namespace
 
-StatusCode CheckGuard(const char* class_name, const FCProtocolEntry& fc, std::span<const GuardCheck> checks) {
+StatusCode CheckGuard(const CommandRun& run, const FCProtocolEntry& fc, std::span<const GuardCheck> checks) {
   for (const GuardCheck check : checks) {
-    const StatusCode status = Check(class_name, fc, check);
-    if (status == kSuccess) continue;
-    if (const char* const why = WhyRefused(status); why != nullptr) {
-      DebugLogLevel(kDebugFailure, "%s: %s", class_name, why);
-    }
-    return status;
+    if (const StatusCode status = Check(run, fc, check); status != kSuccess) return status;
   }
   return kSuccess;
 }
 
-StatusCode OpenPort(const char* class_name, const Words& words, std::span<const GuardCheck> checks,
-                    PortSelection& selected) {
-  const StatusCode status = GetPhyPortFromPortString(words, selected);
-  return status == kSuccess ? CheckGuard(class_name, *selected.fc, checks) : status;
+StatusCode SelectGuardedPort(CommandRun& run, std::span<const GuardCheck> checks, PortSelection& selected) {
+  const StatusCode status = SelectPort(run, selected);
+  return status == kSuccess ? CheckGuard(run, *selected.fc, checks) : status;
 }
 
-StatusCode OpenTarget(const char* class_name, const Words& words, std::span<const GuardCheck> checks,
-                      TargetSelection& selected) {
-  const StatusCode status = GetTargetFromTargetString(words, selected);
-  return status == kSuccess ? CheckGuard(class_name, *selected.fc, checks) : status;
+StatusCode SelectGuardedTarget(CommandRun& run, std::span<const GuardCheck> checks,
+                               TargetSelection& selected) {
+  const StatusCode status = SelectTarget(run, selected);
+  return status == kSuccess ? CheckGuard(run, *selected.fc, checks) : status;
 }

@@ -5,9 +5,9 @@
 #include <span>
 
 #include "discovery/port_lookup.h"
-#include "framework/device_library/records.h"
+#include "framework/command_run.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/status.h"
-#include "framework/words.h"
 
 // One check and the status of its failure.
 enum class GuardCheck : std::uint8_t {
@@ -17,20 +17,19 @@ enum class GuardCheck : std::uint8_t {
   kPhysicalPort,      // kVirtualPort
   kEnabled,           // asks the library: kFileNotFound, kMaintenanceMode or kReadFailed; when it is off:
                       // kFeatureDisabled
-  kEnabledOneStatus,  // the same with kReadFailed for every failure of the call, deliberately also in
-                      // maintenance mode
+  kEnabledOneStatus,  // the same, but with kReadFailed in maintenance mode too
 };
 
-// Makes the checks in the order of the list and returns the status of the first that fails, or kSuccess.
-StatusCode CheckGuard(const char* class_name, const FCProtocolEntry& fc, std::span<const GuardCheck> checks);
+// Makes the checks in the order of the list and returns the status of the first that fails, or kSuccess. A
+// failure is in the debug log.
+StatusCode CheckGuard(const CommandRun& run, const FCProtocolEntry& fc, std::span<const GuardCheck> checks);
 
 // How every congestion command begins: looks up what the identifier in word 0 names and makes the checks on
 // its port. Each returns the status of the look-up or of the first check that fails, or kSuccess.
-StatusCode OpenPort(const char* class_name, const Words& words, std::span<const GuardCheck> checks,
-                    PortSelection& selected);
-StatusCode OpenTarget(const char* class_name, const Words& words, std::span<const GuardCheck> checks,
-                      TargetSelection& selected);
+StatusCode SelectGuardedPort(CommandRun& run, std::span<const GuardCheck> checks, PortSelection& selected);
+StatusCode SelectGuardedTarget(CommandRun& run, std::span<const GuardCheck> checks,
+                               TargetSelection& selected);
 
-// The row that the commands behind the guard share.
+// The row that the commands with a guard share.
 inline constexpr StatusMessage kDriverLacksFeature = {
     kNotSupportedByDriver, "Failed, Driver/Firmware does not support this feature"};

@@ -3,15 +3,9 @@
 #include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
 #include "congestion/vocabulary.h"
-#include "framework/report.h"
-#include "framework/report_lines.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
-constexpr const char* kClassName = "PhysicalPortSCMChkCmdsProcessor";
-
-constexpr ReportFrame kFrame = {"PortVCLMInformation", "Port VCLM Status", "PortVCLMStatusList"};
 constexpr std::size_t kReportBytes = 4096;
 
 constexpr GuardCheck kGuard[] = {GuardCheck::kFamily, GuardCheck::kSecondGeneration,
@@ -33,14 +27,10 @@ constexpr StatusMessage kMessages[] = {
     kMaintenanceMode,
 };
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
-
-StatusCode DisplayPortSCMChk(Serializer& out, const FCProtocolEntry& fc, OutputMode mode) {
+StatusCode DisplayPortSCMChk(CommandRun& run, const FCProtocolEntry& fc) {
+  const FunctionScope function(run, __func__);
   ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
+  if (!text.Allocated()) return run.DisplayNoMemory();
   PortLines(text, fc);
   TextLine(text, "Congestion Current State", CongestionStateText(fc.congestion_state));
   TextLine(text, "Congestion Severity", CongestionSeverityText(fc.congestion_severity));
@@ -50,32 +40,33 @@ StatusCode DisplayPortSCMChk(Serializer& out, const FCProtocolEntry& fc, OutputM
   TextLine(text, "Fabric Connection Flags", FabricConnectionText(fc.fabric_connection_flags));
   TextLine(text, "Virtual Lane", PortVirtualLaneText(fc));
   TextLine(text, "I/O Throttling", PortThrottlingText(fc));
-  WriteReport(out, mode, kFrame, text);
-  return kSuccess;
+  return run.DisplayReport(text);
 }
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   PortSelection selected;
-  if (const StatusCode status = OpenPort(kClassName, words, kGuard, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectGuardedPort(run, kGuard, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
-  return DisplayPortSCMChk(out, *selected.fc, mode);
+  return DisplayPortSCMChk(run, *selected.fc);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, "get Sorvex Physical Port SAN Congetstion information",
-     CmdGet},  // deliberately spelt like this
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 2, "get Sorvex Physical Port SCM information", CmdGetCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    // The two forms have descriptions of their own; "Congetstion" is meant.
+    {.word = "get",
+     .description = "get Sorvex Physical Port SAN Congetstion information",
+     .usage = "Usage: get [port identifier]\r\n",
+     .run = &CmdGetCommon,
+     .cli_description = "get Sorvex Physical Port SCM information"},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: get [port identifier]\r\n"}};
-
-constexpr NodeClass kClass = {kClassName, "port scmchk", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortSCMChkCmdsProcessor",
+    .help_words = "port scmchk",
+    .commands = kCommands,
+    .frame = {"PortVCLMInformation", "Port VCLM Status", "PortVCLMStatusList"},
+    .messages = kMessages,
+};
 
 }  // namespace
 

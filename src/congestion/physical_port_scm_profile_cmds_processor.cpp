@@ -6,19 +6,12 @@
 #include "congestion/guard.h"
 #include "framework/code_text.h"
 #include "framework/library_call.h"
-#include "framework/report.h"
-#include "framework/report_lines.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
-constexpr const char* kClassName = "PhysicalPortSCMProfileCmdsProcessor";
-
-constexpr ReportFrame kFrame = {"PortVCLMProfile", "Congestion Profile", "CongestionProfileList"};
 constexpr std::size_t kReportBytes = 1024;
 
-// Deliberately another order than elsewhere, and a profile can be read and set while the feature is off.
+// Intended: another order than elsewhere, and a profile can be read and set while the feature is off.
 constexpr GuardCheck kGuard[] = {GuardCheck::kFamily, GuardCheck::kPhysicalPort,
                                  GuardCheck::kSecondGeneration};
 
@@ -43,31 +36,25 @@ constexpr CodeText kProfiles[] = {
     {0, "Monitor_Only"}, {1, "Conservative"}, {2, "Moderate"}, {3, "Aggressive"}, {4, "Defensive"},
 };
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
-
-StatusCode DisplaySCMProfile(Serializer& out, const FCProtocolEntry& fc, const SCMRProfile& profile,
-                             OutputMode mode) {
+StatusCode DisplaySCMProfile(CommandRun& run, const FCProtocolEntry& fc, const SCMRProfile& profile) {
+  const FunctionScope function(run, __func__);
   ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
+  if (!text.Allocated()) return run.DisplayNoMemory();
   const bool is_own = profile.management != ProfileManagement::kDriverSettings;
   PortLines(text, fc);
   FlagLine(text, "VCLM Configuration Status", profile.configuration_status == 0);
   TextLine(text, "VCLM Profile Management", is_own ? "NVRAM" : kDriverSettings);
   TextLine(text, "VCLM Profile Activation", TextOfCode(kProfiles, profile.activation));
-  WriteReport(out, mode, kFrame, text);
-  return kSuccess;
+  return run.DisplayReport(text);
 }
 
-StatusCode ReadProfile(const FCProtocolEntry& fc, SCMRProfile& profile) {
-  return CallLibrary(kClassName, "Get SCM profile", kReadFailed,
+StatusCode ReadProfile(const CommandRun& run, const FCProtocolEntry& fc, SCMRProfile& profile) {
+  return CallLibrary(run, "Get SCM profile", kReadFailed,
                      [&] { return TORPI_GetSCMRProfile(&fc.handle, &profile); });
 }
 
-StatusCode WriteProfile(const FCProtocolEntry& fc, const SCMRProfile& profile) {
-  return CallLibrary(kClassName, "Set SCM profile", kUpdateFailed,
+StatusCode WriteProfile(const CommandRun& run, const FCProtocolEntry& fc, const SCMRProfile& profile) {
+  return CallLibrary(run, "Set SCM profile", kUpdateFailed,
                      [&] { return TORPI_SetSCMRProfile(&fc.handle, &profile); });
 }
 
@@ -100,76 +87,69 @@ constexpr ProfileOption kOptions[] = {
     {"--activation", "-a", &Activate},
 };
 
-// Without any option the profile stays as it was read. Whether both stand there is looked at last.
-StatusCode TakeOptions(const Words& words, SCMRProfile& profile) {
+// Without any option the profile stays as it was read. An invalid value goes before the refusal of both
+// options together.
+StatusCode TakeOptions(const CommandRun& run, SCMRProfile& profile) {
   std::size_t found = 0;
   for (const ProfileOption& option : kOptions) {
-    Words copy = words;
     std::string value;
-    if (!GetOptionValue(copy, option.long_name, option.short_name, value)) continue;
+    if (!FindOption(run.words, option.long_name, option.short_name, value)) continue;
     if (!option.take(value, profile)) {
-      DebugLogLevel(kDebugFailure, "%s::%s: Invalid value %s of %s", kClassName, __func__, value.c_str(),
-                    option.long_name);
-      return kInvalidParameter;
+      return run.Refuse(kInvalidParameter, "Invalid value %s of %s", value.c_str(), option.long_name);
     }
     ++found;
   }
-  return found == std::size(kOptions) ? kExclusiveOptions : kSuccess;
+  if (found < std::size(kOptions)) return kSuccess;
+  return run.Refuse(kExclusiveOptions, "Restore and Activation options are mutually exclusive");
 }
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   PortSelection selected;
-  if (const StatusCode status = OpenPort(kClassName, words, kGuard, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectGuardedPort(run, kGuard, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
   SCMRProfile profile = {};
-  if (const StatusCode status = ReadProfile(*selected.fc, profile); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = ReadProfile(run, *selected.fc, profile); status != kSuccess) {
+    return run.DisplayError(status);
   }
-  return DisplaySCMProfile(out, *selected.fc, profile, mode);
+  return DisplaySCMProfile(run, *selected.fc, profile);
 }
 
-StatusCode CmdSetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const auto fail = [&](StatusCode code) { return DisplayError(out, code, mode); };
+// Takes the options into the port's profile, writes it and reads it back: what is shown is what the port has
+// now, not the request.
+StatusCode ChangeProfile(const CommandRun& run, const FCProtocolEntry& fc, SCMRProfile& profile) {
+  StatusCode status = ReadProfile(run, fc, profile);
+  if (status == kSuccess) status = TakeOptions(run, profile);
+  if (status == kSuccess) status = WriteProfile(run, fc, profile);
+  if (status == kSuccess) status = ReadProfile(run, fc, profile);
+  return status;
+}
 
+StatusCode CmdSetCommon(CommandRun& run) {
   PortSelection selected;
-  if (const StatusCode status = OpenPort(kClassName, words, kGuard, selected); status != kSuccess) {
-    return fail(status);
+  if (const StatusCode status = SelectGuardedPort(run, kGuard, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
-  const FCProtocolEntry& fc = *selected.fc;
   SCMRProfile profile = {};
-  if (const StatusCode status = ReadProfile(fc, profile); status != kSuccess) return fail(status);
-  if (const StatusCode status = TakeOptions(words, profile); status != kSuccess) return fail(status);
-  if (const StatusCode status = WriteProfile(fc, profile); status != kSuccess) return fail(status);
-  // What is shown is what the port has now, not the request.
-  if (const StatusCode status = ReadProfile(fc, profile); status != kSuccess) return fail(status);
-  return DisplaySCMProfile(out, fc, profile, mode);
+  if (const StatusCode status = ChangeProfile(run, *selected.fc, profile); status != kSuccess) {
+    return run.DisplayError(status);
+  }
+  return DisplaySCMProfile(run, *selected.fc, profile);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdSet = &InXml<CmdSetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-constexpr auto CmdSetCli = &InText<CmdSetCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex Physical Port VCLM Profile information";
-constexpr const char* kSetDescription = "set Sorvex Physical Port VCLM Profile information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"set", 1, kSetDescription, CmdSet},
-    {"help", 2, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 3, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
-    {"setcli", 4, kSetDescription, CmdSetCli, &CommandNode::CmdUsage},
+// The usage texts leave out the port identifier and the options.
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex Physical Port VCLM Profile information", "Usage: get\r\n", &CmdGetCommon},
+    {"set", "set Sorvex Physical Port VCLM Profile information", "Usage: set\r\n", &CmdSetCommon},
 };
 
-constexpr UsageText kUsage[] = {
-    {3, "Usage: get\r\n"},
-    {4, "Usage: set\r\n"},
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortSCMProfileCmdsProcessor",
+    .help_words = "scmprofile",
+    .commands = kCommands,
+    .frame = {"PortVCLMProfile", "Congestion Profile", "CongestionProfileList"},
+    .messages = kMessages,
 };
-
-constexpr NodeClass kClass = {kClassName, "scmprofile", kLeaves, kUsage};
 
 }  // namespace
 

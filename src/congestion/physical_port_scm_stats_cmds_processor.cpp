@@ -2,20 +2,13 @@
 
 #include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
-#include "congestion/statistics_list.h"
+#include "congestion/statistics.h"
 #include "congestion/vocabulary.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
-#include "framework/report_lines.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
-constexpr const char* kClassName = "PhysicalPortSCMStatsCmdsProcessor";
-
-constexpr ReportFrame kFrame = {"PortVCLMStatistics", "Port VCLM Stats", "PortVCLMStatsList"};
-constexpr const char* kClearStructure = "VCLMStatisticsClear";
 constexpr std::size_t kReportBytes = 8192;
 
 constexpr GuardCheck kGetGuard[] = {GuardCheck::kFamily, GuardCheck::kAnyGeneration,
@@ -23,9 +16,7 @@ constexpr GuardCheck kGetGuard[] = {GuardCheck::kFamily, GuardCheck::kAnyGenerat
 constexpr GuardCheck kClearGuard[] = {GuardCheck::kFamily, GuardCheck::kSecondGeneration,
                                       GuardCheck::kPhysicalPort, GuardCheck::kEnabled};
 
-constexpr StatusMessage kClearMessages[] = {
-    kSuccess,
-    kMemoryError,  // the last of the two rows that the report deliberately lacks
+constexpr StatusMessage kMessages[] = {
     kInvalidParameter,
     {kReadFailed, "Failed, VCLM settings read error"},
     kHostNotFound,
@@ -41,7 +32,11 @@ constexpr StatusMessage kClearMessages[] = {
     kFeatureDisabled,
     kMaintenanceMode,
 };
-constexpr auto kReportMessages = std::span(kClearMessages).subspan<2>();
+
+// Intended: only `clear` has words for these two.
+const char* ClearMessage(const CommandRun& run, StatusCode code) {
+  return code == kSuccess || code == kMemoryError ? CommonMessage(code) : run.MessageFor(code);
+}
 
 // What the library answers to a reset.
 constexpr LibraryAnswer kResetAnswers[] = {{40, kMemoryError}, {118, kNotSupportedByDriver}};
@@ -49,31 +44,16 @@ constexpr LibraryAnswer kResetAnswers[] = {{40, kMemoryError}, {118, kNotSupport
 constexpr NotificationWords kNotifications[] = {
     {1, "Congestion, "}, {2, "Delivery, "}, {4, "Link Integrity"}};
 
-constexpr WideCounter kSignals[] = {
-    {"Congestion Alarm Count", &SCMRStatisticsEntry::congestion_alarms},
-    {"Congestion Warning Count", &SCMRStatisticsEntry::congestion_warnings},
-};
-
-constexpr WideCounter kDeliveryFailures[] = {
-    {"Delivery Failure Unknown Count", &SCMRStatisticsEntry::delivery_failure_unknown},
-    {"Delivery Timeout Count", &SCMRStatisticsEntry::delivery_timeout},
-    {"Delivery Unable To Route Count", &SCMRStatisticsEntry::delivery_unable_to_route},
-    {"Delivery Failure Device Specific Count", &SCMRStatisticsEntry::delivery_failure_device_specific},
-};
-
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kReportMessages, code));
+StatusCode DisplayClear(CommandRun& run, StatusCode code) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, "VCLMStatisticsClear", ClearMessage(run, code));
   return code;
 }
 
-StatusCode DisplayClear(Serializer& out, StatusCode code, OutputMode mode) {
-  const Document document(out, mode, kClearStructure, MessageFor(kClearMessages, code));
-  return code;
-}
-
-StatusCode DisplayPortSCMStats(Serializer& out, const FCProtocolEntry& fc, OutputMode mode) {
+StatusCode DisplayPortSCMStats(CommandRun& run, const FCProtocolEntry& fc) {
+  const FunctionScope function(run, __func__);
   ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
+  if (!text.Allocated()) return run.DisplayNoMemory();
   PortLines(text, fc);
   NotificationLine(text, fc.congestion_notifications, kNotifications);
   TextLine(text, "Link Event Type", LinkEventText(fc.link_event_type));
@@ -88,94 +68,71 @@ StatusCode DisplayPortSCMStats(Serializer& out, const FCProtocolEntry& fc, Outpu
   TextLine(text, "Congestion Event Type", CongestionEventText(fc.congestion_event_type));
   MillisecondsLine(text, "Congestion Event Period", fc.congestion_event_period_ms);
   TextLine(text, "Congestion Severity", CongestionSeverityText(fc.congestion_severity));
-  // Deliberately the low 32 bits of the 64-bit counters.
+  // Intended: the low 32 bits of the 64-bit counters.
   NumberLine(text, "Congestion Alarm Count", static_cast<std::uint32_t>(fc.congestion_alarms));
   NumberLine(text, "Congestion Warning Count", static_cast<std::uint32_t>(fc.congestion_warnings));
-  WriteReport(out, mode, kFrame, text);
-  return kSuccess;
+  return run.DisplayReport(text);
 }
 
-// The port's element stands first or second. Deliberately, the second one is taken whatever its kind.
+// The port's element is the first or the second one. Intended: the second one is taken whatever its kind.
 const SCMRStatisticsEntry* PortElement(const SCMRStatisticsEntry& first) {
   return first.kind == StatisticsElementKind::kPhysicalPort ? &first : first.next;
 }
 
-StatusCode DisplayPortSCMStatsV2(Serializer& out, const FCProtocolEntry& fc, const SCMRStatisticsEntry& list,
-                                 OutputMode mode) {
+StatusCode DisplayPortSCMStatsV2(CommandRun& run, const FCProtocolEntry& fc,
+                                 const SCMRStatisticsEntry& list) {
+  const FunctionScope function(run, __func__);
   ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
+  if (!text.Allocated()) return run.DisplayNoMemory();
   PortLines(text, fc);
   if (const SCMRStatisticsEntry* const entry = PortElement(list); entry != nullptr) {
-    MitigationSection(text, kSignals, *entry);
-    LinkSection(text, *entry);
-    CounterLines(text, kDeliveryFailures, *entry);
-    CongestionEventLines(text, *entry);
+    StatisticsLines(text, *entry, StatisticsOwner::kPort);
   } else {
-    DebugLogLevel(kDebugFailure, "%s::%s: No matching physical port found in SCM V2 stats", kClassName,
-                  __func__);
+    run.LogFailure("No matching physical port found in SCM V2 stats");
   }
-  WriteReport(out, mode, kFrame, text);
-  return kSuccess;
+  return run.DisplayReport(text);
 }
 
-StatusCode GetSecondGeneration(Serializer& out, const FCProtocolEntry& fc, OutputMode mode) {
-  SCMRStatisticsEntry* list = nullptr;
-  if (const StatusCode status = GetStatisticsList(kClassName, fc, list); status != kSuccess) {
-    return DisplayError(out, status, mode);
-  }
-  const StatusCode shown = DisplayPortSCMStatsV2(out, fc, *list, mode);
-  // The statistics have been shown by then: a failure deliberately adds a second document.
-  const StatusCode freed = FreeStatisticsList(kClassName, list);
-  return freed == kSuccess ? shown : DisplayError(out, freed, mode);
-}
-
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   PortSelection selected;
-  if (const StatusCode status = OpenPort(kClassName, words, kGetGuard, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectGuardedPort(run, kGetGuard, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
-  const bool is_second = (selected.fc->capabilities & kSecondGeneration) != 0;
-  return is_second ? GetSecondGeneration(out, *selected.fc, mode)
-                   : DisplayPortSCMStats(out, *selected.fc, mode);
+  const FCProtocolEntry& fc = *selected.fc;
+  if (!HasCapability(fc, kSecondCongestionStatistics)) return DisplayPortSCMStats(run, fc);
+  return ShowStatisticsList(run, fc, kMaintenanceMode, [&](const SCMRStatisticsEntry& list) {
+    return DisplayPortSCMStatsV2(run, fc, list);
+  });
 }
 
-StatusCode ResetStatistics(const FCProtocolEntry& fc) {
-  return CallLibrary(kClassName, "Reset SCM statistics", kResetAnswers, kStatisticsResetFailed,
-                     [&] { return TORPI_SANCongMgmtResetStatistics(&fc.handle); });
-}
-
-StatusCode CmdClearCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdClearCommon(CommandRun& run) {
   PortSelection selected;
-  if (const StatusCode status = OpenPort(kClassName, words, kClearGuard, selected); status != kSuccess) {
-    return DisplayClear(out, status, mode);
+  StatusCode status = SelectGuardedPort(run, kClearGuard, selected);
+  if (status == kSuccess) {
+    status = CallLibrary(run, "Reset SCM statistics", kResetAnswers, kStatisticsResetFailed,
+                         [&] { return TORPI_SANCongMgmtResetStatistics(&selected.fc->handle); });
   }
-  return DisplayClear(out, ResetStatistics(*selected.fc), mode);
+  return DisplayClear(run, status);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdClear = &InXml<CmdClearCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-constexpr auto CmdClearCli = &InText<CmdClearCommon>;
-
-constexpr const char* kClearDescription =
-    "clear SCM statistics of all targets connected to Sorvex Physical Port";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, "get Sorvex Physical Port SCM statistics", CmdGet},
-    {"clear", 1, kClearDescription, CmdClear},
-    {"help", 2, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 3, "get Sorvex Physical Port SCM information", CmdGetCli, &CommandNode::CmdUsage},
-    {"clearcli", 4, kClearDescription, CmdClearCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    // The two forms have descriptions of their own.
+    {.word = "get",
+     .description = "get Sorvex Physical Port SCM statistics",
+     .usage = "Usage: get [port identifier]\r\n",
+     .run = &CmdGetCommon,
+     .cli_description = "get Sorvex Physical Port SCM information"},
+    {"clear", "clear SCM statistics of all targets connected to Sorvex Physical Port",
+     "Usage: clear [port identifier]\r\n", &CmdClearCommon},
 };
 
-constexpr UsageText kUsage[] = {
-    {3, "Usage: get [port identifier]\r\n"},
-    {4, "Usage: clear [port identifier]\r\n"},
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortSCMStatsCmdsProcessor",
+    .help_words = "port scmstats",
+    .commands = kCommands,
+    .frame = {"PortVCLMStatistics", "Port VCLM Stats", "PortVCLMStatsList"},
+    .messages = kMessages,
 };
-
-constexpr NodeClass kClass = {kClassName, "port scmstats", kLeaves, kUsage};
 
 }  // namespace
 

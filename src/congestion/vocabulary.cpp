@@ -6,8 +6,7 @@
 namespace {
 
 constexpr const char* kReserved = "Reserved";
-
-constexpr CodeText kPortStates[] = {{1, "Online"}, {3, "Offline"}};
+constexpr std::uint16_t kDeviceSpecific = 15;
 
 constexpr CodeText kLinkEvents[] = {
     {0, "Unknown"},
@@ -17,19 +16,22 @@ constexpr CodeText kLinkEvents[] = {
     {4, "Primitive Sequence Protocol Error"},
     {5, "Invalid Transmission Word"},
     {6, "Invalid CRC"},
-    {15, "Device Specific"},
+    {kDeviceSpecific, "Device Specific"},
 };
 
 constexpr CodeText kDeliveryReasons[] = {
     {0, "Unknown"},
     {1, "Timeout"},
     {2, "Unable To Route"},
-    {15, "Device Specific"},  // the last row: ports alone
+    {kDeviceSpecific, "Device Specific"},
 };
-constexpr auto kTargetDeliveryReasons = std::span(kDeliveryReasons).first<3>();
 
 constexpr CodeText kCongestionEvents[] = {
-    {0, "Clear"}, {1, "Lost Credit"}, {2, "Credit Stall"}, {3, "Oversubscription"}, {15, "Device Specific"},
+    {0, "Clear"},
+    {1, "Lost Credit"},
+    {2, "Credit Stall"},
+    {3, "Oversubscription"},
+    {kDeviceSpecific, "Device Specific"},
 };
 
 constexpr CodeText kSeverities[] = {{0, "None"}, {0xF1, "Warning"}, {0xF7, "Alarm"}};
@@ -42,14 +44,19 @@ constexpr CodeText kTargetLanes[] = {{1, "Slow"}, {2, "Normal"}, {3, "Fast"}};
 constexpr CodeText kThrottlingStates[] = {{1, "None"}, {2, "Active"}};
 
 const char* ThrottlingText(const FCProtocolEntry& fc, std::uint8_t state) {
-  return TextOfCode(kThrottlingStates, state,
-                    (fc.capabilities & kThrottlingCapability) != 0 ? "Disabled" : "None");
+  return TextOfCode(kThrottlingStates, state, HasCapability(fc, kIoThrottling) ? "Disabled" : "None");
 }
 
 }  // namespace
 
 const char* PortStateText(const FCProtocolEntry& fc) {
-  return TextOfCode(kPortStates, fc.port_state);
+  switch (fc.port_state) {
+    case PortState::kLinkUp:
+      return "Online";
+    case PortState::kOffline:
+      return "Offline";
+  }
+  return "Unknown";
 }
 
 const char* LinkEventText(std::uint16_t type) {
@@ -61,7 +68,7 @@ const char* PortDeliveryReasonText(std::uint16_t reason) {
 }
 
 const char* TargetDeliveryReasonText(std::uint16_t reason) {
-  return TextOfCode(kTargetDeliveryReasons, reason, kReserved);
+  return reason == kDeviceSpecific ? kReserved : PortDeliveryReasonText(reason);
 }
 
 const char* CongestionEventText(std::uint16_t type) {
@@ -94,7 +101,7 @@ const char* PortVirtualLaneText(const FCProtocolEntry& fc) {
 const char* TargetVirtualLaneText(const FCProtocolEntry& fc, const TargetEntry& target) {
   if (!IsDeviceGroupDahlia(fc.pci)) return "NA";
   return TextOfCode(kTargetLanes, target.virtual_lane,
-                    (fc.capabilities & kVirtualLaneCapability) != 0 ? "Non-Operational" : "NA");
+                    HasCapability(fc, kVirtualLanes) ? "Non-Operational" : "NA");
 }
 
 const char* PortThrottlingText(const FCProtocolEntry& fc) {

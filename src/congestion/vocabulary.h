@@ -3,21 +3,14 @@
 
 #include <cstdint>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/device_library/target_records.h"
 
-// Capability bits of a port. The first two tell the generation of its congestion statistics, the others what
-// an unset state means.
-inline constexpr std::uint32_t kFirstGeneration = 1u << 23;
-inline constexpr std::uint32_t kSecondGeneration = 1u << 26;
-inline constexpr std::uint32_t kVirtualLaneCapability = 1u << 30;
-inline constexpr std::uint32_t kThrottlingCapability = 1u << 31;
-
-// 1 "Online", 3 "Offline", others "Unknown".
+// "Online", "Offline", or "Unknown" for another state.
 const char* PortStateText(const FCProtocolEntry& fc);
 
 // What the fabric has notified: event types and reasons of FC-LS (Fabric Performance Impact Notification),
-// "Reserved" outside the table. A target's delivery reason deliberately has no "Device Specific".
+// "Reserved" outside the table. Intended: only a port's delivery reason can be "Device Specific".
 const char* LinkEventText(std::uint16_t type);
 const char* PortDeliveryReasonText(std::uint16_t reason);
 const char* TargetDeliveryReasonText(std::uint16_t reason);
@@ -36,8 +29,8 @@ const char* FabricConnectionText(std::uint8_t flags);
 // Whether the virtual lanes of a port are in use; "Disabled" on adapters without them.
 const char* PortVirtualLaneText(const FCProtocolEntry& fc);
 
-// How fast the lane is that a target's traffic takes; "NA" on adapters without virtual lanes. The codes are
-// others than a port's.
+// How fast the lane is that a target's traffic takes; "NA" on adapters without virtual lanes. The codes
+// differ from a port's.
 const char* TargetVirtualLaneText(const FCProtocolEntry& fc, const TargetEntry& target);
 
 // Whether I/O is throttled. Unlike a port, a target never shows "NA".

@@ -7,6 +7,7 @@
 #include "discovery/port_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
+#include "framework/device_library/speeds.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
 
@@ -40,11 +41,6 @@ constexpr Refusal kRefusals[] = {
 };
 
 constexpr std::uint16_t kCommandRefused = 0x4005;  // in mailbox register 1
-
-// The port speed code of 16 Gbps: codes read as decimal digits in hexadecimal.
-constexpr std::uint32_t kSixteenGbps = 0x16;
-
-constexpr std::uint32_t kSecondTestInterface = 0x20000000;  // capability bit
 
 // The reboot field of a failed change, which this class writes after the message.
 constexpr RebootField kNoRebootAfterMessage = {RebootField::kAfterMessage, false};
@@ -143,7 +139,7 @@ StatusCode CheckReadyToRun(const CommandRun& run, const FCProtocolEntry& fc) {
   if (const StatusCode status = ReadDPortOption(run, fc, enabled); status != kSuccess) return status;
   if (!enabled) return run.Refuse(kNotInDiagnosticsMode, "Port not in diagnostics mode");
   if (const StatusCode status = CheckLinkUp(run, fc); status != kSuccess) return status;
-  if (fc.port_speed >= kSixteenGbps) return kSuccess;
+  if (fc.port_speed >= k16Gbps.code) return kSuccess;
   return run.Refuse(kSpeedTooLow, "Port speed 0x%x is below 16 Gbps", fc.port_speed);
 }
 
@@ -163,7 +159,7 @@ StatusCode CmdRunCommon(CommandRun& run) {
   StatusCode status = SelectDPort(run, fc);
   if (status == kSuccess) status = CheckReadyToRun(run, *fc);
   if (status != kSuccess) return run.DisplayError(status);
-  const bool is_v2 = (fc->capabilities & kSecondTestInterface) != 0;
+  const bool is_v2 = HasCapability(*fc, kSecondLinkTest);
   DPortResultRecord record = {};
   status = RunLinkTest(run, *fc, is_v2, record);
   if (status != kSuccess) return run.DisplayError(status);

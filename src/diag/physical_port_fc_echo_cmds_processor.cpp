@@ -49,7 +49,7 @@ StatusCode DisplayFCEchoResult(CommandRun& run, const Destination& destination, 
 
 // Chooses who answers: the fabric, which need not be a target, or the target of this name.
 StatusCode ChooseKind(const CommandRun& run, const RemotePortExchange& exchange, EchoDestination& kind) {
-  const bool is_fabric = SameName(exchange.fc->principal_fabric_name, exchange.destination.name);
+  const bool is_fabric = exchange.fc->principal_fabric_name == exchange.destination.name;
   kind = is_fabric ? EchoDestination::kPrincipalFabric : EchoDestination::kTarget;
   return is_fabric ? kSuccess : CheckTarget(run, *exchange.fc, exchange.destination);
 }

@@ -1,22 +1,17 @@
 #include "diag/remote_port_exchange.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 
 #include "diag/diagnostic_words.h"
 #include "discovery/host_walk.h"
-#include "discovery/identifiers.h"
 #include "discovery/port_lookup.h"
 #include "runtime/text.h"
 
 Destination ReadDestination(const Words& words, std::size_t index) {
   Destination destination = {};
-  WorldWideName& name = destination.name;
-  // The octets that do not scan stay 0. NOLINTNEXTLINE(cert-err34-c)
-  std::sscanf(std::string(WordAt(words, index)).c_str(), "%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx", &name[0],
-              &name[1], &name[2], &name[3], &name[4], &name[5], &name[6], &name[7]);
-  BoundedCopy(destination.text.bytes, sizeof destination.text, NameText(name).c_str(), kNameTextLength);
+  destination.name = ReadLeadingOctets(std::string(WordAt(words, index)).c_str());
+  BoundedCopy(destination.text.bytes, sizeof destination.text, destination.name.Text().c_str(), kWholeText);
   return destination;
 }
 
@@ -39,7 +34,7 @@ StatusCode ReadExchange(CommandRun& run, std::size_t first, RemotePortExchange& 
 StatusCode CheckTarget(const CommandRun& run, const FCProtocolEntry& fc, const Destination& destination) {
   const auto targets = TargetsOf(fc);
   const bool found = std::any_of(targets.begin(), targets.end(), [&destination](const TargetEntry& target) {
-    return SameName(target.port_name, destination.name);
+    return target.port_name == destination.name;
   });
   return found ? kSuccess : run.Refuse(kTargetNotFound, "Target %s not found", destination.text.bytes);
 }

@@ -28,8 +28,6 @@ enum ReadMode : std::uint32_t { kReadDefault = 0, kReadRefreshed = 1, kReadRaw =
 constexpr const char* kUpdatableVendor = "WTD";
 constexpr std::uint32_t kUpdatableKind = 2;
 
-constexpr std::uint8_t kDriverUpdatesSfpFirmware = 1U << 1;
-
 constexpr StatusMessage kMessages[] = {
     kInvalidParameter,
     {kDataNotAvailable, "Failed, Data not available"},
@@ -242,7 +240,7 @@ StatusCode CmdUpdateCommon(CommandRun& run) {
   if (!IsDeviceGroupDahlia(fc.pci)) {
     return fail(run.Refuse(kFeatureNotSupported, "SFP Firmware update not supported for this adapter"));
   }
-  if ((fc.driver_flags & kDriverUpdatesSfpFirmware) == 0) {
+  if ((fc.driver_flags & kSfpFirmwareUpdate) == 0) {
     return fail(run.Refuse(kNotSupportedByDriver, "SFP Firmware update not supported by the driver"));
   }
   return DisplaySfpUpdate(run, CallLibrary(run, "SFP FW update", kUpdateAnswers, kSfpUpdateRefused, [&] {

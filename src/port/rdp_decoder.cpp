@@ -102,7 +102,7 @@ void DecodePortNameDescriptorData(CommandRun& run, const RdpDescriptor& descript
     const RdpWords octets = descriptor.words.Part(next, kWordsOfName);
     if (octets.Count() < kWordsOfName) return;  // no name is shown in part
     WorldWideName name;
-    std::memcpy(name, octets.Bytes().data(), sizeof name);
+    std::memcpy(&name, octets.Bytes().data(), sizeof name);
     FirstNameLine(text, label, name);
     next += kWordsOfName;
   }

@@ -3,18 +3,15 @@
 #include "discovery/host_walk.h"
 #include "discovery/identifiers.h"
 #include "discovery/listing.h"
-#include "runtime/timing_scope.h"
+#include "framework/report.h"
 #include "target/fc_lun_info_cmds_processor.h"
 
 namespace {
 
-constexpr const char* kClassName = "FCLunCmdsProcessor";
-
-StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdListCommon(CommandRun& run) {
   const AdapterList* list = nullptr;
-  if (const StatusCode status = OpenListing(kClassName, words, list); status != kSuccess) return status;
-  IdentifierList identifiers(out, mode, "LunList", "LUNs/Namespaces");
+  if (const StatusCode status = OpenListing(run, list); status != kSuccess) return status;
+  IdentifierList identifiers(run, "LunList", "LUNs/Namespaces");
   VisitFcEntries(*list, [&](const auto&, const auto&, const FCProtocolEntry& entry) {
     for (const TargetEntry& target : TargetsOf(entry)) {
       LunIdentifiers names(entry, target);
@@ -25,24 +22,20 @@ StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
   return kSuccess;
 }
 
-constexpr auto CmdList = &InXml<CmdListCommon>;
-constexpr auto CmdListCli = &InText<CmdListCommon>;
-
-constexpr const char* kListDescription = "Discover list of Sorvex FC LUNs";
-
-constexpr Leaf kLeaves[] = {
-    {"list", 0, kListDescription, CmdList},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"listcli", 2, kListDescription, CmdListCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"list", "Discover list of Sorvex FC LUNs", "Usage: list\r\n", &CmdListCommon},
 };
-
-constexpr UsageText kUsage[] = {{2, "Usage: list\r\n"}};
 
 constexpr SubNode kSubNodes[] = {
     {"info", "-v", "use this command to get Sorvex FC LUN info", &MakeNode<FCLunInfoCmdsProcessor>},
 };
 
-constexpr NodeClass kClass = {kClassName, "FC Lun", kLeaves, kUsage, kSubNodes};
+constexpr NodeClass kClass = {
+    .name = "FCLunCmdsProcessor",
+    .help_words = "FC Lun",
+    .commands = kCommands,
+    .sub_nodes = kSubNodes,
+};
 
 }  // namespace
 

@@ -5,20 +5,17 @@
 #include "discovery/host_walk.h"
 #include "discovery/identifiers.h"
 #include "discovery/listing.h"
-#include "runtime/timing_scope.h"
+#include "framework/report.h"
 #include "target/fc_target_info_cmds_processor.h"
 #include "target/fc_target_stats_cmds_processor.h"
 #include "target/fc_target_tlsd_cmds_processor.h"
 
 namespace {
 
-constexpr const char* kClassName = "FCTargetCmdsProcessor";
-
-StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdListCommon(CommandRun& run) {
   const AdapterList* list = nullptr;
-  if (const StatusCode status = OpenListing(kClassName, words, list); status != kSuccess) return status;
-  IdentifierList identifiers(out, mode, "TargetList", "Targets");
+  if (const StatusCode status = OpenListing(run, list); status != kSuccess) return status;
+  IdentifierList identifiers(run, "TargetList", "Targets");
   VisitFcEntries(*list, [&](const auto&, const auto&, const FCProtocolEntry& entry) {
     for (const TargetEntry& target : TargetsOf(entry)) identifiers.Write(TargetIdentifier(entry, target));
     return false;
@@ -26,18 +23,9 @@ StatusCode CmdListCommon(Serializer& out, Words& words, OutputMode mode) {
   return kSuccess;
 }
 
-constexpr auto CmdList = &InXml<CmdListCommon>;
-constexpr auto CmdListCli = &InText<CmdListCommon>;
-
-constexpr const char* kListDescription = "Discover list of Sorvex FC Targets";
-
-constexpr Leaf kLeaves[] = {
-    {"list", 0, kListDescription, CmdList},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"listcli", 2, kListDescription, CmdListCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"list", "Discover list of Sorvex FC Targets", "Usage: list\r\n", &CmdListCommon},
 };
-
-constexpr UsageText kUsage[] = {{2, "Usage: list\r\n"}};
 
 constexpr SubNode kSubNodes[] = {
     {"info", "-v", "use this command to get Sorvex FC Target info", &MakeNode<FCTargetInfoCmdsProcessor>},
@@ -51,7 +39,12 @@ constexpr SubNode kSubNodes[] = {
      &MakeNode<FCTargetStatsCmdsProcessor>},
 };
 
-constexpr NodeClass kClass = {kClassName, "FC Target", kLeaves, kUsage, kSubNodes};
+constexpr NodeClass kClass = {
+    .name = "FCTargetCmdsProcessor",
+    .help_words = "FC Target",
+    .commands = kCommands,
+    .sub_nodes = kSubNodes,
+};
 
 }  // namespace
 

@@ -1,46 +1,28 @@
 #include "target/fc_target_info_cmds_processor.h"
 
 #include <cstring>
-#include <string_view>
 
 #include "congestion/vocabulary.h"
 #include "discovery/host_walk.h"
-#include "discovery/identifiers.h"
 #include "discovery/port_lookup.h"
-#include "framework/device_library/calls.h"
+#include "framework/code_text.h"
 #include "framework/report_lines.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
-constexpr const char* kClassName = "FCTargetInfoCmdsProcessor";
-
-constexpr ReportFrame kFrame = {"TargetInformation", "TargetInfo", "TargetInfoList"};
 constexpr std::size_t kReportBytes = 4096;
 
 constexpr StatusMessage kMessages[] = {kInvalidParameter, kHostNotFound, kAdapterNotFound, kMemoryError};
 
-// SCSI peripheral device types, with the names that this report has for them.
+// SCSI peripheral device types (SPC), with the names that this report has for them.
+constexpr std::uint32_t kDisk = 0;
+constexpr CodeText kProductTypes[] = {
+    {1, "Tape"}, {4, "Optical"}, {5, "CDROM"}, {8, "Changer"}, {12, "RAID"}, {13, "SAF-TE"},
+};
+
 const char* ProductTypeText(const TargetEntry& target) {
-  switch (target.product_type) {
-    case 0:
-      return IsNvmeTarget(target) ? "NVMe Disk" : "FCP Disk";
-    case 1:
-      return "Tape";
-    case 4:
-      return "Optical";
-    case 5:
-      return "CDROM";
-    case 8:
-      return "Changer";
-    case 12:
-      return "RAID";
-    case 13:
-      return "SAF-TE";
-    default:
-      return "Device";
-  }
+  if (target.product_type == kDisk) return IsNvmeTarget(target) ? "NVMe Disk" : "FCP Disk";
+  return TextOfCode(kProductTypes, target.product_type, "Device");
 }
 
 // What a remote-port record says about the target.
@@ -50,44 +32,44 @@ struct RemotePort {
   const char* secure_mode = "Disabled";
 };
 
-// The driver fills the current remote-port record of a target when this flag of the port is set.
-constexpr std::uint8_t kCurrentRemotePorts = 0x01;
-
 // The three bytes of a port identifier, as a record's 32-bit word holds them in its low 24 bits.
-bool SamePortId(std::uint32_t word, const std::uint8_t (&port_id)[3]) {
-  return std::memcmp(&word, port_id, sizeof port_id) == 0;
+bool SamePortId(std::uint32_t word, const PortId& port_id) {
+  return std::memcmp(&word, &port_id, sizeof port_id) == 0;
 }
 
 bool HasCurrentRecord(const FCProtocolEntry& fc, const TargetEntry& target) {
-  return (fc.driver_flags & kCurrentRemotePorts) != 0 &&
-         SameName(target.remote_port_name, target.port_name) &&
+  return (fc.driver_flags & kCurrentRemotePorts) != 0 && target.remote_port_name == target.port_name &&
          SamePortId(target.remote_port_id, target.port_id);
 }
 
 bool HasOldRecord(const TargetEntry& target) {
-  return SameName(target.old_port_name, target.port_name) && SamePortId(target.old_port_id, target.port_id);
+  return target.old_port_name == target.port_name && SamePortId(target.old_port_id, target.port_id);
 }
 
 RemotePort ReadCurrentRecord(const TargetEntry& target) {
   static constexpr const char* kTypes[] = {"Unknown", "Initiator", "Target", "Initiator-Target"};
   static constexpr const char* kSessionStates[] = {
       "NA", "NA", "Auth Pending", "Auth Failed", "Auth Complete", "Auth Terminate"};
+  constexpr std::uint8_t kRoles = 0x03;
   constexpr std::uint8_t kSecure = 0x10;
-  return {.type = kTypes[target.remote_flags & 0x03u],
+  return {.type = kTypes[target.remote_flags & kRoles],
           .session_state = target.remote_session_state < std::size(kSessionStates)
                                ? kSessionStates[target.remote_session_state]
                                : "Auth Unknown",
           .secure_mode = (target.remote_flags & kSecure) != 0 ? "Enabled" : "Disabled"};
 }
 
+// The codes of the older record differ from those of the current one.
 RemotePort ReadOldRecord(const TargetEntry& target) {
   static constexpr const char* kTypes[] = {"Unknown", "Target", "Initiator", "Initiator-Target"};
+  static constexpr const char* kPlainStates[] = {"NA", "NA", "Auth Pending", "Auth Pending"};
+  constexpr std::uint8_t kLastSecureState = 5;
   RemotePort remote;
   if (target.old_remote_type < std::size(kTypes)) remote.type = kTypes[target.old_remote_type];
   const std::uint8_t state = target.old_session_state;
   if (target.old_secure_mode == 0) {
-    remote.session_state = state <= 1 ? "NA" : state <= 3 ? "Auth Pending" : "Auth Failed";
-  } else if (target.old_secure_mode == 1 && state <= 5) {
+    remote.session_state = state < std::size(kPlainStates) ? kPlainStates[state] : "Auth Failed";
+  } else if (target.old_secure_mode == 1 && state <= kLastSecureState) {
     remote.session_state = "Auth Complete";
     remote.secure_mode = "Enabled";
   } else {
@@ -96,9 +78,9 @@ RemotePort ReadOldRecord(const TargetEntry& target) {
   return remote;
 }
 
-RemotePort ReadRemotePort(const FCProtocolEntry& fc, const TargetEntry& target) {
+RemotePort ReadRemotePort(const CommandRun& run, const FCProtocolEntry& fc, const TargetEntry& target) {
   if (HasCurrentRecord(fc, target)) {
-    DebugLogLevel(kDebugTrace, "%s::%s: Got Remote Port Info", kClassName, __func__);
+    run.Trace("Got Remote Port Info");
     return ReadCurrentRecord(target);
   }
   return HasOldRecord(target) ? ReadOldRecord(target) : RemotePort{};
@@ -139,8 +121,9 @@ void StorageLines(ReportText& text, const TargetEntry& target, bool is_nvme) {
   text.Line("\n");
 }
 
-void StateLines(ReportText& text, const FCProtocolEntry& fc, const TargetEntry& target) {
-  const RemotePort remote = ReadRemotePort(fc, target);
+void StateLines(const CommandRun& run, ReportText& text, const FCProtocolEntry& fc,
+                const TargetEntry& target) {
+  const RemotePort remote = ReadRemotePort(run, fc, target);
   TextLine(text, "Remote Type", remote.type);
   TextLine(text, "Session State", remote.session_state);
   TextLine(text, "Secure Mode", remote.secure_mode);
@@ -150,46 +133,37 @@ void StateLines(ReportText& text, const FCProtocolEntry& fc, const TargetEntry& 
   TextLine(text, "Status", StatusText(target));
 }
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
-
-StatusCode DisplayTargetInfo(Serializer& out, const FCProtocolEntry& fc, const TargetEntry& target,
-                             OutputMode mode) {
+StatusCode DisplayTargetInfo(CommandRun& run, const FCProtocolEntry& fc, const TargetEntry& target) {
+  const FunctionScope function(run, __func__);
   ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
+  if (!text.Allocated()) return run.DisplayNoMemory();
   const bool is_nvme = IsNvmeTarget(target);
   IdentityLines(text, target, is_nvme);
   StorageLines(text, target, is_nvme);
-  StateLines(text, fc, target);
-  WriteReport(out, mode, kFrame, text);
-  return kSuccess;
+  StateLines(run, text, fc, target);
+  return run.DisplayReport(text);
 }
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   TargetSelection selected;
-  if (const StatusCode status = GetTargetFromTargetString(words, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectTarget(run, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
-  return DisplayTargetInfo(out, *selected.fc, *selected.target, mode);
+  return DisplayTargetInfo(run, *selected.fc, *selected.target);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex FC Target information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 2, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    // The usage text says "port": the identifier is a target's.
+    {"get", "get Sorvex FC Target information", "Usage: get [port identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: get [port identifier]\r\n"}};
-
-constexpr NodeClass kClass = {kClassName, "FC Target info", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "FCTargetInfoCmdsProcessor",
+    .help_words = "FC Target info",
+    .commands = kCommands,
+    .frame = {"TargetInformation", "TargetInfo", "TargetInfoList"},
+    .messages = kMessages,
+};
 
 }  // namespace
 

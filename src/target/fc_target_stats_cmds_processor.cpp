@@ -1,17 +1,11 @@
 #include "target/fc_target_stats_cmds_processor.h"
 
+#include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
-#include "congestion/target_statistics.h"
-#include "discovery/port_lookup.h"
-#include "framework/report_lines.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
+#include "congestion/statistics.h"
 
 namespace {
 
-constexpr const char* kClassName = "FCTargetStatsCmdsProcessor";
-
-constexpr ReportFrame kFrame = {"TargetStatistics", "Target Stats", "TargetStatsList"};
 constexpr std::size_t kReportBytes = 2048;
 
 constexpr StatusMessage kMessages[] = {
@@ -19,54 +13,50 @@ constexpr StatusMessage kMessages[] = {
     kFeatureNotSupported, kStatisticsReadError, kMemoryError,  kDriverLacksFeature,
 };
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code));
-  return code;
-}
+using Statistics = TargetPortStatistics;
 
-StatusCode DisplayTargetStats(Serializer& out, const TargetEntry& target,
-                              const TargetPortStatistics& statistics, OutputMode mode) {
-  ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayError(out, kMemoryError, mode);
-  TargetLines(text, target);
-  NumberLine(text, "Link Failure Count", statistics.link_failure);
-  NumberLine(text, "Loss Of Sync Count", statistics.loss_of_sync);
-  NumberLine(text, "Loss Of Signal Count", statistics.loss_of_signal);
-  NumberLine(text, "Primitive Sequence Protocol Error Count", statistics.primitive_sequence_error);
-  NumberLine(text, "Invalid Transmission Word Count", statistics.invalid_transmission_word);
-  NumberLine(text, "Invalid CRC Count", statistics.invalid_crc);
-  WriteReport(out, mode, kFrame, text);
-  return kSuccess;
-}
-
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  TargetSelection selected;
-  if (const StatusCode status = GetTargetFromTargetString(words, selected); status != kSuccess) {
-    DebugLogLevel(kDebugFailure, "%s::%s: Get target failed err=%u", kClassName, __func__, status);
-    return DisplayError(out, status, mode);
-  }
-  TargetPortStatistics statistics = {};
-  if (const StatusCode status = ReadTargetStatistics(kClassName, selected, statistics); status != kSuccess) {
-    return DisplayError(out, status, mode);
-  }
-  return DisplayTargetStats(out, *selected.target, statistics, mode);
-}
-
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex FC Target information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"help", 1, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 2, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
+constexpr Counter<Statistics, std::uint32_t> kLinkErrors[] = {
+    {"Link Failure Count", &Statistics::link_failure},
+    {"Loss Of Sync Count", &Statistics::loss_of_sync},
+    {"Loss Of Signal Count", &Statistics::loss_of_signal},
+    {"Primitive Sequence Protocol Error Count", &Statistics::primitive_sequence_error},
+    {"Invalid Transmission Word Count", &Statistics::invalid_transmission_word},
+    {"Invalid CRC Count", &Statistics::invalid_crc},
 };
 
-constexpr UsageText kUsage[] = {{2, "Usage: get [port identifier]\r\n"}};
+StatusCode DisplayTargetStats(CommandRun& run, const TargetEntry& target, const Statistics& statistics) {
+  const FunctionScope function(run, __func__);
+  ReportText text(kReportBytes);
+  if (!text.Allocated()) return run.DisplayNoMemory();
+  TargetLines(text, target);
+  CounterLines(text, kLinkErrors, statistics);
+  return run.DisplayReport(text);
+}
 
-constexpr NodeClass kClass = {kClassName, "FC Target stats", kLeaves, kUsage};
+StatusCode CmdGetCommon(CommandRun& run) {
+  TargetSelection selected;
+  if (const StatusCode status = SelectTarget(run, selected); status != kSuccess) {
+    return run.DisplayError(status);
+  }
+  Statistics statistics = {};
+  if (const StatusCode status = ReadTargetStatistics(run, selected, statistics); status != kSuccess) {
+    return run.DisplayError(status);
+  }
+  return DisplayTargetStats(run, *selected.target, statistics);
+}
+
+constexpr CommandRow kCommands[] = {
+    // The usage text says "port": the identifier is a target's.
+    {"get", "get Sorvex FC Target information", "Usage: get [port identifier]\r\n", &CmdGetCommon},
+};
+
+constexpr NodeClass kClass = {
+    .name = "FCTargetStatsCmdsProcessor",
+    .help_words = "FC Target stats",
+    .commands = kCommands,
+    .frame = {"TargetStatistics", "Target Stats", "TargetStatsList"},
+    .messages = kMessages,
+};
 
 }  // namespace
 

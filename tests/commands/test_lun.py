@@ -6,6 +6,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST, Adapter, Host, Port
 from zfc.port import entry
+from zfc.steps import around, steps_of
 from zfc.target import IDENTIFIER as TARGET
 from zfc.target import luns, one_target, target
 
@@ -97,6 +98,16 @@ def test_code(zfc, host, words, code):
     assert zfc(f"-t lun list{words}", host=host, debug=1).code == code
 
 
+@pytest.mark.parametrize(
+    "host, failures", [(GAPS, []), (NO_LIST, ["FCLunCmdsProcessor::CmdListCommon: List is NULL"])]
+)
+def test_debug_log_of_the_list(zfc, host, failures):
+    name = "FCLunCmdsProcessor"
+    result = zfc("-t lun listcli", host=host, debug=65535)
+    assert steps_of(result, name) == around(f"{name}::CmdListCli", *around(f"{name}::CmdListCommon"))
+    assert result.failures == failures
+
+
 # Help and usage texts of the node.
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more words"])
 def test_help(zfc, words):
@@ -117,7 +128,7 @@ def test_sub_node_has_a_switch_word_of_its_own(zfc, words):
     assert zfc(f"{words} {TARGET}_LUN_0").stdout == b"Unknown command or invalid target identifier!\r\n"
 
 
-# Only the words of an identifier are looked at before the library is asked.
+# Only the words of an identifier count before the library is asked.
 @pytest.mark.parametrize(
     "identifier, asks",
     [

@@ -8,6 +8,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST, Adapter, Host, Port
 from zfc.port import entry
+from zfc.steps import around, steps_of
 from zfc.target import IDENTIFIER as TARGET
 from zfc.target import lun, luns, one_target, target
 
@@ -28,7 +29,7 @@ def with_lun(nvme=False, **fields):
 
 
 def line(zfc, label, host, identifier=LUN):
-    """What stands behind a label of the report."""
+    """What follows a label of the report."""
     text = zfc(f"{GET}cli {identifier}", host=host).stdout
     found = re.findall(rb"\n(?:Data: |      )" + re.escape(label.encode()) + rb": (.*)\n", text)
     assert len(found) == 1, text
@@ -117,7 +118,7 @@ def test_first_of_two_equal_numbers_is_shown(zfc):
     assert line(zfc, "Lun Size In MB", host) == "1"
 
 
-def test_search_goes_on_behind_an_equal_target_without_the_lun(zfc):
+def test_search_goes_on_after_an_equal_target_without_the_lun(zfc):
     targets = [target(luns(1)), target(luns(0), nvme=True), target([lun(0, size=3)])]
     host = Host([Adapter(ports=[Port(0, [entry()]), Port(1, [entry(targets=targets)])])])
     assert line(zfc, "Lun Size In MB", host) == "3"
@@ -145,10 +146,35 @@ def test_failure(zfc, words, host, message, usage, calls):
     assert result.command_calls == calls
 
 
-def test_debug_log(zfc):
-    result = zfc(f"{GET} {TARGET}_Disk_3", debug=4)
-    line_of_log = f": FCLunCmdsProcessor::GetLunFromLunString: Invalid Lun identifier {TARGET}_Disk_3\r\n"
-    assert line_of_log.encode() in result.debug_log
+CLASS = "FCLunInfoCmdsProcessor"
+LOOK_UP = "FCLunCmdsProcessor::GetLunFromLunString"
+
+
+@pytest.mark.parametrize(
+    "identifier, lines, code",
+    [
+        (f"{TARGET}_Disk_3", [f"{LOOK_UP}: Invalid Lun identifier {TARGET}_Disk_3"], 6),
+        ("Adapter_x", [f"{LOOK_UP}: Invalid Port identifier Adapter_x"], 6),
+        ("help", [], 5),
+        (LUN, [f"{LOOK_UP}: Adapter List is NULL"], 14),
+    ],
+)
+def test_failures_in_the_debug_log(zfc, identifier, lines, code):
+    result = zfc(f"{GET} {identifier}", host=NO_LIST, debug=65535)
+    assert result.failures == [*lines, f"{CLASS}::CmdGetCommon: Get lun failed err={code}"]
+
+
+def test_steps_in_the_debug_log(zfc):
+    result = zfc(f"{GET} {LUN}", host=with_lun(), debug=65535)
+    assert steps_of(result, CLASS, "FCLunCmdsProcessor") == around(
+        f"{CLASS}::CmdGet",
+        *around(
+            f"{CLASS}::CmdGetCommon",
+            *around(LOOK_UP),
+            *around(f"{CLASS}::DisplayLunInfo", f"{CLASS}::DisplayLunInfo: Message=Success"),
+        ),
+    )
+    assert result.failures == []
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

@@ -45,6 +45,20 @@ def test_report_of_a_target_or_a_lun(zfc, command, identifier, document, size):
     check_both(zfc, command, document, values=NO_MEMORY, env=refusing(size), **options)
 
 
+@pytest.mark.parametrize(
+    "command, identifier, size, function",
+    [
+        ("-t target -v info get", TARGET, 4096, "FCTargetInfoCmdsProcessor::DisplayTargetInfo"),
+        ("-t target -v tlsd get", TARGET, 4096, "FCTargetTLSDCmdsProcessor::DisplayTargetTLSD"),
+        ("-t target -v stats get", TARGET, 2048, "FCTargetStatsCmdsProcessor::DisplayTargetStats"),
+        ("-t lun -v info get", f"{TARGET}_LUN_0", 4096, "FCLunInfoCmdsProcessor::DisplayLunInfo"),
+    ],
+)
+def test_debug_log_of_a_target_or_a_lun(zfc, command, identifier, size, function):
+    options = {"host": one_target(target(luns(0)), supported=0xFF), "env": refusing(size), "debug": 65535}
+    assert zfc(f"{command} {identifier}", **options).failures == [f"{function}: Output memory alloc failed"]
+
+
 def run_boot(zfc, node, command, family, size, mode=(), **options):
     options = {"host": port(), "buffers": RECORDS, "values": NO_MEMORY, "env": refusing(size), **options}
     return run_both(zfc, node, command, family, "config/bootconfig-failed", words=(PORT, *mode), **options)

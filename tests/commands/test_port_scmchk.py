@@ -23,6 +23,7 @@ from zfc.congestion import (
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, every_device
 from zfc.port import IDENTIFIER
+from zfc.steps import around, steps_of
 
 GET = "-t port -s scmchk get"
 USAGE = "Usage: get [port identifier]\r\n"
@@ -137,7 +138,7 @@ def test_families(zfc, device):
         check_failed(zfc, WRONG_ADAPTER, host=one_port(device=device))
 
 
-# Each row fails at one check and at all behind it, so its place in the order shows.
+# Each row fails at one check and at all that follow, so its place in the order shows.
 @pytest.mark.parametrize(
     "words, host, message, usage, calls",
     [
@@ -172,6 +173,48 @@ def test_feature_that_cannot_be_read(zfc, code, message):
 def test_bracket_that_cannot_be_opened(zfc):
     result = check_failed(zfc, NO_FILE, spoil_log="TORPI_GetAdapterList:directory")
     assert result.command_calls == [LIST_CALL]
+
+
+CLASS = "PhysicalPortSCMChkCmdsProcessor"
+
+
+@pytest.mark.parametrize(
+    "identifier, host, options, lines",
+    [
+        ("help", NO_LIST, {}, ["Get phy port failed err=5"]),
+        (IDENTIFIER, NO_ADAPTERS, {}, ["Get phy port failed err=6"]),
+        (IDENTIFIER, one_port(device=0x3432), {}, ["Command not supported for this adapter"]),
+        (IDENTIFIER, one_port(capabilities=FIRST), {}, ["Driver/Firmware does not support SCM"]),
+        (IDENTIFIER, one_port(interface=3), {}, ["Command not supported for vport"]),
+        (IDENTIFIER, one_port(), {"results": {ENABLED: 0xFFFFFFFF}}, ["Get VCLM feature failed err=-1"]),
+        (IDENTIFIER, one_port(), {"env": OFF}, ["SCM is disabled on the port"]),
+        (
+            IDENTIFIER,
+            one_port(),
+            {"spoil_log": "TORPI_GetAdapterList:directory"},
+            ["Failed to open /var/tmp/torpi-output.log file"],
+        ),
+    ],
+)
+def test_failures_in_the_debug_log(zfc, identifier, host, options, lines):
+    result = zfc(f"{GET} {identifier}", host=host, debug=65535, **options)
+    assert result.failures == [f"{CLASS}::CmdGetCommon: {line}" for line in lines]
+
+
+def test_bad_identifier_in_the_debug_log(zfc):
+    assert zfc(f"{GET} nobody", debug=65535).failures == [
+        "PhysicalPortCmdsProcessor::GetPhyPortFromPortString: Invalid Port identifier nobody",
+        f"{CLASS}::CmdGetCommon: Get phy port failed err=6",
+    ]
+
+
+def test_steps_in_the_debug_log(zfc):
+    result = zfc(f"{GET} {IDENTIFIER}", host=one_port(), debug=65535)
+    display = f"{CLASS}::DisplayPortSCMChk"
+    assert steps_of(result, CLASS) == around(
+        f"{CLASS}::CmdGet", *around(f"{CLASS}::CmdGetCommon", *around(display, f"{display}: Message=Success"))
+    )
+    assert result.failures == []
 
 
 class TestEdgeCases:

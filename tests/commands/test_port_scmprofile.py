@@ -18,6 +18,7 @@ from zfc.congestion import (
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, every_device
 from zfc.port import IDENTIFIER
+from zfc.steps import around, steps_of
 
 GET = "-t port -s scmprofile get"
 SET = "-t port -s scmprofile set"
@@ -141,7 +142,7 @@ class TestSet:
     def test_other_words_between(self, zfc):
         check_set(zfc, ["x", "-a", "Defensive", "y", "-z"], values(activation="Defensive"), profile(0, 1, 4))
 
-    def test_option_that_stands_last_has_no_value(self, zfc):
+    def test_last_word_as_an_option_has_no_value(self, zfc):
         check_set(zfc, ["-a", "Defensive", "-r"], values(activation="Defensive"), profile(0, 1, 4))
 
     @pytest.mark.parametrize(
@@ -184,7 +185,7 @@ class TestSet:
         assert result.command_calls == [LIST_CALL, READ_CALL, write_call(profile(0, 1, 4))]
 
     @pytest.mark.parametrize("code, message", [(150, MAINTENANCE), *[(n, READ_FAILED) for n in (1, 13, 151, 2**32 - 1)]])
-    def test_failed_read_behind_the_write(self, zfc, code, message):
+    def test_failed_read_after_the_write(self, zfc, code, message):
         env = {"HOSTILE_SCMR_PROFILE": profile().hex(), "HOSTILE_SCMR_READ_AGAIN": str(code)}
         result = check_failed(zfc, SET, message, [IDENTIFIER, "-a", "Defensive"], env=env)
         assert result.command_calls == [LIST_CALL, READ_CALL, write_call(profile(0, 1, 4)), READ_CALL]
@@ -195,7 +196,7 @@ class TestSet:
         assert result.command_calls == [LIST_CALL, READ_CALL, write_call(profile())][: made + 1]
 
 
-# Each row fails at one check and at all behind it, so its place in the order shows.
+# Each row fails at one check and at all that follow, so its place in the order shows.
 @pytest.mark.parametrize("command", [GET, SET])
 @pytest.mark.parametrize(
     "words, host, message, shows_usage, calls",
@@ -267,10 +268,60 @@ class TestEdgeCases:
         check_set(zfc, [], values(), profile(), env=env)
 
 
-def test_debug_log_names_a_driver_without_the_feature(zfc):
-    result = zfc([*GET.split(), IDENTIFIER], host=one_port(capabilities=~SECOND & 0xFFFFFFFF), debug=5)
-    assert b"Driver/Firmware does not support SCM" in result.debug_log
-    assert result.code == 45
+CLASS = "PhysicalPortSCMProfileCmdsProcessor"
+NO_BRACKET = "Failed to open /var/tmp/torpi-output.log file"
+SPOILED = {"spoil_log": "TORPI_GetAdapterList:directory"}
+
+
+@pytest.mark.parametrize("command, function", [(GET, "CmdGetCommon"), (SET, "CmdSetCommon")])
+@pytest.mark.parametrize(
+    "identifier, host, options, lines, code",
+    [
+        ("help", NO_LIST, {}, ["Get phy port failed err=5"], 5),
+        (IDENTIFIER, one_port(device=0x3432, interface=3), {}, ["Command not supported for this adapter"], 35),
+        (IDENTIFIER, one_port(capabilities=FIRST, interface=3), {}, ["Command not supported for vport"], 51),
+        (IDENTIFIER, one_port(capabilities=~SECOND & 0xFFFFFFFF), {}, ["Driver/Firmware does not support SCM"], 45),
+        (IDENTIFIER, one_port(), {"results": {READ: 150}}, ["Get SCM profile failed err=150"], 60),
+        (IDENTIFIER, one_port(), {"results": {READ: 0xFFFFFFFF}}, ["Get SCM profile failed err=-1"], 13),
+        (IDENTIFIER, one_port(), SPOILED, [NO_BRACKET], 19),
+        (IDENTIFIER, one_port(), {}, [], 0),
+    ],
+)
+def test_failures_in_the_debug_log(zfc, command, function, identifier, host, options, lines, code):
+    result = zfc(f"{command} {identifier}", host=host, debug=65535, **options)
+    assert result.failures == [f"{CLASS}::{function}: {line}" for line in lines]
+    assert result.code == code
+
+
+@pytest.mark.parametrize(
+    "words, options, lines",
+    [
+        (["-r", "nothing"], {}, ["Invalid value nothing of --restore"]),
+        (["-a", "%s%n"], {}, ["Invalid value %s%n of --activation"]),
+        (
+            ["-a", "Moderate", "--restore", "Driver_Settings"],
+            {},
+            ["Restore and Activation options are mutually exclusive"],
+        ),
+        (["-a", "Moderate"], {"results": {WRITE: 20}}, ["Set SCM profile failed err=20"]),
+        (["-a", "Moderate"], {"env": {"HOSTILE_SCMR_READ_AGAIN": "13"}}, ["Get SCM profile failed err=13"]),
+        (["-a", "Moderate"], {"spoil_log": f"{READ}:directory"}, [NO_BRACKET]),
+    ],
+)
+def test_failures_of_a_change_in_the_debug_log(zfc, words, options, lines):
+    result = zfc([*SET.split(), IDENTIFIER, *words], host=one_port(), debug=65535, **options)
+    assert result.failures == [f"{CLASS}::CmdSetCommon: {line}" for line in lines]
+
+
+@pytest.mark.parametrize(
+    "results, display, message", [({}, "DisplaySCMProfile", "Success"), ({READ: 1}, "DisplayError", READ_FAILED)]
+)
+def test_steps_in_the_debug_log(zfc, results, display, message):
+    result = zfc(f"{SET}cli {IDENTIFIER}", host=one_port(), results=results, debug=65535)
+    assert steps_of(result, CLASS) == around(
+        f"{CLASS}::CmdSetCli",
+        *around(f"{CLASS}::CmdSetCommon", *around(f"{CLASS}::{display}", f"{CLASS}::{display}: Message={message}")),
+    )
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

@@ -37,6 +37,7 @@ from zfc.congestion import (
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, every_device
 from zfc.port import IDENTIFIER
+from zfc.steps import around, steps_of
 
 GET = "-t port -s scmstats get"
 CLEAR = "-t port -s scmstats clear"
@@ -265,7 +266,7 @@ class TestSecondGeneration:
         result = check_second(zfc, [element(counters=COUNTERS)], values, "not-freed", options=options)
         assert result.command_calls == SECOND_CALLS
 
-    def test_freeing_that_fails_behind_header_lines_alone(self, zfc):
+    def test_freeing_that_fails_after_header_lines_alone(self, zfc):
         values = {"state": "Online", "message": CLEAR_ERROR}
         options = {"results": {FREE_LIST: 1}}
         check_second(zfc, [element(OTHER_KIND)], values, "bare-not-freed", options=options)
@@ -277,7 +278,7 @@ class TestSecondGeneration:
         assert result.command_calls == SECOND_CALLS[:-1]
 
     @pytest.mark.parametrize("code", [39, 19])
-    def test_code_of_a_failure_behind_the_statistics(self, zfc, code):
+    def test_code_of_a_failure_after_the_statistics(self, zfc, code):
         options = {"results": {FREE_LIST: 1}} if code == 39 else {"spoil_log": f"{GET_LIST}:directory"}
         env = statistics_list(zfc, element())
         assert zfc([*GET.split(), IDENTIFIER], host=one_port(), env=env, debug=1, **options).code == code
@@ -326,7 +327,7 @@ class TestClear:
         assert result.command_calls == [LIST_CALL, ENABLED_CALL]
 
 
-# The guard. Each row fails at one check and at all behind it, so its place in the order shows.
+# The guard. Each row fails at one check and at all that follow, so its place in the order shows.
 OFF = {"HOSTILE_VCLM_ENABLED": "0"}
 GUARD = [
     pytest.param({"device": 0x3432, "capabilities": 0, "interface": 3}, WRONG_ADAPTER, [LIST_CALL], id="family"),
@@ -401,17 +402,74 @@ class TestEdgeCases:
         check_failed(zfc, DISABLED, env=OFF, host=one_port(capabilities=FIRST))
 
 
+CLASS = "PhysicalPortSCMStatsCmdsProcessor"
+NO_BRACKET = "Failed to open /var/tmp/torpi-output.log file"
+
+
+@pytest.mark.parametrize("command, function", [(GET, "CmdGetCommon"), (CLEAR, "CmdClearCommon")])
 @pytest.mark.parametrize(
-    "elements, capabilities, line",
+    "identifier, host, options, lines",
     [
-        ([element(OTHER_KIND)], SECOND, b"No matching physical port found in SCM V2 stats"),
-        ([], 0, b"Driver/Firmware does not support SCM"),
+        ("help", NO_LIST, {}, ["Get phy port failed err=5"]),
+        (IDENTIFIER, NO_ADAPTERS, {}, ["Get phy port failed err=6"]),
+        (IDENTIFIER, one_port(device=0x3432), {}, ["Command not supported for this adapter"]),
+        (IDENTIFIER, one_port(capabilities=0), {}, ["Driver/Firmware does not support SCM"]),
+        (IDENTIFIER, one_port(interface=3), {}, ["Command not supported for vport"]),
+        (IDENTIFIER, one_port(), {"results": {ENABLED: 150}}, ["Get VCLM feature failed err=150"]),
+        (IDENTIFIER, one_port(), {"env": OFF}, ["SCM is disabled on the port"]),
+        (IDENTIFIER, one_port(), {"spoil_log": "TORPI_GetAdapterList:directory"}, [NO_BRACKET]),
+        (IDENTIFIER, one_port(), {"spoil_log": f"{ENABLED}:directory"}, [NO_BRACKET]),
     ],
 )
-def test_debug_log(zfc, elements, capabilities, line):
+def test_guard_in_the_debug_log(zfc, command, function, identifier, host, options, lines):
+    result = zfc(f"{command} {identifier}", host=host, debug=65535, **options)
+    assert result.failures == [f"{CLASS}::{function}: {line}" for line in lines]
+
+
+@pytest.mark.parametrize(
+    "words, elements, options, lines",
+    [
+        (GET, [element()], {}, []),
+        (GET, [], {}, ["CmdGetCommon: SCM statistics list is NULL"]),
+        (
+            GET,
+            [element(OTHER_KIND)],
+            {},
+            ["DisplayPortSCMStatsV2: No matching physical port found in SCM V2 stats"],
+        ),
+        (
+            GET,
+            [element()],
+            {"results": {GET_LIST: 0xFFFFFFFF}},
+            ["CmdGetCommon: Get SCM statistics list failed err=-1"],
+        ),
+        (GET, [element()], {"results": {FREE_LIST: 39}}, ["CmdGetCommon: Free SCM statistics list failed err=39"]),
+        (GET, [element()], {"spoil_log": f"{GET_LIST}:directory"}, [f"CmdGetCommon: {NO_BRACKET}"]),
+        (CLEAR, [], {"results": {RESET: 118}}, ["CmdClearCommon: Reset SCM statistics failed err=118"]),
+    ],
+)
+def test_failures_in_the_debug_log(zfc, words, elements, options, lines):
     env = statistics_list(zfc, *elements)
-    result = zfc([*GET.split(), IDENTIFIER], host=one_port(capabilities=capabilities), env=env, debug=4)
-    assert line in result.debug_log
+    result = zfc(f"{words} {IDENTIFIER}", host=one_port(), env=env, debug=65535, **options)
+    assert result.failures == [f"{CLASS}::{line}" for line in lines]
+
+
+@pytest.mark.parametrize(
+    "words, capabilities, command, display",
+    [
+        (f"{GET}cli", SECOND, ("CmdGetCli", "CmdGetCommon"), "DisplayPortSCMStatsV2"),
+        (GET, FIRST, ("CmdGet", "CmdGetCommon"), "DisplayPortSCMStats"),
+        (f"{CLEAR}cli", SECOND, ("CmdClearCli", "CmdClearCommon"), "DisplayClear"),
+    ],
+)
+def test_steps_in_the_debug_log(zfc, words, capabilities, command, display):
+    env = statistics_list(zfc, element())
+    result = zfc(f"{words} {IDENTIFIER}", host=one_port(capabilities=capabilities), env=env, debug=65535)
+    form, common = command
+    assert steps_of(result, CLASS) == around(
+        f"{CLASS}::{form}",
+        *around(f"{CLASS}::{common}", *around(f"{CLASS}::{display}", f"{CLASS}::{display}: Message=Success")),
+    )
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

@@ -6,6 +6,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST, Adapter, Host, Port, Target
 from zfc.port import entry
+from zfc.steps import around, steps_of
 from zfc.target import IDENTIFIER, one_target
 
 LIST = "-t target list"
@@ -131,29 +132,26 @@ def test_sub_nodes_have_a_switch_word_of_their_own(zfc, words):
 @pytest.mark.parametrize(
     "words", ["-v info -t target getcli", "-t target getcli -v info", "-T TARGET -V INFO GETCLI"]
 )
-def test_switch_pairs_stand_anywhere_and_in_any_case(zfc, words):
+def test_switch_pairs_are_found_anywhere_and_in_any_case(zfc, words):
     assert b"\nMessage: Success\n" in zfc(f"{words} {IDENTIFIER}", host=one_target()).stdout
 
 
-# What the debug log says about a failed look-up.
 @pytest.mark.parametrize(
-    "identifier, host, line",
+    "words, host, failures",
     [
-        ("port_x", GAPS, b"GetTargetFromTargetString: Invalid Port identifier port_x"),
-        (
-            "FC_21:00:00:11:22:33:44:55_Tgt_1",
-            GAPS,
-            b"GetTargetFromTargetString: Invalid Tgt identifier FC_21:00:00:11:22:33:44:55_Tgt_1",
-        ),
-        (IDENTIFIER, NO_LIST, b"GetTargetFromTargetString: Adapter List is NULL"),
+        ("list", GAPS, []),
+        ("list", NO_LIST, ["FCTargetCmdsProcessor::CmdListCommon: List is NULL"]),
+        ("list help", NO_LIST, []),
     ],
 )
-def test_debug_log(zfc, identifier, host, line):
-    result = zfc(f"-t target -v info get {identifier}", host=host, debug=4)
-    assert b": FCTargetCmdsProcessor::" + line + b"\r\n" in result.debug_log
+def test_debug_log_of_the_list(zfc, words, host, failures):
+    name = "FCTargetCmdsProcessor"
+    result = zfc(f"-t target {words}", host=host, debug=65535)
+    assert steps_of(result, name) == around(f"{name}::CmdList", *around(f"{name}::CmdListCommon"))
+    assert result.failures == failures
 
 
-# Only the words of an identifier are looked at before the library is asked.
+# Only the words of an identifier count before the library is asked.
 @pytest.mark.parametrize(
     "identifier, asks",
     [

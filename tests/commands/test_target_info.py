@@ -8,6 +8,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, Adapter, Host, Port, every_device
 from zfc.port import entry
+from zfc.steps import around, steps_of
 from zfc.target import (
     IDENTIFIER,
     current_record,
@@ -19,6 +20,7 @@ from zfc.target import (
 )
 
 GET = "-t target -v info get"
+CLASS = "FCTargetInfoCmdsProcessor"
 USAGE = "Usage: get [port identifier]\r\n"
 LIST_CALL = "TORPI_GetAdapterList()"
 
@@ -32,7 +34,7 @@ def check_get(zfc, name, words=(IDENTIFIER,), **options):
 
 
 def line(zfc, label, host):
-    """What stands behind a label of the report."""
+    """What follows a label of the report."""
     text = zfc(f"{GET}cli {IDENTIFIER}", host=host).stdout
     found = re.findall(rb"\n(?:Data: |      )" + re.escape(label.encode()) + rb": (.*)\n", text)
     assert len(found) == 1, text
@@ -114,7 +116,7 @@ def test_revision_of_an_nvme_target(zfc, text):
     assert line(zfc, "Product Revision", one_target(target(nvme=True, nvme_revision=text))) == text
 
 
-def test_text_with_markup_stands_as_it_is(zfc):
+def test_text_with_markup_is_shown_as_it_is(zfc):
     found = target(vendor="<a>&\"'")
     text = zfc(f"{GET} {IDENTIFIER}", host=one_target(found)).stdout
     assert b"      Vendor ID: <a>&\"'\n" in text
@@ -191,10 +193,24 @@ class TestCurrentRecord:
 
     def test_goes_ahead_of_the_older_one(self, zfc):
         found = target(**current_record(roles=1, session=5), **older_record(role=3))
-        result = zfc(f"{GET} {IDENTIFIER}", host=one_target(found, **CURRENT), debug=1)
+        result = zfc(f"{GET} {IDENTIFIER}", host=one_target(found, **CURRENT))
         assert b"      Remote Type: Initiator\n" in result.stdout
-        assert b"FCTargetInfoCmdsProcessor::" in result.debug_log
-        assert b": Got Remote Port Info\r\n" in result.debug_log
+
+    @pytest.mark.parametrize("fits", [True, False])
+    def test_is_named_in_the_debug_log(self, zfc, fits):
+        found = target(**(current_record() if fits else older_record()))
+        result = zfc(f"{GET} {IDENTIFIER}", host=one_target(found, **CURRENT), debug=65535)
+        display = f"{CLASS}::DisplayTargetInfo"
+        lines = [f"{display}: Got Remote Port Info"] if fits else []
+        assert steps_of(result, CLASS, "FCTargetCmdsProcessor") == around(
+            f"{CLASS}::CmdGet",
+            *around(
+                f"{CLASS}::CmdGetCommon",
+                *around("FCTargetCmdsProcessor::GetTargetFromTargetString"),
+                *around(display, *lines, f"{display}: Message=Success"),
+            ),
+        )
+        assert result.failures == []
 
     @pytest.mark.parametrize("octet", range(8))
     def test_does_not_fit_with_another_name(self, zfc, octet):
@@ -395,7 +411,7 @@ class TestListOfLunsThatDoesNotFit:
         assert TEXT_BYTES - 12 <= len(text)
 
     @pytest.mark.parametrize("more", range(12))
-    def test_shorter_piece_behind_dropped_ones_still_fits(self, zfc, more):
+    def test_shorter_piece_after_dropped_ones_still_fits(self, zfc, more):
         self.check(zfc, "s" * more, [65535] * 400 + [7] * 4)
 
     @pytest.mark.parametrize("count", range(325, 348))
@@ -454,6 +470,24 @@ def test_report_ignores_more_words(zfc):
 def test_failure(zfc, words, host, message, usage, calls):
     result = check_get(zfc, "info-failed", words, host=host, usage=usage, values={"message": message})
     assert result.command_calls == calls
+
+
+LOOK_UP = "FCTargetCmdsProcessor::GetTargetFromTargetString: "
+
+
+@pytest.mark.parametrize(
+    "identifier, host, lines, code",
+    [
+        ("port_x", NO_LIST, [f"{LOOK_UP}Invalid Port identifier port_x"], 6),
+        ("FC_21:00:00:11:22:33:44:55_Tgt", NO_LIST, [f"{LOOK_UP}Invalid Tgt identifier FC_21:00:00:11:22:33:44:55_Tgt"], 6),
+        ("/h", NO_LIST, [], 5),
+        (IDENTIFIER, NO_LIST, [f"{LOOK_UP}Adapter List is NULL"], 14),
+        (IDENTIFIER, NO_ADAPTERS, [], 6),
+    ],
+)
+def test_failures_in_the_debug_log(zfc, identifier, host, lines, code):
+    result = zfc(f"{GET} {identifier}", host=host, debug=65535)
+    assert result.failures == [*lines, f"{CLASS}::CmdGetCommon: Get target failed err={code}"]
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

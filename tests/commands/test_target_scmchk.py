@@ -22,6 +22,7 @@ from zfc.congestion import (
 )
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, every_device
+from zfc.steps import around, steps_of
 from zfc.target import IDENTIFIER
 
 GET = "-t target -v scmchk get"
@@ -106,7 +107,7 @@ def test_families(zfc, device):
         check_failed(zfc, WRONG_ADAPTER, host=one_target(device=device))
 
 
-# Each row fails at one check and at all behind it, so its place in the order shows.
+# Each row fails at one check and at all that follow, so its place in the order shows.
 @pytest.mark.parametrize(
     "words, host, message, usage, calls",
     [
@@ -145,6 +146,41 @@ def test_feature_that_cannot_be_read(zfc, code):
 def test_bracket_that_cannot_be_opened(zfc):
     result = check_failed(zfc, NO_FILE, spoil_log="TORPI_GetAdapterList:directory")
     assert result.command_calls == [LIST_CALL]
+
+
+CLASS = "FCTargetSCMChkCmdsProcessor"
+
+
+@pytest.mark.parametrize(
+    "identifier, host, options, lines",
+    [
+        ("help", NO_LIST, {}, ["Get target failed err=5"]),
+        (IDENTIFIER, NO_ADAPTERS, {}, ["Get target failed err=6"]),
+        (IDENTIFIER, one_target(device=0x3432), {}, ["Command not supported for this adapter"]),
+        (IDENTIFIER, one_target(capabilities=FIRST), {}, ["Driver/Firmware does not support SCM"]),
+        (IDENTIFIER, one_target(interface=3), {}, ["Command not supported for vport"]),
+        (IDENTIFIER, one_target(), {"results": {ENABLED: 0xFFFFFFFF}}, ["Get VCLM feature failed err=-1"]),
+        (IDENTIFIER, one_target(), {"env": OFF}, ["SCM is disabled on the port"]),
+        (
+            IDENTIFIER,
+            one_target(),
+            {"spoil_log": "TORPI_GetAdapterList:directory"},
+            ["Failed to open /var/tmp/torpi-output.log file"],
+        ),
+    ],
+)
+def test_failures_in_the_debug_log(zfc, identifier, host, options, lines):
+    result = zfc(f"{GET} {identifier}", host=host, debug=65535, **options)
+    assert result.failures == [f"{CLASS}::CmdGetCommon: {line}" for line in lines]
+
+
+def test_steps_in_the_debug_log(zfc):
+    result = zfc(f"{GET}cli {IDENTIFIER}", host=one_target(), debug=65535)
+    display = f"{CLASS}::DisplayTargetSCMChk"
+    assert steps_of(result, CLASS) == around(
+        f"{CLASS}::CmdGetCli", *around(f"{CLASS}::CmdGetCommon", *around(display, f"{display}: Message=Success"))
+    )
+    assert result.failures == []
 
 
 class TestEdgeCases:

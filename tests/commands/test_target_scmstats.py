@@ -37,6 +37,7 @@ from zfc.congestion import (
 )
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, NOISE, every_device
+from zfc.steps import around, steps_of
 from zfc.target import IDENTIFIER
 
 GET = "-t target -v scmstats get"
@@ -44,7 +45,7 @@ USAGE = "Usage: get [port identifier]\r\n"
 OFF = {"HOSTILE_VCLM_ENABLED": "0"}
 
 READ = "TORPI_GetPortStatisticsFC"
-# The number of the port's handle, the kind and name of the target with zeros behind them, and the record.
+# The number of the port's handle, the kind and name of the target with zeros after them, and the record.
 READ_CALL = f"{READ}(0x1234abcd, 0, 020050060160abcdef010000, zeroed buffer)"
 FIRST_CALLS = [LIST_CALL, ENABLED_CALL, READ_CALL]
 SECOND_CALLS = [LIST_CALL, ENABLED_CALL, GET_LIST_CALL, FREE_LIST_CALL]
@@ -283,7 +284,7 @@ class TestSecondGeneration:
         assert result.command_calls == [LIST_CALL, ENABLED_CALL]
 
 
-# Each row fails at one check and at all behind it, so its place in the order shows.
+# Each row fails at one check and at all that follow, so its place in the order shows.
 @pytest.mark.parametrize(
     "words, host, message, usage, calls",
     [
@@ -352,10 +353,67 @@ class TestEdgeCases:
         check_first(zfc, {"delivery": "Reserved"}, delivery=15)
 
 
-def test_debug_log(zfc):
-    env = statistics_list(zfc, PORT_ELEMENT)
-    result = zfc([*GET.split(), IDENTIFIER], host=one_target(), env=env, debug=4)
-    assert b"No matching target found in SCM V2 stats" in result.debug_log
+CLASS = "FCTargetSCMStatsCmdsProcessor"
+FOUND = element(OTHER_KIND, names=NAMES, counters=COUNTERS)
+
+
+@pytest.mark.parametrize(
+    "identifier, fields, options, lines",
+    [
+        (IDENTIFIER, {}, {}, []),
+        ("help", {}, {}, ["CmdGetCommon: Get target failed err=5"]),
+        (IDENTIFIER, {"device": 0x3432}, {}, ["CmdGetCommon: Command not supported for this adapter"]),
+        (IDENTIFIER, {"capabilities": 0}, {}, ["CmdGetCommon: Driver/Firmware does not support SCM"]),
+        (IDENTIFIER, {"interface": 3}, {}, ["CmdGetCommon: Command not supported for vport"]),
+        (IDENTIFIER, {}, {"results": {ENABLED: 150}}, ["CmdGetCommon: Get VCLM feature failed err=150"]),
+        (IDENTIFIER, {}, {"results": {GET_LIST: 150}}, ["CmdGetCommon: Get SCM statistics list failed err=150"]),
+        (IDENTIFIER, {}, {"results": {FREE_LIST: 1}}, ["CmdGetCommon: Free SCM statistics list failed err=1"]),
+        (
+            IDENTIFIER,
+            {"capabilities": FIRST},
+            {"results": {READ: 0xFFFFFFFF}},
+            ["CmdGetCommon: Get Port Stats FC failed err=-1"],
+        ),
+        (
+            IDENTIFIER,
+            {},
+            {"spoil_log": f"{ENABLED}:directory"},
+            ["CmdGetCommon: Failed to open /var/tmp/torpi-output.log file"],
+        ),
+    ],
+)
+def test_failures_in_the_debug_log(zfc, identifier, fields, options, lines):
+    env = statistics_list(zfc, PORT_ELEMENT, FOUND)
+    result = zfc(f"{GET} {identifier}", host=one_target(**fields), env=env, debug=65535, **options)
+    assert result.failures == [f"{CLASS}::{line}" for line in lines]
+
+
+@pytest.mark.parametrize(
+    "elements, line",
+    [
+        ([PORT_ELEMENT], "DisplayTargetSCMStatsV2: No matching target found in SCM V2 stats"),
+        ([FOUND], "DisplayTargetSCMStatsV2: No matching target found in SCM V2 stats"),
+        ([], "CmdGetCommon: SCM statistics list is NULL"),
+    ],
+)
+def test_list_without_the_target_in_the_debug_log(zfc, elements, line):
+    env = statistics_list(zfc, *elements)
+    result = zfc(f"{GET} {IDENTIFIER}", host=one_target(), env=env, debug=65535)
+    assert result.failures == [f"{CLASS}::{line}"]
+
+
+@pytest.mark.parametrize(
+    "capabilities, display", [(FIRST, "DisplayTargetSCMStats"), (SECOND, "DisplayTargetSCMStatsV2")]
+)
+def test_steps_in_the_debug_log(zfc, capabilities, display):
+    env = statistics_list(zfc, PORT_ELEMENT, FOUND)
+    result = zfc(f"{GET} {IDENTIFIER}", host=one_target(capabilities=capabilities), env=env, debug=65535)
+    assert steps_of(result, CLASS) == around(
+        f"{CLASS}::CmdGet",
+        *around(
+            f"{CLASS}::CmdGetCommon", *around(f"{CLASS}::{display}", f"{CLASS}::{display}: Message=Success")
+        ),
+    )
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

@@ -5,6 +5,7 @@ import pytest
 from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST, every_device
+from zfc.steps import around, steps_of
 from zfc.target import IDENTIFIER, one_target, statistics
 
 GET = "-t target -v stats get"
@@ -12,7 +13,7 @@ USAGE = "Usage: get [port identifier]\r\n"
 
 LIST_CALL = "TORPI_GetAdapterList()"
 READ = "TORPI_GetPortStatisticsFC"
-# The number of the port's handle, the kind and name of the target with zeros behind them, and the record.
+# The number of the port's handle, the kind and name of the target with zeros after them, and the record.
 READ_CALL = f"{READ}(0x1234abcd, 0, 020050060160abcdef010000, zeroed buffer)"
 
 COUNTERS = {"target_statistics": statistics(1, 22, 333, 4444, 4294967295, 0)}
@@ -72,17 +73,49 @@ def test_failure(zfc, words, host, message, usage, calls):
     assert result.command_calls == calls
 
 
+COMMON = "FCTargetStatsCmdsProcessor::CmdGetCommon: "
+LOOK_UP = "FCTargetCmdsProcessor::GetTargetFromTargetString"
+
+
 @pytest.mark.parametrize(
-    "words, options, line",
+    "words, options, lines",
     [
-        ("nobody", {}, b": Get target failed err=6\r\n"),
-        (IDENTIFIER, {"results": {READ: 9}}, b": Get Port Stats FC failed err=9\r\n"),
+        (IDENTIFIER, {}, []),
+        (
+            "nobody",
+            {},
+            [f"{LOOK_UP}: Invalid Port identifier nobody", f"{COMMON}Get target failed err=6"],
+        ),
+        ("help", {}, [f"{COMMON}Get target failed err=5"]),
+        (
+            IDENTIFIER,
+            {"host": NO_LIST},
+            [f"{LOOK_UP}: Adapter List is NULL", f"{COMMON}Get target failed err=14"],
+        ),
+        (IDENTIFIER, {"results": {READ: 9}}, [f"{COMMON}Get Port Stats FC failed err=9"]),
+        (IDENTIFIER, {"results": {READ: 0xFFFFFFFF}}, [f"{COMMON}Get Port Stats FC failed err=-1"]),
+        (
+            IDENTIFIER,
+            {"spoil_log": "TORPI_SetToolVersion:directory"},
+            [f"{COMMON}Failed to open /var/tmp/torpi-output.log file"],
+        ),
     ],
 )
-def test_debug_log(zfc, words, options, line):
-    result = zfc(f"{GET} {words}", host=one_target(), debug=4, **options)
-    lines = result.debug_log.splitlines(keepends=True)
-    assert any(b": FCTargetStatsCmdsProcessor:" in logged and logged.endswith(line) for logged in lines)
+def test_failures_in_the_debug_log(zfc, words, options, lines):
+    assert zfc(f"{GET} {words}", debug=65535, **{"host": one_target(), **options}).failures == lines
+
+
+def test_steps_in_the_debug_log(zfc):
+    result = zfc(f"{GET}cli {IDENTIFIER}", host=one_target(), debug=65535)
+    name = "FCTargetStatsCmdsProcessor"
+    assert steps_of(result, name, "FCTargetCmdsProcessor") == around(
+        f"{name}::CmdGetCli",
+        *around(
+            f"{name}::CmdGetCommon",
+            *around(LOOK_UP),
+            *around(f"{name}::DisplayTargetStats", f"{name}::DisplayTargetStats: Message=Success"),
+        ),
+    )
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

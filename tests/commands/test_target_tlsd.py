@@ -5,10 +5,12 @@ import pytest
 from zfc import documents
 from zfc.documents import check_both
 from zfc.host import CEDAR, NO_ADAPTERS, NO_LIST, every_device
+from zfc.steps import around, steps_of
 from zfc.target import IDENTIFIER, one_target, target
 
 GET = "-t target -v tlsd get"
 SET = "-t target -v tlsd set"
+CLASS = "FCTargetTLSDCmdsProcessor"
 GET_USAGE = "Usage: get [port identifier]\r\n"
 SET_USAGE = "Usage: set [port identifier]\r\n"
 
@@ -16,6 +18,7 @@ LIST_CALL = "TORPI_GetAdapterList()"
 READ = "TORPI_GetTargetLinkSpeed"
 WRITE = "TORPI_SetTargetLinkSpeed"
 READ_CALL = f"{READ}(port, 300)"
+FIRST_CALL = "TORPI_SetToolVersion"
 
 
 def write_call(code):
@@ -100,12 +103,26 @@ class TestGet:
         assert result.command_calls == [LIST_CALL, f"{READ}(port, 65535)"]
         assert b"      Target Number: 65535\n" in result.stdout
 
-    def test_log_tells_a_speed_above_the_maximum(self, zfc):
-        result = zfc(
-            f"{GET} {IDENTIFIER}", host=one_target(supported=0x20), env={"HOSTILE_LINK_SPEED": "100"}, debug=65535
+    @pytest.mark.parametrize(
+        "mask, lines",
+        [
+            (0x20, [f"{CLASS}::CmdGetCommon: Got TgtSpeed 7 > MaxSpeed 5"]),
+            (0x00, [f"{CLASS}::CmdGetCommon: Got TgtSpeed 7 > MaxSpeed 0"]),
+            (0x80, []),
+        ],
+    )
+    def test_debug_log_shows_a_speed_above_the_maximum(self, zfc, mask, lines):
+        host = one_target(supported=mask)
+        result = zfc(f"{GET} {IDENTIFIER}", host=host, env={"HOSTILE_LINK_SPEED": "100"}, debug=65535)
+        assert steps_of(result, CLASS) == around(
+            f"{CLASS}::CmdGet",
+            *around(
+                f"{CLASS}::CmdGetCommon",
+                *lines,
+                *around(f"{CLASS}::DisplayTargetTLSD", f"{CLASS}::DisplayTargetTLSD: Message=Success"),
+            ),
         )
-        assert b"FCTargetTLSDCmdsProcessor::" in result.debug_log
-        assert b": Got TgtSpeed 7 > MaxSpeed 5\r\n" in result.debug_log
+        assert result.failures == []
 
 
 class TestSet:
@@ -190,8 +207,8 @@ class TestEdgeCases:
         assert result.command_calls == [LIST_CALL]
 
 
-# The checks in their order: each row fails at one check and at all behind it.
-WORSE = {"results": {READ: 1, WRITE: 1}, "spoil_log": "TORPI_SetToolVersion:directory"}
+# The checks in their order: each row fails at one check and at all that follow.
+WORSE = {"results": {READ: 1, WRITE: 1}, "spoil_log": f"{FIRST_CALL}:directory"}
 
 
 @pytest.mark.parametrize(
@@ -258,25 +275,40 @@ def test_file_that_cannot_be_opened_for_the_write(zfc):
     assert result.command_calls == [LIST_CALL, READ_CALL]
 
 
+NO_BRACKET = "Failed to open /var/tmp/torpi-output.log file"
+
+
 @pytest.mark.parametrize(
-    "words, options, lines",
+    "words, options, function, lines",
     [
-        (f"{GET} nobody", {}, [b": Get target failed err=6\r\n"]),
-        (f"{GET} {IDENTIFIER}", {"host": one_target(interface=3)}, [b": Command not supported for vport\r\n"]),
-        (f"{GET} {IDENTIFIER}", {"results": {READ: 7}}, [b": Get Link Speed failed err=7\r\n"]),
-        (f"{SET} {IDENTIFIER}", {"host": CEDAR_PORT}, [b": Command not supported for this adapter\r\n"]),
-        (f"{SET} {IDENTIFIER} 64_Gbps", {"host": SLOW}, [b": speed not supported for this adapter\r\n"]),
+        (f"{GET} help", {}, "CmdGetCommon", ["Get target failed err=5"]),
+        (f"{GET} {IDENTIFIER}", {"host": one_target(interface=3)}, "CmdGetCommon", ["Command not supported for vport"]),
+        (f"{GET} {IDENTIFIER}", {"results": {READ: 7}}, "CmdGetCommon", ["Get Link Speed failed err=7"]),
+        (f"{GET} {IDENTIFIER}", {"results": {READ: 0xFFFFFFFF}}, "CmdGetCommon", ["Get Link Speed failed err=-1"]),
+        (f"{GET} {IDENTIFIER}", {"spoil_log": f"{FIRST_CALL}:directory"}, "CmdGetCommon", [NO_BRACKET]),
+        (f"{SET} help 8_Gbps", {}, "CmdSetCommon", ["Get target failed err=5"]),
+        (f"{SET} {IDENTIFIER} 8_Gbps", {"host": one_target(interface=3)}, "CmdSetCommon", ["Command not supported for vport"]),
+        (f"{SET} {IDENTIFIER}", {"host": CEDAR_PORT}, "CmdSetCommon", ["Command not supported for this adapter"]),
+        (f"{SET} {IDENTIFIER}", {}, "CmdSetCommon", ["speed not given"]),
+        (f"{SET} {IDENTIFIER} 64_Gbps", {"host": SLOW}, "CmdSetCommon", ["speed not supported for this adapter"]),
+        (f"{SET} {IDENTIFIER} 10_Gbps", {}, "CmdSetCommon", ["speed not supported for this adapter"]),
+        (f"{SET} {IDENTIFIER} 8_Gbps", {"results": {READ: 7}}, "CmdSetCommon", ["Get Link Speed failed err=7"]),
         # A failed write has the wording of a read.
-        (f"{SET} {IDENTIFIER} 8_Gbps", {"results": {WRITE: 7}}, [b": Get Link Speed failed err=7\r\n"]),
+        (f"{SET} {IDENTIFIER} 8_Gbps", {"results": {WRITE: 7}}, "CmdSetCommon", ["Get Link Speed failed err=7"]),
+        (f"{SET} {IDENTIFIER} 8_Gbps", {"spoil_log": f"{READ}:directory"}, "CmdSetCommon", [NO_BRACKET]),
+        (f"{SET} {IDENTIFIER} 8_Gbps", {}, "CmdSetCommon", []),
     ],
 )
-def test_debug_log(zfc, words, options, lines):
-    result = zfc(words, debug=4, **{"host": one_target(supported=0xFF), **options})
-    for line in lines:
-        assert any(
-            b": FCTargetTLSDCmdsProcessor:" in logged and logged.endswith(line)
-            for logged in result.debug_log.splitlines(keepends=True)
-        )
+def test_failures_in_the_debug_log(zfc, words, options, function, lines):
+    result = zfc(words, debug=65535, **{"host": one_target(supported=0xFF), **options})
+    assert result.failures == [f"{CLASS}::{function}: {line}" for line in lines]
+
+
+def test_bad_identifier_in_the_debug_log(zfc):
+    assert zfc(f"{GET} nobody", debug=65535).failures == [
+        "FCTargetCmdsProcessor::GetTargetFromTargetString: Invalid Port identifier nobody",
+        f"{CLASS}::CmdGetCommon: Get target failed err=6",
+    ]
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <limits>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/fixed_text.h"
+#include "framework/device_library/port_entry.h"
+#include "framework/device_library/port_id.h"
 
 // What a diagnostic port's link test found. Fields marked BE are big-endian as the switch sent them.
 struct DPortResultRecord {
@@ -118,7 +120,7 @@ struct DiagTestRequest {
   std::byte reserved_36[4];
   char pattern[8];  // not terminated
   std::byte reserved_48[75];
-  std::uint8_t connection_mode;  // that of the port
+  ConnectionMode connection_mode;  // that of the port
   std::byte reserved_124[20];
 };
 static_assert(offsetof(DiagTestRequest, test_count) == 4);
@@ -136,7 +138,7 @@ static_assert(sizeof(DiagTestRequest) == 144);
 struct RWBufferResult {
   std::byte reserved_0[4];
   FixedText<260> test_status;
-  std::uint8_t port_id[3];
+  PortId port_id;
   std::byte reserved_267[1];
   std::uint32_t data_miscompares;
   std::uint32_t link_failures;

@@ -125,7 +125,7 @@ def one_target(found=None, **fields):
     return one_port(targets=[found or congested_target()], **fields)
 
 
-# Where the counters of an element of the statistics list stand.
+# The offsets of the counters in an element of the statistics list.
 COUNTERS = [*range(48, 240, 8), 248, 256]
 
 

@@ -83,7 +83,7 @@ _LUN_DEFAULTS = {
 
 
 def state_flags(online=(True, True), unconfigured=False, nvme=False):
-    """The state bytes of a target. All bits that nothing is told about are set."""
+    """The state bytes of a target. All bits without a meaning here are set."""
     return bytes(
         [
             0xFF if unconfigured else 0xBF,
@@ -97,7 +97,7 @@ def state_flags(online=(True, True), unconfigured=False, nvme=False):
 
 
 def current_record(roles=2, session=4, secure=True, wwpn=WWPN, port_id=(0x01, 0x0B, 0xFF)):
-    """The fields of the current remote-port record. Bits that nothing is told about are set."""
+    """The fields of the current remote-port record. Bits without a meaning here are set."""
     return {
         "remote_port_id": (*port_id, 0xFF),
         "remote_flags": 0xEC | roles | (0x10 if secure else 0),

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "congestion/vocabulary.h"
+#include "support/unit_command_run.h"
+#include "support/unit_debug_log.h"
 #include "unit/congestion/fake_congestion_calls.h"
 
 namespace {
@@ -16,14 +18,15 @@ class Guard : public testing::Test {
     Congestion() = {};
     fc_.pci.vendor_id = 0x1C9E;
     fc_.pci.device_id = 0x3522;
-    fc_.capabilities = kSecondGeneration;
+    fc_.capabilities = kSecondCongestionStatistics;
     fc_.interface_type = PortInterfaceType::kPhysical;
   }
 
-  StatusCode Check(std::span<const GuardCheck> checks) const { return CheckGuard("Test", fc_, checks); }
+  StatusCode Check(std::span<const GuardCheck> checks) const { return CheckGuard(test_.run, fc_, checks); }
   StatusCode CheckOne(GuardCheck check) const { return Check({&check, 1}); }
 
   FCProtocolEntry fc_ = {};
+  TestRun test_;
 };
 
 TEST_F(Guard, PassesAPortThatHasEverything) {
@@ -83,6 +86,29 @@ TEST_F(Guard, FlagOfZeroIsOff) {
   EXPECT_EQ(CheckOne(GuardCheck::kEnabledOneStatus), kFeatureDisabled);
   Congestion().enabled = 255;
   EXPECT_EQ(CheckOne(GuardCheck::kEnabled), kSuccess);
+}
+
+TEST_F(Guard, LogsWhyItRefuses) {
+  const auto log = [&](GuardCheck check) {
+    std::vector<std::string> lines = LoggedAt(kDebugFailure, [&] { CheckOne(check); });
+    return lines.empty() ? "" : lines[0];
+  };
+  constexpr const char* kHead = "TestCmdsProcessor::CmdTestCommon: ";
+  for (const GuardCheck check : kAll) {
+    EXPECT_EQ(log(check), "");
+  }
+  Congestion().enabled_result = 0xFFFFFFFF;
+  EXPECT_EQ(log(GuardCheck::kEnabled), std::string(kHead) + "Get VCLM feature failed err=-1");
+  Congestion() = {};
+  Congestion().enabled = 0;
+  EXPECT_EQ(log(GuardCheck::kEnabled), std::string(kHead) + "SCM is disabled on the port");
+  EXPECT_EQ(log(GuardCheck::kEnabledOneStatus), std::string(kHead) + "SCM is disabled on the port");
+  fc_ = {};
+  fc_.interface_type = PortInterfaceType::kNpivVirtual;
+  EXPECT_EQ(log(GuardCheck::kFamily), std::string(kHead) + "Command not supported for this adapter");
+  EXPECT_EQ(log(GuardCheck::kAnyGeneration), std::string(kHead) + "Driver/Firmware does not support SCM");
+  EXPECT_EQ(log(GuardCheck::kSecondGeneration), std::string(kHead) + "Driver/Firmware does not support SCM");
+  EXPECT_EQ(log(GuardCheck::kPhysicalPort), std::string(kHead) + "Command not supported for vport");
 }
 
 }  // namespace

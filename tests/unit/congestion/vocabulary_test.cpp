@@ -10,7 +10,7 @@ namespace {
 
 using Words = std::map<unsigned, std::string>;
 
-// Every code of the type, against the words told and `otherwise`.
+// Every code of the type, against the given words and `otherwise`.
 template <class Number, class Text>
 void ExpectWords(Text text, const Words& words, const std::string& otherwise) {
   for (unsigned code = 0; code <= std::numeric_limits<Number>::max(); ++code) {
@@ -77,7 +77,7 @@ TEST(Vocabulary, CongestionStates) {
 TEST(Vocabulary, PortStates) {
   const auto text = [](std::uint8_t state) {
     FCProtocolEntry fc = {};
-    fc.port_state = state;
+    fc.port_state = static_cast<PortState>(state);
     return PortStateText(fc);
   };
   ExpectWords<std::uint8_t>(text, {{1, "Online"}, {3, "Offline"}}, "Unknown");

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "support/unit_captured_stdout.h"
+#include "support/unit_command_run.h"
+#include "support/unit_debug_log.h"
 #include "support/unit_fake_library.h"
 #include "support/unit_files.h"
 #include "support/unit_host_records.h"
@@ -18,7 +20,7 @@ TEST(AdapterIdentifier, JoinsModelAndSerialNumber) {
   EXPECT_EQ(AdapterIdentifier(host.AddAdapter("ZX100", "AB12345")), "Adapter_ZX100_AB12345");
 }
 
-TEST(AdapterIdentifier, ShowsTheTextsAsTheyStand) {
+TEST(AdapterIdentifier, ShowsTheTextsAsTheyAre) {
   HostRecords host;
   EXPECT_EQ(AdapterIdentifier(host.AddAdapter("z X%s_", "_b&")), "Adapter_z X%s___b&");
   EXPECT_EQ(AdapterIdentifier(host.AddAdapter("", "")), "Adapter__");
@@ -29,8 +31,8 @@ TEST(AdapterIdentifier, EndsATextWithItsField) {
   const std::string model(32, 'M');
   const std::string serial_number(32, 'S');
   AdapterEntry& adapter = host.AddAdapter(model, serial_number);
-  adapter.type = 0x41414141;                // stands right behind the serial number
-  adapter.flash_bios_version = {{'9', 0}};  // stands right behind the model
+  adapter.type = 0x41414141;                // follows the serial number
+  adapter.flash_bios_version = {{'9', 0}};  // follows the model
   EXPECT_EQ(AdapterIdentifier(adapter), "Adapter_" + model + "_" + serial_number);
 }
 
@@ -44,7 +46,8 @@ class Lookup : public testing::Test {
   // Resolves the words; the outcome is in `found_`.
   StatusCode Resolve(const Words& words) {
     found_ = {};
-    return GetPhyPortFromAdapterString(words, found_);
+    TestRun test(words);
+    return GetPhyPortFromAdapterString(test.run, found_);
   }
 
   // The usual adapter: one port, one Fibre Channel entry.
@@ -67,7 +70,7 @@ TEST_F(Lookup, ResolvesAnIdentifierAsListed) {
   EXPECT_EQ(found_.fc, fc_);
 }
 
-TEST_F(Lookup, LooksAtTheFirstWordAlone) {
+TEST_F(Lookup, ReadsTheFirstWordAlone) {
   AddUsual();
   EXPECT_EQ(Resolve({"Adapter_ZX100_AB12345", "help", "?"}), 0u);
   EXPECT_EQ(Resolve({"x", "Adapter_ZX100_AB12345"}), 6u);
@@ -274,7 +277,7 @@ TEST_F(Lookup, PortsWithoutAnFcEntryDoNotCountAsLowest) {
   EXPECT_EQ(found_.port->number, 3u);
 }
 
-// The first port is taken before its entries are looked at.
+// The first port is taken before its entries are read.
 TEST_F(Lookup, FirstPortStaysWhenItHasTheLowestNumberAndNoFcEntry) {
   AdapterEntry& adapter = host_.AddAdapter("ZX100", "AB12345");
   const PhyPortEntry& bare = host_.AddPort(adapter, 0);
@@ -334,11 +337,72 @@ TEST_F(Lookup, FindsAnAdapterAmongOthers) {
 TEST_F(Lookup, ForgetsAnEarlierOutcome) {
   AddUsual();
   AdapterSelection selection;
-  EXPECT_EQ(GetPhyPortFromAdapterString({"Adapter_ZX100_AB12345"}, selection), 0u);
-  EXPECT_EQ(GetPhyPortFromAdapterString({"Adapter_ZX100_other"}, selection), 6u);
+  TestRun known({"Adapter_ZX100_AB12345"});
+  EXPECT_EQ(GetPhyPortFromAdapterString(known.run, selection), 0u);
+  TestRun unknown({"Adapter_ZX100_other"});
+  EXPECT_EQ(GetPhyPortFromAdapterString(unknown.run, selection), 6u);
   EXPECT_EQ(selection.adapter, nullptr);
   EXPECT_EQ(selection.port, nullptr);
   EXPECT_EQ(selection.fc, nullptr);
+}
+
+// The lines that a look-up logs at a level, without those of its entry and exit.
+std::vector<std::string> LogOf(std::int32_t level, const Words& words) {
+  std::vector<std::string> lines = LoggedAt(level, [&] {
+    TestRun test(words);
+    AdapterSelection selection;
+    GetPhyPortFromAdapterString(test.run, selection);
+  });
+  std::erase_if(lines, [](const std::string& line) {
+    return line.ends_with(": Entered") || line.ends_with(": Exiting");
+  });
+  return lines;
+}
+
+TEST_F(Lookup, LogsWhyItFails) {
+  AddUsual();
+  constexpr const char* kFunction = "AdapterCmdsProcessor::GetPhyPortFromAdapterString: ";
+  const auto failure = [&](const char* text) {
+    return std::vector<std::string>{kFunction + std::string(text)};
+  };
+  EXPECT_EQ(LogOf(kDebugFailure, {"FC_1%s"}), failure("Invalid Adapter identifier FC_1%s"));
+  EXPECT_EQ(LogOf(kDebugFailure, {}), failure("Invalid Adapter identifier "));
+  EXPECT_EQ(LogOf(kDebugFailure, {"Adapter_ZX100_other"}), std::vector<std::string>{});
+  EXPECT_EQ(LogOf(kDebugTrace, {"-h"}), failure("Invoking Help"));
+  EXPECT_EQ(LogOf(kDebugFailure, {"-h"}), std::vector<std::string>{});
+  Library().adapters = nullptr;
+  EXPECT_EQ(LogOf(kDebugFailure, {"Adapter_ZX100_AB12345"}), failure("Adapter List is NULL"));
+}
+
+TEST_F(Lookup, LogsEntryAndExitUnderItsOwnClass) {
+  AddUsual();
+  TestRun test({"Adapter_ZX100_AB12345"});
+  EXPECT_EQ(LoggedAt(kDebugTrace, [&] { GetPhyPortFromAdapterString(test.run, found_); }),
+            (std::vector<std::string>{"AdapterCmdsProcessor::GetPhyPortFromAdapterString: Entered",
+                                      "AdapterCmdsProcessor::GetPhyPortFromAdapterString: Exiting"}));
+}
+
+TEST_F(Lookup, SelectAdapterLogsTheFailureUnderTheCommandsName) {
+  AddUsual();
+  const auto select = [](const Words& words) {
+    StatusCode status = kNoCallback;
+    std::vector<std::string> lines = LoggedAt(kDebugFailure, [&] {
+      TestRun test(words);
+      AdapterSelection selection;
+      status = SelectAdapter(test.run, selection);
+    });
+    lines.push_back(std::to_string(status));
+    return lines;
+  };
+  using Lines = std::vector<std::string>;
+  EXPECT_EQ(select({"Adapter_ZX100_AB12345"}), Lines{"0"});
+  EXPECT_EQ(select({"help"}), (Lines{"TestCmdsProcessor::CmdTestCommon: Get phy port failed err=5", "5"}));
+  EXPECT_EQ(select({"Adapter_x"}),
+            (Lines{"TestCmdsProcessor::CmdTestCommon: Get phy port failed err=6", "6"}));
+  Library().adapters = nullptr;
+  EXPECT_EQ(select({"Adapter_x"}),
+            (Lines{"AdapterCmdsProcessor::GetPhyPortFromAdapterString: Adapter List is NULL",
+                   "TestCmdsProcessor::CmdTestCommon: Get phy port failed err=14", "14"}));
 }
 
 }  // namespace

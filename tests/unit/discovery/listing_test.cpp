@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
+#include "support/unit_command_run.h"
+#include "support/unit_debug_log.h"
 #include "support/unit_fake_library.h"
 #include "support/unit_host_records.h"
 
@@ -14,7 +19,10 @@ class Listing : public testing::Test {
     Library().adapters = host_.List();
   }
 
-  StatusCode Open(const Words& words) { return OpenListing("Test", words, list_); }
+  StatusCode Open(const Words& words) {
+    TestRun test(words);
+    return OpenListing(test.run, list_);
+  }
 
   HostRecords host_;
   const AdapterList* list_ = nullptr;
@@ -39,6 +47,18 @@ TEST_F(Listing, NeedsAList) {
   Library().adapters = nullptr;
   EXPECT_EQ(Open({}), kHostNotFound);
   EXPECT_EQ(list_, nullptr);
+}
+
+TEST_F(Listing, LogsAMissingListAlone) {
+  EXPECT_EQ(LoggedAt(kDebugFailure,
+                     [&] {
+                       Open({});
+                       Open({"help"});
+                     }),
+            std::vector<std::string>{});
+  Library().adapters = nullptr;
+  EXPECT_EQ(LoggedAt(kDebugFailure, [&] { Open({}); }),
+            std::vector<std::string>{"TestCmdsProcessor::CmdTestCommon: List is NULL"});
 }
 
 }  // namespace

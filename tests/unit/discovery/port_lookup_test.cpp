@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstring>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "support/unit_captured_stdout.h"
+#include "support/unit_command_run.h"
+#include "support/unit_debug_log.h"
 #include "support/unit_fake_library.h"
 #include "support/unit_files.h"
 #include "support/unit_host_records.h"
@@ -32,8 +34,7 @@ class PortLookup : public testing::Test {
   }
 
   static FCProtocolEntry& Name(FCProtocolEntry& entry, std::uint8_t last_octet) {
-    const WorldWideName name = {0x21, 0x00, 0x00, 0x11, 0x22, 0x33, 0x44, last_octet};
-    std::memcpy(entry.port_name, name, sizeof name);
+    entry.port_name = {0x21, 0x00, 0x00, 0x11, 0x22, 0x33, 0x44, last_octet};
     return entry;
   }
 
@@ -51,9 +52,19 @@ class PortLookup : public testing::Test {
     namespace_ = &host_.AddLun(*nvme_target_, 3);
   }
 
-  StatusCode FindPort(const Words& words) { return GetPhyPortFromPortString(words, found_port_); }
-  StatusCode FindTarget(const Words& words) { return GetTargetFromTargetString(words, found_target_); }
-  StatusCode FindLun(const Words& words) { return GetLunFromLunString(words, found_lun_); }
+  // Each makes a run with these words and looks up what they name.
+  StatusCode FindPort(const Words& words) {
+    TestRun test(words);
+    return GetPhyPortFromPortString(test.run, found_port_);
+  }
+  StatusCode FindTarget(const Words& words) {
+    TestRun test(words);
+    return GetTargetFromTargetString(test.run, found_target_);
+  }
+  StatusCode FindLun(const Words& words) {
+    TestRun test(words);
+    return GetLunFromLunString(test.run, found_lun_);
+  }
 
   HostRecords host_;
   AdapterEntry* adapter_ = nullptr;
@@ -142,8 +153,8 @@ TEST_F(PortLookup, MissingAdapterListIsFourteen) {
   EXPECT_EQ(FindLun({kNamespace}), 14u);
 }
 
-// Only the words of an identifier are looked at before the library is asked, in any case and up to an
-// underscore or an apostrophe.
+// Only the words of an identifier count before the library is asked, in any case and up to an underscore or
+// an apostrophe.
 TEST_F(PortLookup, MissingAdapterListIsFourteenForAnIdentifierThatNamesNothing) {
   Library().adapters = nullptr;
   for (const char* identifier : {"FC", "FC_", "fc_x", "FC'x", "Fc_21:00:00:11:22:33:44:5F"}) {
@@ -256,7 +267,7 @@ TEST_F(PortLookup, TakesTheFirstOfTwoEqualNames) {
   EXPECT_EQ(found_lun_.lun, &lun);
 }
 
-TEST_F(PortLookup, GoesOnBehindAnEqualNameThatLacksWhatIsWanted) {
+TEST_F(PortLookup, GoesOnAfterAnEqualNameThatLacksWhatIsWanted) {
   AdapterEntry& adapter = host_.AddAdapter("ZX100", "AB12345");
   AddPort(adapter, 0, 0x55);
   FCProtocolEntry& second = AddPort(adapter, 1, 0x55);
@@ -312,6 +323,108 @@ TEST_F(PortLookup, TakesAnIdentifierOfAnyLength) {
   EXPECT_EQ(FindPort({"FC_" + filler}), 6u);
   EXPECT_EQ(FindTarget({kPort + ("_" + filler)}), 6u);
   EXPECT_EQ(FindLun({kTarget + ("_LUN_" + std::string(1 << 20, '9'))}), 6u);
+}
+
+using Lines = std::vector<std::string>;
+
+TEST_F(PortLookup, LogsWhyItFails) {
+  AddUsual();
+  struct Case {
+    std::function<void()> look_up;
+    const char* line;  // null: a look-up that fails in silence
+  };
+  constexpr char kOtherTarget[] = "FC_21:00:00:11:22:33:44:55_Tgt_1";
+  const std::string other_lun = std::string(kTarget) + "_Disk_3";
+  const Case cases[] = {
+      {[&] { FindPort({"port_x"}); },
+       "PhysicalPortCmdsProcessor::GetPhyPortFromPortString: Invalid Port identifier port_x"},
+      {[&] { FindPort({}); },
+       "PhysicalPortCmdsProcessor::GetPhyPortFromPortString: Invalid Port identifier "},
+      {[&] { FindTarget({"%n_x"}); },
+       "FCTargetCmdsProcessor::GetTargetFromTargetString: Invalid Port identifier %n_x"},
+      {[&] { FindTarget({kOtherTarget}); },
+       "FCTargetCmdsProcessor::GetTargetFromTargetString: Invalid Tgt identifier "
+       "FC_21:00:00:11:22:33:44:55_Tgt_1"},
+      {[&] { FindLun({"x"}); }, "FCLunCmdsProcessor::GetLunFromLunString: Invalid Port identifier x"},
+      {[&] { FindLun({kOtherTarget}); },
+       "FCLunCmdsProcessor::GetLunFromLunString: Invalid Tgt identifier FC_21:00:00:11:22:33:44:55_Tgt_1"},
+      {[&] { FindLun({other_lun}); },
+       "FCLunCmdsProcessor::GetLunFromLunString: Invalid Lun identifier "
+       "FC_21:00:00:11:22:33:44:55_Target_50:00:00:00:00:00:00:a7_Disk_3"},
+      {[&] { FindPort({"FC_x"}); }, nullptr},
+      {[&] { FindPort({"help"}); }, nullptr},
+      {[&] { FindTarget({"help"}); }, nullptr},
+      {[&] { FindLun({"help"}); }, nullptr},
+      {[&] { FindLun({kLun}); }, nullptr},
+  };
+  for (const Case& test : cases) {
+    EXPECT_EQ(LoggedAt(kDebugFailure, test.look_up), test.line == nullptr ? Lines{} : Lines{test.line});
+  }
+}
+
+TEST_F(PortLookup, LogsAMissingAdapterList) {
+  Library().adapters = nullptr;
+  EXPECT_EQ(LoggedAt(kDebugFailure,
+                     [&] {
+                       FindPort({kPort});
+                       FindTarget({kTarget});
+                       FindLun({kLun});
+                     }),
+            (Lines{"PhysicalPortCmdsProcessor::GetPhyPortFromPortString: Adapter List is NULL",
+                   "FCTargetCmdsProcessor::GetTargetFromTargetString: Adapter List is NULL",
+                   "FCLunCmdsProcessor::GetLunFromLunString: Adapter List is NULL"}));
+}
+
+TEST_F(PortLookup, LogsEntryAndExitUnderTheClassThatOwnsTheIdentifier) {
+  AddUsual();
+  EXPECT_EQ(LoggedAt(kDebugTrace,
+                     [&] {
+                       FindPort({kPort});
+                       FindTarget({kTarget});
+                       FindLun({kLun});
+                     }),
+            (Lines{"PhysicalPortCmdsProcessor::GetPhyPortFromPortString: Entered",
+                   "PhysicalPortCmdsProcessor::GetPhyPortFromPortString: Exiting",
+                   "FCTargetCmdsProcessor::GetTargetFromTargetString: Entered",
+                   "FCTargetCmdsProcessor::GetTargetFromTargetString: Exiting",
+                   "FCLunCmdsProcessor::GetLunFromLunString: Entered",
+                   "FCLunCmdsProcessor::GetLunFromLunString: Exiting"}));
+}
+
+TEST_F(PortLookup, SelectsLogTheFailureUnderTheCommandsName) {
+  AddUsual();
+  TestRun help({"-h"});
+  EXPECT_EQ(LoggedAt(kDebugFailure,
+                     [&] {
+                       SelectPort(help.run, found_port_);
+                       SelectTarget(help.run, found_target_);
+                       SelectLun(help.run, found_lun_);
+                       SelectPhysicalPort(help.run, found_port_);
+                     }),
+            (Lines{"TestCmdsProcessor::CmdTestCommon: Get phy port failed err=5",
+                   "TestCmdsProcessor::CmdTestCommon: Get target failed err=5",
+                   "TestCmdsProcessor::CmdTestCommon: Get lun failed err=5",
+                   "TestCmdsProcessor::CmdTestCommon: Get phy port failed err=5"}));
+  TestRun other({"x"});
+  EXPECT_EQ(LoggedAt(kDebugFailure, [&] { SelectPort(other.run, found_port_); }),
+            (Lines{"PhysicalPortCmdsProcessor::GetPhyPortFromPortString: Invalid Port identifier x",
+                   "TestCmdsProcessor::CmdTestCommon: Get phy port failed err=6"}));
+  TestRun lun({kLun});
+  EXPECT_EQ(LoggedAt(kDebugFailure, [&] { EXPECT_EQ(SelectLun(lun.run, found_lun_), kSuccess); }), Lines{});
+  EXPECT_EQ(found_lun_.lun, lun_);
+}
+
+TEST_F(PortLookup, SelectPhysicalPortRefusesAVirtualOne) {
+  AddUsual();
+  TestRun test({kPort});
+  StatusCode status = kNoCallback;
+  const auto select = [&] { status = SelectPhysicalPort(test.run, found_port_); };
+  EXPECT_EQ(LoggedAt(kDebugFailure, select), Lines{});
+  EXPECT_EQ(status, kSuccess);
+  port_->interface_type = PortInterfaceType::kNpivVirtual;
+  EXPECT_EQ(LoggedAt(kDebugFailure, select),
+            Lines{"TestCmdsProcessor::CmdTestCommon: Command not supported for vport"});
+  EXPECT_EQ(status, kVirtualPort);
 }
 
 }  // namespace
