@@ -6,13 +6,14 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 
+#include "base/results.h"
+#include "base/text.h"
 #include "builtin_host.h"
-#include "host_file.h"
-#include "results.h"
-#include "state_file.h"
-#include "text.h"
+#include "host_file/host_keys.h"
+#include "state/state_file.h"
 
 namespace lab {
 namespace {

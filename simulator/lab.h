@@ -3,11 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 
-#include "faults.h"
-#include "host.h"
+#include "base/faults.h"
+#include "device/host.h"
 
 namespace lab {
 

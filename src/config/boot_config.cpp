@@ -3,7 +3,8 @@
 #include <cstdlib>
 
 #include "config/boot_options.h"
-#include "config/port_names.h"
+#include "framework/device_library/target_records.h"
+#include "framework/device_library/world_wide_name.h"
 
 namespace {
 
@@ -52,7 +53,7 @@ CheckResult TakeDrive(BootChecks& checks, const Option& option, const std::strin
   WorldWideName port_name;
   std::int32_t lun = 0;
   if (!ReadDrive(value.c_str(), port_name, lun)) return kIncompleteName;
-  if (IsZero(port_name)) {
+  if (port_name.IsZero()) {
     lun = 0;
   } else {
     const TargetEntry* const target = FindTarget(checks.fc, port_name);

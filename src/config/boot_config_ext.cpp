@@ -1,15 +1,15 @@
 #include "config/boot_config_ext.h"
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 
 #include "config/boot_config.h"
 #include "config/boot_options.h"
 #include "config/nvme_boot.h"
-#include "config/port_names.h"
 #include "config/record_fields.h"
 #include "framework/device_library/families.h"
+#include "framework/device_library/target_records.h"
+#include "framework/device_library/world_wide_name.h"
 #include "framework/library_call.h"
 #include "framework/report_lines.h"
 
@@ -91,7 +91,7 @@ CheckResult TakeTarget(ExtChecks& checks, const Option&, const std::string& valu
   ExtChecks::Target target = {};
   const char* const end = ReadName(value.c_str(), target.port_name);
   if (end == nullptr || *end != '\0') return kIncompleteName;
-  if (!IsZero(target.port_name)) {
+  if (!target.port_name.IsZero()) {
     target.entry = FindTarget(checks.fc, target.port_name);
     if (target.entry == nullptr) return kNoSuchTarget;
   }
@@ -148,11 +148,11 @@ void AddEntry(const ExtChecks& checks) {
     return AddDrive(*checks.number, checks.target->port_name, disk, checks.values);
   }
   NVMeBootEntry entry = {};
-  std::memcpy(entry.port_name, checks.target->port_name, sizeof entry.port_name);
+  entry.port_name = checks.target->port_name;
   entry.namespace_id = disk;
   entry.enable = *checks.enable ? 1 : 0;
   if (target != nullptr) {
-    std::memcpy(entry.node_name, target->node_name, sizeof entry.node_name);
+    entry.node_name = target->node_name;
     entry.controller_id = target->controller_id;
     entry.nqn = target->nqn;
   }

@@ -1,7 +1,6 @@
 #include "config/boot_options.h"
 
 #include "discovery/host_walk.h"
-#include "discovery/identifiers.h"
 #include "framework/device_library/families.h"
 
 namespace {
@@ -49,7 +48,7 @@ StatusCode TakeCommonOptions(const Words& words, BootChecks& checks) {
 
 const TargetEntry* FindTarget(const FCProtocolEntry& fc, const WorldWideName& port_name) {
   for (const TargetEntry& target : TargetsOf(fc)) {
-    if (SameName(target.port_name, port_name)) return &target;
+    if (target.port_name == port_name) return &target;
   }
   return nullptr;
 }
@@ -62,6 +61,6 @@ bool HasLun(const TargetEntry& target, std::int64_t number) {
 }
 
 void AddDrive(std::size_t drive, const WorldWideName& port_name, std::int64_t lun, StagedValues& values) {
-  values[DriveKey(drive, kDriveNameKey)] = NameText(port_name);
+  values[DriveKey(drive, kDriveNameKey)] = port_name.Text();
   values[DriveKey(drive, kDriveLunKey)] = std::to_string(lun);
 }

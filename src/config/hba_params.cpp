@@ -3,6 +3,7 @@
 #include "config/hba_params_values.h"
 #include "config/record_fields.h"
 #include "framework/device_library/families.h"
+#include "framework/device_library/speeds.h"
 #include "framework/library_call.h"
 
 namespace {
@@ -68,9 +69,9 @@ constexpr RecordField kFields[] = {
 
 const char* DataRateText(std::uint32_t value, const PciIdentity& pci) {
   if (value == kDataRateAuto) return kDataRateAutoText;
-  if (value == kDataRate16Gbps && IsDeviceGroupFernOnly(pci)) return "10_Gbps";
-  for (const DataRate& rate : kDataRates) {
-    if (rate.value == value) return rate.text;
+  if (value == k16Gbps.data_rate && IsDeviceGroupFernOnly(pci)) return k10Gbps.word;
+  for (const LinkSpeed& speed : kSettableSpeeds) {
+    if (speed.data_rate == value) return speed.word;
   }
   return "Unknown";
 }

@@ -4,6 +4,7 @@
 #include "config/hba_params.h"
 #include "config/hba_params_values.h"
 #include "framework/device_library/families.h"
+#include "framework/device_library/speeds.h"
 
 namespace {
 
@@ -56,12 +57,12 @@ bool IsDeviceGroupAsterOrGinkgo(const PciIdentity& pci) {
 
 CheckResult CheckLoopOnly(const HbaChecks& checks) {
   if (IsNoLoopDeviceElm(checks.Pci())) return kNoLoop;
-  if ((checks.fc.supported_speeds & kSpeed64Gbps) != 0) return kTooFastForLoop;
+  if (IsSupported(checks.fc.supported_speeds, k64Gbps)) return kTooFastForLoop;
   if (IsSixtyFourGigAdapter(checks.Pci())) return kTooFastForLoop;
   // The file's data rate counts, deliberately even when the same command asks for a slower one.
   std::uint32_t data_rate = 0;
   if (LoopExcludesFastRates(checks.Pci()) && checks.file.FindNumber("Data_Rate", data_rate) &&
-      data_rate > kDataRate8Gbps) {
+      data_rate >= k16Gbps.data_rate) {
     return kTooFastForLoop;
   }
   return {};
@@ -88,9 +89,9 @@ struct MezzRates {
 };
 
 constexpr MezzRates kMezzRates[] = {
-    {&IsMezzDeviceElm, kSpeed16Gbps | kSpeed8Gbps},
-    {&IsMezz32DeviceHazel, kSpeed32Gbps | kSpeed16Gbps},
-    {&IsMezz16DeviceHazel, kSpeed16Gbps},
+    {&IsMezzDeviceElm, k16Gbps.supported_bit | k8Gbps.supported_bit},
+    {&IsMezz32DeviceHazel, k32Gbps.supported_bit | k16Gbps.supported_bit},
+    {&IsMezz16DeviceHazel, k16Gbps.supported_bit},
 };
 
 std::uint8_t SpeedsToChoose(const FCProtocolEntry& fc) {
@@ -101,8 +102,8 @@ std::uint8_t SpeedsToChoose(const FCProtocolEntry& fc) {
 }
 
 std::optional<std::uint32_t> RateOf(const std::string& value, std::uint8_t speeds) {
-  for (const DataRate& rate : kDataRates) {
-    if ((speeds & rate.speed_bit) != 0 && EqualNoCase(value, rate.text)) return rate.value;
+  for (const LinkSpeed& speed : kSettableSpeeds) {
+    if (IsSupported(speeds, speed) && EqualNoCase(value, speed.word)) return speed.data_rate;
   }
   if (EqualNoCase(value, kDataRateAutoText)) return kDataRateAuto;
   return std::nullopt;
@@ -119,7 +120,7 @@ CheckResult TakeDataRate(HbaChecks& checks, const Option& option, const std::str
   if (IsDeviceGroupCedar(checks.Pci()) || IsFixedRateDeviceElm(checks.Pci())) return kFixedRate;
   const std::optional<std::uint32_t> rate = RateOf(value, SpeedsToChoose(checks.fc));
   if (!rate.has_value()) return kUnknownText;
-  if (LoopExcludesFastRates(checks.Pci()) && *rate >= kDataRate16Gbps && IsLoopOnly(checks)) {
+  if (LoopExcludesFastRates(checks.Pci()) && *rate >= k16Gbps.data_rate && IsLoopOnly(checks)) {
     return kTooFastForLoop;
   }
   Store(checks, option.key, *rate);

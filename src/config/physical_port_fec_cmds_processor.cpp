@@ -9,6 +9,7 @@
 #include "discovery/port_lookup.h"
 #include "framework/code_text.h"
 #include "framework/device_library/families.h"
+#include "framework/device_library/speeds.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
 #include "runtime/debug_log.h"
@@ -34,11 +35,6 @@ constexpr StatusMessage kMessages[] = {
 };
 
 constexpr std::uint8_t kLinkUp = 1;
-
-// Port speed codes between which error correction is a matter of choice: 16 Gbps. Slower links have none,
-// faster ones always have it.
-constexpr std::uint32_t kFirstSpeedWithChoice = 22;
-constexpr std::uint32_t kLastSpeedWithChoice = 49;
 
 enum FecSetting : std::uint32_t { kOff = 0, kOn = 1 };
 
@@ -96,20 +92,21 @@ StatusCode ReadStats(const FCProtocolEntry& fc, FecState& state) {
   return stats == nullptr ? kReadFailed : kSuccess;
 }
 
-// What the device reports is not the whole truth: model and link speed can leave it no choice.
+// What the device reports is not the whole truth: on mezzanine cards and on links of 32 Gbps and more error
+// correction is always on, on links below 16 Gbps it is always off.
 void CorrectSetting(const FCProtocolEntry& fc, FecState& state) {
   if (state.is_mezz) {
     state.setting = kOn;
   } else if (fc.port_state == kLinkUp) {
-    if (fc.port_speed < kFirstSpeedWithChoice) state.setting = kOff;
-    if (fc.port_speed > kLastSpeedWithChoice) state.setting = kOn;
+    if (fc.port_speed < k16Gbps.code) state.setting = kOff;
+    if (fc.port_speed >= k32Gbps.code) state.setting = kOn;
   }
 }
 
 bool MayChange(const FCProtocolEntry& fc, const FecState& state) {
   if (state.is_mezz) return false;
   return fc.port_state != kLinkUp ||
-         (fc.port_speed >= kFirstSpeedWithChoice && fc.port_speed <= kLastSpeedWithChoice);
+         (fc.port_speed >= k16Gbps.code && fc.port_speed < k32Gbps.code);
 }
 
 // The two commands deliberately read in orders of their own.

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "config/port_names.h"
-#include "discovery/identifiers.h"
+#include "framework/device_library/world_wide_name.h"
 #include "runtime/debug_log.h"
 #include "runtime/text.h"
 
@@ -27,8 +26,8 @@ std::uint32_t NumberIn(const RecordField& field, const void* record) {
 
 std::string NameIn(const RecordField& field, const void* record) {
   WorldWideName name;
-  std::memcpy(name, At(field, record), sizeof name);
-  return NameText(name);
+  std::memcpy(&name, At(field, record), sizeof name);
+  return name.Text();
 }
 
 std::string TextIn(const RecordField& field, const void* record) {
@@ -38,7 +37,7 @@ std::string TextIn(const RecordField& field, const void* record) {
 
 void StoreName(const RecordField& field, const std::string& text, void* record) {
   WorldWideName name;
-  if (ReadName(text.c_str(), name) != nullptr) std::memcpy(At(field, record), name, sizeof name);
+  if (ReadName(text.c_str(), name) != nullptr) std::memcpy(At(field, record), &name, sizeof name);
 }
 
 // A text that is the record's own leaves the bytes behind its end alone.

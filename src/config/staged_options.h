@@ -6,7 +6,7 @@
 #include <string>
 
 #include "config/staged_file.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/status.h"
 #include "framework/words.h"
 

@@ -6,7 +6,7 @@
 #include <span>
 
 #include "framework/device_library/congestion_records.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/report_text.h"
 
 // The lines that begin a port's report: its names, address and state.

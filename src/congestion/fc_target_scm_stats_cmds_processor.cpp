@@ -105,7 +105,7 @@ StatusCode DisplayTargetSCMStats(Serializer& out, const TargetEntry& target,
 // The element with both names of the target. The first one is the port's own and is deliberately skipped.
 const SCMRStatisticsEntry* TargetElement(const SCMRStatisticsEntry& first, const TargetEntry& target) {
   for (const SCMRStatisticsEntry& entry : Chain<SCMRStatisticsEntry>(first.next)) {
-    if (SameName(entry.node_name, target.node_name) && SameName(entry.port_name, target.port_name)) {
+    if (entry.node_name == target.node_name && entry.port_name == target.port_name) {
       return &entry;
     }
   }

@@ -5,7 +5,7 @@
 #include <span>
 
 #include "discovery/port_lookup.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/status.h"
 #include "framework/words.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "framework/device_library/congestion_records.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/status.h"
 
 // Asks for the list, which is never empty on success: the caller then frees it. Fails with kFileNotFound,

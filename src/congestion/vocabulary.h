@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/device_library/target_records.h"
 
 // Capability bits of a port. The first two tell the generation of its congestion statistics, the others what

@@ -6,6 +6,7 @@
 #include "discovery/mezzanine.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
+#include "framework/device_library/speeds.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
 #include "runtime/debug_log.h"
@@ -47,9 +48,6 @@ constexpr Refusal kRefusals[] = {
 };
 
 constexpr std::uint16_t kCommandRefused = 0x4005;  // in mailbox register 1
-
-// The port speed code of 16 Gbps: codes read as decimal digits in hexadecimal.
-constexpr std::uint32_t kSixteenGbps = 0x16;
 
 constexpr std::uint32_t kSecondTestInterface = 0x20000000;  // capability bit
 
@@ -155,7 +153,7 @@ StatusCode CheckTestPort(const FCProtocolEntry& fc) {
   if (!ReadDPortOption(fc, enabled)) return kFileNotFound;
   if (!enabled) return kNotInDiagnosticsMode;
   if (!IsLinkUp(fc)) return kLinkDown;
-  return fc.port_speed < kSixteenGbps ? kSpeedTooLow : kSuccess;
+  return fc.port_speed < k16Gbps.code ? kSpeedTooLow : kSuccess;
 }
 
 // Runs the link test through the interface that the adapter has. The first interface has no status.

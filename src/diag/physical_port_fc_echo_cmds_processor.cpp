@@ -44,7 +44,7 @@ StatusCode DisplayFCEchoResult(Serializer& out, const Destination& destination, 
 // Chooses who answers. The fabric itself does, without being a target. False when nobody of this name is
 // known.
 bool ChooseKind(const RemoteTest& test, EchoDestination& kind) {
-  const bool is_fabric = SameName(test.fc->principal_fabric_name, test.destination.name);
+  const bool is_fabric = test.fc->principal_fabric_name == test.destination.name;
   kind = is_fabric ? EchoDestination::kPrincipalFabric : EchoDestination::kTarget;
   return is_fabric || IsTarget(*test.fc, test.destination);
 }

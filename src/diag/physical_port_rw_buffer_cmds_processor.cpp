@@ -10,7 +10,6 @@
 #include "discovery/host_walk.h"
 #include "framework/device_library/calls.h"
 #include "framework/report.h"
-#include "runtime/text.h"
 #include "runtime/timing_scope.h"
 
 namespace {
@@ -85,11 +84,9 @@ StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
 }
 
 void WriteResult(Serializer& out, const RWBufferResult& result, const PassCounters& counters) {
-  std::string port_id;
-  FormatString(port_id, "%02hhx:%02hhx:%02hhx", result.port_id[0], result.port_id[1], result.port_id[2]);
   const ListStructure element(out, kFrame.list_structure);
   out.WriteStringField("Test Status", std::string(result.test_status.View()).c_str());
-  out.WriteStringField("Port ID", port_id.c_str());
+  out.WriteStringField("Port ID", result.port_id.Text().c_str());
   out.WriteIntField("Data Miscompare", result.data_miscompares, kUnsigned32);
   out.WriteIntField("Link Failure", result.link_failures, kUnsigned32);
   out.WriteIntField("Loss Of Sync", result.sync_losses, kUnsigned32);

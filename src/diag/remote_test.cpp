@@ -1,7 +1,6 @@
 #include "diag/remote_test.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 
 #include "diag/test_messages.h"
@@ -27,11 +26,8 @@ constexpr StatusMessage kMessages[] = {
 
 Destination ReadDestination(const Words& words, std::size_t index) {
   Destination destination = {};
-  WorldWideName& name = destination.name;
-  // The octets that do not scan stay 0. NOLINTNEXTLINE(cert-err34-c)
-  std::sscanf(std::string(WordAt(words, index)).c_str(), "%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx:%hhx", &name[0],
-              &name[1], &name[2], &name[3], &name[4], &name[5], &name[6], &name[7]);
-  BoundedCopy(destination.text.bytes, sizeof destination.text, NameText(name).c_str(), kNameTextLength);
+  destination.name = ReadLeadingOctets(std::string(WordAt(words, index)).c_str());
+  BoundedCopy(destination.text.bytes, sizeof destination.text, destination.name.Text().c_str(), kWholeText);
   return destination;
 }
 
@@ -48,7 +44,7 @@ StatusCode ReadRemoteTest(const char* class_name, const Words& words, std::size_
 bool IsTarget(const FCProtocolEntry& fc, const Destination& destination) {
   const auto targets = TargetsOf(fc);
   return std::any_of(targets.begin(), targets.end(), [&destination](const TargetEntry& target) {
-    return SameName(target.port_name, destination.name);
+    return target.port_name == destination.name;
   });
 }
 

@@ -5,6 +5,9 @@
 #include <span>
 
 #include "framework/device_library/calls.h"
+#include "framework/device_library/fixed_text.h"
+#include "framework/device_library/port_entry.h"
+#include "framework/device_library/world_wide_name.h"
 #include "framework/library_call.h"
 #include "framework/serializer.h"
 #include "framework/status.h"
@@ -13,11 +16,11 @@
 // The port name that a test is aimed at: its octets, and their text as the library takes it.
 struct Destination {
   WorldWideName name;
-  FixedText<32> text;  // lower-case octets with colons, and zeros behind
+  FixedText<32> text;  // the name's text, then zeros
 };
 
-// Reads up to eight hexadecimal octets with colons between them from the word at `index`. A text that departs
-// from this ends there: the octets that are missing are 0, without a complaint.
+// Reads the word at `index` as ReadLeadingOctets does: the octets that are missing are 0, without a
+// complaint.
 Destination ReadDestination(const Words& words, std::size_t index);
 
 struct RemoteTest {

@@ -1,7 +1,7 @@
 // The port that a diagnostic command runs on: how every one of them begins.
 #pragma once
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/status.h"
 #include "framework/words.h"
 

@@ -4,7 +4,8 @@
 #include <string>
 
 #include "framework/command_run.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/adapter_records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/status.h"
 
 // What an adapter identifier stands for. All pointers are set once a look-up has succeeded.

@@ -7,7 +7,8 @@
 #include <cstddef>
 #include <iterator>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/adapter_records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/device_library/target_records.h"
 
 // The entries of one chain, from `first` along their next pointers, for a range-based for and the

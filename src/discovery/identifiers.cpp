@@ -9,26 +9,10 @@ constexpr std::string_view kTargetWord = "_Target_";
 constexpr std::string_view kLunWord = "_LUN_";
 constexpr std::string_view kNamespaceWord = "_NSID_";
 
-constexpr char kDigits[] = "0123456789abcdef";
-
-void AppendName(std::string& text, const WorldWideName& name) {
-  for (std::size_t i = 0; i < sizeof name; ++i) {
-    if (i > 0) text += ':';
-    text += kDigits[name[i] >> 4];
-    text += kDigits[name[i] & 0x0fu];
-  }
-}
-
 void AppendNumber(std::string& text, std::uint32_t number) {
   char digits[10];
   char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
   text.append(digits, end);
-}
-
-int DigitValue(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  return -1;
 }
 
 bool TakeWord(std::string_view& text, std::string_view word) {
@@ -37,41 +21,21 @@ bool TakeWord(std::string_view& text, std::string_view word) {
   return true;
 }
 
-bool TakeName(std::string_view& text, WorldWideName& name) {
-  if (text.size() < kNameTextLength) return false;
-  for (std::size_t i = 0; i < sizeof name; ++i) {
-    const char* const octet = text.data() + 3 * i;
-    const int high = DigitValue(octet[0]);
-    const int low = DigitValue(octet[1]);
-    if (high < 0 || low < 0 || (i + 1 < sizeof name && octet[2] != ':')) return false;
-    name[i] = static_cast<std::uint8_t>(high << 4 | low);
-  }
-  text.remove_prefix(kNameTextLength);
-  return true;
-}
-
 }  // namespace
-
-std::string NameText(const WorldWideName& name) {
-  std::string text;
-  text.reserve(kNameTextLength);
-  AppendName(text, name);
-  return text;
-}
 
 std::string PortIdentifier(const FCProtocolEntry& entry) {
   std::string text;
-  text.reserve(kPortWord.size() + kNameTextLength);
+  text.reserve(kPortWord.size() + WorldWideName::kTextLength);
   text += kPortWord;
-  AppendName(text, entry.port_name);
+  entry.port_name.AppendTo(text);
   return text;
 }
 
 std::string TargetIdentifier(const FCProtocolEntry& entry, const TargetEntry& target) {
   std::string text = PortIdentifier(entry);
-  text.reserve(text.size() + kTargetWord.size() + kNameTextLength);
+  text.reserve(text.size() + kTargetWord.size() + WorldWideName::kTextLength);
   text += kTargetWord;
-  AppendName(text, target.port_name);
+  target.port_name.AppendTo(text);
   return text;
 }
 

@@ -8,14 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/device_library/target_records.h"
-
-// Length of a World Wide Name as text: eight octets of two digits with colons between them.
-inline constexpr std::size_t kNameTextLength = 23;
-
-// The name as lower-case hexadecimal octets with colons.
-std::string NameText(const WorldWideName& name);
+#include "framework/device_library/world_wide_name.h"
 
 // "FC_" with the port's name.
 std::string PortIdentifier(const FCProtocolEntry& entry);
@@ -42,7 +37,3 @@ class LunIdentifiers {
 bool TakePort(std::string_view& text, WorldWideName& port_name);
 bool TakeTarget(std::string_view& text, WorldWideName& target_name);
 bool TakeLun(std::string_view& text, bool& is_namespace, std::uint32_t& number);
-
-inline bool SameName(const WorldWideName& left, const WorldWideName& right) {
-  return std::memcmp(left, right, sizeof left) == 0;
-}

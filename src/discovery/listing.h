@@ -2,7 +2,7 @@
 #pragma once
 
 #include "framework/command_run.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/adapter_records.h"
 #include "framework/status.h"
 
 // Stores the library's adapter list. Fails with kHelpWord for a help word in word 0, and with kHostNotFound

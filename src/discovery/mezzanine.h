@@ -2,7 +2,7 @@
 #pragma once
 
 #include "framework/command_run.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/status.h"
 
 // Asks the library, in a bracket of its own. kReadFailed for every failure of the call, also in maintenance

@@ -74,7 +74,7 @@ StatusCode GetPhyPortFromPortString(CommandRun& run, PortSelection& selection) {
   WorldWideName wanted;
   if (!TakePort(text, wanted) || !text.empty()) return kInvalidParameter;
   const bool found = VisitFcEntries(*list, [&](const auto& adapter, const auto& port, const auto& entry) {
-    if (!SameName(entry.port_name, wanted)) return false;
+    if (entry.port_name != wanted) return false;
     selection = {&adapter, &port, &entry};
     return true;
   });
@@ -92,9 +92,9 @@ StatusCode GetTargetFromTargetString(CommandRun& run, TargetSelection& selection
   WorldWideName wanted;
   if (!TakePort(text, wanted_port) || !TakeTarget(text, wanted) || !text.empty()) return kInvalidParameter;
   const bool found = VisitFcEntries(*list, [&](const auto&, const auto&, const auto& entry) {
-    if (!SameName(entry.port_name, wanted_port)) return false;
+    if (entry.port_name != wanted_port) return false;
     for (const TargetEntry& target : TargetsOf(entry)) {
-      if (!SameName(target.port_name, wanted)) continue;
+      if (target.port_name != wanted) continue;
       selection = {&entry, &target};
       return true;
     }
@@ -119,9 +119,9 @@ StatusCode GetLunFromLunString(CommandRun& run, LunSelection& selection) {
     return kInvalidParameter;
   }
   const bool found = VisitFcEntries(*list, [&](const auto&, const auto&, const auto& entry) {
-    if (!SameName(entry.port_name, wanted_port)) return false;
+    if (entry.port_name != wanted_port) return false;
     for (const TargetEntry& target : TargetsOf(entry)) {
-      if (!SameName(target.port_name, wanted_target) || IsNvmeTarget(target) != is_namespace) continue;
+      if (target.port_name != wanted_target || IsNvmeTarget(target) != is_namespace) continue;
       for (const LunEntry& lun : LunsOf(target)) {
         if (lun.number != number) continue;
         selection = {&entry, &target, &lun};

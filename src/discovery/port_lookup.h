@@ -2,7 +2,8 @@
 #pragma once
 
 #include "framework/command_run.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/adapter_records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/device_library/target_records.h"
 #include "framework/status.h"
 

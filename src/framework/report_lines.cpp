@@ -4,14 +4,14 @@
 #include <cinttypes>
 
 #include "framework/code_text.h"
+#include "framework/device_library/octet_text.h"
 
 namespace {
 
 constexpr const char* kIndent = "      ";
 
 void WriteNameLine(ReportText& text, const char* indent, const char* label, const WorldWideName& name) {
-  text.Line("%s%s: %02x:%02x:%02x:%02x:%02x:%02x:%02x:%02x\n", indent, label, name[0], name[1], name[2],
-            name[3], name[4], name[5], name[6], name[7]);
+  text.Line("%s%s: %s\n", indent, label, name.Text().c_str());
 }
 
 }  // namespace
@@ -57,19 +57,15 @@ void VersionOrBlankLine(ReportText& text, const char* label, const ComponentVers
   VersionLine(text, label, version.AllOnes() ? ComponentVersion{} : version);
 }
 
-void PortIdLine(ReportText& text, const char* label, const std::uint8_t (&port_id)[3]) {
-  text.Line("%s%s: %02x:%02x:%02x\n", kIndent, label, port_id[0], port_id[1], port_id[2]);
+void PortIdLine(ReportText& text, const char* label, const PortId& port_id) {
+  TextLine(text, label, port_id.Text());
 }
 
 void HostIdLine(ReportText& text, const char* label, const std::uint8_t (&id)[16]) {
   if (std::all_of(std::begin(id), std::end(id), [](std::uint8_t octet) { return octet == 0; })) {
     return TextLine(text, label, "NA");
   }
-  text.Line(
-      "%s%s: %02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx"
-      "%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx\n",
-      kIndent, label, id[0], id[1], id[2], id[3], id[4], id[5], id[6], id[7], id[8], id[9], id[10], id[11],
-      id[12], id[13], id[14], id[15]);
+  TextLine(text, label, OctetText(id, ""));
 }
 
 void TargetLines(ReportText& text, const TargetEntry& target) {

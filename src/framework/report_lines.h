@@ -6,8 +6,9 @@
 #include <string_view>
 
 #include "framework/device_library/flash_records.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_id.h"
 #include "framework/device_library/target_records.h"
+#include "framework/device_library/world_wide_name.h"
 #include "framework/report_text.h"
 
 // "label: text", which begins a report.
@@ -34,7 +35,7 @@ void VersionLine(ReportText& text, const char* label, const ComponentVersion& ve
 void VersionOrBlankLine(ReportText& text, const char* label, const ComponentVersion& version);
 
 // A Fibre Channel address identifier as three hexadecimal octets.
-void PortIdLine(ReportText& text, const char* label, const std::uint8_t (&port_id)[3]);
+void PortIdLine(ReportText& text, const char* label, const PortId& port_id);
 
 // A host identifier as hexadecimal digits without separators, or "NA" for one of all zeros.
 void HostIdLine(ReportText& text, const char* label, const std::uint8_t (&id)[16]);

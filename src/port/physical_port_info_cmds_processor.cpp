@@ -1,11 +1,13 @@
 #include "port/physical_port_info_cmds_processor.h"
 
+#include <iterator>
 #include <string>
 
 #include "discovery/port_lookup.h"
 #include "framework/code_text.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
+#include "framework/device_library/speeds.h"
 #include "framework/output_bracket.h"
 #include "framework/report_lines.h"
 #include "runtime/debug_log.h"
@@ -39,32 +41,8 @@ constexpr CodeText kPortTypes[] = {
     {7, "Loop Transport Port"}, {8, "Expansion Port"}, {9, "Bridge Port"},
 };
 
-constexpr CodeText kPortSpeeds[] = {
-    {1, "1 Gbps"},   {2, "2 Gbps"},   {4, "4 Gbps"},   {8, "8 Gbps"},
-    {16, "10 Gbps"}, {22, "16 Gbps"}, {50, "32 Gbps"}, {100, "64 Gbps"},
-};
-constexpr std::uint32_t kSpeed16Gbps = 22;
-constexpr std::uint32_t kGreatestSpeedWithoutFec = 49;
-
 enum PortState : std::uint8_t { kOnline = 1, kOffline = 3 };
 constexpr std::uint16_t kFecInUse = 1u << 15;
-
-// A speed in the mask of supported speeds.
-struct SupportedSpeed {
-  std::uint8_t mask;
-  const char* text;
-};
-
-constexpr SupportedSpeed kRisingSpeeds[] = {
-    {0x01, "1 "},  {0x02, "2 "},  {0x08, "4 "},  {0x10, "8 "},
-    {0x04, "10 "}, {0x20, "16 "}, {0x40, "32 "}, {0x80, "64 "},
-};
-
-// The first of these that the mask holds is the maximum. Deliberately without 1 and 2 Gbps.
-constexpr SupportedSpeed kMaximumSpeeds[] = {
-    {0x80, "64 Gbps"}, {0x40, "32 Gbps"}, {0x20, "16 Gbps"},
-    {0x04, "10 Gbps"}, {0x10, "8 Gbps"},  {0x08, "4 Gbps"},
-};
 
 // With the state read, the word is "false" deliberately, whatever the flag itself says.
 constexpr CodeText kLockdownTexts[] = {
@@ -85,25 +63,32 @@ const char* PciSpeedText(std::uint16_t link_word) {
   return TextOfCode(kPciSpeeds, link_word & 0x0fu);
 }
 
-const char* MaximumSpeedText(std::uint8_t mask) {
-  for (const SupportedSpeed& speed : kMaximumSpeeds) {
-    if ((mask & speed.mask) != 0) return speed.text;
+// Intended: 1 and 2 Gbps are no maximum.
+const char* MaximumSpeedText(std::uint8_t supported_speeds) {
+  for (const LinkSpeed& speed : kLinkSpeeds) {
+    if (speed.gbps >= 4 && IsSupported(supported_speeds, speed)) return speed.text;
   }
   return "Unknown";
 }
 
-std::string SupportedSpeedsText(std::uint8_t mask) {
+// Slowest first.
+std::string SupportedSpeedsText(std::uint8_t supported_speeds) {
   std::string text;
-  for (const SupportedSpeed& speed : kRisingSpeeds) {
-    if ((mask & speed.mask) != 0) text += speed.text;
+  for (auto speed = std::rbegin(kLinkSpeeds); speed != std::rend(kLinkSpeeds); ++speed) {
+    if (IsSupported(supported_speeds, *speed)) text += std::to_string(speed->gbps) + " ";
   }
   return text + "Gbps";
 }
 
-// Above 16 Gbps error correction is always in use; at 16 Gbps the adapters that can have it tell.
+const char* PortSpeedText(std::uint32_t code) {
+  const LinkSpeed* const speed = SpeedOfCode(code);
+  return speed == nullptr ? "Unknown" : speed->text;
+}
+
+// From 32 Gbps on error correction is always in use; at 16 Gbps the adapters that can have it report it.
 bool IsFecInUse(const FCProtocolEntry& fc) {
-  if (fc.port_speed > kGreatestSpeedWithoutFec) return true;
-  return IsOfTheFourGroups(fc.pci) && fc.port_speed == kSpeed16Gbps && (fc.link_flags & kFecInUse) != 0;
+  if (fc.port_speed >= k32Gbps.code) return true;
+  return IsOfTheFourGroups(fc.pci) && fc.port_speed == k16Gbps.code && (fc.link_flags & kFecInUse) != 0;
 }
 
 const char* PortStateText(const FCProtocolEntry& fc) {
@@ -143,7 +128,7 @@ void LinkLines(ReportText& text, const FCProtocolEntry& fc) {
   TextLine(text, "Port Type", TextOfCode(kPortTypes, fc.port_type));
   TextLine(text, "Port State", PortStateText(fc));
   TextLine(text, "Port Connection Mode", TextOfCode(kConnectionModes, fc.connection_mode));
-  TextLine(text, "Port Speed", TextOfCode(kPortSpeeds, fc.port_speed));
+  TextLine(text, "Port Speed", PortSpeedText(fc.port_speed));
   PortIdLine(text, "Port ID", fc.port_id);
 }
 

@@ -87,7 +87,7 @@ void DecodePortNameDescriptorData(const RdpDescriptor& descriptor, ReportText& t
     const RdpWords octets = descriptor.words.Part(next, kWordsOfName);
     if (octets.Count() < kWordsOfName) return;  // no name is ever half one
     WorldWideName name;
-    std::memcpy(name, octets.Bytes().data(), sizeof name);
+    std::memcpy(&name, octets.Bytes().data(), sizeof name);
     FirstNameLine(text, label, name);
     next += kWordsOfName;
   }

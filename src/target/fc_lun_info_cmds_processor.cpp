@@ -4,9 +4,9 @@
 #include <string>
 
 #include "discovery/port_lookup.h"
+#include "framework/device_library/octet_text.h"
 #include "framework/report_lines.h"
 #include "runtime/debug_log.h"
-#include "runtime/text.h"
 #include "runtime/timing_scope.h"
 
 namespace {
@@ -20,18 +20,12 @@ constexpr StatusMessage kMessages[] = {kInvalidParameter, kHostNotFound, kAdapte
 
 // The unique identifier as hexadecimal octets with colons; "NA" when there is none.
 std::string UniqueIdText(const LunEntry& lun, bool is_nvme) {
-  const std::size_t told = is_nvme ? lun.nvme_unique_id_length : lun.fcp_unique_id_length;
-  const std::size_t length = std::min(told, sizeof lun.unique_id);
+  const std::size_t stated = is_nvme ? lun.nvme_unique_id_length : lun.fcp_unique_id_length;
+  const std::size_t length = std::min(stated, sizeof lun.unique_id);
   const bool all_zero = std::all_of(std::begin(lun.unique_id), std::end(lun.unique_id),
                                     [](std::uint8_t byte) { return byte == 0; });
   if (length == 0 || all_zero) return "NA";
-  std::string text;
-  for (std::size_t i = 0; i < length; ++i) {
-    std::string octet;
-    FormatString(octet, i + 1 < length ? "%02hhx:" : "%02hhx", lun.unique_id[i]);
-    text += octet;
-  }
-  return text;
+  return OctetText({lun.unique_id, length});
 }
 
 StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {

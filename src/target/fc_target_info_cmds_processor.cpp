@@ -54,18 +54,17 @@ struct RemotePort {
 constexpr std::uint8_t kCurrentRemotePorts = 0x01;
 
 // The three bytes of a port identifier, as a record's 32-bit word holds them in its low 24 bits.
-bool SamePortId(std::uint32_t word, const std::uint8_t (&port_id)[3]) {
-  return std::memcmp(&word, port_id, sizeof port_id) == 0;
+bool SamePortId(std::uint32_t word, const PortId& port_id) {
+  return std::memcmp(&word, &port_id, sizeof port_id) == 0;
 }
 
 bool HasCurrentRecord(const FCProtocolEntry& fc, const TargetEntry& target) {
-  return (fc.driver_flags & kCurrentRemotePorts) != 0 &&
-         SameName(target.remote_port_name, target.port_name) &&
+  return (fc.driver_flags & kCurrentRemotePorts) != 0 && target.remote_port_name == target.port_name &&
          SamePortId(target.remote_port_id, target.port_id);
 }
 
 bool HasOldRecord(const TargetEntry& target) {
-  return SameName(target.old_port_name, target.port_name) && SamePortId(target.old_port_id, target.port_id);
+  return target.old_port_name == target.port_name && SamePortId(target.old_port_id, target.port_id);
 }
 
 RemotePort ReadCurrentRecord(const TargetEntry& target) {

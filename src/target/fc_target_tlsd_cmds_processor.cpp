@@ -4,6 +4,7 @@
 
 #include "discovery/port_lookup.h"
 #include "framework/device_library/families.h"
+#include "framework/device_library/speeds.h"
 #include "framework/library_call.h"
 #include "framework/report_lines.h"
 #include "runtime/debug_log.h"
@@ -30,57 +31,32 @@ constexpr StatusMessage kMessages[] = {
     kVirtualPort,
 };
 
-// A link speed: the library's code, its rank among the speeds that can be set, and the bit of it in a port's
-// mask of supported speeds. The codes for 16, 32 and 64 Gbps read as decimal digits in hexadecimal.
-struct Speed {
-  std::uint32_t code;
-  int rank;
-  std::uint8_t mask;
-  const char* text;
-};
-
-constexpr int kNoRank = 0;
 constexpr std::uint32_t kNoSpeed = 0;
 
-constexpr Speed kSpeeds[] = {
-    {0x64, 7, 0x80, "64_Gbps"}, {0x32, 6, 0x40, "32_Gbps"}, {0x16, 5, 0x20, "16_Gbps"},
-    {8, 4, 0x10, "8_Gbps"},     {4, 3, 0x08, "4_Gbps"},     {2, 2, 0x02, "2_Gbps"},
-    {1, 1, 0x01, "1_Gbps"},
-};
-
-// Deliberately without a rank: it is shown, but can neither be set nor be the greatest speed of an adapter.
-constexpr Speed kTenGbps = {16, kNoRank, 0x04, "10_Gbps"};
-
-constexpr const Speed& kLowestSpeed = kSpeeds[std::size(kSpeeds) - 1];
-
 const char* SpeedText(std::uint32_t code) {
-  for (const Speed& speed : kSpeeds) {
-    if (speed.code == code) return speed.text;
-  }
-  return code == kTenGbps.code ? kTenGbps.text : "Unknown";
+  const LinkSpeed* const speed = SpeedOfCode(code);
+  return speed == nullptr ? "Unknown" : speed->word;
 }
 
 int RankOf(std::uint32_t code) {
-  for (const Speed& speed : kSpeeds) {
-    if (speed.code == code) return speed.rank;
-  }
-  return kNoRank;
+  const LinkSpeed* const speed = SpeedOfCode(code);
+  return speed == nullptr ? 0 : speed->rank;
 }
 
-// The greatest speed that the port supports; rank and code are 0 for an empty mask.
-Speed MaximumSpeed(const FCProtocolEntry& fc) {
-  for (const Speed& speed : kSpeeds) {
-    if ((fc.supported_speeds & speed.mask) != 0) return speed;
+// The greatest speed that the port supports and a user can set; rank and code are 0 when there is none.
+LinkSpeed MaximumSpeed(const FCProtocolEntry& fc) {
+  for (const LinkSpeed& speed : kSettableSpeeds) {
+    if (IsSupported(fc.supported_speeds, speed)) return speed;
   }
-  return {kNoSpeed, kNoRank, 0, nullptr};
+  return {};
 }
 
-// The speed that a word asks for. Deliberately without an error for an unknown word: it asks for 1 Gbps.
-const Speed& WantedSpeed(std::string_view word) {
-  for (const Speed& speed : kSpeeds) {
-    if (EqualNoCase(word, speed.text)) return speed;
+// The speed that a word asks for. Intended: an unknown word is no error, but asks for 1 Gbps.
+const LinkSpeed& WantedSpeed(std::string_view word) {
+  for (const LinkSpeed& speed : kSettableSpeeds) {
+    if (EqualNoCase(word, speed.word)) return speed;
   }
-  return kLowestSpeed;
+  return k1Gbps;
 }
 
 StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
@@ -136,7 +112,7 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
   if (const StatusCode status = ReadSpeed(selected, speed); status != kSuccess) {
     return DisplayError(out, status, mode);
   }
-  const Speed maximum = MaximumSpeed(*selected.fc);
+  const LinkSpeed maximum = MaximumSpeed(*selected.fc);
   if (RankOf(speed) > maximum.rank) {
     DebugLogLevel(kDebugTrace, "%s::%s: Got TgtSpeed %d > MaxSpeed %d", kClassName, __func__, RankOf(speed),
                   maximum.rank);
@@ -156,8 +132,8 @@ StatusCode CmdSetCommon(Serializer& out, Words& words, OutputMode mode) {
     return fail(kDataNotAvailable);
   }
   if (words.size() < 2) return fail(kInvalidParameter);
-  const Speed& wanted = WantedSpeed(words[1]);
-  if (MaximumSpeed(*selected.fc).rank < wanted.rank || EqualNoCase(words[1], kTenGbps.text)) {
+  const LinkSpeed& wanted = WantedSpeed(words[1]);
+  if (MaximumSpeed(*selected.fc).rank < wanted.rank || EqualNoCase(words[1], k10Gbps.word)) {
     DebugLogLevel(kDebugFailure, "%s::%s: speed not supported for this adapter", kClassName, __func__);
     return fail(kSpeedTooLow);
   }

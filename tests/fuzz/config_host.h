@@ -35,16 +35,14 @@ struct ConfigHost {
   AdapterList list = {};
 
   ConfigHost() {
-    const std::uint8_t name[] = {0x21, 0x00, 0x00, 0x11, 0x22, 0x33, 0x44, 0x55};
-    std::memcpy(fc.port_name, name, sizeof name);
+    fc.port_name = {0x21, 0x00, 0x00, 0x11, 0x22, 0x33, 0x44, 0x55};
     fc.pci.vendor_id = 0x1C9E;
     fc.rom_flags = 0x0A;
     luns[1].number = 3;
     luns[2].number = 1;
     luns[0].next = &luns[1];
     for (std::uint8_t i = 0; i < 2; ++i) {
-      const std::uint8_t target[] = {0x50, 0, 0, 0, 0, 0, 0, static_cast<std::uint8_t>(i + 1)};
-      std::memcpy(targets[i].port_name, target, sizeof target);
+      targets[i].port_name = {0x50, 0, 0, 0, 0, 0, 0, static_cast<std::uint8_t>(i + 1)};
       std::strcpy(targets[i].nqn.bytes, "nqn.x");
     }
     targets[0].first_lun = &luns[0];

@@ -26,8 +26,8 @@ struct Host {
 const AdapterList* g_list = nullptr;
 
 struct HostBytes {
-  std::uint8_t port_name[8];
-  std::uint8_t target_name[8];
+  WorldWideName port_name;
+  WorldWideName target_name;
   std::uint8_t lun_number[2];
   std::uint8_t is_nvme;
 };
@@ -37,8 +37,8 @@ void Require(bool condition) {
 }
 
 void Build(Host& host, const HostBytes& bytes) {
-  std::memcpy(host.fc.port_name, bytes.port_name, sizeof host.fc.port_name);
-  std::memcpy(host.target.port_name, bytes.target_name, sizeof host.target.port_name);
+  host.fc.port_name = bytes.port_name;
+  host.target.port_name = bytes.target_name;
   host.lun.number = static_cast<std::uint16_t>(bytes.lun_number[0] << 8 | bytes.lun_number[1]);
   host.target.state_flags[5] = (bytes.is_nvme & 1) != 0 ? 0x08 : 0;
   host.target.first_lun = &host.lun;

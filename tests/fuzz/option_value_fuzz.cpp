@@ -1,6 +1,7 @@
 // The options of `setFile`: the first bytes choose the node and make the adapter, the others are the words,
 // with a line end between two. Whatever passes the checks must come back from the file without a failure.
 #include <algorithm>
+#include <cstring>
 #include <string>
 
 #include "config_host.h"

@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/adapter_records.h"
+#include "framework/device_library/device_handle.h"
 
 struct FakeLibrary {
   const AdapterList* adapters = nullptr;  // null: the host has no list

@@ -5,7 +5,8 @@
 #include <deque>
 #include <string_view>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/adapter_records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/device_library/target_records.h"
 
 class HostRecords {

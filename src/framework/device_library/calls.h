@@ -9,12 +9,13 @@
 
 #include <cstdint>
 
+#include "framework/device_library/adapter_records.h"
 #include "framework/device_library/config_records.h"
 #include "framework/device_library/congestion_records.h"
+#include "framework/device_library/device_handle.h"
 #include "framework/device_library/diag_records.h"
 #include "framework/device_library/flash_records.h"
 #include "framework/device_library/port_records.h"
-#include "framework/device_library/records.h"
 #include "framework/device_library/target_statistics_records.h"
 
 using LibraryStatus = std::uint32_t;

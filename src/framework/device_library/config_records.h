@@ -8,7 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/fixed_text.h"
+#include "framework/device_library/world_wide_name.h"
 
 // A target that the host can boot from.
 struct BootDrive {
@@ -21,7 +22,7 @@ static_assert(sizeof(BootDrive) == 10);
 
 // What the parameter calls and the boot calls exchange: both use this layout, each fills its own fields.
 struct HBAParamsInfo {
-  std::uint32_t data_rate;           // 0: 1, 1: 2, 2: auto, 3: 4, 4: 8, 5: 16, 6: 32, 7: 64 Gbps
+  std::uint32_t data_rate;           // LinkSpeed::data_rate, or kDataRateAuto
   std::uint32_t connection_options;  // 0: loop only; 1: point to point only; 2: loop preferred
   std::uint32_t enable_fc_tape;
   std::uint32_t max_luns_per_target;

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/world_wide_name.h"
 
 enum class StatisticsElementKind : std::uint32_t { kPhysicalPort = 0x80 };  // all others: not told apart here
 

@@ -5,7 +5,8 @@
 #include <cstdint>
 #include <limits>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/fixed_text.h"
+#include "framework/device_library/port_id.h"
 
 // What a diagnostic port's link test found. Fields marked BE are big-endian as the switch sent them.
 struct DPortResultRecord {
@@ -136,7 +137,7 @@ static_assert(sizeof(DiagTestRequest) == 144);
 struct RWBufferResult {
   std::byte reserved_0[4];
   FixedText<260> test_status;
-  std::uint8_t port_id[3];
+  PortId port_id;
   std::byte reserved_267[1];
   std::uint32_t data_miscompares;
   std::uint32_t link_failures;

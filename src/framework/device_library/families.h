@@ -4,7 +4,7 @@
 // so a rule names exactly the tests it means.
 #pragma once
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/pci_identity.h"
 
 bool IsDeviceGroupAster(const PciIdentity& pci);
 bool IsDeviceGroupBirch(const PciIdentity& pci);

@@ -3,21 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
-#include "framework/device_library/records.h"
-
-// A little-endian number at an offset that its type's alignment does not allow.
-template <class Number>
-struct Unaligned {
-  std::byte bytes[sizeof(Number)];
-
-  Number Value() const {
-    Number value;
-    std::memcpy(&value, bytes, sizeof value);
-    return value;
-  }
-};
+#include "framework/device_library/fixed_text.h"
+#include "framework/device_library/port_id.h"
+#include "framework/device_library/unaligned.h"
+#include "framework/device_library/world_wide_name.h"
 
 // One LUN of an FCP target or one namespace of an NVMe target.
 struct LunEntry {
@@ -55,7 +45,7 @@ static_assert(sizeof(LunEntry) == 392);
 struct TargetEntry {
   WorldWideName node_name;
   WorldWideName port_name;
-  std::uint8_t port_id[3];
+  PortId port_id;
   std::byte reserved_19[3];
   std::uint16_t number;
   std::byte reserved_24[6];

@@ -4,12 +4,12 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "framework/device_library/records.h"
+#include "framework/device_library/world_wide_name.h"
 
 // Names a target to the library.
 struct TargetStatisticsAddress {
   std::uint16_t kind;  // kTargetByPortName
-  std::uint8_t port_name[8];
+  WorldWideName port_name;
   std::byte reserved_10[2];
 };
 static_assert(offsetof(TargetStatisticsAddress, kind) == 0);

@@ -1,4 +1,6 @@
 #include "config/boot_config.h"
+
+#include <cstring>
 #include "config/boot_config_ext.h"
 #include "staged_fixture.h"
 
@@ -20,7 +22,7 @@ class BootTest : public StagedFixture {
     AddTarget(kDisk, false, {0, 3, 65535});
     TargetEntry& flash = AddTarget(kFlash, true, {1, 3});
     const WorldWideName node = {0x20, 0x06, 0x01, 0x60, 0x3B, 0x20, 0x41, 0x99};
-    std::memcpy(flash.node_name, node, sizeof node);
+    flash.node_name = node;
     flash.controller_id = 0x1234;
     std::strcpy(flash.nqn.bytes, "nqn.2014-08.org:flash");
   }
@@ -335,7 +337,7 @@ TEST_F(BootFileTest, DrivesAreTakenUnchecked) {
 }
 
 TEST_F(BootFileTest, AnIncompleteNameLeavesTheRecord) {
-  std::memset(Config().boot.alternate_drive_4.port_name, 0x21, 8);
+  Config().boot.alternate_drive_4.port_name = {0x21, 0x21, 0x21, 0x21, 0x21, 0x21, 0x21, 0x21};
   EXPECT_EQ(Read("Alternate_Boot_Target_4_WWPN=50:06:01\nAlternate_Boot_Target_4_LUN=4\n"), kSuccess);
   EXPECT_EQ(record_.alternate_drive_4.port_name[0], 0x21);
   EXPECT_EQ(record_.alternate_drive_4.lun, 4);

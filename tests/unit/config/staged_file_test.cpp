@@ -1,5 +1,7 @@
 #include "config/staged_file.h"
 
+#include <cstring>
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 

@@ -89,8 +89,7 @@ class StagedFixture : public testing::Test {
     std::filesystem::remove_all(path_);
     AdapterEntry& adapter = host_.AddAdapter("ZX100", "AB12345");
     fc_ = &host_.AddFcPort(adapter, 0);
-    const std::uint8_t name[] = {0x21, 0x00, 0x00, 0x11, 0x22, 0x33, 0x44, 0x55};
-    std::memcpy(fc_->port_name, name, sizeof name);
+    fc_->port_name = {0x21, 0x00, 0x00, 0x11, 0x22, 0x33, 0x44, 0x55};
     fc_->rom_flags = 0x0A;
     fc_->supported_speeds = 0xFB;
     UseModel({0x3522});
@@ -115,7 +114,7 @@ class StagedFixture : public testing::Test {
   // Appends a target with LUNs of these numbers to the port.
   TargetEntry& AddTarget(const WorldWideName& name, bool nvme, const std::vector<std::uint16_t>& luns) {
     TargetEntry& target = targets_.emplace_back();
-    std::memcpy(target.port_name, name, sizeof name);
+    target.port_name = name;
     target.state_flags[5] = nvme ? 0x08 : 0;
     const LunEntry** end = &target.first_lun;
     for (const std::uint16_t number : luns) {

@@ -5,13 +5,12 @@
 #include <algorithm>
 #include <string>
 
-#include "discovery/identifiers.h"
 #include "support/unit_host_records.h"
 
 namespace {
 
 std::string NameOf(const char* word) {
-  return NameText(ReadDestination({word}, 0).name);
+  return ReadDestination({word}, 0).name.Text();
 }
 
 TEST(ReadDestination, ReadsOctetsInAnyCase) {
@@ -26,7 +25,7 @@ TEST(ReadDestination, MissingOctetsAreZero) {
   EXPECT_EQ(NameOf("50"), "50:00:00:00:00:00:00:00");
   EXPECT_EQ(NameOf("50:01:"), "50:01:00:00:00:00:00:00");
   EXPECT_EQ(NameOf("50:01:43:80:2e:5f:a0"), "50:01:43:80:2e:5f:a0:00");
-  EXPECT_EQ(NameText(ReadDestination({}, 0).name), "00:00:00:00:00:00:00:00");
+  EXPECT_EQ(ReadDestination({}, 0).name.Text(), "00:00:00:00:00:00:00:00");
 }
 
 TEST(ReadDestination, ATextThatDepartsFromTheFormEndsThere) {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -32,8 +31,7 @@ class PortLookup : public testing::Test {
   }
 
   static FCProtocolEntry& Name(FCProtocolEntry& entry, std::uint8_t last_octet) {
-    const WorldWideName name = {0x21, 0x00, 0x00, 0x11, 0x22, 0x33, 0x44, last_octet};
-    std::memcpy(entry.port_name, name, sizeof name);
+    entry.port_name = {0x21, 0x00, 0x00, 0x11, 0x22, 0x33, 0x44, last_octet};
     return entry;
   }
 

@@ -1,11 +1,13 @@
-#include "framework/device_library/records.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstring>
 
+#include "framework/device_library/adapter_records.h"
+#include "framework/device_library/fixed_text.h"
 #include "framework/device_library/flash_records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/device_library/target_records.h"
 
 namespace {
@@ -103,7 +105,7 @@ TEST(FCProtocolEntry, HasItsFieldsInPlace) {
   EXPECT_EQ((WithValueAt<FCProtocolEntry>(462, std::uint16_t{3}).interface_type),
             PortInterfaceType::kNpivVirtual);
   EXPECT_EQ((WithValueAt<FCProtocolEntry>(476, kWord).flash_firmware_version[1]), 0x12);
-  EXPECT_EQ((WithValueAt<FCProtocolEntry>(608, kWord).port_id[0]), 0x34);
+  EXPECT_EQ((WithValueAt<FCProtocolEntry>(608, kWord).port_id.octets[0]), 0x34);
   EXPECT_EQ((WithValueAt<FCProtocolEntry>(611, std::uint8_t{7}).port_type), 7);
   EXPECT_EQ((WithValueAt<FCProtocolEntry>(612, std::uint8_t{1}).port_state), 1);
   EXPECT_EQ((WithValueAt<FCProtocolEntry>(613, std::uint8_t{5}).connection_mode), 5);
@@ -138,7 +140,7 @@ TEST(TargetEntry, HasItsFieldsInPlace) {
   EXPECT_EQ((WithValueAt<TargetEntry>(1488, &target).next), &target);
   EXPECT_EQ((WithValueAt<TargetEntry>(0, kWord).node_name[1]), 0x12);
   EXPECT_EQ((WithValueAt<TargetEntry>(8, kWord).port_name[1]), 0x12);
-  EXPECT_EQ((WithValueAt<TargetEntry>(16, kWord).port_id[1]), 0x12);
+  EXPECT_EQ((WithValueAt<TargetEntry>(16, kWord).port_id.octets[1]), 0x12);
   EXPECT_EQ((WithValueAt<TargetEntry>(22, kWord).number), 0x1234);
   EXPECT_EQ((WithValueAt<TargetEntry>(164, kText).vendor_id.View()), "Sorvex1");
   EXPECT_EQ((WithValueAt<TargetEntry>(172, kText).product_id.View()), "Sorvex1");

@@ -1,0 +1,81 @@
+#include "base/call_table.h"
+
+namespace lab {
+
+const CallInfo kCalls[kCallCount] = {
+    {"TORPI_Initialize", CallKind::kStatus},
+    {"TORPI_SetToolID", CallKind::kStatus},
+    {"TORPI_SetToolVersion", CallKind::kStatus},
+    {"TORPI_Uninitialize", CallKind::kStatus},
+    {"TORPI_GetAdapterList", CallKind::kPointer},
+    {"TORPI_IsRebootRequired", CallKind::kStatus},
+    {"TORPI_doOptionROMUpdate", CallKind::kFlashUpdate},
+    {"TORPI_UpdateSpecificFlashRegionFromFile", CallKind::kFlashUpdate},
+    {"TORPI_UpdateAdapterFirmwareTableFromFile", CallKind::kFlashUpdate},
+    {"TORPI_UpdateAdapterPEPCfgFromFile", CallKind::kFlashUpdate},
+    {"TORPI_GetFlashComponentVersion", CallKind::kStatus},
+    {"TORPI_GetAdapterFlashMemoBlock", CallKind::kStatus},
+    {"TORPI_CheckOrindaPersonalityChangeOption", CallKind::kValue},
+    {"TORPI_GetPersonalityType", CallKind::kStatus},
+    {"TORPI_ChangePersonalityType", CallKind::kStatus},
+    {"TORPI_GetAdapterAsicBoardTemperature", CallKind::kStatus},
+    {"TORPI_GetLockdownStatus", CallKind::kStatus},
+    {"TORPI_ResetDeviceStats", CallKind::kStatus},
+    {"TORPI_GetVpd", CallKind::kStatus},
+    {"TORPI_DiagnosticsRDPTest", CallKind::kStatus},
+    {"TORPI_SDGetFwDump2", CallKind::kStatus},
+    {"TORPI_GetSFPDataEx", CallKind::kStatus},
+    {"TORPI_SaveSFPDataToFile", CallKind::kStatus},
+    {"TORPI_SaveSFPDataToTextFile", CallKind::kStatus},
+    {"TORPI_SfpModuleFirmwareUpdate", CallKind::kStatus},
+    {"TORPI_GetHBAParamsInfo", CallKind::kStatus},
+    {"TORPI_UpdateHBAParameters", CallKind::kStatus},
+    {"TORPI_RestoreDefaultNVRAM", CallKind::kStatus},
+    {"TORPI_SaveSingleAdapterNVRAMToFile", CallKind::kStatus},
+    {"TORPI_UpdateAdapterNVRAMFromFile", CallKind::kStatus},
+    {"TORPI_FCGetBBCSupportInfoEx", CallKind::kStatus},
+    {"TORPI_FCSetBBCSupportInfo", CallKind::kStatus},
+    {"TORPI_FCGetFECSupportInfo", CallKind::kStatus},
+    {"TORPI_FCSetFECSupportInfo", CallKind::kStatus},
+    {"TORPI_GetFWPrivateStats", CallKind::kStatus},
+    {"TORPI_ResetFECCounters", CallKind::kStatus},
+    {"TORPI_IsMezzAdapter", CallKind::kStatus},
+    {"TORPI_GetBfsConfigMode", CallKind::kValue},
+    {"TORPI_SetBfsConfigMode", CallKind::kStatus},
+    {"TORPI_GetBootDeviceInfo", CallKind::kStatus},
+    {"TORPI_SetBootDeviceInfo", CallKind::kStatus},
+    {"TORPI_GetNVMeBootDeviceEntries", CallKind::kStatus},
+    {"TORPI_SetNVMeBootDeviceEntries", CallKind::kStatus},
+    {"TORPI_GetAdapterBeaconStatus", CallKind::kStatus},
+    {"TORPI_UpdateAdapterBeaconStatus", CallKind::kStatus},
+    {"TORPI_CheckAdapterDPortOption", CallKind::kValue},
+    {"TORPI_ConfigureAdapterDPortSettings", CallKind::kStatus},
+    {"TORPI_DiagnosticDPortTest", CallKind::kRecord},
+    {"TORPI_DiagnosticDPortTestV2", CallKind::kStatus},
+    {"TORPI_DiagnosticsCTCommand", CallKind::kStatus},
+    {"TORPI_DiagnosticsFCPingTest", CallKind::kStatus},
+    {"TORPI_DiagnosticsEchoElsTest", CallKind::kStatus},
+    {"TORPI_DiagnosticsLoopBackTest", CallKind::kRecord},
+    {"TORPI_DiagnosticsReadWriteBufferTest", CallKind::kPointer},
+    {"TORPI_FreeRWBufferTestResultList", CallKind::kStatus},
+    {"TORPI_GetNVMeHostNQNStatus", CallKind::kStatus},
+    {"TORPI_RegisterDeregisterNVMeHostNQN", CallKind::kStatus},
+    {"TORPI_IsVCLMFeatureEnabled", CallKind::kStatus},
+    {"TORPI_GetSCMRStatisticsList", CallKind::kStatus},
+    {"TORPI_FreeSCMRStatisticsList", CallKind::kStatus},
+    {"TORPI_SANCongMgmtResetStatistics", CallKind::kStatus},
+    {"TORPI_GetSCMRProfile", CallKind::kStatus},
+    {"TORPI_SetSCMRProfile", CallKind::kStatus},
+    {"TORPI_GetPortStatisticsFC", CallKind::kStatus},
+    {"TORPI_GetTargetLinkSpeed", CallKind::kStatus},
+    {"TORPI_SetTargetLinkSpeed", CallKind::kStatus},
+};
+
+const CallInfo* FindCall(std::string_view name) {
+  for (const CallInfo& call : kCalls) {
+    if (name == call.name) return &call;
+  }
+  return nullptr;
+}
+
+}  // namespace lab

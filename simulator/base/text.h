@@ -1,0 +1,47 @@
+// Small readers and writers of texts, shared by the host file, flash images and the trace.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "framework/device_library/flash_records.h"
+
+namespace lab {
+
+// "0x1f" or "31", nothing else around it; false for any other text and for numbers above `limit`.
+bool ReadNumber(std::string_view text, std::uint64_t limit, std::uint64_t& out);
+
+// "36.5" or "-4": digits with at most one point, nothing else around them.
+bool ReadDecimalNumber(std::string_view text, double& out);
+
+// "9.12.01" or "3.62": two or three numbers of at most 255. False, and `out` all zero, for any other text.
+bool ReadVersion(std::string_view text, ComponentVersion& out);
+
+// Pairs of hexadecimal digits joined by ':', exactly as many as `out` holds.
+bool ReadOctets(std::string_view text, std::span<std::uint8_t> out);
+
+// "2026-03-14 09:26:53" into the update time of a memo block; false when it is no such time.
+bool ReadTime(std::string_view text, FlashMemoBlock& out);
+
+// "2026-03-14" into eight characters; false when it is no such date.
+bool ReadDate(std::string_view text, char (&out)[8]);
+
+// "1.9.0.0": four numbers of at most 255.
+bool ReadToolVersion(std::string_view text, std::uint8_t (&out)[4]);
+
+std::string VersionText(ComponentVersion version);
+std::string TimeText(const FlashMemoBlock& memo);
+
+// Lower-case octets joined by ':'.
+std::string OctetText(std::span<const std::uint8_t> octets);
+
+// In double quotes, with a backslash before quotes and backslashes, and everything outside printable ASCII as
+// \n, \r, \t or \xNN: one line whatever the text holds.
+std::string Quoted(std::string_view text);
+
+// Without the blanks and tabs at both ends.
+std::string_view Trimmed(std::string_view text);
+
+}  // namespace lab

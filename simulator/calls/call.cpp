@@ -1,0 +1,60 @@
+#include "calls/call.h"
+
+#include <cstdio>
+
+#include "base/text.h"
+
+namespace lab {
+
+Call::Call(const char* name, Arguments arguments) : name_(name) {
+  AddArguments(arguments);
+}
+
+Call::Call(const char* name, const DeviceHandle* handle, Arguments arguments)
+    : name_(name), about_port_(true) {
+  AddPort(handle && FindPort(Lab::Get().GetHost(), *handle, port_));
+  AddArguments(arguments);
+}
+
+Call::Call(const char* name, std::uint32_t sd_handle, Arguments arguments) : name_(name), about_port_(true) {
+  AddPort(FindPort(Lab::Get().GetHost(), sd_handle, port_));
+  AddArguments(arguments);
+}
+
+void Call::AddPort(bool known) {
+  arguments_ = known ? "port=FC_" + OctetText(entry().port_name.octets) : "port=unknown";
+}
+
+void Call::AddArguments(Arguments arguments) {
+  for (const Argument& argument : arguments) {
+    if (!arguments_.empty()) arguments_ += ", ";
+    if (!argument.is_text) {
+      arguments_ += std::to_string(argument.number);
+    } else {
+      arguments_ += argument.text ? Quoted(argument.text) : "null";
+    }
+  }
+}
+
+bool Call::InMaintenance() const {
+  return (entry().driver_flags & kMaintenanceDriverFlag) && (entry().port_flags & kMaintenancePortFlag);
+}
+
+void Call::Out(const char* name, std::uint64_t value) {
+  Out(name, std::to_string(value));
+}
+
+void Call::Out(const char* name, const std::string& value) {
+  outputs_ += ' ' + std::string(name) + '=' + value;
+}
+
+void Call::Finish(const std::string& result) {
+  Lab& lab = Lab::Get();
+  const Chatter chatter = lab.ChatterNow();
+  if (stdout && (chatter == Chatter::kAllCalls || (chatter == Chatter::kPortCalls && about_port_))) {
+    std::printf("%s: enter\n%s: exit, status %s\n", name_, name_, result.c_str());
+  }
+  lab.Trace(std::string(name_) + '(' + arguments_ + ") -> " + result + outputs_);
+}
+
+}  // namespace lab

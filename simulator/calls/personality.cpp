@@ -1,0 +1,31 @@
+// The personality of an adapter: Fibre Channel or converged.
+#include "calls/call.h"
+#include "framework/device_library/calls.h"
+
+using lab::Call;
+
+std::uint32_t TORPI_CheckOrindaPersonalityChangeOption(const DeviceHandle* handle) {
+  return lab::ServePort(
+      "TORPI_CheckOrindaPersonalityChangeOption", handle, {},
+      [](Call& call) { return call.adapter().personality_change_allowed ? 1u : 0u; }, 0);
+}
+
+LibraryStatus TORPI_GetPersonalityType(const DeviceHandle* handle, std::uint8_t* out_personality) {
+  return lab::ServePort("TORPI_GetPersonalityType", handle, {}, [=](Call& call) {
+    if (!out_personality) return lab::kBadArgument;
+    if (!call.adapter().family->personality_call) return lab::kNotForThisAdapter;
+    *out_personality = call.adapter().personality;
+    call.Out("personality", *out_personality);
+    return lab::kSuccess;
+  });
+}
+
+LibraryStatus TORPI_ChangePersonalityType(const DeviceHandle* handle, std::uint8_t personality) {
+  return lab::ServePort("TORPI_ChangePersonalityType", handle, {personality},
+                        [=](Call& call) -> std::uint32_t {
+                          if (personality > 1) return lab::kBadArgument;
+                          if (!call.adapter().personality_change_allowed) return lab::kNotForThisAdapter;
+                          call.adapter().personality = personality;
+                          return lab::Lab::Get().Keep(call.adapter(), true);
+                        });
+}

@@ -1,0 +1,69 @@
+// Start and end of the library, the adapter list and the reboot flag.
+#include "calls/call.h"
+#include "framework/device_library/calls.h"
+
+namespace {
+
+// The calls around a run's real work don't load the host, so that a run that needs no host does not pay for
+// it.
+template <typename Action>
+LibraryStatus ServeSession(const char* name, lab::Arguments arguments, Action action) {
+  try {
+    lab::Call call(name, arguments);
+    const std::uint32_t result = call.Answer(lab::kSuccess, [&] {
+      action(lab::Lab::Get());
+      return std::uint32_t{lab::kSuccess};
+    });
+    call.Finish(std::to_string(result));
+    return result;
+  } catch (...) {
+    return lab::kInternalFailure;
+  }
+}
+
+}  // namespace
+
+LibraryStatus TORPI_Initialize(std::uint32_t debug_level, std::uint32_t zero) {
+  return ServeSession("TORPI_Initialize", {debug_level, zero}, [](lab::Lab&) {});
+}
+
+LibraryStatus TORPI_SetToolID(std::uint32_t tool) {
+  return ServeSession("TORPI_SetToolID", {tool}, [tool](lab::Lab& lab) { lab.SetToolId(tool); });
+}
+
+LibraryStatus TORPI_SetToolVersion(std::uint32_t major, std::uint32_t minor, std::uint32_t zero_1,
+                                   std::uint32_t zero_2) {
+  return ServeSession("TORPI_SetToolVersion", {major, minor, zero_1, zero_2}, [=](lab::Lab& lab) {
+    lab.SetToolVersion({static_cast<std::uint8_t>(major), static_cast<std::uint8_t>(minor),
+                        static_cast<std::uint8_t>(zero_1), static_cast<std::uint8_t>(zero_2)});
+  });
+}
+
+LibraryStatus TORPI_Uninitialize() {
+  const LibraryStatus result = ServeSession("TORPI_Uninitialize", {}, [](lab::Lab&) {});
+  if (result == lab::kSuccess) lab::Lab::Reset();
+  return result;
+}
+
+const AdapterList* TORPI_GetAdapterList() {
+  try {
+    lab::Host& host = lab::Lab::Get().GetHost();
+    lab::Call call("TORPI_GetAdapterList", {});
+    // 1 for a list and 0 for null, so that the fault rule for pointers, "null", applies as it is.
+    const bool given = call.Answer(0, [&] { return std::uint32_t{host.no_list ? 0u : 1u}; }) != 0;
+    if (given) call.Out("adapters", host.adapters.size());
+    call.Finish(given ? "list" : "null");
+    return given ? &host.list : nullptr;
+  } catch (...) {
+    return nullptr;
+  }
+}
+
+LibraryStatus TORPI_IsRebootRequired(std::uint8_t* out_required) {
+  return lab::ServeHost("TORPI_IsRebootRequired", {}, [=](lab::Call& call) {
+    if (!out_required) return lab::kBadArgument;
+    *out_required = lab::Lab::Get().GetHost().reboot_required ? 1 : 0;
+    call.Out("required", *out_required);
+    return lab::kSuccess;
+  });
+}

@@ -1,0 +1,71 @@
+// Targets of a port: statistics and link speeds.
+#include <algorithm>
+
+#include "base/text.h"
+#include "calls/call.h"
+#include "device/speed_codes.h"
+#include "framework/device_library/calls.h"
+
+namespace {
+
+using lab::Call;
+using lab::TargetState;
+
+bool IsSpeedCode(std::uint32_t code) {
+  return std::any_of(std::begin(lab::kSpeedCodes), std::end(lab::kSpeedCodes),
+                     [code](const lab::NamedNumber& speed) { return speed.number == code; });
+}
+
+std::uint32_t ReadStatistics(Call& call, const TargetStatisticsAddress& address, TargetPortStatistics& out) {
+  if (address.kind != kTargetByPortName) return lab::kBadArgument;
+  const TargetState* const state = call.targets().Find(address.port_name);
+  if (state == nullptr) return lab::kNoSuchTarget;
+  out = state->statistics;
+  return lab::kSuccess;
+}
+
+std::uint32_t SetSpeed(Call& call, std::uint16_t target_number, std::uint32_t speed) {
+  if (!IsSpeedCode(speed)) return lab::kBadArgument;
+  if (call.adapter().family->fcoe) return lab::kNotForThisAdapter;
+  TargetState* const state = call.targets().Find(target_number);
+  if (state == nullptr) return lab::kNoSuchTarget;
+  state->link_speed = speed;
+  state->changed = true;
+  return call.KeepPort(false);
+}
+
+}  // namespace
+
+LibraryStatus TORPI_GetPortStatisticsFC(std::uint32_t sd_handle, std::uint32_t zero,
+                                        const TargetStatisticsAddress* address, TargetPortStatistics* out) {
+  try {
+    const bool named = address != nullptr;
+    const std::uint32_t kind = named ? address->kind : 0u;
+    const std::string name = named ? lab::OctetText(address->port_name.octets) : "";
+    return lab::ServePort("TORPI_GetPortStatisticsFC", sd_handle,
+                          {zero, kind, named ? name.c_str() : nullptr}, [=](Call& call) -> std::uint32_t {
+                            if (!named || out == nullptr) return lab::kBadArgument;
+                            return ReadStatistics(call, *address, *out);
+                          });
+  } catch (...) {
+    return lab::kInternalFailure;
+  }
+}
+
+LibraryStatus TORPI_GetTargetLinkSpeed(const DeviceHandle* handle, std::uint16_t target_number,
+                                       std::uint32_t* out_speed) {
+  return lab::ServePort("TORPI_GetTargetLinkSpeed", handle, {target_number}, [=](Call& call) {
+    if (out_speed == nullptr) return lab::kBadArgument;
+    const TargetState* const state = call.targets().Find(target_number);
+    if (state == nullptr) return lab::kNoSuchTarget;
+    *out_speed = state->link_speed;
+    call.Out("speed", *out_speed);
+    return lab::kSuccess;
+  });
+}
+
+LibraryStatus TORPI_SetTargetLinkSpeed(const DeviceHandle* handle, std::uint16_t target_number,
+                                       std::uint32_t speed) {
+  return lab::ServePort("TORPI_SetTargetLinkSpeed", handle, {target_number, speed},
+                        [=](Call& call) { return SetSpeed(call, target_number, speed); });
+}

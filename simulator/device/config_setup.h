@@ -1,0 +1,42 @@
+// The non-volatile configuration of a port and what belongs to it: boot entries, credit recovery, error
+// correction, beacon.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "device/family_table.h"
+#include "framework/device_library/config_records.h"
+
+namespace lab {
+
+struct CreditRecovery {
+  std::uint8_t status = 1;
+  std::uint8_t count = 3;
+  // What the link has made of it; without a value it follows from the status and the link.
+  std::optional<bool> online;
+  std::optional<std::uint8_t> negotiated;
+  std::optional<std::string> reason;
+};
+
+struct ErrorCorrection {
+  std::uint32_t setting = 1;
+  std::uint64_t correctable = 0;
+  std::uint64_t uncorrectable = 0;
+};
+
+struct ConfigSetup {
+  HBAParamsInfo nvram{};  // the parameters and the boot settings are one record
+  NVMeBootRecord nvme{};
+  bool nvme_present = false;
+  CreditRecovery credit_recovery;
+  ErrorCorrection fec;
+  std::uint32_t beacon = 0;
+  bool changed = false;  // differs from the host file, so belongs in the state file
+};
+
+// What a port of the family is delivered with.
+ConfigSetup MakeConfig(const Family& family);
+
+}  // namespace lab

@@ -1,0 +1,15 @@
+// Reading what a host file tells about the configuration of a port, and keeping what calls change of it.
+#pragma once
+
+#include "device/config_setup.h"
+#include "host_file/yaml_value.h"
+
+namespace lab {
+
+// Reads the map under a port's key `configuration`.
+void ReadConfiguration(const Value& map, ConfigSetup& setup);
+
+// All of it in the same form, for the state file.
+YAML::Node ConfigurationState(const ConfigSetup& setup);
+
+}  // namespace lab

@@ -1,0 +1,18 @@
+// Reading what a host file tells about the congestion management of a port, and keeping what calls change of
+// it.
+#pragma once
+
+#include "device/host.h"
+#include "host_file/yaml_value.h"
+
+namespace lab {
+
+// Reads the map under a port's key `congestion`, into its record too.
+void ReadCongestion(const Value& map, Entry& entry);
+
+// What calls can change, in the state file: a map with the profile, and whether the statistics have been
+// cleared.
+void ReadCongestionState(const Value& map, Entry& entry);
+YAML::Node CongestionState(const CongestionSetup& setup);
+
+}  // namespace lab

@@ -1,0 +1,15 @@
+// Reading what a host file tells about the diagnostics of a port, and keeping what calls change of it.
+#pragma once
+
+#include "device/diag_setup.h"
+#include "host_file/yaml_value.h"
+
+namespace lab {
+
+// Reads the map under a port's key `diagnostics`.
+void ReadDiagnostics(const Value& map, DiagSetup& setup);
+
+// The part of it that calls can change, in the same form.
+YAML::Node DiagnosticsState(const DiagSetup& setup);
+
+}  // namespace lab

@@ -1,0 +1,170 @@
+#include "host_file/report_keys.h"
+
+#include "base/text.h"
+#include "host_file/host_keys.h"
+
+namespace lab {
+namespace {
+
+constexpr NamedNumber kLockdowns[] = {{"off", 0}, {"on", 1}};
+constexpr NamedNumber kLockdownFailures[] = {{"unsupported-driver", 0x76}, {"unsupported-firmware", 0x86}};
+
+constexpr std::size_t kLargestItem = 255;
+constexpr std::uint32_t kLargestDump = 16u << 20;
+
+// Bytes written as octets, at most `limit` of them.
+std::string OctetsOf(const Value& value, std::size_t limit) {
+  const std::string text = value.Text(3 * limit);
+  std::string bytes((text.size() + 1) / 3, '\0');
+  if (!text.empty() && !ReadOctets(text, {reinterpret_cast<std::uint8_t*>(bytes.data()), bytes.size()})) {
+    value.Expected("hexadecimal octets joined by ':'");
+  }
+  return bytes;
+}
+
+// The bytes of a file, at most `limit` of them.
+std::string BytesOfFile(const Value& value, std::size_t limit) {
+  std::string bytes;
+  if (ReadFile(value.Path().c_str(), bytes) != FileResult::kRead || bytes.size() > limit) {
+    value.Expected("a file of at most " + std::to_string(limit) + " bytes");
+  }
+  return bytes;
+}
+
+// "none" or a map; true for the map.
+bool IsThere(const Value& value, bool& none) {
+  none = value.Is("none");
+  if (!none && !value.IsMap()) value.Expected("a map, or none");
+  return !none;
+}
+
+void ReadOneLockdown(const Value& value, Lockdown& into) {
+  into = {};
+  if (value.Is("on") || value.Is("off")) {
+    into.on = value.Choice(kLockdowns) != 0;
+  } else {
+    into.status = value.ChoiceOrNumber(kLockdownFailures, UINT32_MAX);
+  }
+}
+
+constexpr KeyRow<LockdownSetup> kLockdownKeys[] = {
+    {"config", [](const Value& value, LockdownSetup& into) { ReadOneLockdown(value, into.config); }},
+    {"firmware-update",
+     [](const Value& value, LockdownSetup& into) { ReadOneLockdown(value, into.firmware_update); }},
+    {"mpi", [](const Value& value, LockdownSetup& into) { ReadOneLockdown(value, into.mpi); }},
+};
+
+void ReadItems(const Value& map, VpdSetup& into) {
+  map.EachKey([&](const Value& item) {
+    const std::string& keyword = item.Key();
+    if (keyword.size() != 2) item.Wrong(keyword + ": expected a keyword of two characters");
+    if (keyword == "RV" || keyword == "RW") item.Wrong(keyword + ": expected no item that is made by itself");
+    std::optional<std::string>& value = into.items[keyword];
+    if (item.Is("none")) {
+      value.reset();
+    } else {
+      value = item.Text(kLargestItem);
+    }
+  });
+}
+
+constexpr KeyRow<VpdSetup> kVpdKeys[] = {
+    {"bytes", [](const Value& value, VpdSetup& into) { into.bytes = OctetsOf(value, kLargestVpd); }},
+    {"image", [](const Value& value, VpdSetup& into) { into.bytes = BytesOfFile(value, kLargestVpd); }},
+    {"name", [](const Value& value, VpdSetup& into) { into.name = value.Text(kLargestItem); }},
+    {"items", ReadItems},
+};
+
+template <typename Number>
+void IntoOptional(const Value& value, std::optional<Number>& into) {
+  value.Into(into.emplace());
+}
+
+constexpr KeyRow<SwitchModule> kModuleKeys[] = {
+    {"vendor", [](const Value& value, SwitchModule& into) { into.vendor = value.Text(16); }},
+    {"part", [](const Value& value, SwitchModule& into) { into.part = value.Text(16); }},
+    {"serial", [](const Value& value, SwitchModule& into) { into.serial = value.Text(16); }},
+    {"revision", [](const Value& value, SwitchModule& into) { into.revision = value.Text(4); }},
+    {"date", [](const Value& value, SwitchModule& into) { into.date = value.Text(8); }},
+    {"temperature",
+     [](const Value& value, SwitchModule& into) { into.temperature = value.Decimal(0, 255.99); }},
+    {"voltage", [](const Value& value, SwitchModule& into) { into.voltage = value.Decimal(0, 6.5535); }},
+    {"bias", [](const Value& value, SwitchModule& into) { into.bias = value.Decimal(0, 131.07); }},
+    {"tx-power", [](const Value& value, SwitchModule& into) { into.tx_power = value.Decimal(0, 6.5535); }},
+    {"rx-power", [](const Value& value, SwitchModule& into) { into.rx_power = value.Decimal(0, 6.5535); }},
+    {"flags", [](const Value& value, SwitchModule& into) { IntoOptional(value, into.flags); }},
+};
+
+void ReadLinkErrors(const Value& list, RdpSetup& into) {
+  std::size_t count = 0;
+  list.EachItem([&](const Value& item) {
+    if (count == std::size(into.link_errors)) item.Expected("six numbers and no more");
+    item.Into(into.link_errors[count++]);
+  });
+}
+
+constexpr KeyRow<RdpSetup> kRdpKeys[] = {
+    {"bytes", [](const Value& value, RdpSetup& into) { into.bytes = OctetsOf(value, kLargestRdpResponse); }},
+    {"image",
+     [](const Value& value, RdpSetup& into) { into.bytes = BytesOfFile(value, kLargestRdpResponse); }},
+    {"node-name", [](const Value& value, RdpSetup& into) { value.Octets(into.node_name.emplace().octets); }},
+    {"port-name", [](const Value& value, RdpSetup& into) { value.Octets(into.port_name.emplace().octets); }},
+    {"link-errors", ReadLinkErrors},
+    {"corrected-blocks",
+     [](const Value& value, RdpSetup& into) { IntoOptional(value, into.corrected_blocks); }},
+    {"uncorrected-blocks",
+     [](const Value& value, RdpSetup& into) { IntoOptional(value, into.uncorrected_blocks); }},
+    {"credits", [](const Value& value, RdpSetup& into) { value.Into(into.credits); }},
+    {"attached-credits", [](const Value& value, RdpSetup& into) { value.Into(into.attached_credits); }},
+    {"round-trip-ns", [](const Value& value, RdpSetup& into) { value.Into(into.round_trip_ns); }},
+    {"module", [](const Value& value, RdpSetup& into) { ReadMap(value, kModuleKeys, into.module); }},
+};
+
+constexpr KeyRow<DumpSetup> kDumpKeys[] = {
+    {"size", [](const Value& value,
+                DumpSetup& into) { into.size = static_cast<std::uint32_t>(value.Number(0, kLargestDump)); }},
+    {"image", [](const Value& value, DumpSetup& into) { into.bytes = BytesOfFile(value, kLargestDump); }},
+};
+
+constexpr KeyRow<Entry> kStateKeys[] = {
+    {"counters-reset",
+     [](const Value& value, Entry& into) {
+       if (value.Bool()) ResetCounters(into);
+     }},
+};
+
+}  // namespace
+
+void ReadTemperature(const Value& value, PortReportSetup& setup) {
+  const double celsius = value.Decimal(INT16_MIN, INT16_MAX);
+  setup.temperature = static_cast<std::int16_t>(celsius);
+  if (setup.temperature != celsius) value.Expected("a whole number from -32768 to 32767");
+}
+
+void ReadLockdown(const Value& map, PortReportSetup& setup) {
+  ReadMap(map, kLockdownKeys, setup.lockdown);
+}
+
+void ReadVpd(const Value& value, PortReportSetup& setup) {
+  if (IsThere(value, setup.vpd.none)) ReadMap(value, kVpdKeys, setup.vpd);
+}
+
+void ReadRdp(const Value& value, PortReportSetup& setup) {
+  if (IsThere(value, setup.rdp.no_answer)) ReadMap(value, kRdpKeys, setup.rdp);
+}
+
+void ReadFirmwareDump(const Value& value, PortReportSetup& setup) {
+  if (IsThere(value, setup.dump.none)) ReadMap(value, kDumpKeys, setup.dump);
+}
+
+void ReadReportState(const Value& map, Entry& entry) {
+  ReadMap(map, kStateKeys, entry);
+}
+
+YAML::Node ReportState(const Entry& entry) {
+  YAML::Node node(YAML::NodeType::Map);
+  if (entry.reports.counters_reset) node["counters-reset"] = true;
+  return node;
+}
+
+}  // namespace lab

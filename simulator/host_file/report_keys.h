@@ -1,0 +1,20 @@
+// Reading what a host file tells about the reports of a port, and keeping what calls change of it.
+#pragma once
+
+#include "device/host.h"
+#include "host_file/yaml_value.h"
+
+namespace lab {
+
+// Each reads the value of one key of a port.
+void ReadTemperature(const Value& value, PortReportSetup& setup);
+void ReadLockdown(const Value& map, PortReportSetup& setup);
+void ReadVpd(const Value& value, PortReportSetup& setup);
+void ReadRdp(const Value& value, PortReportSetup& setup);
+void ReadFirmwareDump(const Value& value, PortReportSetup& setup);
+
+// What calls have changed, in the state file.
+void ReadReportState(const Value& map, Entry& entry);
+YAML::Node ReportState(const Entry& entry);
+
+}  // namespace lab

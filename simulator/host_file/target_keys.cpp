@@ -1,0 +1,384 @@
+#include "host_file/target_keys.h"
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+
+#include "base/text.h"
+#include "device/speed_codes.h"
+
+namespace lab {
+namespace {
+
+constexpr NamedNumber kTypes[] = {{"fcp", 0}, {"nvme", 1}};
+constexpr NamedNumber kProductTypes[] = {{"disk", 0},    {"tape", 1},  {"optical", 4}, {"cdrom", 5},
+                                         {"changer", 8}, {"raid", 12}, {"saf-te", 13}};
+constexpr NamedNumber kStates[] = {{"online", 0}, {"offline", 1}, {"unconfigured", 2}};
+constexpr NamedNumber kRecords[] = {{"none", static_cast<std::uint32_t>(RemoteRecord::kNone)},
+                                    {"current", static_cast<std::uint32_t>(RemoteRecord::kCurrent)},
+                                    {"older", static_cast<std::uint32_t>(RemoteRecord::kOlder)}};
+constexpr NamedNumber kRoles[] = {{"initiator", 1}, {"target", 2}, {"initiator-target", 3}, {"unknown", 0}};
+constexpr NamedNumber kSessions[] = {{"none", static_cast<std::uint32_t>(Session::kNone)},
+                                     {"pending", static_cast<std::uint32_t>(Session::kPending)},
+                                     {"failed", static_cast<std::uint32_t>(Session::kFailed)},
+                                     {"complete", static_cast<std::uint32_t>(Session::kComplete)},
+                                     {"terminated", static_cast<std::uint32_t>(Session::kTerminated)}};
+constexpr NamedNumber kCongestionStates[] = {{"healthy", 0}, {"congested", 1}};
+constexpr NamedNumber kLanes[] = {{"none", 0}, {"slow", 1}, {"normal", 2}, {"fast", 3}};
+constexpr NamedNumber kThrottling[] = {{"disabled", 0}, {"none", 1}, {"active", 2}};
+
+constexpr std::uint32_t kTargetNumbers = 65536;
+constexpr std::uint32_t kLargestLun = 65535;
+constexpr std::uint64_t kLunLimit = 1u << 20;
+
+constexpr const char* kVendor = "LABSTOR";
+constexpr const char* kProduct = "VirtualArray";
+constexpr const char* kLunProduct = "VirtualDisk";
+constexpr const char* kFcpRevision = "2.10";
+constexpr const char* kNvmeRevision = "2.10.4";
+constexpr std::uint32_t kLunSizeMb = 102400;
+
+// Calls read(Value) for every item of a list, or for the value itself when it is none.
+template <typename Read>
+void EachOrOne(const Value& value, Read read) {
+  if (value.IsList()) {
+    value.EachItem(read);
+  } else {
+    read(value);
+  }
+}
+
+// "5" or "0-63".
+bool ReadRange(std::string_view text, std::uint32_t& first, std::uint32_t& last) {
+  const std::size_t hyphen = text.find('-');
+  std::uint64_t low = 0;
+  std::uint64_t high = 0;
+  if (!ReadNumber(text.substr(0, hyphen), kLargestLun, low)) return false;
+  if (hyphen == std::string_view::npos) {
+    high = low;
+  } else if (!ReadNumber(text.substr(hyphen + 1), kLargestLun, high)) {
+    return false;
+  }
+  first = static_cast<std::uint32_t>(low);
+  last = static_cast<std::uint32_t>(high);
+  return low <= high;
+}
+
+struct LunReading {
+  LunRange& range;
+  bool is_nvme;
+};
+
+void ReadNumbers(const Value& value, LunReading& into) {
+  if (!value.IsText() || !ReadRange(value.Text(64), into.range.first, into.range.last)) {
+    value.Expected("a number or a range like 0-63, up to 65535");
+  }
+}
+
+template <std::size_t N>
+void ReadOctetList(const Value& value, std::uint8_t (&octets)[N], std::uint8_t& length) {
+  const std::string text = value.Text(3 * N);
+  const std::size_t count = (text.size() + 1) / 3;
+  std::uint8_t read[N] = {};
+  if (count > N || (!text.empty() && !ReadOctets(text, {read, count}))) {
+    value.Expected("at most " + std::to_string(N) + " hexadecimal octets joined by ':'");
+  }
+  std::memcpy(octets, read, N);
+  length = static_cast<std::uint8_t>(count);
+}
+
+constexpr KeyRow<LunReading> kLunKeys[] = {
+    {"number", ReadNumbers},
+    {"vendor", [](const Value& value, LunReading& into) { value.Into(into.range.lun.vendor_id); }},
+    {"product", [](const Value& value, LunReading& into) { value.Into(into.range.lun.product_id); }},
+    {"revision",
+     [](const Value& value, LunReading& into) {
+       into.is_nvme ? value.Into(into.range.lun.nvme_revision) : value.Into(into.range.lun.fcp_revision);
+     }},
+    {"size",
+     [](const Value& value, LunReading& into) {
+       const std::uint64_t size = value.Number(0, into.is_nvme ? UINT64_MAX : UINT32_MAX);
+       StoreNumber(into.range.lun.fcp_size_mb, static_cast<std::uint32_t>(size));
+       StoreNumber(into.range.lun.nvme_size_mb, size);
+     }},
+    {"unique-id",
+     [](const Value& value, LunReading& into) {
+       LunEntry& lun = into.range.lun;
+       ReadOctetList(value, lun.unique_id, lun.fcp_unique_id_length);
+       lun.nvme_unique_id_length = lun.fcp_unique_id_length;
+       into.range.own_id = true;
+     }},
+};
+
+LunRange MakeRange(const TargetEntry& target) {
+  LunRange range;
+  range.lun.vendor_id = target.vendor_id;
+  StoreText(range.lun.product_id, kLunProduct);
+  range.lun.fcp_revision = target.fcp_revision;
+  range.lun.nvme_revision = target.nvme_revision;
+  StoreNumber(range.lun.fcp_size_mb, kLunSizeMb);
+  StoreNumber(range.lun.nvme_size_mb, std::uint64_t{kLunSizeMb});
+  return range;
+}
+
+void ReadLuns(const Value& luns, TargetGroup& group) {
+  std::vector<bool> seen(kLargestLun + 1);
+  EachOrOne(luns, [&](const Value& item) {
+    LunRange& range = group.luns.emplace_back(MakeRange(group.first));
+    LunReading reading{range, IsNvmeTarget(group.first)};
+    if (item.IsMap()) {
+      ReadMap(item, kLunKeys, reading);
+    } else {
+      ReadNumbers(item, reading);
+    }
+    for (std::uint32_t number = range.first; number <= range.last; ++number) {
+      if (seen[number]) item.Wrong(item.Key() + ": number " + std::to_string(number) + " stands here twice");
+      seen[number] = true;
+    }
+  });
+  if (group.LunsPerTarget() * group.count > kLunLimit) {
+    luns.Expected("no more than " + std::to_string(kLunLimit) + " in all targets of one item");
+  }
+}
+
+constexpr KeyRow<TargetEntry> kCongestionKeys[] = {
+    {"state",
+     [](const Value& value, TargetEntry& into) {
+       into.congestion_state = static_cast<std::uint8_t>(value.ChoiceOrNumber(kCongestionStates, 255));
+     }},
+    {"virtual-lane",
+     [](const Value& value, TargetEntry& into) {
+       into.virtual_lane = static_cast<std::uint8_t>(value.ChoiceOrNumber(kLanes, 255));
+     }},
+    {"throttling",
+     [](const Value& value, TargetEntry& into) {
+       into.io_throttling = static_cast<std::uint8_t>(value.ChoiceOrNumber(kThrottling, 255));
+     }},
+    {"notifications",
+     [](const Value& value, TargetEntry& into) { value.Into(into.congestion_notifications); }},
+    {"link-event", [](const Value& value, TargetEntry& into) { value.Into(into.link_event_type); }},
+    {"link-event-threshold",
+     [](const Value& value, TargetEntry& into) { value.Into(into.link_event_threshold_ms); }},
+    {"delivery-reason", [](const Value& value, TargetEntry& into) { value.Into(into.delivery_reason); }},
+    {"peer-event",
+     [](const Value& value, TargetEntry& into) { value.Into(into.peer_congestion_event_type); }},
+    {"peer-event-period",
+     [](const Value& value, TargetEntry& into) { value.Into(into.peer_congestion_event_period_ms); }},
+    {"link-integrity-events",
+     [](const Value& value, TargetEntry& into) { value.Into(into.link_integrity_events); }},
+    {"seconds-since-event",
+     [](const Value& value, TargetEntry& into) { value.Into(into.seconds_since_event); }},
+};
+
+struct Counter {
+  const char* name;
+  std::uint32_t TargetPortStatistics::*field;
+};
+
+constexpr Counter kCounters[] = {
+    {"link-failure", &TargetPortStatistics::link_failure},
+    {"loss-of-sync", &TargetPortStatistics::loss_of_sync},
+    {"loss-of-signal", &TargetPortStatistics::loss_of_signal},
+    {"primitive-sequence-error", &TargetPortStatistics::primitive_sequence_error},
+    {"invalid-transmission-word", &TargetPortStatistics::invalid_transmission_word},
+    {"invalid-crc", &TargetPortStatistics::invalid_crc},
+    {"delivery-failure-unknown", &TargetPortStatistics::delivery_failure_unknown},
+    {"delivery-timeout", &TargetPortStatistics::delivery_timeout},
+    {"delivery-unable-to-route", &TargetPortStatistics::delivery_unable_to_route},
+    {"delivery-failure-device-specific", &TargetPortStatistics::delivery_failure_device_specific},
+    {"peer-congestion-clear", &TargetPortStatistics::peer_congestion_clear},
+    {"peer-congestion-lost-credit", &TargetPortStatistics::peer_congestion_lost_credit},
+    {"peer-congestion-credit-stall", &TargetPortStatistics::peer_congestion_credit_stall},
+    {"peer-congestion-oversubscription", &TargetPortStatistics::peer_congestion_oversubscription},
+    {"peer-congestion-device-specific", &TargetPortStatistics::peer_congestion_device_specific},
+    {"link-unknown-event", &TargetPortStatistics::link_unknown_event},
+    {"link-device-specific-event", &TargetPortStatistics::link_device_specific_event},
+};
+
+void ReadStatistics(const Value& map, TargetPortStatistics& statistics) {
+  map.EachKey([&](const Value& value) {
+    std::string names;
+    for (const Counter& counter : kCounters) {
+      if (value.Key() == counter.name) return value.Into(statistics.*counter.field);
+      names += (names.empty() ? "" : ", ") + std::string(counter.name);
+    }
+    value.UnknownKey(names);
+  });
+}
+
+// Byte 0 bit 6: known but not configured; byte 2 bit 1 and byte 4 bit 0: online.
+void ReadState(const Value& value, TargetEntry& target) {
+  const std::uint32_t state = value.Choice(kStates);
+  target.state_flags[0] = state == 2 ? 0x40 : 0;
+  target.state_flags[2] = state == 0 ? 0x02 : 0;
+  target.state_flags[4] = state == 0 ? 0x01 : 0;
+}
+
+void ReadElsewhere(const Value&, TargetGroup&) {}
+
+// `type` stands in the record before these are read.
+constexpr KeyRow<TargetGroup> kTargetKeys[] = {
+    {"type", ReadElsewhere},
+    {"count",
+     [](const Value& value, TargetGroup& into) {
+       into.count = static_cast<std::uint32_t>(value.Number(1, kTargetNumbers));
+     }},
+    {"wwpn", [](const Value& value, TargetGroup& into) { value.Octets(into.first.port_name.octets); }},
+    {"wwnn",
+     [](const Value& value, TargetGroup& into) {
+       value.Octets(into.first.node_name.octets);
+       into.own_node_name = true;
+     }},
+    {"port-id", [](const Value& value, TargetGroup& into) { value.Octets(into.first.port_id.octets); }},
+    {"number", [](const Value& value, TargetGroup& into) { value.Into(into.first.number); }},
+    {"vendor", [](const Value& value, TargetGroup& into) { value.Into(into.first.vendor_id); }},
+    {"product", [](const Value& value, TargetGroup& into) { value.Into(into.first.product_id); }},
+    {"revision",
+     [](const Value& value, TargetGroup& into) {
+       IsNvmeTarget(into.first) ? value.Into(into.first.nvme_revision) : value.Into(into.first.fcp_revision);
+     }},
+    {"serial",
+     [](const Value& value, TargetGroup& into) {
+       value.Into(into.first.serial_number);
+       into.own_serial = true;
+     }},
+    {"product-type",
+     [](const Value& value, TargetGroup& into) {
+       into.first.product_type = value.ChoiceOrNumber(kProductTypes, UINT32_MAX);
+     }},
+    {"nqn",
+     [](const Value& value, TargetGroup& into) {
+       value.Into(into.first.nqn);
+       into.own_nqn = true;
+     }},
+    {"controller-id", [](const Value& value, TargetGroup& into) { value.Into(into.first.controller_id); }},
+    {"state", [](const Value& value, TargetGroup& into) { ReadState(value, into.first); }},
+    {"remote-record",
+     [](const Value& value, TargetGroup& into) {
+       into.remote.record = static_cast<RemoteRecord>(value.Choice(kRecords));
+     }},
+    {"remote-type",
+     [](const Value& value, TargetGroup& into) {
+       const std::uint32_t role = value.Choice(kRoles);
+       into.remote.initiator = (role & 1) != 0;
+       into.remote.target = (role & 2) != 0;
+     }},
+    {"session", [](const Value& value,
+                   TargetGroup& into) { into.remote.session = value.ChoiceOrNumber(kSessions, UINT32_MAX); }},
+    {"secure", [](const Value& value, TargetGroup& into) { value.Into(into.remote.secure); }},
+    {"congestion",
+     [](const Value& value, TargetGroup& into) { ReadMap(value, kCongestionKeys, into.first); }},
+    {"statistics",
+     [](const Value& value, TargetGroup& into) { ReadStatistics(value, into.state.statistics); }},
+    {"link-speed",
+     [](const Value& value, TargetGroup& into) { into.state.link_speed = value.Choice(kSpeedCodes); }},
+    {"link-speed-code", [](const Value& value, TargetGroup& into) { value.Into(into.state.link_speed); }},
+    {"luns", ReadElsewhere},
+    {"namespaces", ReadElsewhere},
+    {"lun-count",
+     [](const Value& value, TargetGroup& into) {
+       into.lun_count = static_cast<std::uint32_t>(value.Number(0, UINT32_MAX));
+     }},
+};
+
+TargetGroup MakeGroup(const TargetDefaults& defaults, const FCProtocolEntry& entry, std::uint32_t number) {
+  TargetGroup group;
+  TargetEntry& target = group.first;
+  target.port_name = {0x50, 0x00,
+                      0x0e, static_cast<std::uint8_t>(0x11 + defaults.adapter),
+                      0x00, static_cast<std::uint8_t>(defaults.port),
+                      0x00, 0x00};
+  CountUp(target.port_name, number);
+  target.port_id = {static_cast<std::uint8_t>(0x02 + defaults.port), 0x01, 0x00};
+  CountUp(target.port_id, number);
+  target.number = static_cast<std::uint16_t>(number);
+  target.controller_id = 1;
+  StoreText(target.vendor_id, kVendor);
+  StoreText(target.product_id, kProduct);
+  StoreText(target.fcp_revision, kFcpRevision);
+  StoreText(target.nvme_revision, kNvmeRevision);
+  target.state_flags[2] = 0x02;
+  target.state_flags[4] = 0x01;
+  target.virtual_lane = 2;
+  target.io_throttling = 1;
+  constexpr std::uint8_t kCurrentRemotePorts = 1;
+  if ((entry.driver_flags & kCurrentRemotePorts) == 0) group.remote.record = RemoteRecord::kOlder;
+  group.state.link_speed = entry.port_speed != 0 ? entry.port_speed : defaults.speed;
+  return group;
+}
+
+// The LUNs take over texts of their target, so they are read behind its own keys. Each type has its word for
+// them.
+void ReadLunKeys(const Value& map, TargetGroup& group) {
+  map.EachKey([&](const Value& value) {
+    if (value.Key() != "luns" && value.Key() != "namespaces") return;
+    const bool is_nvme = IsNvmeTarget(group.first);
+    if ((value.Key() == "namespaces") != is_nvme) {
+      value.Wrong(value.Key() + ": expected " + (is_nvme ? "namespaces" : "luns") +
+                  " with this type of target");
+    }
+    ReadLuns(value, group);
+  });
+}
+
+void CheckNames(const Value& map, const TargetGroup& group, std::set<std::uint64_t>& names) {
+  for (std::uint32_t place = 0; place < group.count; ++place) {
+    WorldWideName name = group.first.port_name;
+    CountUp(name, place);
+    if (names.insert(NameNumber(name)).second) continue;
+    map.Wrong("wwpn: expected a name of its own, got '" + OctetText(name.octets) + "' a second time");
+  }
+}
+
+void ReadTarget(const Value& map, TargetGroup group, TargetSet& set, std::set<std::uint64_t>& names) {
+  map.EachKey([&](const Value& value) {
+    if (value.Key() == "type" && value.Choice(kTypes) == 1) group.first.state_flags[5] = 0x08;
+  });
+  ReadMap(map, kTargetKeys, group);
+  if (!group.own_node_name) {
+    group.first.node_name = group.first.port_name;
+    group.first.node_name[1] ^= 0x10;
+  }
+  ReadLunKeys(map, group);
+  if (group.first.number + group.count > kTargetNumbers) {
+    map.Wrong("number: expected target numbers up to 65535, got " +
+              std::to_string(group.first.number + group.count - 1));
+  }
+  CheckNames(map, group, names);
+  set.Add(group);
+}
+
+}  // namespace
+
+void ReadTargets(const Value& value, const TargetDefaults& defaults, Entry& entry) {
+  std::set<std::uint64_t> names;
+  EachOrOne(value, [&](const Value& item) {
+    ReadTarget(item, MakeGroup(defaults, entry.record, entry.targets.Count()), entry.targets, names);
+  });
+}
+
+void ReadTargetSpeeds(const Value& map, TargetSet& targets) {
+  map.EachKey([&](const Value& value) {
+    WorldWideName name;
+    if (!ReadOctets(value.Key(), name.octets)) value.Wrong(value.Key() + ": expected the name of a target");
+    const std::uint32_t speed = value.Choice(kSpeedCodes);
+    TargetState* const state = targets.Find(name);
+    if (state == nullptr) return;
+    state->link_speed = speed;
+    state->changed = true;
+  });
+}
+
+YAML::Node TargetSpeeds(const TargetSet& targets) {
+  YAML::Node speeds;
+  targets.Each([&](const TargetEntry& target, const TargetState& state) {
+    if (!state.changed) return;
+    for (const NamedNumber& speed : kSpeedCodes) {
+      if (speed.number != state.link_speed) continue;
+      speeds[OctetText(target.port_name.octets)] = speed.name;
+    }
+  });
+  return speeds;
+}
+
+}  // namespace lab

@@ -1,0 +1,25 @@
+// Reading the targets of one port of a host file.
+#pragma once
+
+#include "device/host.h"
+#include "host_file/yaml_value.h"
+
+namespace lab {
+
+// What targets are made from where the host file says nothing: the places of their adapter and port, and the
+// speed code of a port that is down.
+struct TargetDefaults {
+  std::size_t adapter;
+  std::uint32_t port;
+  std::uint32_t speed;
+};
+
+// Reads the value of a port's key `targets`. All other keys of the entry have been read.
+void ReadTargets(const Value& value, const TargetDefaults& defaults, Entry& entry);
+
+// The link speeds that calls have set, in the state file: a map of target names. Names of targets that the
+// port does not have are left aside.
+void ReadTargetSpeeds(const Value& map, TargetSet& targets);
+YAML::Node TargetSpeeds(const TargetSet& targets);
+
+}  // namespace lab

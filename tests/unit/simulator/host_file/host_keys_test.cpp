@@ -1,0 +1,208 @@
+#include <string>
+#include <string_view>
+
+#include "unit/simulator/lab_fixture.h"
+
+namespace {
+
+struct BadHost {
+  const char* name;
+  const char* yaml;
+  const char* message;  // behind the path of the host file
+};
+
+std::ostream& operator<<(std::ostream& out, const BadHost& host) {
+  return out << host.name;
+}
+
+constexpr BadHost kBadHosts[] = {
+    {"UnknownTopKey", "adapter: []\n",
+     ":1: adapter: expected one of the keys adapters, no-list, reboot-required, boot-mode, chatter, faults"},
+    {"EmptyFile", "", ":1: file: expected a map, got nothing"},
+    {"TextOnly", "hello\n", ":1: file: expected a map, got 'hello'"},
+    {"AdaptersNoList", "adapters: 3\n", ":1: adapters: expected a list, got '3'"},
+    {"AdapterNoMap", "adapters:\n  - elm\n", ":2: adapters: expected a map, got 'elm'"},
+    {"NoFamily", "adapters:\n  - serial: A\n", ":2: family: expected here, got nothing"},
+    {"UnknownFamily", "adapters:\n  - family: oak\n",
+     ":2: family: expected one of aster, birch, cedar, ginkgo, elm, fern, hazel, iris, dahlia, got 'oak'"},
+    {"SerialTooLong", "adapters:\n  - family: elm\n    serial: 123456789012345678901234567890123\n",
+     ":3: serial: expected a text of at most 32 bytes, got '123456789012345678901234567890123'"},
+    {"ModelNoText", "adapters:\n  - family: elm\n    model: [a]\n",
+     ":3: model: expected a text of at most 32 bytes, got a list"},
+    {"BusOutOfRange", "adapters:\n  - family: elm\n    bus: 65536\n",
+     ":3: bus: expected a number from 0 to 65535, got '65536'"},
+    {"NegativeNumber", "adapters:\n  - family: elm\n    type: -1\n",
+     ":3: type: expected a number from 0 to 4294967295, got '-1'"},
+    {"NumberWithRest", "adapters:\n  - family: elm\n    device-id: 0x34g\n",
+     ":3: device-id: expected a number from 0 to 65535, got '0x34g'"},
+    {"PersonalityWord", "adapters:\n  - family: elm\n    personality: iscsi\n",
+     ":3: personality: expected one of fc, cna, or a number up to 255, got 'iscsi'"},
+    {"NoBool", "adapters:\n  - family: elm\n    firmware-lockdown: yes\n",
+     ":3: firmware-lockdown: expected true or false, got 'yes'"},
+    {"KeyTwice", "adapters:\n  - family: elm\n    bus: 1\n    bus: 2\n", ":4: bus: stands here twice"},
+    {"UnknownVersion", "adapters:\n  - family: elm\n    versions:\n      nvram: 1.2\n",
+     ":4: nvram: expected one of the keys multiboot, firmware, bios, efi, fcode, driver, running-firmware, "
+     "running-mpi, running-pep"},
+    {"UnknownComponent", "adapters:\n  - family: elm\n    flash:\n      bios: 1.2\n",
+     ":4: bios: expected one of the keys pep-firmware, pep-softrom, pep-board-config, preload-firmware-area, "
+     "fc-board-config, mpi-firmware, mpi-softrom, pcie-serdes"},
+    {"ComponentVersion", "adapters:\n  - family: elm\n    flash:\n      mpi-firmware: 1.256.0\n",
+     ":4: mpi-firmware: expected a version like 9.12.01, or none, got '1.256.0'"},
+    {"MemoSignature", "adapters:\n  - family: elm\n    memo-block:\n      signature: FMBSX\n",
+     ":4: signature: expected a text of at most 4 bytes, got 'FMBSX'"},
+    {"MemoDate", "adapters:\n  - family: elm\n    memo-block:\n      build-date: 2026-02-30\n",
+     ":4: build-date: expected a date like 2026-03-14, got '2026-02-30'"},
+    {"MemoTime", "adapters:\n  - family: elm\n    memo-block:\n      updated: 2026-02-03 24:00:00\n",
+     ":4: updated: expected a time like \"2026-03-14 09:26:53\", got '2026-02-03 24:00:00'"},
+    {"MemoToolVersion", "adapters:\n  - family: elm\n    memo-block:\n      tool-version: 1.9\n",
+     ":4: tool-version: expected four numbers like 1.9.0.0, got '1.9'"},
+    {"PortsNoList", "adapters:\n  - family: elm\n    ports: 2\n", ":3: ports: expected a list, got '2'"},
+    {"SpeedWord", "adapters:\n  - family: elm\n    ports:\n      - speed: fast\n",
+     ":4: speed: expected one of 1, 2, 4, 8, 10, 16, 32, 64, got 'fast'"},
+    {"LinkWord", "adapters:\n  - family: elm\n    ports:\n      - link: upp\n",
+     ":4: link: expected one of up, down, or a number up to 255, got 'upp'"},
+    {"PortNameShort", "adapters:\n  - family: elm\n    ports:\n      - wwpn: 21:00:00:0e:1e:11:22\n",
+     ":4: wwpn: expected 8 hexadecimal octets joined by ':', got '21:00:00:0e:1e:11:22'"},
+    {"PortIdDigits", "adapters:\n  - family: elm\n    ports:\n      - port-id: 01:0g:00\n",
+     ":4: port-id: expected 3 hexadecimal octets joined by ':', got '01:0g:00'"},
+    {"UnknownPortKey", "adapters:\n  - family: elm\n    ports:\n      - speeed: 16\n",
+     ":4: speeed: expected one of the keys wwpn, wwnn, port-id, link, speed, speed-code, type, protocol, "
+     "port-type, "
+     "connection, supported-speeds, error-correction, principal-fabric, adjacent-fabric, host-nqn, host-id, "
+     "driver, "
+     "running-firmware, running-mpi, running-pep, capabilities, driver-flags, maintenance, rom, pci-bus, "
+     "pci-device, pci-function, pci-capability, pci-status, driver-counters, firmware-counters, "
+     "diagnostics, configuration, congestion, temperature, lockdown, vpd, rdp, firmware-dump, targets, sfp, "
+     "number, "
+     "no-protocols, npiv"},
+    {"SevenCounters",
+     "adapters:\n  - family: elm\n    ports:\n      - driver-counters: [1, 2, 3, 4, 5, 6, 7]\n",
+     ":4: driver-counters: expected six numbers and no more, got '7'"},
+    {"SamePortName",
+     "adapters:\n  - family: elm\n    ports:\n      - wwpn: 21:00:00:0E:1e:11:22:33\n"
+     "      - wwpn: 21:00:00:0e:1e:11:22:33\n",
+     ":5: wwpn: expected a name of its own, got '21:00:00:0e:1e:11:22:33' a second time"},
+    {"NumberInVirtualPort", "adapters:\n  - family: elm\n    ports:\n      - npiv:\n        - number: 3\n",
+     ":5: number: expected one of the keys wwpn, wwnn, port-id, link, speed, speed-code, type, protocol, "
+     "port-type, "
+     "connection, supported-speeds, error-correction, principal-fabric, adjacent-fabric, host-nqn, host-id, "
+     "driver, "
+     "running-firmware, running-mpi, running-pep, capabilities, driver-flags, maintenance, rom, pci-bus, "
+     "pci-device, pci-function, pci-capability, pci-status, driver-counters, firmware-counters, "
+     "diagnostics, configuration, congestion, temperature, lockdown, vpd, rdp, firmware-dump, targets"},
+    {"FaultCall", "faults:\n  - {call: TORPI_Nothing, result: 1}\n",
+     ":2: expected the name of a library call, got 'TORPI_Nothing'"},
+    {"FaultWithoutCall", "faults:\n  - result: 1\n", ":2: call: expected here, got nothing"},
+    {"FaultWithoutResult", "faults:\n  - call: TORPI_GetVpd\n", ":2: result: expected here, got nothing"},
+    {"FaultResult", "faults:\n  - {call: TORPI_GetVpd, result: null}\n",
+     ":2: expected a number for TORPI_GetVpd, got 'null'"},
+    {"FaultPointer", "faults:\n  - {call: TORPI_GetAdapterList, result: 3}\n",
+     ":2: expected null for TORPI_GetAdapterList, got '3'"},
+    {"Chatter", "chatter: loud\n", ":1: chatter: expected one of false, true, ports, got 'loud'"},
+};
+
+class BadHostFile : public LabTest, public testing::WithParamInterface<BadHost> {};
+
+TEST_P(BadHostFile, IsToldWithItsLineAndGivesAnEmptyList) {
+  UseHost(GetParam().yaml);
+  testing::internal::CaptureStderr();
+  const AdapterList* list = TORPI_GetAdapterList();
+  ASSERT_NE(list, nullptr);
+  EXPECT_EQ(list->first, nullptr);
+  EXPECT_EQ(list->count, 0u);
+  EXPECT_EQ(TORPI_GetAdapterList(), list);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), Path("lab.yaml") + GetParam().message + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(HostFile, BadHostFile, testing::ValuesIn(kBadHosts),
+                         [](const auto& test) { return test.param.name; });
+
+using HostFile = LabTest;
+
+TEST_F(HostFile, BrokenYamlIsToldWithItsLine) {
+  UseHost("adapters:\n  - family: [elm\n");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_TRUE(told.starts_with(Path("lab.yaml") + ":3: ")) << told;
+}
+
+TEST_F(HostFile, MissingFileIsTold) {
+  setenv("TORPI_LAB_HOST", Path("none.yaml").c_str(), 1);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            Path("none.yaml") + ": can't be read: No such file or directory\n");
+}
+
+TEST_F(HostFile, HostWithoutAdaptersIsAnEmptyList) {
+  UseHost("adapters: []\n");
+  testing::internal::CaptureStderr();
+  ASSERT_NE(TORPI_GetAdapterList(), nullptr);
+  EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(HostFile, NoListGivesNull) {
+  UseHost("no-list: true\nadapters:\n  - family: elm\n");
+  EXPECT_EQ(TORPI_GetAdapterList(), nullptr);
+  EXPECT_EQ(Read("trace"), "TORPI_GetAdapterList() -> null\n");
+}
+
+TEST_F(HostFile, KeysHoldWhereverTheyStand) {
+  UseHost(
+      "adapters:\n"
+      "  - ports:\n"
+      "      - {speed: 8, port-id: 0a:0b:0c, link: down}\n"
+      "      - {link: down}\n"
+      "    vendor-id: 0x1077\n"
+      "    family: hazel\n");
+  EXPECT_EQ(EntryAt(0)->pci.vendor_id, 0x1077);
+  EXPECT_EQ(EntryAt(0)->port_state, 3);
+  EXPECT_EQ(EntryAt(0)->port_speed, 8u);
+  EXPECT_EQ(EntryAt(0)->port_id.octets[2], 0x0c);
+  EXPECT_EQ(EntryAt(0, 1)->port_speed, 0u);
+  EXPECT_EQ(EntryAt(0, 1)->port_id.octets[0], 0);
+  EXPECT_EQ(EntryAt(0, 1)->principal_fabric_name[0], 0);
+}
+
+TEST_F(HostFile, MissingPortsAndMissingProtocolsAreNullPointers) {
+  UseHost(
+      "adapters:\n  - family: elm\n  - {family: elm, ports: []}\n  - {family: elm, ports: [{no-protocols: "
+      "true}]}\n");
+  EXPECT_EQ(AdapterAt(0)->ports, nullptr);
+  ASSERT_NE(AdapterAt(1)->ports, nullptr);
+  EXPECT_EQ(AdapterAt(1)->ports->first, nullptr);
+  EXPECT_EQ(AdapterAt(2)->ports->first->protocols, nullptr);
+  EXPECT_EQ(TORPI_GetAdapterList()->count, 3u);
+}
+
+TEST_F(HostFile, ReadyExamplesAreAccepted) {
+  for (const char* name : {"small", "all-families", "failing", "odd", "diagnostics", "modules"}) {
+    NextRun();
+    setenv("TORPI_LAB_HOST", (std::string(ZFC_SOURCE_DIR "/examples/") + name + ".yaml").c_str(), 1);
+    testing::internal::CaptureStderr();
+    EXPECT_NE(TORPI_GetAdapterList()->first, nullptr) << name;
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << name;
+  }
+}
+
+TEST_F(HostFile, DocumentedHostsAreAccepted) {
+  std::ifstream file(ZFC_SOURCE_DIR "/docs/lab-host.md");
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  constexpr std::string_view kOpen = "```yaml\n";
+  std::size_t hosts = 0;
+  for (std::size_t at = text.find(kOpen); at != text.npos; at = text.find(kOpen, at)) {
+    at += kOpen.size();
+    NextRun();
+    UseHost(text.substr(at, text.find("```", at) - at));
+    testing::internal::CaptureStderr();
+    TORPI_GetAdapterList();  // null once in one of them
+    EXPECT_NE(TORPI_GetAdapterList()->first, nullptr);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    ++hosts;
+  }
+  EXPECT_GE(hosts, 6u);
+}
+
+}  // namespace
