@@ -2,6 +2,18 @@
 
 #include <algorithm>
 
+namespace {
+
+Words::const_iterator FindOptionWord(const Words& words, std::string_view long_name,
+                                     std::string_view short_name) {
+  return std::find_if(words.begin(), words.end(), [=](const std::string& word) {
+    return (!long_name.empty() && EqualNoCase(word, long_name)) ||
+           (!short_name.empty() && EqualNoCase(word, short_name));
+  });
+}
+
+}  // namespace
+
 char ToLowerAscii(char byte) {
   return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
@@ -41,16 +53,18 @@ bool FindWordPair(const Words& words, std::string_view first, std::string_view s
   return false;
 }
 
+bool FindOption(const Words& words, std::string_view long_name, std::string_view short_name,
+                std::string& value) {
+  const auto option = FindOptionWord(words, long_name, short_name);
+  if (option == words.end() || option + 1 == words.end()) return false;
+  value = option[1];
+  return true;
+}
+
 bool GetOptionValue(Words& words, std::string_view long_name, std::string_view short_name,
                     std::string& value) {
-  const auto is_option = [=](const std::string& word) {
-    return (!long_name.empty() && EqualNoCase(word, long_name)) ||
-           (!short_name.empty() && EqualNoCase(word, short_name));
-  };
-  const auto option = std::find_if(words.begin(), words.end(), is_option);
-  if (option == words.end()) return false;
-  const auto behind = words.erase(option);
-  if (behind == words.end()) return false;
-  value = *behind;
-  return true;
+  const bool found = FindOption(words, long_name, short_name, value);
+  const auto option = FindOptionWord(words, long_name, short_name);
+  if (option != words.end()) words.erase(option);
+  return found;
 }

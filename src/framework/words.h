@@ -27,12 +27,15 @@ bool IsHelpWord(std::string_view word);
 // The word at `index`, or an empty text when the user gave fewer words.
 std::string_view WordAt(const Words& words, std::size_t index);
 
-// Finds `first` with `second` right behind it, or, when `first` is empty, `second` alone. Stores the position
+// Finds `first` with `second` right after it, or, when `first` is empty, `second` alone. Stores the position
 // of the first such place in `index` and returns true; stores -1 and returns false when there is none.
 bool FindWordPair(const Words& words, std::string_view first, std::string_view second, int& index);
 
-// Finds the first word equal to `long_name` or `short_name` (an empty name matches nothing) and erases it.
-// When a word stands behind it, copies that to `value` and returns true. An option that stands last has no
-// value: it is erased and the result is false. Callers hand in a copy of their words, one for each option.
+// Finds the first word equal to `long_name` or `short_name` (an empty name matches nothing) and copies the
+// word after it to `value`. False when there is no such word, or when it is the last one and so has no value.
+bool FindOption(const Words& words, std::string_view long_name, std::string_view short_name,
+                std::string& value);
+
+// The same, and erases the option word, also one without a value.
 bool GetOptionValue(Words& words, std::string_view long_name, std::string_view short_name,
                     std::string& value);

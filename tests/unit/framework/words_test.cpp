@@ -122,6 +122,23 @@ TEST(FindWordPair, WithoutAFirstWordFindsTheSecondAlone) {
   EXPECT_EQ(index, -1);
 }
 
+TEST(FindOption, CopiesTheWordAfterTheFirstMatchOfEitherName) {
+  const Words words = {"port", "-A", "1", "--long", "2", "-a", "3", "-b"};
+  std::string value;
+  EXPECT_TRUE(FindOption(words, "--other", "-a", value));
+  EXPECT_EQ(value, "1");
+  EXPECT_TRUE(FindOption(words, "--LONG", "", value));
+  EXPECT_EQ(value, "2");
+}
+
+TEST(FindOption, FindsNothingWithoutAValue) {
+  std::string value = "old";
+  EXPECT_FALSE(FindOption({"port", "-b"}, "--none", "-b", value));
+  EXPECT_FALSE(FindOption({"", "value"}, "", "", value));
+  EXPECT_FALSE(FindOption({}, "--none", "-b", value));
+  EXPECT_EQ(value, "old");
+}
+
 TEST(GetOptionValue, ErasesTheOptionAndLeavesItsValue) {
   Words words = {"a", "--speed", "16", "b"};
   std::string value;
