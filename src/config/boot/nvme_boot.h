@@ -3,9 +3,11 @@
 
 #include <cstddef>
 
-#include "config/staged_file.h"
+#include "config/staged/staged_file.h"
+#include "framework/command_run.h"
 #include "framework/device_library/config_records.h"
 #include "framework/report_text.h"
+#include "framework/status.h"
 
 bool AnyEnabled(const NVMeBootRecord& record);
 
@@ -16,7 +18,7 @@ void AddNvmeEntry(std::size_t number, const NVMeBootEntry& entry, StagedValues& 
 void AddNvmeEntries(const NVMeBootRecord& record, StagedValues& values);
 
 // Puts the file's values over those of the record. kInvalidParameter for an enable flag above 1.
-StatusCode ReadNvmeEntries(const StagedFile& file, NVMeBootRecord& record);
+StatusCode ReadNvmeEntries(const CommandRun& run, const StagedFile& file, NVMeBootRecord& record);
 
 // The lines of all entries.
 void NvmeEntryLines(ReportText& text, const NVMeBootRecord& record);

@@ -1,4 +1,4 @@
-#include "config/file_ops.h"
+#include "config/staged/file_ops.h"
 
 #include <sys/stat.h>
 
@@ -11,8 +11,11 @@
 #include "framework/words.h"
 #include "runtime/debug_log.h"
 #include "runtime/text.h"
+#include "runtime/timing_scope.h"
 
 namespace {
+
+constexpr const char* kClass = "FileOps";
 
 constexpr std::size_t kWriterPiece = 511;
 constexpr std::size_t kReaderPiece = 1022;
@@ -39,20 +42,20 @@ bool Write(std::FILE* file, std::string_view text) {
   return std::fwrite(text.data(), 1, text.size(), file) == text.size();
 }
 
-// Closes the file and tells whether everything written to it has reached the disk's file system.
+// Closes the file. Returns whether everything written to it has reached the file system.
 bool Finish(File file) {
   const bool written = std::ferror(file.get()) == 0;
   return std::fclose(file.release()) == 0 && written;
 }
 
 // Makes the file with this one line. A line that cannot be written leaves no file.
-int CreateWithLine(const char* path, const std::string& line) {
+bool CreateWithLine(const char* path, const std::string& line) {
   File file(std::fopen(path, "w+"));
-  if (file == nullptr) return FileOps::kFailed;
+  if (file == nullptr) return false;
   Write(file.get(), line);
-  if (Finish(std::move(file))) return FileOps::kDone;
+  if (Finish(std::move(file))) return true;
   std::remove(path);
-  return FileOps::kFailed;
+  return false;
 }
 
 // Copies `source` with `line` in place of every piece that holds the key.
@@ -95,59 +98,64 @@ bool SplitLine(std::string_view line, char separator, std::string_view& key, std
   return true;
 }
 
+// Logs why a function fails and returns its result.
+int Fail(int result, const char* function, const char* what, const char* path) {
+  DebugLogLevel(kDebugFailure, "FileOps::%s: %s %s", function, what, path);
+  return result;
+}
+
 }  // namespace
 
 int FileOps::IsFilePresent(const char* path) {
+  const TraceScope trace({kClass, __func__});
   DebugLogLevel(kDebugTrace, "FileOps::%s: %s", __func__, path);
   struct stat status;
   return stat(path, &status) == 0 && S_ISREG(status.st_mode) ? 1 : 0;
 }
 
 int FileOps::UpdateKeyValueInFile(const char* path, const char* key, const char* value) {
+  const TraceScope trace({kClass, __func__});
   DebugLogLevel(kDebugTrace, "FileOps::%s: %s: %s=%s", __func__, path, key, value);
   const std::string temporary = std::string(path) + "_tmp";
   const std::string line = std::string(key) + "=" + value + "\n";
 
   File source(std::fopen(path, "r"));
   if (source == nullptr) {
-    const int result = CreateWithLine(path, line);
-    if (result != kDone) DebugLogLevel(kDebugFailure, "FileOps::%s: cannot create %s", __func__, path);
-    return result;
+    return CreateWithLine(path, line) ? kDone : Fail(kFailed, __func__, "cannot create", path);
   }
   File target(std::fopen(temporary.c_str(), "w+"));
   if (target == nullptr) {
-    DebugLogLevel(kDebugFailure, "FileOps::%s: cannot open %s", __func__, temporary.c_str());
-    return kFailed;
+    return Fail(kFailed, __func__, "cannot open", temporary.c_str());
   }
   const bool copied = CopyWithLine(source.get(), target.get(), key, line);
   source.reset();
   if (!Finish(std::move(target)) || !copied) {
-    DebugLogLevel(kDebugFailure, "FileOps::%s: cannot write %s", __func__, temporary.c_str());
     std::remove(temporary.c_str());
-    return kFailed;
+    return Fail(kFailed, __func__, "cannot write", temporary.c_str());
   }
   if (std::remove(path) != 0 || std::rename(temporary.c_str(), path) != 0) {
-    DebugLogLevel(kDebugFailure, "FileOps::%s: cannot replace %s", __func__, path);
-    return kFailed;
+    return Fail(kFailed, __func__, "cannot replace", path);
   }
   return kDone;
 }
 
 int FileOps::RemoveFile(const char* path) {
+  const TraceScope trace({kClass, __func__});
   DebugLogLevel(kDebugTrace, "FileOps::%s: %s", __func__, path);
   if (std::remove(path) == 0) return kDone;
-  DebugLogLevel(kDebugFailure, "FileOps::%s: cannot remove %s", __func__, path);
-  return kFailed;
+  return Fail(kFailed, __func__, "cannot remove", path);
 }
 
 int FileOps::GetKeyValueFromFile(const char* path, const char* key, char* value, std::size_t size,
                                  char separator) {
-  if (path == nullptr || key == nullptr || value == nullptr || size == 0) return kNoArgument;
+  const TraceScope trace({kClass, __func__});
+  if (path == nullptr || key == nullptr || value == nullptr || size == 0) {
+    return Fail(kNoArgument, __func__, "no path, key or buffer:", path != nullptr ? path : "(none)");
+  }
   DebugLogLevel(kDebugTrace, "FileOps::%s: %s: %s", __func__, path, key);
   const File file(std::fopen(path, "r"));
   if (file == nullptr) {
-    DebugLogLevel(kDebugFailure, "FileOps::%s: cannot read %s", __func__, path);
-    return kNotReadable;
+    return Fail(kNotReadable, __func__, "cannot read", path);
   }
   std::string line;
   while (ReadPiece(file.get(), kReaderPiece, line)) {

@@ -16,12 +16,17 @@ inline constexpr CodeText kConnectionOptions[] = {
 inline constexpr const char* kDataRateAutoText = "Auto";
 
 // When an interrupt is raised.
-inline constexpr std::uint8_t kInterruptPerCompletion = 0;
-inline constexpr std::uint8_t kInterruptOnTimer = 5;
-inline constexpr std::uint8_t kInterruptOnTimerOrIdle = 6;
+enum OperationMode : std::uint8_t {
+  kInterruptPerCompletion = 0,
+  kInterruptOnTimer = 5,
+  kInterruptOnTimerOrIdle = 6,
+};
 
 inline constexpr CodeText kOperationModes[] = {
     {kInterruptPerCompletion, "Interrupt_For_Every_I/O_Completion"},
     {kInterruptOnTimer, "Interrupt_When_Interrupt_Delay_Timer_Expires"},
     {kInterruptOnTimerOrIdle, "Interrupt_When_Interrupt_Delay_Timer_Expires_Or_No_Active_I/O"},
 };
+
+inline constexpr std::uint32_t kLargestFrameSize = 2112;  // bytes; an option takes it on some models only
+inline constexpr std::uint32_t kFrameSizes[] = {512, 1024, 2048, kLargestFrameSize};

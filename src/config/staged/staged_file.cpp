@@ -1,10 +1,9 @@
-#include "config/staged_file.h"
+#include "config/staged/staged_file.h"
 
-#include <cstdlib>
 #include <string_view>
 
-#include "config/file_ops.h"
-#include "runtime/debug_log.h"
+#include "config/options.h"
+#include "config/staged/file_ops.h"
 
 namespace {
 
@@ -12,10 +11,6 @@ namespace {
 constexpr const char* kCacheFolder = "/opt/ZunaFcEsxcliPlugin/tmp";
 
 }  // namespace
-
-std::uint32_t NumberOf(const std::string& text) {
-  return static_cast<std::uint32_t>(std::strtoul(text.c_str(), nullptr, 10));
-}
 
 std::string StagedPath(const char* family, const std::string& port) {
   return std::string(kCacheFolder) + "/" + family + "_" + port;
@@ -41,11 +36,10 @@ bool StagedFile::FindNumber(const std::string& key, std::uint32_t& number) const
   return true;
 }
 
-StatusCode StagedFile::Write(const StagedValues& values) const {
+StatusCode StagedFile::Write(const CommandRun& run, const StagedValues& values) const {
   for (const auto& [key, value] : values) {
     if (FileOps::UpdateKeyValueInFile(path_.c_str(), key.c_str(), value.c_str()) == FileOps::kDone) continue;
-    DebugLogLevel(kDebugFailure, "%s: %s: file ops failed", __func__, path_.c_str());
-    return kFileNotFound;
+    return run.Refuse(kFileNotFound, "file ops failed");
   }
   return kSuccess;
 }
