@@ -1,4 +1,4 @@
-#include "config/file_ops.h"
+#include "config/staged/file_ops.h"
 
 #include <gtest/gtest.h>
 #include <sys/mount.h>
@@ -35,7 +35,7 @@ class FileOpsTest : public testing::Test {
     return Value("Data_Rate");
   }
 
-  // The content of a file with this content behind an update of "Data_Rate" to 7.
+  // The content of a file with this content after an update of "Data_Rate" to 7.
   std::string Updated(const std::string& content) const {
     WriteContent(path_, content);
     EXPECT_EQ(Update("Data_Rate", "7"), FileOps::kDone);
@@ -110,14 +110,14 @@ TEST_F(FileOpsTest, LineEndsOfAnotherSystemAreKept) {
 }
 
 TEST_F(FileOpsTest, ALongLineArrivesInPiecesOf511Characters) {
-  // The key stands whole in the second piece: only that piece is replaced.
+  // The key is whole in the second piece: only that piece is replaced.
   const std::string first(511, 'x');
   EXPECT_EQ(Updated(first + "yData_Rate=1 and more\nA=1\n"), first + "Data_Rate=7\nA=1\n");
   EXPECT_EQ(Updated(first + "Data_Rate=1\n"), first + "Data_Rate=7\n");
   // A key that a piece's end cuts in two is not seen.
   const std::string cut(511 - 4, 'x');
   EXPECT_EQ(Updated(cut + "Data_Rate=1\n"), cut + "Data_Rate=1\nData_Rate=7\n");
-  // A line end that stands alone in the next piece stays.
+  // A line end that is alone in the next piece stays.
   EXPECT_EQ(Updated("Data_Rate=" + std::string(501, 'y') + "\nA=1\n"), "Data_Rate=7\n\nA=1\n");
   EXPECT_EQ(Updated("Data_Rate=" + std::string(500, 'y') + "\nA=1\n"), "Data_Rate=7\nA=1\n");
 }
