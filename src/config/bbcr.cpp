@@ -1,90 +1,76 @@
 #include "config/bbcr.h"
 
-#include "config/record_fields.h"
+#include <cstddef>
+
+#include "config/options.h"
+#include "config/staged/staged_parameter.h"
 #include "framework/code_text.h"
 #include "framework/device_library/families.h"
 #include "framework/library_call.h"
 #include "framework/report_lines.h"
-#include "runtime/debug_log.h"
+#include "framework/report_text.h"
 
 namespace {
 
 constexpr std::size_t kReportBytes = 1024;
 
-constexpr StatusMessage kMessages[] = {
-    kInvalidParameter,
-    {kReadFailed, "Failed, NVRAM read failed"},
-    kHostNotFound,
-    kFileNotFound,
-    {kUpdateFailed, "Failed, NVRAM update failed"},
-    kAdapterNotFound,
-    kFeatureNotSupported,
-    kMemoryError,
-    {kReadOnlyParameter, "Failed, Read-Only parameter"},
-    kVirtualPort,
-    kMaintenanceMode,
-};
-
-constexpr const char* kStatusKey = "BBCR_Status";
-constexpr const char* kCountKey = "BBCR_Count";
-constexpr std::uint32_t kMaxCount = 15;
-
-constexpr RecordField kFields[] = {
-    {kStatusKey, offsetof(Bbcr::State, status), 1, FieldKind::kSigned, {.limit = 1}},
-    {kCountKey, offsetof(Bbcr::State, configured), 1, FieldKind::kSigned, {.limit = kMaxCount}},
-};
-
-using Option = StagedOption<OptionChecks>;
-
-constexpr Option kOptions[] = {
-    {"--bbcr-status", "-b", kStatusKey, nullptr, &TakeTrueFalse, 1},
-    {"--bbcr-configured", "-c", kCountKey, nullptr, &TakeNumber, kMaxCount},
+// In the order in which options and a file's values are checked.
+constexpr StagedParameter kParameters[] = {
+    {.key = "BBCR_Status",
+     .offset = offsetof(Bbcr::State, status),
+     .width = sizeof(Bbcr::State::status),
+     .form = ParameterForm::kFlag,
+     .option = {"--bbcr-status", "-b"}},
+    {.key = "BBCR_Count",
+     .offset = offsetof(Bbcr::State, configured),
+     .width = sizeof(Bbcr::State::configured),
+     .rule = {.limit = 15},
+     .option = {"--bbcr-configured", "-c"}},
 };
 
 }  // namespace
 
-const StagedNode kBbcrNode = {
-    "PhysicalPortBBCRCmdsProcessor", "BBCR", {"BBCRInfo", "BBCR", "BBCRList"}, kMessages};
-
-StatusCode Bbcr::Prepare(const Words&) {
-  if (IsDeviceGroupHazelIrisOrDahlia(Fc().pci)) return kSuccess;
-  DebugLogLevel(kDebugFailure, "%s: Command not supported for this adapter", node_.class_name);
-  return kFeatureNotSupported;
-}
-
-StatusCode Bbcr::ReadDevice() {
+StatusCode Bbcr::Open(CommandRun& run, StagedCommand) {
+  if (!IsDeviceGroupHazelIrisOrDahlia(fc_.pci)) {
+    return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
+  }
   state_ = {};
-  return CallLibrary(node_.class_name, "Get BBCR info", kReadFailed, [&] {
-    return TORPI_FCGetBBCSupportInfoEx(&Fc().handle, &state_.status, &state_.configured, &state_.online,
+  const StatusCode status = CallLibrary(run, "Get BBCR info", kReadFailed, [&] {
+    return TORPI_FCGetBBCSupportInfoEx(&fc_.handle, &state_.status, &state_.configured, &state_.online,
                                        &state_.negotiated, state_.offline_reason.bytes,
                                        sizeof state_.offline_reason);
   });
+  if (status == kSuccess) LogValues(run, kParameters, &state_);
+  return status;
 }
 
-StagedValues Bbcr::AllValues() const {
-  StagedValues values;
-  AddFieldValues(kFields, &state_, values);
-  return values;
+void Bbcr::AddAll(StagedValues& values) const {
+  AddValues(kParameters, &state_, values);
 }
 
-StatusCode Bbcr::CheckOptions(const Words& words, const StagedFile& file, StagedValues& values) const {
-  OptionChecks checks = {Fc(), file, values};
-  return TakeOptions<OptionChecks>(kOptions, words, checks);
+StatusCode Bbcr::TakeOptions(CommandRun& run, const StagedFile&, StagedValues& changes) const {
+  for (const StagedParameter& parameter : kParameters) {
+    const StatusCode status = TakeOption(run, parameter.option, [&](const std::string& value) {
+      return TakeValue(parameter, value, changes);
+    });
+    if (status != kSuccess) return status;
+  }
+  return kSuccess;
 }
 
-StatusCode Bbcr::ReadFile(const StagedFile& file) {
-  return ReadFieldValues(kFields, file, &state_);
+StatusCode Bbcr::ReadFile(CommandRun& run, const StagedFile& file) {
+  return ReadValues(run, kParameters, file, &state_);
 }
 
-StatusCode Bbcr::WriteDevice() {
-  return CallLibrary(node_.class_name, "Set BBCR info", kUpdateFailed, [&] {
-    return TORPI_FCSetBBCSupportInfo(&Fc().handle, state_.status, state_.configured);
+StatusCode Bbcr::WriteDevice(CommandRun& run) {
+  return CallLibrary(run, "Set BBCR info", kUpdateFailed, [&] {
+    return TORPI_FCSetBBCSupportInfo(&fc_.handle, state_.status, state_.configured);
   });
 }
 
-StatusCode Bbcr::Display(Serializer& out, OutputMode mode, RebootField reboot) const {
+StatusCode Bbcr::Display(CommandRun& run, RebootField reboot) const {
   ReportText text(kReportBytes);
-  if (!text.Allocated()) return DisplayNoMemory(out, mode);
+  if (!text.Allocated()) return run.DisplayNoMemory();
   const bool online = state_.online != 0;
   FirstTextLine(text, "BBCR Status", BoolText(state_.status != 0));
   NumberLine(text, "BBCR Configured", state_.configured);
@@ -94,5 +80,5 @@ StatusCode Bbcr::Display(Serializer& out, OutputMode mode, RebootField reboot) c
   } else if (!state_.offline_reason.Empty()) {
     TextLine(text, "BBCR Offline Reason Code", state_.offline_reason.View());
   }
-  return WriteText(out, mode, text, reboot);
+  return run.DisplayReport(text, reboot);
 }

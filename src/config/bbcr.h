@@ -2,23 +2,32 @@
 // state.
 #pragma once
 
-#include "config/staged_settings.h"
+#include <cstdint>
 
-extern const StagedNode kBbcrNode;
+#include "config/staged/staged_file.h"
+#include "config/staged/staged_flow.h"
+#include "framework/command_run.h"
+#include "framework/device_library/fixed_text.h"
+#include "framework/device_library/port_entry.h"
 
-class Bbcr : public StagedSettings {
+class Bbcr {
  public:
-  Bbcr() : StagedSettings(kBbcrNode) {}
+  static constexpr StagedNode kNode = {.family = "BBCR",
+                                       .create = "CreateBBCRFile",
+                                       .update = "UpdateBBCRInFile",
+                                       .read = "ReadBBCRFromFile",
+                                       .display = "DisplayBBCRInfo"};
 
-  StatusCode Prepare(const Words& words) override;
-  StatusCode ReadDevice() override;
-  StagedValues AllValues() const override;
-  StatusCode CheckOptions(const Words& words, const StagedFile& file, StagedValues& values) const override;
-  StatusCode ReadFile(const StagedFile& file) override;
-  StatusCode WriteDevice() override;
-  // Deliberately without asking the library, and also when nothing has changed.
-  bool NeedsReboot() const override { return true; }
-  StatusCode Display(Serializer& out, OutputMode mode, RebootField reboot) const override;
+  explicit Bbcr(const FCProtocolEntry& fc) : fc_(fc) {}
+
+  StatusCode Open(CommandRun& run, StagedCommand command);
+  void AddAll(StagedValues& values) const;
+  StatusCode TakeOptions(CommandRun& run, const StagedFile& file, StagedValues& changes) const;
+  StatusCode ReadFile(CommandRun& run, const StagedFile& file);
+  StatusCode WriteDevice(CommandRun& run);
+  // Intended: without asking the library, and also when nothing has changed.
+  bool NeedsReboot(CommandRun&) const { return true; }
+  StatusCode Display(CommandRun& run, RebootField reboot) const;
 
   // What one read of the device gives.
   struct State {
@@ -31,5 +40,6 @@ class Bbcr : public StagedSettings {
   const State& Record() const { return state_; }
 
  private:
+  const FCProtocolEntry& fc_;
   State state_ = {};
 };

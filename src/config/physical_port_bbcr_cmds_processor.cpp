@@ -4,35 +4,36 @@
 
 namespace {
 
-constexpr auto CmdGet = &InXml<StagedCmd<Bbcr, StagedCommand::kGet>>;
-constexpr auto CmdSetFile = &InXml<StagedCmd<Bbcr, StagedCommand::kSetFile>>;
-constexpr auto CmdSet = &InXml<StagedCmd<Bbcr, StagedCommand::kSet>>;
-constexpr auto CmdGetCli = &InText<StagedCmd<Bbcr, StagedCommand::kGet>>;
-constexpr auto CmdSetFileCli = &InText<StagedCmd<Bbcr, StagedCommand::kSetFile>>;
-constexpr auto CmdSetCli = &InText<StagedCmd<Bbcr, StagedCommand::kSet>>;
-
-constexpr const char* kGetDescription = "get Sorvex adapter's Buffer-to-Buffer Credit information";
-constexpr const char* kSetFileDescription =
-    "set Sorvex adapter's Buffer-to-Buffer Credit information in a local cache file";
-constexpr const char* kSetDescription = "set Sorvex adapter's Buffer-to-Buffer Credit information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"setFile", 1, kSetFileDescription, CmdSetFile},
-    {"set", 2, kSetDescription, CmdSet},
-    {"help", 3, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 4, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
-    {"setFilecli", 5, kSetFileDescription, CmdSetFileCli, &CommandNode::CmdUsage},
-    {"setcli", 6, kSetDescription, CmdSetCli, &CommandNode::CmdUsage},
+constexpr StatusMessage kMessages[] = {
+    kInvalidParameter,
+    {kReadFailed, "Failed, NVRAM read failed"},
+    kHostNotFound,
+    kFileNotFound,
+    {kUpdateFailed, "Failed, NVRAM update failed"},
+    kAdapterNotFound,
+    kFeatureNotSupported,
+    kMemoryError,
+    {kReadOnlyParameter, "Failed, Read-Only parameter"},
+    kVirtualPort,
+    kMaintenanceMode,
 };
 
-constexpr UsageText kUsage[] = {
-    {4, "Usage: get\r\n"},
-    {5, "Usage: setFile\r\n"},
-    {6, "Usage: set\r\n"},
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex adapter's Buffer-to-Buffer Credit information", "Usage: get\r\n",
+     &CmdGetCommon<Bbcr>},
+    {"setFile", "set Sorvex adapter's Buffer-to-Buffer Credit information in a local cache file",
+     "Usage: setFile\r\n", &CmdSetFileCommon<Bbcr>},
+    {"set", "set Sorvex adapter's Buffer-to-Buffer Credit information", "Usage: set\r\n",
+     &CmdSetCommon<Bbcr>},
 };
 
-constexpr NodeClass kClass = {"PhysicalPortBBCRCmdsProcessor", "BBCR", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortBBCRCmdsProcessor",
+    .help_words = "BBCR",
+    .commands = kCommands,
+    .frame = {"BBCRInfo", "BBCR", "BBCRList"},
+    .messages = kMessages,
+};
 
 }  // namespace
 

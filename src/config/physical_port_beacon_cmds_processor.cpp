@@ -6,12 +6,9 @@
 #include "framework/device_library/families.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
 
-constexpr const char* kClassName = "PhysicalPortBeaconCmdsProcessor";
 constexpr const char* kStructure = "BeaconInfo";
 constexpr const char* kStateField = "Beacon State";
 
@@ -29,99 +26,81 @@ constexpr StatusMessage kMessages[] = {
 
 constexpr CodeText kStates[] = {{0, "OFF"}, {1, "ON"}};
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode) {
-  const Document document(out, mode, kStructure, MessageFor(kMessages, code));
-  out.WriteStringField(kStateField, "Unknown");
+StatusCode DisplayError(CommandRun& run, StatusCode code) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kStructure, run.MessageFor(code));
+  run.out.WriteStringField(kStateField, "Unknown");
   return code;
 }
 
-StatusCode DisplayBeaconInfo(Serializer& out, std::uint32_t state, OutputMode mode) {
-  const Document document(out, mode, kStructure, "Success");
-  out.WriteStringField(kStateField, TextOfCode(kStates, state));
+StatusCode DisplayBeaconInfo(CommandRun& run, std::uint32_t state) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kStructure, "Success");
+  run.out.WriteStringField(kStateField, TextOfCode(kStates, state));
   return kSuccess;
 }
 
-StatusCode CheckAdapter(const FCProtocolEntry& fc) {
+StatusCode CheckAdapter(const CommandRun& run, const FCProtocolEntry& fc) {
   bool is_mezz = false;
-  if (const StatusCode status = ReadIsMezzAdapter(kClassName, fc, is_mezz); status != kSuccess) return status;
+  if (const StatusCode status = ReadIsMezzAdapter(run, fc, is_mezz); status != kSuccess) return status;
   const bool has_beacon = IsDeviceGroupAster(fc.pci) || IsDeviceGroupBirch(fc.pci) ||
                           IsDeviceGroupElmOnlyHazelIrisOrDahlia(fc.pci);
   if (!is_mezz && has_beacon) return kSuccess;
-  DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for this adapter", kClassName, __func__);
-  return kFeatureNotSupported;
+  return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
 }
 
-StatusCode ReadState(const FCProtocolEntry& fc, std::uint32_t& state) {
-  return CallLibrary(kClassName, "Get beacon status", kReadFailed,
-                     [&] { return TORPI_GetAdapterBeaconStatus(&fc.handle, &state); });
-}
-
-StatusCode WriteState(const FCProtocolEntry& fc, std::uint32_t state) {
-  return CallLibrary(kClassName, "Update beacon status", kUpdateFailed,
-                     [&] { return TORPI_UpdateAdapterBeaconStatus(&fc.handle, state); });
-}
-
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const auto fail = [&](StatusCode code) { return DisplayError(out, code, mode); };
-
-  PortSelection selected;
-  if (const StatusCode status = GetPhysicalPortFromPortString(kClassName, words, selected);
-      status != kSuccess) {
-    return fail(status);
-  }
-  if (const StatusCode status = CheckAdapter(*selected.fc); status != kSuccess) return fail(status);
+// Shows the device's state, also after a request for another one.
+StatusCode ShowState(CommandRun& run, const FCProtocolEntry& fc) {
   std::uint32_t state = 0;
-  if (const StatusCode status = ReadState(*selected.fc, state); status != kSuccess) return fail(status);
-  return DisplayBeaconInfo(out, state, mode);
+  const StatusCode status = CallLibrary(run, "Get beacon status", kReadFailed,
+                                        [&] { return TORPI_GetAdapterBeaconStatus(&fc.handle, &state); });
+  return status == kSuccess ? DisplayBeaconInfo(run, state) : DisplayError(run, status);
 }
 
-StatusCode CmdSetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const auto fail = [&](StatusCode code) { return DisplayError(out, code, mode); };
+const CodeText* FindState(const std::string& word) {
+  for (const CodeText& state : kStates) {
+    if (EqualNoCase(word, state.text)) return &state;
+  }
+  return nullptr;
+}
+
+StatusCode CmdGetCommon(CommandRun& run) {
+  PortSelection selected;
+  StatusCode status = SelectPhysicalPort(run, selected);
+  if (status == kSuccess) status = CheckAdapter(run, *selected.fc);
+  return status == kSuccess ? ShowState(run, *selected.fc) : DisplayError(run, status);
+}
+
+StatusCode CmdSetCommon(CommandRun& run) {
+  const auto fail = [&](StatusCode code) { return DisplayError(run, code); };
 
   PortSelection selected;
-  if (const StatusCode status = GetPhysicalPortFromPortString(kClassName, words, selected);
-      status != kSuccess) {
-    return fail(status);
+  if (const StatusCode status = SelectPhysicalPort(run, selected); status != kSuccess) return fail(status);
+  const FCProtocolEntry& fc = *selected.fc;
+  // Without asking the library for anything.
+  if (run.words.size() < 2) return fail(run.Refuse(kInvalidParameter, "beacon state not given"));
+  if (const StatusCode status = CheckAdapter(run, fc); status != kSuccess) return fail(status);
+  const CodeText* const wanted = FindState(run.words[1]);
+  if (wanted == nullptr) {
+    return fail(run.Refuse(kInvalidParameter, "beacon state %s is unknown", run.words[1].c_str()));
   }
-  if (words.size() < 2) return fail(kInvalidParameter);  // without asking the library for anything
-  if (const StatusCode status = CheckAdapter(*selected.fc); status != kSuccess) return fail(status);
-  for (const CodeText& wanted : kStates) {
-    if (!EqualNoCase(words[1], wanted.text)) continue;
-    if (const StatusCode status = WriteState(*selected.fc, wanted.code); status != kSuccess) {
-      return fail(status);
-    }
-    // What is shown is the device's state, not the request.
-    std::uint32_t state = 0;
-    if (const StatusCode status = ReadState(*selected.fc, state); status != kSuccess) return fail(status);
-    return DisplayBeaconInfo(out, state, mode);
-  }
-  return fail(kInvalidParameter);
+  const StatusCode status = CallLibrary(run, "Update beacon status", kUpdateFailed, [&] {
+    return TORPI_UpdateAdapterBeaconStatus(&fc.handle, wanted->code);
+  });
+  return status == kSuccess ? ShowState(run, fc) : fail(status);
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdSet = &InXml<CmdSetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-constexpr auto CmdSetCli = &InText<CmdSetCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex adapter's Beacon information";
-constexpr const char* kSetDescription = "set Sorvex adapter's Beacon information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"set", 1, kSetDescription, CmdSet},
-    {"help", 2, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 3, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
-    {"setcli", 4, kSetDescription, CmdSetCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex adapter's Beacon information", "Usage: get\r\n", &CmdGetCommon},
+    {"set", "set Sorvex adapter's Beacon information", "Usage: set\r\n", &CmdSetCommon},
 };
 
-constexpr UsageText kUsage[] = {
-    {3, "Usage: get\r\n"},
-    {4, "Usage: set\r\n"},
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortBeaconCmdsProcessor",
+    .help_words = "Beacon",
+    .commands = kCommands,
+    .messages = kMessages,
 };
-
-constexpr NodeClass kClass = {kClassName, "Beacon", kLeaves, kUsage};
 
 }  // namespace
 

@@ -1,37 +1,42 @@
 #include "config/physical_port_boot_config_cmds_processor.h"
 
-#include "config/boot_config.h"
+#include "config/boot/boot_config.h"
 
 namespace {
 
-constexpr auto CmdGet = &InXml<StagedCmd<BootConfig, StagedCommand::kGet>>;
-constexpr auto CmdSetFile = &InXml<StagedCmd<BootConfig, StagedCommand::kSetFile>>;
-constexpr auto CmdSet = &InXml<StagedCmd<BootConfig, StagedCommand::kSet>>;
-constexpr auto CmdGetCli = &InText<StagedCmd<BootConfig, StagedCommand::kGet>>;
-constexpr auto CmdSetFileCli = &InText<StagedCmd<BootConfig, StagedCommand::kSetFile>>;
-constexpr auto CmdSetCli = &InText<StagedCmd<BootConfig, StagedCommand::kSet>>;
-
-constexpr const char* kGetDescription = "get Sorvex HBA Boot Config information";
-constexpr const char* kSetFileDescription = "set Sorvex HBA Boot Config information in a local cache file";
-constexpr const char* kSetDescription = "set Sorvex HBA Boot Config information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"setFile", 1, kSetFileDescription, CmdSetFile},
-    {"set", 2, kSetDescription, CmdSet},
-    {"help", 3, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 4, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
-    {"setFilecli", 5, kSetFileDescription, CmdSetFileCli, &CommandNode::CmdUsage},
-    {"setcli", 6, kSetDescription, CmdSetCli, &CommandNode::CmdUsage},
+constexpr StatusMessage kMessages[] = {
+    {kBootModeNeeded, "Failed, Boot parameter requires UEFI boot mode option"},
+    kInvalidParameter,
+    {kBootModeNotSupported, "Failed, UEFI boot mode not supported for this adapter"},
+    kBootReadFailed,
+    kHostNotFound,
+    kNotWithUefi,
+    kBootUpdateFailed,
+    kAdapterNotFound,
+    kFeatureNotSupported,
+    kNotSupportedForNvme,
+    kMemoryError,
+    kBootReadOnly,
+    kVirtualPort,
+    kNoRomBios,
+    kNoRomUefi,
+    kMaintenanceMode,
 };
 
-constexpr UsageText kUsage[] = {
-    {4, "Usage: get\r\n"},
-    {5, "Usage: setFile\r\n"},
-    {6, "Usage: set\r\n"},
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex HBA Boot Config information", "Usage: get\r\n", &CmdGetCommon<BootConfig>},
+    {"setFile", "set Sorvex HBA Boot Config information in a local cache file", "Usage: setFile\r\n",
+     &CmdSetFileCommon<BootConfig>},
+    {"set", "set Sorvex HBA Boot Config information", "Usage: set\r\n", &CmdSetCommon<BootConfig>},
 };
 
-constexpr NodeClass kClass = {"PhysicalPortBootConfigCmdsProcessor", "Boot Config", kLeaves, kUsage};
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortBootConfigCmdsProcessor",
+    .help_words = "Boot Config",
+    .commands = kCommands,
+    .frame = kBootFrame,
+    .messages = kMessages,
+};
 
 }  // namespace
 

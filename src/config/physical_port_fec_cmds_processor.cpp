@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "config/staged_options.h"
+#include "config/options.h"
 #include "discovery/mezzanine.h"
 #include "discovery/port_lookup.h"
 #include "framework/code_text.h"
@@ -12,12 +12,8 @@
 #include "framework/device_library/speeds.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
-#include "runtime/debug_log.h"
-#include "runtime/timing_scope.h"
 
 namespace {
-
-constexpr const char* kClassName = "PhysicalPortFECCmdsProcessor";
 
 constexpr ReportFrame kFrame = {"FECInfo", "FEC", "FECList"};
 
@@ -47,47 +43,39 @@ struct FecState {
   std::unique_ptr<FWPrivateStats, Free> stats;
 };
 
-StatusCode DisplayError(Serializer& out, StatusCode code, OutputMode mode, RebootField reboot = {}) {
-  WriteReportError(out, mode, kFrame, MessageFor(kMessages, code), reboot);
-  return code;
-}
-
-StatusCode DisplayFECInfo(Serializer& out, const FecState& state, OutputMode mode, RebootField reboot = {}) {
-  const Document document(out, mode, kFrame.structure, "Success", reboot);
-  const ListField list(out, kFrame.field);
-  const ListStructure element(out, kFrame.list_structure);
-  out.WriteStringField("FEC_Status", BoolText(state.setting != kOff));
-  // Deliberately the low 32 bits of the 64-bit counters.
-  out.WriteIntField("Correctable FEC errors", static_cast<std::int64_t>(state.stats->correctable_fec_errors),
-                    kUnsigned32);
-  out.WriteIntField("Uncorrectable FEC errors",
-                    static_cast<std::int64_t>(state.stats->uncorrectable_fec_errors), kUnsigned32);
+StatusCode DisplayFECInfo(CommandRun& run, const FecState& state, RebootField reboot = {}) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kFrame.structure, "Success", reboot);
+  const ListField list(run.out, kFrame.field);
+  const ListStructure element(run.out, kFrame.list_structure);
+  run.out.WriteStringField("FEC_Status", BoolText(state.setting != kOff));
+  // Intended: the low 32 bits of the 64-bit counters.
+  run.out.WriteIntField("Correctable FEC errors",
+                        static_cast<std::int64_t>(state.stats->correctable_fec_errors), kUnsigned32);
+  run.out.WriteIntField("Uncorrectable FEC errors",
+                        static_cast<std::int64_t>(state.stats->uncorrectable_fec_errors), kUnsigned32);
   return kSuccess;
 }
 
-StatusCode OpenPort(const Words& words, PortSelection& selected) {
-  if (const StatusCode status = GetPhysicalPortFromPortString(kClassName, words, selected);
-      status != kSuccess) {
-    return status;
-  }
+StatusCode SelectPortWithFec(CommandRun& run, PortSelection& selected) {
+  if (const StatusCode status = SelectPhysicalPort(run, selected); status != kSuccess) return status;
   if (IsDeviceGroupElmOnlyHazelIrisOrDahlia(selected.fc->pci)) return kSuccess;
-  DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for this adapter", kClassName, __func__);
-  return kFeatureNotSupported;
+  return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
 }
 
-StatusCode ReadSetting(const FCProtocolEntry& fc, FecState& state) {
-  return CallLibrary(kClassName, "Get FEC info", kReadFailed,
+StatusCode ReadSetting(const CommandRun& run, const FCProtocolEntry& fc, FecState& state) {
+  return CallLibrary(run, "Get FEC info", kReadFailed,
                      [&] { return TORPI_FCGetFECSupportInfo(&fc.handle, &state.setting); });
 }
 
-StatusCode ReadStats(const FCProtocolEntry& fc, FecState& state) {
+StatusCode ReadStats(const CommandRun& run, const FCProtocolEntry& fc, FecState& state) {
   FWPrivateStats* stats = nullptr;
   std::uint32_t size = 0;
-  const StatusCode status = CallLibrary(kClassName, "Get firmware statistics", kReadFailed,
+  const StatusCode status = CallLibrary(run, "Get firmware statistics", kReadFailed,
                                         [&] { return TORPI_GetFWPrivateStats(&fc.handle, &stats, &size); });
   if (status != kSuccess) return status;
   state.stats.reset(stats);
-  return stats == nullptr ? kReadFailed : kSuccess;
+  return stats != nullptr ? kSuccess : run.Refuse(kReadFailed, "Firmware statistics are NULL");
 }
 
 // What the device reports is not the whole truth: on mezzanine cards and on links of 32 Gbps and more error
@@ -106,107 +94,99 @@ bool MayChange(const FCProtocolEntry& fc, const FecState& state) {
   return !IsLinkUp(fc) || (fc.port_speed >= k16Gbps.code && fc.port_speed < k32Gbps.code);
 }
 
-// The two commands deliberately read in orders of their own.
+// Intended: the two commands read in orders of their own.
 
-StatusCode ReadForGet(const FCProtocolEntry& fc, FecState& state) {
-  if (const StatusCode status = ReadSetting(fc, state); status != kSuccess) return status;
-  if (const StatusCode status = ReadIsMezzAdapter(kClassName, fc, state.is_mezz); status != kSuccess) {
-    return status;
-  }
+StatusCode ReadForGet(const CommandRun& run, const FCProtocolEntry& fc, FecState& state) {
+  StatusCode status = ReadSetting(run, fc, state);
+  if (status == kSuccess) status = ReadIsMezzAdapter(run, fc, state.is_mezz);
+  if (status == kSuccess) status = ReadStats(run, fc, state);
   CorrectSetting(fc, state);
-  return ReadStats(fc, state);
+  return status;
 }
 
-StatusCode ReadForSet(const FCProtocolEntry& fc, FecState& state) {
-  if (const StatusCode status = ReadSetting(fc, state); status != kSuccess) return status;
-  if (const StatusCode status = ReadStats(fc, state); status != kSuccess) return status;
-  if (const StatusCode status = ReadIsMezzAdapter(kClassName, fc, state.is_mezz); status != kSuccess) {
-    return status;
-  }
+StatusCode ReadForSet(const CommandRun& run, const FCProtocolEntry& fc, FecState& state) {
+  StatusCode status = ReadSetting(run, fc, state);
+  if (status == kSuccess) status = ReadStats(run, fc, state);
+  if (status == kSuccess) status = ReadIsMezzAdapter(run, fc, state.is_mezz);
   CorrectSetting(fc, state);
-  return kSuccess;
+  return status;
 }
 
-StatusCode SetStatus(const FCProtocolEntry& fc, const std::string& value, FecState& state) {
-  if (!MayChange(fc, state)) return kReadOnlyParameter;
-  bool on = false;
-  if (!ReadTrueFalse(value, on)) return kInvalidParameter;
-  state.setting = on ? kOn : kOff;
-  return CallLibrary(kClassName, "Set FEC info", kUpdateFailed,
+StatusCode SetStatus(const CommandRun& run, const FCProtocolEntry& fc, const std::string& value,
+                     FecState& state) {
+  if (!MayChange(fc, state)) {
+    return run.Refuse(kReadOnlyParameter, "--fec-status=%s: the setting cannot be changed", value.c_str());
+  }
+  const auto on = ReadTrueFalse(value);
+  if (!on.has_value()) {
+    return run.Refuse(kInvalidParameter, "--fec-status=%s: %s", value.c_str(), kNotTrueOrFalse.reason);
+  }
+  state.setting = *on ? kOn : kOff;
+  return CallLibrary(run, "Set FEC info", kUpdateFailed,
                      [&] { return TORPI_FCSetFECSupportInfo(&fc.handle, state.setting); });
 }
 
-StatusCode ResetCounters(const FCProtocolEntry& fc, const std::string& value) {
-  if (!EqualNoCase(value, "reset")) return kInvalidParameter;
-  return CallLibrary(kClassName, "Reset FEC counters", kUpdateFailed,
+StatusCode ResetCounters(const CommandRun& run, const FCProtocolEntry& fc, const std::string& value) {
+  if (!EqualNoCase(value, "reset")) {
+    return run.Refuse(kInvalidParameter, "--reset=%s: not the word reset", value.c_str());
+  }
+  return CallLibrary(run, "Reset FEC counters", kUpdateFailed,
                      [&] { return TORPI_ResetFECCounters(&fc.handle); });
 }
 
 // Does what the options ask for, one after the other: a failure of the second leaves the first one done.
-StatusCode TakeOptions(const Words& words, const FCProtocolEntry& fc, FecState& state, bool& changed) {
+StatusCode TakeOptions(const CommandRun& run, const FCProtocolEntry& fc, FecState& state, bool& changed) {
   std::string value;
-  if (FindOption(words, "--fec-status", "-f", value)) {
-    if (const StatusCode status = SetStatus(fc, value, state); status != kSuccess) return status;
+  if (FindOption(run.words, "--fec-status", "-f", value)) {
+    if (const StatusCode status = SetStatus(run, fc, value, state); status != kSuccess) return status;
     changed = true;
   }
-  if (FindOption(words, "--reset", "-r", value)) {
-    if (const StatusCode status = ResetCounters(fc, value); status != kSuccess) return status;
+  if (FindOption(run.words, "--reset", "-r", value)) {
+    if (const StatusCode status = ResetCounters(run, fc, value); status != kSuccess) return status;
     changed = true;
   }
   return kSuccess;
 }
 
-StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode CmdGetCommon(CommandRun& run) {
   PortSelection selected;
-  if (const StatusCode status = OpenPort(words, selected); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = SelectPortWithFec(run, selected); status != kSuccess) {
+    return run.DisplayError(status);
   }
   FecState state;
-  if (const StatusCode status = ReadForGet(*selected.fc, state); status != kSuccess) {
-    return DisplayError(out, status, mode);
+  if (const StatusCode status = ReadForGet(run, *selected.fc, state); status != kSuccess) {
+    return run.DisplayError(status);
   }
-  return DisplayFECInfo(out, state, mode);
+  return DisplayFECInfo(run, state);
 }
 
-StatusCode CmdSetCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const auto fail = [&](StatusCode code) { return DisplayError(out, code, mode, kNoRebootNeeded); };
+StatusCode CmdSetCommon(CommandRun& run) {
+  const auto fail = [&](StatusCode code) { return run.DisplayError(code, kNoRebootNeeded); };
 
   PortSelection selected;
-  if (const StatusCode status = OpenPort(words, selected); status != kSuccess) return fail(status);
+  if (const StatusCode status = SelectPortWithFec(run, selected); status != kSuccess) return fail(status);
   FecState state;
-  if (const StatusCode status = ReadForSet(*selected.fc, state); status != kSuccess) return fail(status);
+  if (const StatusCode status = ReadForSet(run, *selected.fc, state); status != kSuccess) return fail(status);
   bool changed = false;
-  if (const StatusCode status = TakeOptions(words, *selected.fc, state, changed); status != kSuccess) {
+  if (const StatusCode status = TakeOptions(run, *selected.fc, state, changed); status != kSuccess) {
     return fail(status);
   }
-  // The counters are deliberately those from before a reset.
-  return DisplayFECInfo(out, state, mode, {RebootField::kBehindMessage, changed});
+  // Intended: the counters are those from before a reset.
+  return DisplayFECInfo(run, state, {RebootField::kAfterMessage, changed});
 }
 
-constexpr auto CmdGet = &InXml<CmdGetCommon>;
-constexpr auto CmdSet = &InXml<CmdSetCommon>;
-constexpr auto CmdGetCli = &InText<CmdGetCommon>;
-constexpr auto CmdSetCli = &InText<CmdSetCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex adapter's FEC information";
-constexpr const char* kSetDescription = "set Sorvex adapter's FEC information";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"set", 1, kSetDescription, CmdSet},
-    {"help", 2, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 3, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
-    {"setcli", 4, kSetDescription, CmdSetCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex adapter's FEC information", "Usage: get\r\n", &CmdGetCommon},
+    {"set", "set Sorvex adapter's FEC information", "Usage: set\r\n", &CmdSetCommon},
 };
 
-constexpr UsageText kUsage[] = {
-    {3, "Usage: get\r\n"},
-    {4, "Usage: set\r\n"},
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortFECCmdsProcessor",
+    .help_words = "FEC",
+    .commands = kCommands,
+    .frame = kFrame,
+    .messages = kMessages,
 };
-
-constexpr NodeClass kClass = {kClassName, "FEC", kLeaves, kUsage};
 
 }  // namespace
 

@@ -1,95 +1,95 @@
 #include "config/physical_port_hba_params_cmds_processor.h"
 
-#include "config/hba_params.h"
+#include "config/hba_params/hba_params.h"
 #include "discovery/port_lookup.h"
 #include "framework/library_call.h"
-#include "runtime/timing_scope.h"
+#include "framework/report.h"
 
 namespace {
 
-constexpr const char* kClassName = "PhysicalPortHBAParamsCmdsProcessor";
+constexpr StatusMessage kMessages[] = {
+    kInvalidParameter,
+    {kReadFailed, "Failed, NVRAM read failed"},
+    kHostNotFound,
+    {kDelayNotAllowed,
+     "Failed, Interrupt Delay Timer value > 0 not supported for Operation Mode value "
+     "Interrupt_For_Every_I/O_Completion"},
+    {kTooFastForLoopOnly,
+     "Failed, Connection Options value Loop_Only not supported for data rate value 16 Gbps and above"},
+    {kUpdateFailed, "Failed, NVRAM update failed"},
+    kAdapterNotFound,
+    kFeatureNotSupported,
+    {kReadOnlyParameter, "Failed, Read-Only parameter"},
+    kVirtualPort,
+    kMaintenanceMode,
+};
 
-// The documents of the commands that write no parameters.
+// The documents of the commands that show no parameters.
 constexpr const char* kRestoreStructure = "RestoreDefaultsInfo";
 constexpr const char* kSaveStructure = "HBAParametersSave";
 
-const char* MessageOf(StatusCode status) {
-  return status == kSuccess ? CommonMessage(kSuccess) : MessageFor(kHbaParamsNode.messages, status);
+StatusCode DisplayRestoreDefaultsError(CommandRun& run, StatusCode status) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kRestoreStructure, run.MessageFor(status), kNoRebootNeeded);
+  return status;
 }
 
-StatusCode CmdRestoreDefaultsCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
+StatusCode DisplaySaveError(CommandRun& run, StatusCode status) {
+  const FunctionScope function(run, __func__);
+  const Document document(run, kSaveStructure, run.MessageFor(status));
+  return status;
+}
+
+StatusCode CmdRestoreDefaultsCommon(CommandRun& run) {
   PortSelection selected;
-  StatusCode status = GetPhysicalPortFromPortString(kClassName, words, selected);
+  StatusCode status = SelectPhysicalPort(run, selected);
   if (status == kSuccess) {
-    status = CallLibrary(kClassName, "Restore default NVRAM", kUpdateFailed,
+    status = CallLibrary(run, "Restore default NVRAM", kUpdateFailed,
                          [&] { return TORPI_RestoreDefaultNVRAM(&selected.fc->handle); });
   }
-  const RebootField reboot = status == kSuccess
-                                 ? RebootField{RebootField::kBehindMessage, IsRebootRequired(kClassName)}
-                                 : kNoRebootNeeded;
-  const Document document(out, mode, kRestoreStructure, MessageOf(status), reboot);
-  return status;
+  if (status != kSuccess) return DisplayRestoreDefaultsError(run, status);
+  const Document document(run, kRestoreStructure, "Success",
+                          {RebootField::kAfterMessage, IsRebootRequired(run)});
+  return kSuccess;
 }
 
-StatusCode SaveToFile(const Words& words) {
+StatusCode CmdSaveCommon(CommandRun& run) {
   PortSelection selected;
-  if (const StatusCode status = GetPhysicalPortFromPortString(kClassName, words, selected);
-      status != kSuccess) {
-    return status;
+  if (const StatusCode status = SelectPhysicalPort(run, selected); status != kSuccess) {
+    return DisplaySaveError(run, status);
   }
-  if (words.size() < 2) return kInvalidParameter;
-  return CallLibrary(kClassName, "Save NVRAM to file", kReadFailed, [&] {
-    return TORPI_SaveSingleAdapterNVRAMToFile(&selected.fc->handle, words[1].c_str());
+  if (run.words.size() < 2)
+    return DisplaySaveError(run, run.Refuse(kInvalidParameter, "file name not given"));
+  const StatusCode status = CallLibrary(run, "Save NVRAM to file", kReadFailed, [&] {
+    return TORPI_SaveSingleAdapterNVRAMToFile(&selected.fc->handle, run.words[1].c_str());
   });
+  if (status != kSuccess) return DisplaySaveError(run, status);
+  const Document document(run, kSaveStructure, "Success");
+  return kSuccess;
 }
 
-StatusCode CmdSaveCommon(Serializer& out, Words& words, OutputMode mode) {
-  const TraceScope trace(kClassName, __func__);
-  const StatusCode status = SaveToFile(words);
-  const Document document(out, mode, kSaveStructure, MessageOf(status));
-  return status;
-}
-
-constexpr auto CmdGet = &InXml<StagedCmd<HbaParams, StagedCommand::kGet>>;
-constexpr auto CmdSetFile = &InXml<StagedCmd<HbaParams, StagedCommand::kSetFile>>;
-constexpr auto CmdSet = &InXml<StagedCmd<HbaParams, StagedCommand::kSet>>;
-constexpr auto CmdRestoreDefaults = &InXml<CmdRestoreDefaultsCommon>;
-constexpr auto CmdSave = &InXml<CmdSaveCommon>;
-constexpr auto CmdGetCli = &InText<StagedCmd<HbaParams, StagedCommand::kGet>>;
-constexpr auto CmdSetFileCli = &InText<StagedCmd<HbaParams, StagedCommand::kSetFile>>;
-constexpr auto CmdSetCli = &InText<StagedCmd<HbaParams, StagedCommand::kSet>>;
-constexpr auto CmdRestoreDefaultsCli = &InText<CmdRestoreDefaultsCommon>;
-constexpr auto CmdSaveCli = &InText<CmdSaveCommon>;
-
-constexpr const char* kGetDescription = "get Sorvex HBA Parameters information";
-constexpr const char* kSetFileDescription = "set Sorvex HBA Parameters information in a local cache file";
-constexpr const char* kSetDescription = "set Sorvex HBA Parameters information";
-constexpr const char* kRestoreDescription = "Restore default values of Sorvex HBA Parameters";
-constexpr const char* kSaveDescription = "save Sorvex HBA Parameters information in a text file";
-constexpr const char* kSaveCliDescription = "Save Sorvex HBA Parameters information in a file";
-
-constexpr Leaf kLeaves[] = {
-    {"get", 0, kGetDescription, CmdGet},
-    {"setFile", 1, kSetFileDescription, CmdSetFile},
-    {"set", 2, kSetDescription, CmdSet},
-    {"restoreDefaults", 3, kRestoreDescription, CmdRestoreDefaults},
-    {"save", 4, kSaveDescription, CmdSave},
-    {"help", 5, "list of available commands", &CommandNode::CmdHelp, &CommandNode::CmdUsage},
-    {"getcli", 6, kGetDescription, CmdGetCli, &CommandNode::CmdUsage},
-    {"setFilecli", 7, kSetFileDescription, CmdSetFileCli, &CommandNode::CmdUsage},
-    {"setcli", 8, kSetDescription, CmdSetCli, &CommandNode::CmdUsage},
-    {"restoreDefaultscli", 9, kRestoreDescription, CmdRestoreDefaultsCli, &CommandNode::CmdUsage},
-    {"savecli", 10, kSaveCliDescription, CmdSaveCli, &CommandNode::CmdUsage},
+constexpr CommandRow kCommands[] = {
+    {"get", "get Sorvex HBA Parameters information", "Usage: get\r\n", &CmdGetCommon<HbaParams>},
+    {"setFile", "set Sorvex HBA Parameters information in a local cache file", "Usage: setFile\r\n",
+     &CmdSetFileCommon<HbaParams>},
+    {"set", "set Sorvex HBA Parameters information", "Usage: set\r\n", &CmdSetCommon<HbaParams>},
+    {"restoreDefaults", "Restore default values of Sorvex HBA Parameters", "Usage: restoreDefaults\r\n",
+     &CmdRestoreDefaultsCommon},
+    // The two forms describe themselves in different words.
+    {.word = "save",
+     .description = "save Sorvex HBA Parameters information in a text file",
+     .usage = "Usage: save\r\n",
+     .run = &CmdSaveCommon,
+     .cli_description = "Save Sorvex HBA Parameters information in a file"},
 };
 
-constexpr UsageText kUsage[] = {
-    {6, "Usage: get\r\n"},   {7, "Usage: setFile\r\n"},
-    {8, "Usage: set\r\n"},   {9, "Usage: restoreDefaults\r\n"},
-    {10, "Usage: save\r\n"},
+constexpr NodeClass kClass = {
+    .name = "PhysicalPortHBAParamsCmdsProcessor",
+    .help_words = "hbaparams",
+    .commands = kCommands,
+    .frame = kHbaParamsFrame,
+    .messages = kMessages,
 };
-
-constexpr NodeClass kClass = {kClassName, "hbaparams", kLeaves, kUsage};
 
 }  // namespace
 

@@ -1,6 +1,6 @@
 #include "config/bbcr.h"
 
-#include "staged_fixture.h"
+#include "unit/config/staged_fixture.h"
 
 namespace {
 
@@ -9,24 +9,18 @@ class BbcrTest : public StagedFixture {
   BbcrTest() : StagedFixture("BBCR") {}
 
   std::string Checked(const std::vector<std::string>& options) const {
-    const Words words = With(options);
-    Bbcr bbcr;
-    EXPECT_EQ(bbcr.SelectPort(words), kSuccess);
-    StagedValues values;
-    const StatusCode status = bbcr.CheckOptions(words, {StagedPath("BBCR", kPort), kValueSize}, values);
-    if (status != kSuccess) return std::to_string(status);
-    std::string text;
-    for (const auto& [key, value] : values) text += (text.empty() ? "" : " ") + key + "=" + value;
-    return text;
+    TestRun test(With(options));
+    return Taken(Bbcr(*fc_), test.run);
   }
 };
 
 TEST_F(BbcrTest, OnlySomeFamiliesHaveIt) {
   for (const std::uint16_t device : kDevices) {
     UseModel({device});
-    Bbcr bbcr;
-    ASSERT_EQ(bbcr.SelectPort(With({})), kSuccess);
-    EXPECT_EQ(bbcr.Prepare(With({})), HazelIrisOrDahlia(device) ? kSuccess : kFeatureNotSupported)
+    TestRun test(With({}));
+    Bbcr bbcr(*fc_);
+    EXPECT_EQ(bbcr.Open(test.run, StagedCommand::kGet),
+              HazelIrisOrDahlia(device) ? kSuccess : kFeatureNotSupported)
         << std::hex << device;
   }
 }
@@ -49,28 +43,29 @@ TEST_F(BbcrTest, Options) {
 TEST_F(BbcrTest, ValuesOfAFile) {
   Config().bbcr_status = 1;
   Config().bbcr_configured = 9;
-  Bbcr bbcr;
-  ASSERT_EQ(bbcr.SelectPort(With({})), kSuccess);
-  ASSERT_EQ(bbcr.ReadDevice(), kSuccess);
-  EXPECT_EQ(bbcr.AllValues(), (StagedValues{{"BBCR_Count", "9"}, {"BBCR_Status", "1"}}));
-  const StagedFile file(StagedPath("BBCR", kPort), kValueSize);
+  TestRun test(With({}));
+  Bbcr bbcr(*fc_);
+  ASSERT_EQ(bbcr.Open(test.run, StagedCommand::kGet), kSuccess);
+  StagedValues values;
+  bbcr.AddAll(values);
+  EXPECT_EQ(values, (StagedValues{{"BBCR_Count", "9"}, {"BBCR_Status", "1"}}));
 
   Stage("BBCR_Count=15\nBBCR_Status=0\n");
-  EXPECT_EQ(bbcr.ReadFile(file), kSuccess);
+  EXPECT_EQ(bbcr.ReadFile(test.run, File()), kSuccess);
   EXPECT_EQ(bbcr.Record().status, 0);
   EXPECT_EQ(bbcr.Record().configured, 15);
 
   Stage("A=1\n");
-  EXPECT_EQ(bbcr.ReadFile(file), kSuccess);
+  EXPECT_EQ(bbcr.ReadFile(test.run, File()), kSuccess);
   EXPECT_EQ(bbcr.Record().configured, 15);
 
   Stage("BBCR_Count=16\nBBCR_Status=1\n");
-  EXPECT_EQ(bbcr.ReadFile(file), kInvalidParameter);
-  EXPECT_EQ(bbcr.Record().status, 1);  // taken ahead of the count
+  EXPECT_EQ(bbcr.ReadFile(test.run, File()), kInvalidParameter);
+  EXPECT_EQ(bbcr.Record().status, 1);  // taken before the count
   EXPECT_EQ(bbcr.Record().configured, 15);
 
   Stage("BBCR_Count=1\nBBCR_Status=2\n");
-  EXPECT_EQ(bbcr.ReadFile(file), kInvalidParameter);
+  EXPECT_EQ(bbcr.ReadFile(test.run, File()), kInvalidParameter);
   EXPECT_EQ(bbcr.Record().configured, 15);
 }
 

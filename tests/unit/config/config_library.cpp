@@ -1,4 +1,4 @@
-#include "config_library.h"
+#include "unit/config/config_library.h"
 
 #include "framework/device_library/calls.h"
 

@@ -1,11 +1,11 @@
 // The reports when there is no memory for their text: the linker turns calloc into the function below.
 #include <cstdlib>
 
-#include "config/bbcr.h"
-#include "config/boot_config.h"
-#include "config/boot_config_ext.h"
-#include "staged_fixture.h"
+#include "config/physical_port_bbcr_cmds_processor.h"
+#include "config/physical_port_boot_config_cmds_processor.h"
+#include "config/physical_port_boot_config_ext_cmds_processor.h"
 #include "support/unit_captured_stdout.h"
+#include "unit/config/staged_fixture.h"
 
 namespace {
 
@@ -23,24 +23,25 @@ void* __wrap_calloc(std::size_t count, std::size_t size) {
 
 namespace {
 
-// The node that a command's document is written through.
-class Output : public Serializer {};
-
 class ReportMemoryTest : public StagedFixture {
  protected:
   explicit ReportMemoryTest(const char* family = "BBCR") : StagedFixture(family) {}
   ~ReportMemoryTest() override { refused_size = 0; }
 
-  // What the command prints in text form when the report's buffer of `size` bytes cannot be had.
-  template <class Settings>
-  static std::string Printed(StagedCommand command, std::size_t size,
+  // What the node's command prints in text form when the report's buffer of `size` bytes cannot be had.
+  template <class Node>
+  static std::string Printed(const char* command, std::size_t size,
                              const std::vector<std::string>& options = {}) {
-    Output out;
+    Node node(nullptr, {.name = "node", .switch_word = "-s", .description = "", .make = nullptr});
+    CmdProcessor* leaf = nullptr;
+    for (CmdProcessor* child : node.GetChildren()) {
+      if (child->GetName() == std::string(command)) leaf = child;
+    }
+    Words words = With(options);
     StatusCode status = kSuccess;
     std::string text = PrintedBy([&] {
       refused_size = size;
-      Settings settings;
-      status = settings.Run(command, out, With(options), OUTPUT_CLI);
+      status = leaf->Execute(words);
       refused_size = 0;
     });
     EXPECT_EQ(status, kMemoryError);
@@ -55,21 +56,23 @@ std::string Failure(const char* structure, const char* field) {
 }
 
 TEST_F(ReportMemoryTest, CreditRecovery) {
-  EXPECT_EQ(Printed<Bbcr>(StagedCommand::kGet, 1024), Failure("BBCRInfo", "BBCR"));
-  EXPECT_EQ(Printed<Bbcr>(StagedCommand::kSetFile, 1024), Failure("BBCRInfo", "BBCR"));
+  EXPECT_EQ(Printed<PhysicalPortBBCRCmdsProcessor>("getcli", 1024), Failure("BBCRInfo", "BBCR"));
+  EXPECT_EQ(Printed<PhysicalPortBBCRCmdsProcessor>("setFilecli", 1024), Failure("BBCRInfo", "BBCR"));
 }
 
 TEST_F(ReportMemoryTest, ACommitHasHappenedAllTheSame) {
   Stage("BBCR_Count=9\n");
-  EXPECT_EQ(Printed<Bbcr>(StagedCommand::kSet, 1024), Failure("BBCRInfo", "BBCR"));
+  EXPECT_EQ(Printed<PhysicalPortBBCRCmdsProcessor>("setcli", 1024), Failure("BBCRInfo", "BBCR"));
   EXPECT_EQ(Config().bbcr_configured, 9);
   EXPECT_FALSE(std::filesystem::exists(path_));
 }
 
 TEST_F(ReportMemoryTest, BootConfiguration) {
-  EXPECT_EQ(Printed<BootConfig>(StagedCommand::kGet, 2048), Failure("BootConfigInfo", "BootConfig"));
-  EXPECT_EQ(Printed<BootConfigExt>(StagedCommand::kGet, 2048), Failure("BootConfigInfo", "BootConfig"));
-  EXPECT_EQ(Printed<BootConfigExt>(StagedCommand::kGet, 8192, {"-b", "NVME"}),
+  EXPECT_EQ(Printed<PhysicalPortBootConfigCmdsProcessor>("getcli", 2048),
+            Failure("BootConfigInfo", "BootConfig"));
+  EXPECT_EQ(Printed<PhysicalPortBootConfigExtCmdsProcessor>("getcli", 2048),
+            Failure("BootConfigInfo", "BootConfig"));
+  EXPECT_EQ(Printed<PhysicalPortBootConfigExtCmdsProcessor>("getcli", 8192, {"-b", "NVME"}),
             Failure("BootConfigInfo", "BootConfig"));
 }
 

@@ -9,13 +9,14 @@
 #include <string>
 #include <vector>
 
-#include "config/staged_file.h"
-#include "config_library.h"
+#include "config/staged/staged_file.h"
 #include "framework/device_library/target_records.h"
 #include "framework/words.h"
+#include "support/unit_command_run.h"
 #include "support/unit_fake_library.h"
 #include "support/unit_files.h"
 #include "support/unit_host_records.h"
+#include "unit/config/config_library.h"
 
 inline constexpr const char* kPort = "FC_21:00:00:11:22:33:44:55";
 inline constexpr std::uint16_t kSorvex = 0x1C9E;
@@ -81,8 +82,6 @@ inline bool HazelIrisOrDahlia(std::uint16_t device) {
 
 class StagedFixture : public testing::Test {
  protected:
-  static constexpr std::size_t kValueSize = 512;
-
   explicit StagedFixture(const char* family) : path_(StagedPath(family, kPort)) {
     ResetLibrary();
     Config() = {};
@@ -109,6 +108,24 @@ class StagedFixture : public testing::Test {
     Words words = {kPort};
     words.insert(words.end(), options.begin(), options.end());
     return words;
+  }
+
+  StagedFile File() const { return StagedFile(path_); }
+
+  // "Key=value Key=value", or the status of a failure.
+  static std::string Outcome(StatusCode status, const StagedValues& values) {
+    if (status != kSuccess) return std::to_string(status);
+    std::string text;
+    for (const auto& [key, value] : values) text += (text.empty() ? "" : " ") + key + "=" + value;
+    return text;
+  }
+
+  // What the options of a `setFile` come to.
+  template <class Settings>
+  std::string Taken(const Settings& settings, CommandRun& run) const {
+    StagedValues values;
+    const StatusCode status = settings.TakeOptions(run, File(), values);
+    return Outcome(status, values);
   }
 
   // Appends a target with LUNs of these numbers to the port.

@@ -1,0 +1,44 @@
+// The boot mode: what the user asks for, what the device library is in, and what the adapter has.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "config/staged/staged_file.h"
+#include "framework/command_run.h"
+#include "framework/device_library/pci_identity.h"
+#include "framework/device_library/port_entry.h"
+#include "framework/status.h"
+
+// The mode that the device library keeps for the whole process, in its own numbers.
+enum class BootMode : std::uint8_t { kBios = 1, kUefi = 2, kNvme = 4 };
+
+// A mode that a node knows: its word on the command line and its number in a staged file.
+struct BootModeName {
+  BootMode mode;
+  const char* word;
+  std::uint32_t staged;
+};
+
+// The modes of a node.
+struct BootModes {
+  std::span<const BootModeName> names;
+  bool leaves_unknown_mode;  // whether a library in a mode that the node does not know is left in it
+};
+
+inline constexpr const char* kBootModeKey = "Boot_Mode";
+
+// True for the adapters that have more modes than the legacy one.
+bool HasBootModes(const PciIdentity& pci);
+
+// Reads the mode that the user asks for (the legacy one without the option), brings the library in line with
+// it, and checks that the adapter holds the boot code for it. kInvalidParameter for a word that names no
+// mode, kBootModeNotSupported for a mode that the adapter lacks, kNoRomBios or kNoRomUefi without its boot
+// code, kUpdateFailed or kMaintenanceMode when the library does not change.
+StatusCode ChooseBootMode(CommandRun& run, const BootModes& modes, const FCProtocolEntry& fc, BootMode& mode);
+
+// Adds the file's number of the mode.
+void AddBootMode(const BootModes& modes, BootMode mode, StagedValues& values);
+
+// Logs the mode at the trace level.
+void LogBootMode(const CommandRun& run, BootMode mode);

@@ -1,0 +1,262 @@
+#include "config/staged/file_ops.h"
+
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <string>
+
+#include "support/unit_files.h"
+
+namespace {
+
+using std::string_literals::operator""s;
+
+class FileOpsTest : public testing::Test {
+ protected:
+  int Update(const char* key, const char* value) const {
+    return FileOps::UpdateKeyValueInFile(path_.c_str(), key, value);
+  }
+
+  // The value of a key, or "<result>" when there is none.
+  std::string Value(const char* key) const {
+    std::array<char, 512> value;
+    value.fill('x');
+    const int result = FileOps::GetKeyValueFromFile(path_.c_str(), key, value.data(), value.size(), '=');
+    return result == FileOps::kFound ? std::string(value.data())
+                                     : std::string("<").append(std::to_string(result)).append(">");
+  }
+
+  // The value of "Data_Rate" in a file with this content.
+  std::string ValueIn(const std::string& content) const {
+    WriteContent(path_, content);
+    return Value("Data_Rate");
+  }
+
+  // The content of a file with this content after an update of "Data_Rate" to 7.
+  std::string Updated(const std::string& content) const {
+    WriteContent(path_, content);
+    EXPECT_EQ(Update("Data_Rate", "7"), FileOps::kDone);
+    return ContentOf(path_);
+  }
+
+  bool TemporaryExists() const { return std::filesystem::exists(temporary_); }
+
+  const ScratchFolder folder_;
+  const std::string path_ = folder_ / "staged";
+  const std::string temporary_ = path_ + "_tmp";
+};
+
+TEST_F(FileOpsTest, OnlyARegularFileIsPresent) {
+  EXPECT_EQ(FileOps::IsFilePresent(path_.c_str()), 0);
+  WriteContent(path_, "");
+  EXPECT_EQ(FileOps::IsFilePresent(path_.c_str()), 1);
+  EXPECT_EQ(FileOps::IsFilePresent((path_ + "/below").c_str()), 0);
+  EXPECT_EQ(FileOps::IsFilePresent((folder_ / ".").c_str()), 0);
+  EXPECT_EQ(FileOps::IsFilePresent("/dev/null"), 0);
+  EXPECT_EQ(FileOps::IsFilePresent(""), 0);
+}
+
+TEST_F(FileOpsTest, ALinkToARegularFileIsPresent) {
+  WriteContent(path_, "");
+  const std::string link = folder_ / "link";
+  ASSERT_EQ(symlink(path_.c_str(), link.c_str()), 0);
+  EXPECT_EQ(FileOps::IsFilePresent(link.c_str()), 1);
+  ASSERT_EQ(unlink(path_.c_str()), 0);
+  EXPECT_EQ(FileOps::IsFilePresent(link.c_str()), 0);
+}
+
+TEST_F(FileOpsTest, FirstKeyCreatesTheFile) {
+  EXPECT_EQ(Update("Data_Rate", "3"), 0);
+  EXPECT_EQ(ContentOf(path_), "Data_Rate=3\n");
+  EXPECT_FALSE(TemporaryExists());
+}
+
+TEST_F(FileOpsTest, AMissingKeyIsAppendedAtTheEnd) {
+  EXPECT_EQ(Updated("B=1\nA=2\n"), "B=1\nA=2\nData_Rate=7\n");
+  EXPECT_FALSE(TemporaryExists());
+}
+
+TEST_F(FileOpsTest, APresentKeyIsReplacedWhereItStands) {
+  EXPECT_EQ(Updated("A=1\nData_Rate=3\nB=2\n"), "A=1\nData_Rate=7\nB=2\n");
+}
+
+TEST_F(FileOpsTest, EveryLineThatHoldsTheKeyIsReplaced) {
+  EXPECT_EQ(Updated("Data_Rate=1\nA=1\nData_Rate=2\n"), "Data_Rate=7\nA=1\nData_Rate=7\n");
+  EXPECT_EQ(Updated("# see Data_Rate below\nA=1\n"), "Data_Rate=7\nA=1\n");
+  EXPECT_EQ(Updated("A=Data_Rate\n"), "Data_Rate=7\n");
+  EXPECT_EQ(Updated("My_Data_Rate_2=1\n"), "Data_Rate=7\n");
+  EXPECT_EQ(Updated("  Data_Rate = 1 # old\n"), "Data_Rate=7\n");
+}
+
+TEST_F(FileOpsTest, AKeyInAnotherCaseIsNotSeenByTheWriter) {
+  EXPECT_EQ(Updated("data_rate=3\n"), "data_rate=3\nData_Rate=7\n");
+  EXPECT_EQ(Value("Data_Rate"), "3");
+}
+
+TEST_F(FileOpsTest, AnEmptyFileReceivesTheKey) {
+  EXPECT_EQ(Updated(""), "Data_Rate=7\n");
+}
+
+TEST_F(FileOpsTest, ALastLineWithoutEndIsCopiedAsItIs) {
+  EXPECT_EQ(Updated("A=1"), "A=1Data_Rate=7\n");
+  EXPECT_EQ(Updated("Data_Rate=1"), "Data_Rate=7\n");
+}
+
+TEST_F(FileOpsTest, LineEndsOfAnotherSystemAreKept) {
+  EXPECT_EQ(Updated("A=1\r\nData_Rate=1\r\nB=2\r\n"), "A=1\r\nData_Rate=7\nB=2\r\n");
+}
+
+TEST_F(FileOpsTest, ALongLineArrivesInPiecesOf511Characters) {
+  // The key is whole in the second piece: only that piece is replaced.
+  const std::string first(511, 'x');
+  EXPECT_EQ(Updated(first + "yData_Rate=1 and more\nA=1\n"), first + "Data_Rate=7\nA=1\n");
+  EXPECT_EQ(Updated(first + "Data_Rate=1\n"), first + "Data_Rate=7\n");
+  // A key that a piece's end cuts in two is not seen.
+  const std::string cut(511 - 4, 'x');
+  EXPECT_EQ(Updated(cut + "Data_Rate=1\n"), cut + "Data_Rate=1\nData_Rate=7\n");
+  // A line end that is alone in the next piece stays.
+  EXPECT_EQ(Updated("Data_Rate=" + std::string(501, 'y') + "\nA=1\n"), "Data_Rate=7\n\nA=1\n");
+  EXPECT_EQ(Updated("Data_Rate=" + std::string(500, 'y') + "\nA=1\n"), "Data_Rate=7\nA=1\n");
+}
+
+TEST_F(FileOpsTest, BinaryContentIsCopiedUnchanged) {
+  std::string bytes;
+  for (int i = 0; i < 2000; ++i) bytes += static_cast<char>(i % 256);
+  EXPECT_EQ(Updated(bytes), bytes + "Data_Rate=7\n");
+  const std::string with_null = "A\0B\nC=1\n"s;
+  EXPECT_EQ(Updated(with_null), with_null + "Data_Rate=7\n");
+}
+
+TEST_F(FileOpsTest, AStaleTemporaryFileIsTruncatedAndReused) {
+  WriteContent(temporary_, std::string(10000, 'z'));
+  EXPECT_EQ(Updated("A=1\n"), "A=1\nData_Rate=7\n");
+  EXPECT_FALSE(TemporaryExists());
+}
+
+TEST_F(FileOpsTest, AMissingFolderIsAFailure) {
+  const std::string below = folder_ / "missing/staged";
+  EXPECT_EQ(FileOps::UpdateKeyValueInFile(below.c_str(), "A", "1"), 19);
+}
+
+TEST_F(FileOpsTest, ATemporaryFileThatCannotBeOpenedLeavesTheSource) {
+  WriteContent(path_, "A=1\n");
+  ASSERT_EQ(mkdir(temporary_.c_str(), 0755), 0);
+  EXPECT_EQ(Update("A", "2"), 19);
+  EXPECT_EQ(ContentOf(path_), "A=1\n");
+}
+
+TEST_F(FileOpsTest, APathThatIsAFolderIsAFailure) {
+  ASSERT_EQ(mkdir(path_.c_str(), 0755), 0);
+  EXPECT_EQ(FileOps::IsFilePresent(path_.c_str()), 0);
+  EXPECT_EQ(Update("A", "2"), 19);
+  EXPECT_TRUE(std::filesystem::is_directory(path_));
+}
+
+TEST_F(FileOpsTest, AFullFolderKeepsTheSource) {
+  const std::string full = folder_ / "full";
+  ASSERT_EQ(mkdir(full.c_str(), 0755), 0);
+  if (mount("none", full.c_str(), "tmpfs", 0, "size=8k") != 0) GTEST_SKIP() << "no right to mount";
+  const std::string source = full + "/staged";
+  const std::string long_value(6000, 'v');
+  EXPECT_EQ(FileOps::UpdateKeyValueInFile(source.c_str(), "A", long_value.c_str()), 0);
+  EXPECT_EQ(FileOps::UpdateKeyValueInFile(source.c_str(), "B", "2"), 19);
+  EXPECT_EQ(ContentOf(source), "A=" + long_value + "\n");
+  EXPECT_FALSE(std::filesystem::exists(source + "_tmp"));
+  // Nothing is left of a file whose first line could not be written.
+  const std::string second = full + "/second";
+  EXPECT_EQ(FileOps::UpdateKeyValueInFile(second.c_str(), "A", long_value.c_str()), 19);
+  EXPECT_FALSE(std::filesystem::exists(second));
+  EXPECT_EQ(umount(full.c_str()), 0);
+}
+
+TEST_F(FileOpsTest, RemoveFile) {
+  WriteContent(path_, "A=1\n");
+  EXPECT_EQ(FileOps::RemoveFile(path_.c_str()), 0);
+  EXPECT_FALSE(std::filesystem::exists(path_));
+  EXPECT_EQ(FileOps::RemoveFile(path_.c_str()), 19);
+}
+
+TEST_F(FileOpsTest, AReadNeedsPathKeyAndBuffer) {
+  WriteContent(path_, "A=1\n");
+  char value[8] = "before";
+  EXPECT_EQ(FileOps::GetKeyValueFromFile(nullptr, "A", value, sizeof value, '='), -1);
+  EXPECT_EQ(FileOps::GetKeyValueFromFile(path_.c_str(), nullptr, value, sizeof value, '='), -1);
+  EXPECT_EQ(FileOps::GetKeyValueFromFile(path_.c_str(), "A", nullptr, sizeof value, '='), -1);
+  EXPECT_EQ(FileOps::GetKeyValueFromFile(path_.c_str(), "A", value, 0, '='), -1);
+  EXPECT_EQ(FileOps::GetKeyValueFromFile((path_ + "x").c_str(), "A", value, sizeof value, '='), -2);
+  EXPECT_EQ(FileOps::GetKeyValueFromFile(path_.c_str(), "B", value, sizeof value, '='), 0);
+  EXPECT_STREQ(value, "before");
+  EXPECT_EQ(FileOps::GetKeyValueFromFile(path_.c_str(), "A", value, sizeof value, '='), 1);
+  EXPECT_STREQ(value, "1");
+}
+
+TEST_F(FileOpsTest, AReadTakesAnySeparator) {
+  WriteContent(path_, "A:1=2\n");
+  char value[8] = "";
+  EXPECT_EQ(FileOps::GetKeyValueFromFile(path_.c_str(), "A", value, sizeof value, ':'), 1);
+  EXPECT_STREQ(value, "1=2");
+}
+
+TEST_F(FileOpsTest, AReadFindsTheKeyInAnyCase) {
+  EXPECT_EQ(ValueIn("data_rate=3\n"), "3");
+  EXPECT_EQ(ValueIn("DATA_RATE=3\n"), "3");
+}
+
+TEST_F(FileOpsTest, AReadNeedsTheWholeKey) {
+  EXPECT_EQ(ValueIn("Data_Rate_2=3\nMy_Data_Rate=4\nData_Rat=5\n"), "<0>");
+}
+
+TEST_F(FileOpsTest, TheFirstLineWithTheKeyWins) {
+  EXPECT_EQ(ValueIn("A=9\nData_Rate=1\nData_Rate=2\n"), "1");
+}
+
+TEST_F(FileOpsTest, CommentsAndLinesWithoutSeparatorAreSkipped) {
+  EXPECT_EQ(ValueIn("#Data_Rate=1\n  # Data_Rate=2\n\n   \nData_Rate 3\nData_Rate=4\n"), "4");
+}
+
+TEST_F(FileOpsTest, WhiteSpaceAroundKeyAndValueIsSkipped) {
+  EXPECT_EQ(ValueIn(" \t Data_Rate \t= \t 3 \n"), "3");
+  EXPECT_EQ(ValueIn("\v\f\rData_Rate=3\n"), "3");
+  EXPECT_EQ(ValueIn("Data_Rate with words=3\n"), "3");
+}
+
+TEST_F(FileOpsTest, AValueEndsAtWhiteSpaceOrAComment) {
+  EXPECT_EQ(ValueIn("Data_Rate=3 # fixed\n"), "3");
+  EXPECT_EQ(ValueIn("Data_Rate=3# fixed\n"), "3");
+  EXPECT_EQ(ValueIn("Data_Rate=3 4\n"), "3");
+  EXPECT_EQ(ValueIn("Data_Rate=3\r\n"), "3");
+  EXPECT_EQ(ValueIn("Data_Rate=3=4\n"), "3=4");
+  EXPECT_EQ(ValueIn("Data_Rate=3"), "3");
+}
+
+TEST_F(FileOpsTest, AnEmptyValueIsFound) {
+  EXPECT_EQ(ValueIn("Data_Rate=\nA=1\n"), "");
+  EXPECT_EQ(ValueIn("Data_Rate= # nothing\n"), "");
+  EXPECT_EQ(ValueIn("Data_Rate="), "");
+}
+
+TEST_F(FileOpsTest, ALongLineIsReadInPiecesOf1022Characters) {
+  const std::string first(1022, 'x');
+  EXPECT_EQ(ValueIn(first + "Data_Rate=3\n"), "3");
+  EXPECT_EQ(ValueIn(first.substr(1) + "Data_Rate=3\n"), "<0>");
+  EXPECT_EQ(ValueIn(std::string("#").append(first, 1).append("Data_Rate=3\n")), "3");
+}
+
+TEST_F(FileOpsTest, ALongValueIsCut) {
+  EXPECT_EQ(ValueIn("Data_Rate=" + std::string(511, '1') + "\n"), std::string(511, '1'));
+  EXPECT_EQ(ValueIn("Data_Rate=" + std::string(512, '1') + "\n"), std::string(511, '1'));
+  WriteContent(path_, "A=12345\n");
+  char value[4] = "";
+  EXPECT_EQ(FileOps::GetKeyValueFromFile(path_.c_str(), "A", value, sizeof value, '='), 1);
+  EXPECT_STREQ(value, "123");
+}
+
+TEST_F(FileOpsTest, BinaryLinesAreSkipped) {
+  EXPECT_EQ(ValueIn("\0Data_Rate=1\n\x80\xff=2\nData_Rate=3\n"s), "3");
+  EXPECT_EQ(ValueIn("Data_Rate=3\0004\n"s), "3");
+}
+
+}  // namespace
