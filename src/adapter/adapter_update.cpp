@@ -17,20 +17,29 @@ constexpr const char* kClassName = "AdapterCmdsProcessor";
 enum RebootState { kNoReboot, kWarmReboot, kColdReboot };
 constexpr const char* kRebootTexts[] = {"false", "true", "Cold Boot Required"};
 
-// Answers of the library to an update.
-constexpr LibraryStatus kUpdatedRebootNeeded = 201;
-constexpr LibraryStatus kUpdatedColdBootNeeded = 205;
-constexpr LibraryStatus kNoUpdate =
-    static_cast<LibraryStatus>(-1);  // no image type that the library could write
+// In place of an answer, for an image type that the library cannot write.
+constexpr auto kNoUpdate = static_cast<LibraryStatus>(-1);
 
 constexpr LibraryAnswer kUpdateAnswers[] = {
-    {3, kFileNotFound},          {40, kMemoryError},          {101, kFileOpenError},
-    {102, kFileReadError},       {103, kFileNotValid},        {104, kInvalidSsid},
-    {105, kCorruptedFile},       {106, kInvalidFileSize},     {107, kChecksumError},
-    {108, kInvalidData},         {110, kInvalidSerialNumber}, {111, kInvalidSignature},
-    {113, kFeatureNotSupported}, {114, kAdapterNotFound},     {121, kFeatureNotSupported},
-    {133, kFirmwareLockdown},    {152, kImageSetValidation},  {153, kImageSetConfig},
-    {522, kComponentValidation},
+    {kLibraryFileNotFound, kFileNotFound},
+    {kLibraryNoMemory, kMemoryError},
+    {kLibraryFileOpenError, kFileOpenError},
+    {kLibraryFileReadError, kFileReadError},
+    {kLibraryFileNotValid, kFileNotValid},
+    {kLibraryWrongSsid, kInvalidSsid},
+    {kLibraryFileCorrupted, kCorruptedFile},
+    {kLibraryWrongFileSize, kInvalidFileSize},
+    {kLibraryWrongChecksum, kChecksumError},
+    {kLibraryInvalidData, kInvalidData},
+    {kLibraryWrongSerialNumber, kInvalidSerialNumber},
+    {kLibraryWrongSignature, kInvalidSignature},
+    {kLibraryFeatureNotSupported, kFeatureNotSupported},
+    {kLibraryAdapterNotFound, kAdapterNotFound},
+    {kLibraryAdapterLacksFeature, kFeatureNotSupported},
+    {kLibraryFirmwareLockdown, kFirmwareLockdown},
+    {kLibraryImageSetInvalid, kImageSetValidation},
+    {kLibraryImageSetMismatch, kImageSetConfig},
+    {kLibraryComponentInvalid, kComponentValidation},
 };
 
 constexpr StatusMessage kMessages[] = {
@@ -103,13 +112,14 @@ const ImageType* FindImageType(std::string_view word) {
 }
 
 bool IsSuccess(LibraryStatus result) {
-  return result == kLibrarySuccess || result == kUpdatedRebootNeeded || result == kUpdatedColdBootNeeded;
+  return result == kLibrarySuccess || result == kLibraryUpdatedRebootNeeded ||
+         result == kLibraryUpdatedColdBootNeeded;
 }
 
 RebootState RebootStateOf(LibraryStatus result, bool is_multi_boot, const PciIdentity& pci) {
   if (!is_multi_boot) return kWarmReboot;
-  if (result == kUpdatedColdBootNeeded) return kColdReboot;
-  if (result == kUpdatedRebootNeeded) return kWarmReboot;
+  if (result == kLibraryUpdatedColdBootNeeded) return kColdReboot;
+  if (result == kLibraryUpdatedRebootNeeded) return kWarmReboot;
   return IsDeviceGroupHazelIrisOrDahlia(pci) ? kNoReboot : kWarmReboot;
 }
 

@@ -44,7 +44,8 @@ constexpr StatusMessage kClearMessages[] = {
 constexpr auto kReportMessages = std::span(kClearMessages).subspan<2>();
 
 // What the library answers to a reset.
-constexpr LibraryAnswer kResetAnswers[] = {{40, kMemoryError}, {118, kNotSupportedByDriver}};
+constexpr LibraryAnswer kResetAnswers[] = {{kLibraryNoMemory, kMemoryError},
+                                           {kLibraryDriverLacksFeature, kNotSupportedByDriver}};
 
 constexpr NotificationWords kNotifications[] = {
     {1, "Congestion, "}, {2, "Delivery, "}, {4, "Link Integrity"}};

@@ -28,8 +28,13 @@ constexpr StatusMessage kMessages[] = {
 
 // Answers of the second test interface that have a status of their own.
 constexpr LibraryAnswer kTestAnswers[] = {
-    {2, kInvalidParameter}, {29, kVirtualPort},  {38, kFeatureNotSupported}, {129, kNotInDiagnosticsMode},
-    {130, kLinkDown},       {131, kSpeedTooLow}, {132, kNotInBootFromSan},
+    {kLibraryInvalidParameter, kInvalidParameter},
+    {kLibraryVirtualPort, kVirtualPort},
+    {kLibraryNoLinkTest, kFeatureNotSupported},
+    {kLibraryNoDiagnosticPort, kNotInDiagnosticsMode},
+    {kLibraryLinkDown, kLinkDown},
+    {kLibraryLinkTooSlow, kSpeedTooLow},
+    {kLibraryBootFromSan, kNotInBootFromSan},
 };
 
 // Why the firmware refused a test, by mailbox register 2.
@@ -156,7 +161,7 @@ StatusCode CheckTestPort(const FCProtocolEntry& fc) {
 
 // Runs the link test through the interface that the adapter has. The first interface has no status.
 StatusCode RunTest(const FCProtocolEntry& fc, bool is_v2, DPortResultRecord& record) {
-  const auto call = [&] {
+  const auto call = [&]() -> LibraryStatus {
     if (is_v2) return TORPI_DiagnosticDPortTestV2(&fc.handle, &record);
     record = TORPI_DiagnosticDPortTest(&fc.handle, &record);
     return kLibrarySuccess;

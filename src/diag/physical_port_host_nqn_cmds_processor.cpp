@@ -32,7 +32,8 @@ constexpr StatusMessage kMessages[] = {
 };
 
 // Answers of the library that have a status of their own here, in all commands.
-constexpr LibraryAnswer kAnswers[] = {{158, kNqnAlreadyRegistered}, {159, kNqnNotRegistered}};
+constexpr LibraryAnswer kAnswers[] = {{kLibraryNqnRegistered, kNqnAlreadyRegistered},
+                                      {kLibraryNqnNotRegistered, kNqnNotRegistered}};
 
 enum Action : std::uint8_t { kDeregister = 0, kRegister = 1 };
 
