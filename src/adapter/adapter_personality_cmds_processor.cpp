@@ -55,7 +55,7 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
     DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for vport", kClassName, __func__);
     return DisplayError(out, kVirtualPort, mode);
   }
-  std::uint8_t personality = IsDeviceCedar(fc.pci) || IsDeviceGinkgo(fc.pci) ? kCna : kFc;
+  std::uint8_t personality = IsAnyOf(fc.pci, kCedarDevice | kGinkgo) ? kCna : kFc;
   if (IsDeviceGroupElm(fc.pci) && TORPI_GetPersonalityType(&fc.handle, &personality) != kLibrarySuccess) {
     DebugLogLevel(kDebugFailure, "%s::%s: failed to read personality", kClassName, __func__);
     return DisplayError(out, kReadFailed, mode);

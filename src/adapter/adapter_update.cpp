@@ -70,35 +70,29 @@ constexpr StatusMessage kMessages[] = {
     kLibraryNotSupported,
 };
 
-// One kind of flash image. The library's function is called through `write`, so that it is bound only when
-// used.
+// One kind of flash image and the adapters that take it. The library's function is called through `write`, so
+// that it is bound only when used.
 struct ImageType {
   const char* word;
-  bool (*allowed)(const PciIdentity& pci);
+  FamilySet families;  // kEveryAdapter: also those of no family
   LibraryStatus (*write)(const DeviceHandle* handle, const char* file);
 };
 
+constexpr FamilySet kEveryAdapter = 0;
 constexpr const char* kMultiBootImage = "MBI";
 
 constexpr ImageType kImageTypes[] = {
-    {kMultiBootImage, [](const PciIdentity&) { return true; },
+    {kMultiBootImage, kEveryAdapter,
      [](const DeviceHandle* handle, const char* file) { return TORPI_doOptionROMUpdate(handle, file, 0); }},
-    {"BrdCfg",
-     [](const PciIdentity& pci) {
-       return IsDeviceGroupElm(pci) || IsDeviceGroupHazel(pci) || IsDeviceGroupIris(pci);
-     },
+    {"BrdCfg", kElm | kHazel | kIris,
      [](const DeviceHandle* handle, const char* file) {
        return TORPI_UpdateSpecificFlashRegionFromFile(handle, file);
      }},
-    {"FWPreload",
-     [](const PciIdentity& pci) {
-       return IsDeviceGroupBirch(pci) || IsDeviceGroupElm(pci) || IsDeviceGroupHazel(pci) ||
-              IsDeviceGroupIris(pci);
-     },
+    {"FWPreload", kBirch | kElm | kHazel | kIris,
      [](const DeviceHandle* handle, const char* file) {
        return TORPI_UpdateAdapterFirmwareTableFromFile(handle, file);
      }},
-    {"PEPCfg", [](const PciIdentity& pci) { return IsDeviceGroupHazel(pci) || IsDeviceGroupIris(pci); },
+    {"PEPCfg", kHazel | kIris,
      [](const DeviceHandle* handle, const char* file) {
        return TORPI_UpdateAdapterPEPCfgFromFile(handle, file);
      }},
@@ -111,6 +105,10 @@ const ImageType* FindImageType(std::string_view word) {
   return nullptr;
 }
 
+bool IsAllowed(const ImageType& type, const PciIdentity& pci) {
+  return type.families == kEveryAdapter || IsAnyOf(pci, type.families);
+}
+
 bool IsSuccess(LibraryStatus result) {
   return result == kLibrarySuccess || result == kLibraryUpdatedRebootNeeded ||
          result == kLibraryUpdatedColdBootNeeded;
@@ -120,7 +118,7 @@ RebootState RebootStateOf(LibraryStatus result, bool is_multi_boot, const PciIde
   if (!is_multi_boot) return kWarmReboot;
   if (result == kLibraryUpdatedColdBootNeeded) return kColdReboot;
   if (result == kLibraryUpdatedRebootNeeded) return kWarmReboot;
-  return IsDeviceGroupHazelIrisOrDahlia(pci) ? kNoReboot : kWarmReboot;
+  return IsAnyOf(pci, kHazel | kIris | kDahlia) ? kNoReboot : kWarmReboot;
 }
 
 // Writes the document of a success or a failure and returns its code.
@@ -162,7 +160,7 @@ StatusCode CmdUpdateCommon(Serializer& out, Words& words, OutputMode mode) {
 
   OutputBracket bracket(kClassName);
   if (!bracket.IsOpen()) return fail(kFileNotFound);
-  if (type != nullptr && !type->allowed(pci)) {
+  if (type != nullptr && !IsAllowed(*type, pci)) {
     DebugLog("%s::%s: %s update not supported for this adapter", kClassName, __func__, type->word);
     bracket.Close();
     return fail(kFeatureNotSupported);

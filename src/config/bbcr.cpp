@@ -47,7 +47,7 @@ const StagedNode kBbcrNode = {
     "PhysicalPortBBCRCmdsProcessor", "BBCR", {"BBCRInfo", "BBCR", "BBCRList"}, kMessages};
 
 StatusCode Bbcr::Prepare(const Words&) {
-  if (IsDeviceGroupHazelIrisOrDahlia(Fc().pci)) return kSuccess;
+  if (IsAnyOf(Fc().pci, kHazel | kIris | kDahlia)) return kSuccess;
   DebugLogLevel(kDebugFailure, "%s: Command not supported for this adapter", node_.class_name);
   return kFeatureNotSupported;
 }

@@ -73,14 +73,14 @@ constexpr CheckResult kOtherProtocol = {kInvalidParameter, "a target of the othe
 constexpr CheckResult kUnusableNqn = {kInvalidParameter, "the target's NQN cannot be staged"};
 
 CheckResult AllowFcNvme(const ExtChecks& checks) {
-  if (!IsDeviceGroupHazelIrisOrDahlia(checks.fc.pci)) return kNotThisAdapter;
+  if (!HasBootModes(checks.fc.pci)) return kNotThisAdapter;
   return checks.mode == BootMode::kNvme ? CheckResult{} : kNvmeModeOnly;
 }
 
 CheckResult TakeEntryNumber(ExtChecks& checks, const Option&, const std::string& value) {
   constexpr std::uint32_t kLastBiosEntry = 3;
   constexpr std::uint32_t kLastEntry = 7;
-  const bool all_entries = checks.mode != BootMode::kBios && IsDeviceGroupHazelIrisOrDahlia(checks.fc.pci);
+  const bool all_entries = checks.mode != BootMode::kBios && HasBootModes(checks.fc.pci);
   const std::uint32_t number = NumberOf(value);
   if (number > (all_entries ? kLastEntry : kLastBiosEntry)) return kNoSuchEntry;
   checks.number = number;

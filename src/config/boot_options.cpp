@@ -11,7 +11,7 @@ constexpr CheckResult kLegacyModeOnly = {kNotForBootMode, "an option of the lega
 constexpr CheckResult kOtherModesOnly = {kBootModeNeeded, "no option of the legacy boot mode"};
 
 CheckResult AllowFabricAssignedLun(const BootChecks& checks) {
-  return IsDeviceGroupAsterBirchOrCedar(checks.fc.pci) ? kNotThisAdapter : CheckResult{};
+  return HasFabricAssignment(checks.fc.pci) ? CheckResult{} : kNotThisAdapter;
 }
 
 CheckResult AllowSelectableBoot(const BootChecks& checks) {
@@ -38,7 +38,7 @@ std::string DriveKey(std::size_t drive, const char* end) {
 }
 
 CheckResult AllowLoginOption(const BootChecks& checks) {
-  if (!IsDeviceGroupHazelIrisOrDahlia(checks.fc.pci)) return kNotThisAdapter;
+  if (!HasBootModes(checks.fc.pci)) return kNotThisAdapter;
   return checks.mode == BootMode::kBios ? kOtherModesOnly : CheckResult{};
 }
 

@@ -38,7 +38,7 @@ constexpr RecordField kDriveFields[] = {
 }  // namespace
 
 bool BootSettings::HasBootModes() const {
-  return IsDeviceGroupHazelIrisOrDahlia(Fc().pci);
+  return ::HasBootModes(Fc().pci);
 }
 
 bool BootSettings::ReadModeOption(const Words& words) {
@@ -144,7 +144,7 @@ StatusCode BootSettings::Display(Serializer& out, OutputMode mode, RebootField r
   if (mode_ == BootMode::kBios) {
     FirstTextLine(text, "Adapter BIOS", BoolText(record_.disable_bios == 0));
     FlagLine(text, "Selectable Boot", record_.enable_selectable_boot != 0);
-    if (!IsDeviceGroupAsterBirchOrCedar(Fc().pci)) {
+    if (HasFabricAssignment(Fc().pci)) {
       FlagLine(text, "Fabric Assigned Boot LUN", record_.enable_fabric_assign_boot_lun != 0);
     }
     DriveLines(text, kBiosDrives);

@@ -111,14 +111,13 @@ void WriteParameters(Serializer& out, const HBAParamsInfo& record, const PciIden
   fields.Number("Port Down Retry Count", record.port_down_retry_count);
   fields.Number("Link Down Timeout In Seconds", record.link_down_timeout);
   fields.Number("Luns Per Target", record.max_luns_per_target);
-  fields.Flag("Enable LR", record.enable_lr != 0, !IsDeviceGroupAster(pci) && !IsDeviceGinkgo(pci));
+  fields.Flag("Enable LR", record.enable_lr != 0, !IsAnyOf(pci, kAster | kGinkgo));
   fields.Flag("Enable Host Hba Bios", record.disable_bios == 0);
   fields.Flag("Enable Fc Tape Support", record.enable_fc_tape != 0);
   fields.Flag("Enable Lip Full Login", record.enable_lip_full_login != 0, loop);
   fields.Flag("Enable Target Reset", record.enable_target_reset != 0);
-  fields.Flag("Enable Fabric Assigned WWN", record.enable_fabric_assign_wwn != 0,
-              !IsDeviceGroupAsterBirchOrCedar(pci));
-  fields.Flag("Enable VCLM", record.disable_scm == 0, IsDeviceGroupHazelIrisOrDahlia(pci));
+  fields.Flag("Enable Fabric Assigned WWN", record.enable_fabric_assign_wwn != 0, HasFabricAssignment(pci));
+  fields.Flag("Enable VCLM", record.disable_scm == 0, HasCongestionManagement(pci));
   fields.Flag("Virtual Lane", record.enable_virtual_lane != 0, IsDeviceGroupDahlia(pci));
 }
 

@@ -30,27 +30,19 @@ void Store(HbaChecks& checks, const char* key, std::uint32_t number) {
 
 // True for the adapters whose fast data rates exclude a loop. Slower families have no such rate.
 bool LoopExcludesFastRates(const PciIdentity& pci) {
-  return IsDeviceGroupElmOnlyHazelIrisOrDahlia(pci);
+  return IsAnyOf(pci, kElmOnly | kHazel | kIris | kDahlia);
 }
 
-// Tests of the adapter, by what it lacks.
+// Tests of the adapter.
 
-template <bool (*lacks)(const PciIdentity&)>
+template <FamilySet families>
 CheckResult Unless(const HbaChecks& checks) {
-  return lacks(checks.Pci()) ? kNotThisAdapter : CheckResult{};
+  return IsAnyOf(checks.Pci(), families) ? kNotThisAdapter : CheckResult{};
 }
 
 template <bool (*has)(const PciIdentity&)>
 CheckResult Only(const HbaChecks& checks) {
   return has(checks.Pci()) ? CheckResult{} : kNotThisAdapter;
-}
-
-bool HasFixedThrottle(const PciIdentity& pci) {
-  return IsDeviceGroupElm(pci) || IsDeviceGroupHazelIrisOrDahlia(pci);
-}
-
-bool IsDeviceGroupAsterOrGinkgo(const PciIdentity& pci) {
-  return IsDeviceGroupAster(pci) || IsDeviceGinkgo(pci);
 }
 
 // Values. The checks of each stand in the order in which they decide.
@@ -171,27 +163,26 @@ CheckResult TakeInterruptDelay(HbaChecks& checks, const Option& option, const st
 constexpr Option kOptions[] = {
     {"--connection-options", "-c", "Connection_Options", nullptr, &TakeConnection},
     {"--data-rate", "-d", "Data_Rate", nullptr, &TakeDataRate},
-    {"--operation-mode", "-m", "Operation_Mode", &Unless<IsDeviceGinkgo>, &TakeOperationMode},
+    {"--operation-mode", "-m", "Operation_Mode", &Unless<kGinkgo>, &TakeOperationMode},
     {"--frame-size", "-z", "Frame_Size", nullptr, &TakeFrameSize},
-    {"--hard-loop-id", "-l", "Hard_Loop_ID", &Unless<IsDeviceGroupCedar>, &TakeNumber, 125},
+    {"--hard-loop-id", "-l", "Hard_Loop_ID", &Unless<kCedar>, &TakeNumber, 125},
     {"--loop-reset-delay", "-r", "Loop_Reset_Delay", nullptr, &TakeNumber, 255},
-    {"--interrupt-delay-timer", "-e", "Interrupt_Delay_Timer", &Unless<IsDeviceGinkgo>, &TakeInterruptDelay,
-     255},
-    {"--execution-throttle", "-x", "Execution_Throttle", &Unless<HasFixedThrottle>, &TakeNumber, 65535},
+    {"--interrupt-delay-timer", "-e", "Interrupt_Delay_Timer", &Unless<kGinkgo>, &TakeInterruptDelay, 255},
+    {"--execution-throttle", "-x", "Execution_Throttle", &Unless<kElm | kHazel | kIris | kDahlia>,
+     &TakeNumber, 65535},
     {"--login-retry-count", "-u", "Login_Retry_Count", nullptr, &TakeNumber, 255},
     {"--port-down-retry-count", "-w", "Port_Down_Retry_Count", nullptr, &TakeNumber, 255},
     {"--link-down-timeout", "-o", "Link_Down_Timeout", nullptr, &TakeNumber, 240},
     {"--luns-per-target", "-y", "Luns_Per_Target", nullptr, &TakeNumber, 256},
     {"--enable-bios", "-b", "Disable_BIOS", nullptr, &TakeTrueFalse, 0},
-    {"--enable-hard-loop-id", "-p", "Enable_Hard_Loop_Id", &Unless<IsDeviceGroupCedar>, &TakeTrueFalse, 1},
+    {"--enable-hard-loop-id", "-p", "Enable_Hard_Loop_Id", &Unless<kCedar>, &TakeTrueFalse, 1},
     {"--enable-fc-tape", "-f", "Enable_Fibre_Channel_Tape_Support", nullptr, &TakeTrueFalse, 1},
-    {"--enable-lip-full-login", "-g", "Enable_Lip_Full_Login", &Unless<IsDeviceGroupCedar>, &TakeTrueFalse,
-     1},
+    {"--enable-lip-full-login", "-g", "Enable_Lip_Full_Login", &Unless<kCedar>, &TakeTrueFalse, 1},
     {"--enable-target-reset", "-a", "Enable_Target_Reset", nullptr, &TakeTrueFalse, 1},
-    {"--enable-lr", "-k", "Enable_LR", &Unless<IsDeviceGroupAsterOrGinkgo>, &TakeTrueFalse, 1},
-    {"--enable-fabric-assigned-wwn", "-n", "Enable_Fabric_Assign_WWN",
-     &Unless<IsDeviceGroupAsterBirchOrCedar>, &TakeTrueFalse, 1},
-    {"--enable-vclm", "-q", "Disable_SCM", &Only<IsDeviceGroupHazelIrisOrDahlia>, &TakeTrueFalse, 0},
+    {"--enable-lr", "-k", "Enable_LR", &Unless<kAster | kGinkgo>, &TakeTrueFalse, 1},
+    {"--enable-fabric-assigned-wwn", "-n", "Enable_Fabric_Assign_WWN", &Only<HasFabricAssignment>,
+     &TakeTrueFalse, 1},
+    {"--enable-vclm", "-q", "Disable_SCM", &Only<HasCongestionManagement>, &TakeTrueFalse, 0},
     {"--virtual-lane", "-j", "Enable_Virtual_Lane", &Only<IsDeviceGroupDahlia>, &TakeTrueFalse, 1},
 };
 

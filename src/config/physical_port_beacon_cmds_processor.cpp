@@ -44,8 +44,7 @@ StatusCode DisplayBeaconInfo(Serializer& out, std::uint32_t state, OutputMode mo
 StatusCode CheckAdapter(const FCProtocolEntry& fc) {
   bool is_mezz = false;
   if (const StatusCode status = ReadIsMezzAdapter(kClassName, fc, is_mezz); status != kSuccess) return status;
-  const bool has_beacon = IsDeviceGroupAster(fc.pci) || IsDeviceGroupBirch(fc.pci) ||
-                          IsDeviceGroupElmOnlyHazelIrisOrDahlia(fc.pci);
+  const bool has_beacon = IsAnyOf(fc.pci, kAster | kBirch | kElmOnly | kHazel | kIris | kDahlia);
   if (!is_mezz && has_beacon) return kSuccess;
   DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for this adapter", kClassName, __func__);
   return kFeatureNotSupported;

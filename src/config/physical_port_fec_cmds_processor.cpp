@@ -70,7 +70,7 @@ StatusCode OpenPort(const Words& words, PortSelection& selected) {
       status != kSuccess) {
     return status;
   }
-  if (IsDeviceGroupElmOnlyHazelIrisOrDahlia(selected.fc->pci)) return kSuccess;
+  if (IsAnyOf(selected.fc->pci, kElmOnly | kHazel | kIris | kDahlia)) return kSuccess;
   DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for this adapter", kClassName, __func__);
   return kFeatureNotSupported;
 }

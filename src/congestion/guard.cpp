@@ -24,7 +24,7 @@ StatusCode Check(const char* class_name, const FCProtocolEntry& fc, GuardCheck c
   };
   switch (check) {
     case GuardCheck::kFamily:
-      return IsDeviceGroupHazelIrisOrDahlia(fc.pci) ? kSuccess : kFeatureNotSupported;
+      return HasCongestionManagement(fc.pci) ? kSuccess : kFeatureNotSupported;
     case GuardCheck::kAnyGeneration:
       return has(kFirstCongestionStatistics | kSecondCongestionStatistics);
     case GuardCheck::kSecondGeneration:

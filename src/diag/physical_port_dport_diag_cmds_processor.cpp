@@ -64,17 +64,13 @@ const char* RefusalText(std::uint16_t reason) {
   return "Failed, Unknown";
 }
 
-bool IsFamilySupported(const PciIdentity& pci) {
-  return IsDeviceGroupElmOnly(pci) || IsDeviceGroupHazelIrisOrDahlia(pci);
-}
-
 // The checks that all commands begin with.
 StatusCode SelectPort(const Words& words, const FCProtocolEntry*& fc) {
   if (const StatusCode status = SelectTestPort(kClassName, words, fc); status != kSuccess) return status;
   bool is_mezz = false;
   if (const StatusCode status = ReadIsMezzAdapter(kClassName, *fc, is_mezz); status != kSuccess)
     return status;
-  if (is_mezz || !IsFamilySupported(fc->pci)) {
+  if (is_mezz || !IsAnyOf(fc->pci, kElmOnly | kHazel | kIris | kDahlia)) {
     DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for this adapter", kClassName, __func__);
     return kFeatureNotSupported;
   }

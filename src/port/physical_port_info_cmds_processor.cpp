@@ -58,7 +58,7 @@ constexpr CodeText kLockdownTexts[] = {
 };
 
 bool IsOfTheFourGroups(const PciIdentity& pci) {
-  return IsDeviceGroupElm(pci) || IsDeviceGroupHazelIrisOrDahlia(pci);
+  return IsAnyOf(pci, kElm | kHazel | kIris | kDahlia);
 }
 
 const char* PciWidthText(std::uint16_t link_word) {
@@ -159,7 +159,7 @@ void FlashLines(ReportText& text, const FCProtocolEntry& fc, const FlashComponen
   TwoPartVersionLine(text, "Flash EFI Version", fc.flash_efi_version);
   VersionLine(text, "Flash Preload Firmware Area Version", components.preload_firmware_area);
   VersionLine(text, "Flash FC Board Config Version", components.fc_board_config);
-  if (IsDeviceGroupHazelIrisOrDahlia(fc.pci)) {
+  if (HasManagementFirmware(fc.pci)) {
     VersionOrBlankLine(text, "Flash MPI Firmware Version", components.mpi_firmware);
     VersionOrBlankLine(text, "Flash PEP Firmware Version", components.pep_firmware);
     VersionOrBlankLine(text, "Flash PEP Board Config Version", components.pep_board_config);
@@ -177,7 +177,7 @@ void LockdownLine(ReportText& text, const char* label, LockdownReadStatus status
 
 void RunningLines(ReportText& text, const FCProtocolEntry& fc, const LockdownStatus& lockdown) {
   TextOrNaLine(text, "Running Firmware Version", fc.running_firmware_version.View());
-  if (!IsDeviceGroupHazelIrisOrDahlia(fc.pci)) return;
+  if (!HasManagementFirmware(fc.pci)) return;
   VersionOrBlankLine(text, "Running MPI Firmware Version", ThreePartVersion(fc.running_mpi_version));
   VersionOrBlankLine(text, "Running PEP Firmware Version", ThreePartVersion(fc.running_pep_version));
   LockdownLine(text, "Config Lockdown", lockdown.config_status);
@@ -208,7 +208,7 @@ StatusCode DisplayPortInfo(Serializer& out, const PortSelection& selected, const
   FirstTextLine(text, "Model", selected.adapter->model.Empty() ? "NA" : selected.adapter->model.View());
   PositionLines(text, *selected.port, fc);
   TextLine(text, "Driver Version", fc.driver_version.View());
-  if (IsDeviceGroupHazelIrisOrDahlia(fc.pci)) {
+  if (HasManagementFirmware(fc.pci)) {
     TextOrNaLine(text, "Host NQN", fc.host_nqn.View());
     HostIdLine(text, "Host ID", fc.host_id);
   }
