@@ -43,8 +43,7 @@ StatusCode DisplayBeaconInfo(CommandRun& run, std::uint32_t state) {
 StatusCode CheckAdapter(const CommandRun& run, const FCProtocolEntry& fc) {
   bool is_mezz = false;
   if (const StatusCode status = ReadIsMezzAdapter(run, fc, is_mezz); status != kSuccess) return status;
-  const bool has_beacon = IsDeviceGroupAster(fc.pci) || IsDeviceGroupBirch(fc.pci) ||
-                          IsDeviceGroupElmOnlyHazelIrisOrDahlia(fc.pci);
+  const bool has_beacon = IsAnyOf(fc.pci, kAster | kBirch | kElmOnly | kHazel | kIris | kDahlia);
   if (!is_mezz && has_beacon) return kSuccess;
   return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
 }

@@ -59,7 +59,7 @@ StatusCode DisplayFECInfo(CommandRun& run, const FecState& state, RebootField re
 
 StatusCode SelectPortWithFec(CommandRun& run, PortSelection& selected) {
   if (const StatusCode status = SelectPhysicalPort(run, selected); status != kSuccess) return status;
-  if (IsDeviceGroupElmOnlyHazelIrisOrDahlia(selected.fc->pci)) return kSuccess;
+  if (IsAnyOf(selected.fc->pci, kElmOnly | kHazel | kIris | kDahlia)) return kSuccess;
   return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
 }
 

@@ -7,7 +7,7 @@
 namespace {
 
 StatusCode CheckFamily(const CommandRun& run, const FCProtocolEntry& fc) {
-  if (IsDeviceGroupHazelIrisOrDahlia(fc.pci)) return kSuccess;
+  if (HasCongestionManagement(fc.pci)) return kSuccess;
   return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
 }
 

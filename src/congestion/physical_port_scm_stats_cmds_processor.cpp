@@ -39,7 +39,8 @@ const char* ClearMessage(const CommandRun& run, StatusCode code) {
 }
 
 // What the library answers to a reset.
-constexpr LibraryAnswer kResetAnswers[] = {{40, kMemoryError}, {118, kNotSupportedByDriver}};
+constexpr LibraryAnswer kResetAnswers[] = {{kLibraryNoMemory, kMemoryError},
+                                           {kLibraryDriverLacksFeature, kNotSupportedByDriver}};
 
 constexpr NotificationWords kNotifications[] = {
     {1, "Congestion, "}, {2, "Delivery, "}, {4, "Link Integrity"}};

@@ -105,9 +105,9 @@ const char* TargetVirtualLaneText(const FCProtocolEntry& fc, const TargetEntry& 
 }
 
 const char* PortThrottlingText(const FCProtocolEntry& fc) {
-  return IsDeviceGroupHazelIrisOrDahlia(fc.pci) ? ThrottlingText(fc, fc.io_throttling) : "NA";
+  return HasCongestionManagement(fc.pci) ? ThrottlingText(fc, fc.io_throttling) : "NA";
 }
 
 const char* TargetThrottlingText(const FCProtocolEntry& fc, const TargetEntry& target) {
-  return IsDeviceGroupHazelIrisOrDahlia(fc.pci) ? ThrottlingText(fc, target.io_throttling) : "None";
+  return HasCongestionManagement(fc.pci) ? ThrottlingText(fc, target.io_throttling) : "None";
 }

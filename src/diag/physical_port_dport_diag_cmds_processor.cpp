@@ -21,8 +21,13 @@ constexpr auto kMessages = DiagnosticMessages(kSuccess, kNotInBootFromSan, kSpee
 
 // Answers of the second test interface that have a status of their own.
 constexpr LibraryAnswer kLinkTestAnswers[] = {
-    {2, kInvalidParameter}, {29, kVirtualPort},  {38, kFeatureNotSupported}, {129, kNotInDiagnosticsMode},
-    {130, kLinkDown},       {131, kSpeedTooLow}, {132, kNotInBootFromSan},
+    {kLibraryInvalidParameter, kInvalidParameter},
+    {kLibraryVirtualPort, kVirtualPort},
+    {kLibraryNoLinkTest, kFeatureNotSupported},
+    {kLibraryNoDiagnosticPort, kNotInDiagnosticsMode},
+    {kLibraryLinkDown, kLinkDown},
+    {kLibraryLinkTooSlow, kSpeedTooLow},
+    {kLibraryBootFromSan, kNotInBootFromSan},
 };
 
 // Why the firmware refused a test, by mailbox register 2.
@@ -74,10 +79,6 @@ StatusCode DisplayDPortDiagResult(CommandRun& run, const DPortResultRecord& reco
   return run.DisplayReport(text);
 }
 
-bool IsFamilySupported(const PciIdentity& pci) {
-  return IsDeviceGroupElmOnly(pci) || IsDeviceGroupHazelIrisOrDahlia(pci);
-}
-
 // The checks that all commands begin with.
 StatusCode SelectDPort(CommandRun& run, const FCProtocolEntry*& fc) {
   PortSelection selected;
@@ -85,7 +86,7 @@ StatusCode SelectDPort(CommandRun& run, const FCProtocolEntry*& fc) {
   fc = selected.fc;
   bool is_mezz = false;
   if (const StatusCode status = ReadIsMezzAdapter(run, *fc, is_mezz); status != kSuccess) return status;
-  if (!is_mezz && IsFamilySupported(fc->pci)) return kSuccess;
+  if (!is_mezz && IsAnyOf(fc->pci, kElmOnly | kHazel | kIris | kDahlia)) return kSuccess;
   return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
 }
 
@@ -146,7 +147,7 @@ StatusCode CheckReadyToRun(const CommandRun& run, const FCProtocolEntry& fc) {
 // Runs the link test through the interface that the adapter has. The first interface has no status.
 StatusCode RunLinkTest(const CommandRun& run, const FCProtocolEntry& fc, bool is_v2,
                        DPortResultRecord& record) {
-  const auto call = [&] {
+  const auto call = [&]() -> LibraryStatus {
     if (is_v2) return TORPI_DiagnosticDPortTestV2(&fc.handle, &record);
     record = TORPI_DiagnosticDPortTest(&fc.handle, &record);
     return kLibrarySuccess;

@@ -28,7 +28,8 @@ constexpr StatusMessage kMessages[] = {
 };
 
 // Answers of the library that have a status of their own in all commands of this class.
-constexpr LibraryAnswer kAnswers[] = {{158, kNqnAlreadyRegistered}, {159, kNqnNotRegistered}};
+constexpr LibraryAnswer kAnswers[] = {{kLibraryNqnRegistered, kNqnAlreadyRegistered},
+                                      {kLibraryNqnNotRegistered, kNqnNotRegistered}};
 
 // As the library takes it.
 enum Action : std::uint8_t { kDeregister = 0, kRegister = 1 };
@@ -48,7 +49,7 @@ StatusCode SelectNvmePort(CommandRun& run, const FCProtocolEntry*& fc) {
   PortSelection selected;
   if (const StatusCode status = SelectPhysicalPort(run, selected); status != kSuccess) return status;
   fc = selected.fc;
-  if (!IsDeviceGroupHazelIrisOrDahlia(fc->pci)) {
+  if (!IsAnyOf(fc->pci, kHazel | kIris | kDahlia)) {
     return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
   }
   return CheckLinkUp(run, *fc);

@@ -156,5 +156,5 @@ StatusCode CheckPhysical(const CommandRun& run, const FCProtocolEntry& fc) {
 }
 
 StatusCode CheckLinkUp(const CommandRun& run, const FCProtocolEntry& fc) {
-    return IsLinkUp(fc) ? kSuccess : run.Refuse(kLinkDown, "Port is in Link Down state");
+  return IsLinkUp(fc) ? kSuccess : run.Refuse(kLinkDown, "Port is in Link Down state");
 }

@@ -72,14 +72,24 @@ constexpr StatusMessage kUpdateMessages[] = {
 };
 
 constexpr LibraryAnswer kSaveAnswers[] = {
-    {3, kFileNotFound},          {40, kMemoryError},      {100, kVirtualPort},         {101, kFileOpenError},
-    {113, kFeatureNotSupported}, {114, kAdapterNotFound}, {121, kFeatureNotSupported},
+    {kLibraryFileNotFound, kFileNotFound},
+    {kLibraryNoMemory, kMemoryError},
+    {kLibrarySfpOfVirtualPort, kVirtualPort},
+    {kLibraryFileOpenError, kFileOpenError},
+    {kLibraryFeatureNotSupported, kFeatureNotSupported},
+    {kLibraryAdapterNotFound, kAdapterNotFound},
+    {kLibraryAdapterLacksFeature, kFeatureNotSupported},
 };
 
 constexpr LibraryAnswer kUpdateAnswers[] = {
-    {101, kFileOpenError},         {107, kChecksumError},        {113, kFeatureNotSupported},
-    {114, kAdapterNotFound},       {118, kNotSupportedByDriver}, {144, kSfpUpdateFailed},
-    {145, kSfpVendorNotSupported}, {146, kSfpFileNotSupported},
+    {kLibraryFileOpenError, kFileOpenError},
+    {kLibraryWrongChecksum, kChecksumError},
+    {kLibraryFeatureNotSupported, kFeatureNotSupported},
+    {kLibraryAdapterNotFound, kAdapterNotFound},
+    {kLibraryDriverLacksFeature, kNotSupportedByDriver},
+    {kLibrarySfpUpdateFailed, kSfpUpdateFailed},
+    {kLibrarySfpVendorNotSupported, kSfpVendorNotSupported},
+    {kLibrarySfpFileNotSupported, kSfpFileNotSupported},
 };
 
 // One kind of file that the library writes. Its function is called through `write`, so that it is bound only

@@ -18,9 +18,9 @@ constexpr StatusMessage kMessages[] = {
 };
 
 constexpr LibraryAnswer kAnswers[] = {
-    {0x20000064, kInvalidParameter},        {0x20000072, kMemoryError},
-    {0x20000073, kWrongWordCount},          {0x2000007B, kResponseNotAvailable},
     {kLibraryMaintenanceMode, kReadFailed},  // intended: no status of its own here
+    {kDumpInvalidParameter, kInvalidParameter}, {kDumpNoMemory, kMemoryError},
+    {kDumpParameterError, kWrongWordCount},     {kDumpNotAvailable, kResponseNotAvailable},
 };
 
 StatusCode WriteDocument(CommandRun& run, StatusCode code) {

@@ -53,7 +53,7 @@ constexpr CodeText kLockdownTexts[] = {
 };
 
 bool IsOfTheFourGroups(const PciIdentity& pci) {
-  return IsDeviceGroupElm(pci) || IsDeviceGroupHazelIrisOrDahlia(pci);
+  return IsAnyOf(pci, kElm | kHazel | kIris | kDahlia);
 }
 
 const char* PciWidthText(std::uint16_t link_word) {
@@ -86,8 +86,8 @@ const char* PortSpeedText(std::uint32_t code) {
   return speed == nullptr ? "Unknown" : speed->text;
 }
 
-// From 32 Gbps on forward error correction is always in use; at 16 Gbps the link flags say so, for the adapters
-// that can have it.
+// From 32 Gbps on forward error correction is always in use; at 16 Gbps the link flags say so, for the
+// adapters that can have it.
 bool IsFecInUse(const FCProtocolEntry& fc) {
   if (fc.port_speed >= k32Gbps.code) return true;
   return IsOfTheFourGroups(fc.pci) && fc.port_speed == k16Gbps.code && (fc.link_flags & kFecInUse) != 0;
@@ -155,7 +155,7 @@ void FlashLines(ReportText& text, const FCProtocolEntry& fc, const FlashComponen
   TwoPartVersionLine(text, "Flash EFI Version", fc.flash_efi_version);
   VersionLine(text, "Flash Preload Firmware Area Version", components.preload_firmware_area);
   VersionLine(text, "Flash FC Board Config Version", components.fc_board_config);
-  if (IsDeviceGroupHazelIrisOrDahlia(fc.pci)) {
+  if (HasManagementFirmware(fc.pci)) {
     VersionOrBlankLine(text, "Flash MPI Firmware Version", components.mpi_firmware);
     VersionOrBlankLine(text, "Flash PEP Firmware Version", components.pep_firmware);
     VersionOrBlankLine(text, "Flash PEP Board Config Version", components.pep_board_config);
@@ -173,7 +173,7 @@ void LockdownLine(ReportText& text, const char* label, LockdownReadStatus status
 
 void RunningLines(ReportText& text, const FCProtocolEntry& fc, const LockdownStatus& lockdown) {
   TextOrNaLine(text, "Running Firmware Version", fc.running_firmware_version.View());
-  if (!IsDeviceGroupHazelIrisOrDahlia(fc.pci)) return;
+  if (!HasManagementFirmware(fc.pci)) return;
   VersionOrBlankLine(text, "Running MPI Firmware Version", ThreePartVersion(fc.running_mpi_version));
   VersionOrBlankLine(text, "Running PEP Firmware Version", ThreePartVersion(fc.running_pep_version));
   LockdownLine(text, "Config Lockdown", lockdown.config_status);
@@ -196,7 +196,7 @@ StatusCode DisplayPortInfo(CommandRun& run, const PortSelection& selected, const
   FirstTextLine(text, "Model", selected.adapter->model.Empty() ? "NA" : selected.adapter->model.View());
   PositionLines(text, *selected.port, fc);
   TextLine(text, "Driver Version", fc.driver_version.View());
-  if (IsDeviceGroupHazelIrisOrDahlia(fc.pci)) {
+  if (HasManagementFirmware(fc.pci)) {
     TextOrNaLine(text, "Host NQN", fc.host_nqn.View());
     HostIdLine(text, "Host ID", fc.host_id);
   }

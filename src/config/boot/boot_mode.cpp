@@ -48,10 +48,6 @@ StatusCode CheckRom(const CommandRun& run, const FCProtocolEntry& fc, BootMode m
 
 }  // namespace
 
-bool HasBootModes(const PciIdentity& pci) {
-  return IsDeviceGroupHazelIrisOrDahlia(pci);
-}
-
 StatusCode ChooseBootMode(CommandRun& run, const BootModes& modes, const FCProtocolEntry& fc,
                           BootMode& mode) {
   mode = BootMode::kBios;

@@ -28,9 +28,6 @@ struct BootModes {
 
 inline constexpr const char* kBootModeKey = "Boot_Mode";
 
-// True for the adapters that have more modes than the legacy one.
-bool HasBootModes(const PciIdentity& pci);
-
 // Reads the mode that the user asks for (the legacy one without the option), brings the library in line with
 // it, and checks that the adapter holds the boot code for it. kInvalidParameter for a word that names no
 // mode, kBootModeNotSupported for a mode that the adapter lacks, kNoRomBios or kNoRomUefi without its boot

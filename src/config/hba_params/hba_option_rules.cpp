@@ -27,7 +27,7 @@ const CodeText* FindCode(std::span<const CodeText> table, const std::string& val
 
 // True for the adapters whose fast data rates exclude a loop. Slower families have no such rate.
 bool LoopExcludesFastRates(const PciIdentity& pci) {
-  return IsDeviceGroupElmOnlyHazelIrisOrDahlia(pci);
+  return IsAnyOf(pci, kElmOnly | kHazel | kIris | kDahlia);
 }
 
 // The checks of each value are in the order in which they decide.

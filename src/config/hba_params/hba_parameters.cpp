@@ -21,7 +21,7 @@ bool HasInterruptModes(const PciIdentity& pci) {
 }
 
 bool HasExecutionThrottle(const PciIdentity& pci) {
-  return !IsDeviceGroupElm(pci) && !IsDeviceGroupHazelIrisOrDahlia(pci);
+  return !IsAnyOf(pci, kElm | kHazel | kIris | kDahlia);
 }
 
 bool ShowsExecutionThrottle(const PciIdentity& pci) {
@@ -30,10 +30,6 @@ bool ShowsExecutionThrottle(const PciIdentity& pci) {
 
 bool HasLr(const PciIdentity& pci) {
   return !IsDeviceGroupAster(pci) && !IsDeviceGinkgo(pci);
-}
-
-bool HasFabricAssignedWwn(const PciIdentity& pci) {
-  return !IsDeviceGroupAsterBirchOrCedar(pci);
 }
 
 // Words.
@@ -184,12 +180,12 @@ constexpr HbaParameter kParameters[] = {
     {.id = HbaParam::kFabricAssignedWwn,
      .staged = Flag("Enable_Fabric_Assign_WWN", "EnableFabricAssignWWN",
                     offsetof(Record, enable_fabric_assign_wwn), {"--enable-fabric-assigned-wwn", "-n"}),
-     .has = &HasFabricAssignedWwn,
+     .has = &HasFabricAssignment,
      .label = "Enable Fabric Assigned WWN"},
     {.id = HbaParam::kVclm,
      .staged =
          InverseFlag("Disable_SCM", "DisableSCM", offsetof(Record, disable_scm), {"--enable-vclm", "-q"}),
-     .has = &IsDeviceGroupHazelIrisOrDahlia,
+     .has = &HasCongestionManagement,
      .label = "Enable VCLM"},
     {.id = HbaParam::kVirtualLane,
      .staged = ByteFlag("Enable_Virtual_Lane", "EnableVirtualLane", offsetof(Record, enable_virtual_lane),
