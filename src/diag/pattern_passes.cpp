@@ -97,10 +97,7 @@ StatusCode ReadDataPattern(const CommandRun& run, std::size_t index, DiagTestReq
 }
 
 StatusCode CheckMaintenanceMode(const CommandRun& run, const FCProtocolEntry& fc) {
-  constexpr std::uint8_t kDriverFlag = 0x04;
-  constexpr std::uint8_t kPortFlag = 0x01;
-  if ((fc.driver_flags & kDriverFlag) == 0 || (fc.port_flags & kPortFlag) == 0) return kSuccess;
-  return run.Refuse(kMaintenanceMode, "Port is in maintenance mode");
+  return IsInMaintenanceMode(fc) ? run.Refuse(kMaintenanceMode, "Port is in maintenance mode") : kSuccess;
 }
 
 bool CountPass(bool succeeded, OnErrorAction on_error, PassCounters& counters) {

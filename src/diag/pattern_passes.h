@@ -9,7 +9,7 @@
 
 #include "framework/command_run.h"
 #include "framework/device_library/diag_records.h"
-#include "framework/device_library/records.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/serializer.h"
 #include "framework/status.h"
 

@@ -32,10 +32,6 @@ constexpr StatusMessage kMessages[] = {
     kMaintenanceMode,
 };
 
-bool IsLinkUp(const FCProtocolEntry& fc) {
-  return fc.port_state == 1;
-}
-
 StatusCode DisplayRDPInfo(CommandRun& run, std::span<const std::uint8_t> response) {
   const FunctionScope function(run, __func__);
   ReportDocument document(run, kFrame);
@@ -54,7 +50,7 @@ StatusCode CmdGetCommon(CommandRun& run) {
     return run.DisplayError(status);
   }
   const FCProtocolEntry& fc = *selected.fc;
-  if (!IsLinkUp(fc)) return run.DisplayError(run.Refuse(kLinkDown, "Port is in Link Down state"));
+  if (const StatusCode status = CheckLinkUp(run, fc); status != kSuccess) return run.DisplayError(status);
   const auto response = ZeroedBytes(kResponseBytes);
   if (response == nullptr) return run.DisplayError(run.Refuse(kMemoryError, "pRdpData malloc failed"));
   std::uint32_t size = kResponseBytes;
