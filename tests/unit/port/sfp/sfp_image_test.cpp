@@ -8,40 +8,53 @@ namespace {
 
 // SFF-8024: QSFP, QSFP+, QSFP28, CXP2. The identifiers beside them, microQSFP (0x17) and QSFP-DD (0x18)
 // included, are read as SFP.
-TEST(IsQsfp, TellsByTheFirstByteAlone) {
+TEST(IsQsfp, FirstByteAloneDecides) {
   for (unsigned identifier = 0; identifier < 256; ++identifier) {
     TestImage image = TestImage::Sfp();
     image.Set(0, {static_cast<std::uint8_t>(identifier)}).Set(128, {0x0d});
     const bool expected = identifier == 12 || identifier == 13 || identifier == 17 || identifier == 18;
     EXPECT_EQ(IsQsfp(image), expected) << identifier;
-    EXPECT_EQ(PageBase(image), expected ? 128U : 0U) << identifier;
   }
 }
 
 TEST(IsQsfp, ImageWithoutBytesIsNone) {
   EXPECT_FALSE(IsQsfp({}));
-  EXPECT_EQ(PageBase({}), 0U);
 }
 
-TEST(BytesAt, GivesAllBytesOrNone) {
+TEST(SfpImage, GivesAllBytesOfARangeOrNone) {
   TestImage image = TestImage::Sfp();
   image.Set(8, {1, 2});
   const SfpImage ten = image.First(10);
-  EXPECT_EQ(BytesAt(ten, 8, 2).size(), 2U);
-  EXPECT_EQ(BytesAt(ten, 8, 2)[1], 2);
-  EXPECT_TRUE(BytesAt(ten, 9, 2).empty());
-  EXPECT_TRUE(BytesAt(ten, 10, 1).empty());
-  EXPECT_TRUE(BytesAt(ten, 11, 0).empty());
-  EXPECT_TRUE(BytesAt(ten, 0xFFFE, 0xFFFF).empty());
-  EXPECT_TRUE(BytesAt(ten, SIZE_MAX, 2).empty());
+  ASSERT_EQ(ten.Bytes({8, 2}).size(), 2U);
+  EXPECT_EQ(ten.Bytes({8, 2})[0], 1);
+  EXPECT_EQ(ten.Bytes({8, 2})[1], 2);
+  EXPECT_TRUE(ten.Bytes({9, 2}).empty());
+  EXPECT_TRUE(ten.Bytes({10, 1}).empty());
+  EXPECT_TRUE(ten.Bytes({11, 0}).empty());
+  EXPECT_TRUE(ten.Bytes({0xFFFE, 0xFFFF}).empty());
+  EXPECT_TRUE(ten.Bytes({0, 0xFFFF}).empty());
+  EXPECT_TRUE(SfpImage().Bytes({0, 1}).empty());
 }
 
-TEST(ByteAt, IsZeroBehindTheEnd) {
+TEST(SfpImage, ReadsBigEndianNumbers) {
   TestImage image = TestImage::Sfp();
-  image.Set(9, {7, 8});
+  image.Set(6, {0x81, 0x92, 0xa3, 0xb4});
+  EXPECT_EQ(SfpImage(image).Read(SfpNumber<std::uint8_t>{6}), 0x81);
+  EXPECT_EQ(SfpImage(image).Read(SfpNumber<std::uint16_t>{6}), 0x8192);
+  EXPECT_EQ(SfpImage(image).Read(SfpNumber<std::uint32_t>{6}), 0x8192a3b4U);
+}
+
+TEST(SfpImage, NumberThatReachesPastTheEndIsZero) {
+  TestImage image = TestImage::Sfp();
+  image.Set(6, {0xff, 0xff, 0xff, 0xff, 0xff});
   const SfpImage ten = image.First(10);
-  EXPECT_EQ(ByteAt(ten, 9), 7);
-  EXPECT_EQ(ByteAt(ten, 10), 0);
+  EXPECT_EQ(ten.Read(SfpNumber<std::uint8_t>{9}), 0xff);
+  EXPECT_EQ(ten.Read(SfpNumber<std::uint8_t>{10}), 0);
+  EXPECT_EQ(ten.Read(SfpNumber<std::uint16_t>{8}), 0xffff);
+  EXPECT_EQ(ten.Read(SfpNumber<std::uint16_t>{9}), 0);
+  EXPECT_EQ(ten.Read(SfpNumber<std::uint32_t>{6}), 0xffffffffU);
+  EXPECT_EQ(ten.Read(SfpNumber<std::uint32_t>{7}), 0U);
+  EXPECT_EQ(ten.Read(SfpNumber<std::uint16_t>{0xffff}), 0);
 }
 
 }  // namespace
