@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -39,13 +39,13 @@ void WriteDocuments(SfpImage image) {
   }
 }
 
-// Any field at any place: the bytes behind the image choose them.
-void LookUp(SfpImage image, SfpImage choice) {
+// Any field at any place: the bytes past the image choose them.
+void LookUp(SfpImage image, std::span<const std::uint8_t> choice) {
   if (choice.size() < 5) return;
   const auto offset = static_cast<std::uint16_t>(choice[0] << 8 | choice[1]);
   const auto size = static_cast<std::uint16_t>(choice[2] << 8 | choice[3]);
   const auto type = static_cast<SfpFieldType>(FIELD_BIT_LIST - 1 + choice[4] % 11);
-  HexTextToInt(GetFieldText(image, offset, size, type));
+  HexTextToInt(GetFieldText(image, {offset, size}, type));
   const std::string name(choice.begin() + 5, choice.end());
   HexTextToInt(name);
   GetFieldValue(image, name);

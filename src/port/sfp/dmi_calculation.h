@@ -8,7 +8,7 @@
 // The measured quantities, in the order of the arrays below.
 enum DmiQuantity : std::uint32_t { kTemperature, kVoltage, kTxBias, kTxPower, kRxPower };
 
-// What the arrays hold of one quantity, at its number times kEntriesPerQuantity.
+// What valueArray holds of each quantity, in this order.
 enum DmiEntry : std::uint32_t { kValue, kHighAlarm, kHighWarning, kLowWarning, kLowAlarm };
 
 inline constexpr std::uint32_t kQuantities = 5;
@@ -26,8 +26,12 @@ extern float rxPowerArray[5];  // coefficients of receive power: Rx_PWR(0) to Rx
 }
 #pragma GCC visibility pop
 
+inline float& ValueEntry(DmiQuantity quantity, DmiEntry entry) {
+  return valueArray[std::uint32_t{quantity} * kEntriesPerQuantity + std::uint32_t{entry}];
+}
+
 // Fills the arrays from the A2 half of an SFP image. A QSFP image leaves them alone.
 //
-// How some of the bytes are read is this program's own, differs from SFF-8472 and is deliberate; users
-// compare with the numbers they know.
+// Some bytes are read in this program's own way and not as SFF-8472 says. That is meant: users compare with
+// the numbers they know.
 void CalculateDetailsDMIData(SfpImage image);

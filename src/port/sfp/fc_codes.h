@@ -1,8 +1,10 @@
 // Fibre Channel compliance bits of a module: SFF-8472 bytes 7 to 10 and 62, SFF-8636 bytes 135 to 138, with
-// the words of FC-PI. Spellings are deliberate, odd ones included: users' scripts know them.
+// the words of FC-PI. The odd spellings are meant: users' scripts know them.
 #pragma once
 
-#include "port/sfp/sfp_field.h"
+#include <cstdint>
+
+#include "port/sfp/sfp_code.h"
 
 // Byte 7, link length.
 inline constexpr SfpCode FcLengthBits[] = {
@@ -41,13 +43,20 @@ inline constexpr SfpCode FcSpeedBits[] = {
     {0x20, "1600 MBytes/Sec"}, {0x40, "800 MBytes/Sec"}, {0x80, "1200 MBytes/Sec"},
 };
 
-// Byte 62, speed; valid when bit 1 of byte 10 is set.
+// Set in byte 10 when byte 62 holds further speeds.
+inline constexpr std::uint8_t kFcSpeed2Valid = 0x02;
+
+// Byte 62, speed.
 inline constexpr SfpCode FcSpeed2Bits[] = {
     {0x01, "6400 MBytes/Sec"},
     {0x02, "12800 MBytes/Sec"},
 };
 
-// The same bytes as the designations of link variants spell them.
+// The same bytes as the designations of link variants spell them. The two lowest bits of the link length name
+// transmitters, the others distances.
+inline constexpr std::uint8_t kFcLengthTransmitterBits = 0x03;
+inline constexpr std::uint8_t kFcLengthDistanceBits = 0xfc;
+
 inline constexpr SfpCode FcLengthShortBits[] = {
     {0x01, "EL"}, {0x02, "LS"}, {0x04, "SA"}, {0x08, "M"}, {0x10, "L"}, {0x20, "I"}, {0x40, "S"}, {0x80, "V"},
 };
@@ -62,12 +71,9 @@ inline constexpr SfpCode FcMediaShortBits[] = {
     {0x10, "TV"}, {0x20, "MI"}, {0x40, "TP"}, {0x80, "TW"},
 };
 
+// In rising order, so that the last set bit is the greatest speed. The bits of byte 62 are the high byte
+// here.
 inline constexpr SfpCode FcSpeedShortBits[] = {
-    {0x01, "100"},  {0x04, "200"}, {0x08, "3200"}, {0x10, "400"},
-    {0x20, "1600"}, {0x40, "800"}, {0x80, "1200"},
-};
-
-inline constexpr SfpCode FcSpeed2ShortBits[] = {
-    {0x01, "6400"},
-    {0x02, "12800"},
+    {0x0001, "100"},  {0x0004, "200"},  {0x0010, "400"},  {0x0040, "800"},   {0x0080, "1200"},
+    {0x0020, "1600"}, {0x0008, "3200"}, {0x0100, "6400"}, {0x0200, "12800"},
 };

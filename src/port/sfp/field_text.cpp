@@ -2,21 +2,76 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdarg>
+#include <span>
 
-#include "runtime/text.h"
+#include "port/sfp/qsfp_field_table.h"
+#include "port/sfp/sfp_field_table.h"
 
 namespace {
 
-// Labels are right-aligned; what continues a field on a new line stands below its value.
-constexpr const char* kLabel = "%30s: ";
-constexpr const char* kFlagsLabel = "%31s";
+using Bytes = std::span<const std::uint8_t>;
+
+// Labels are right-aligned. A value of several lines continues below its beginning.
+constexpr std::size_t kLabelWidth = 30;
+constexpr std::size_t kFlagsLabelWidth = 31;
 constexpr std::string_view kNextFlag = "\n                               ";
 constexpr std::string_view kNextDumpLine = "\n                                ";
 constexpr std::size_t kDumpedBytesPerLine = 8;
 
-bool IsBlank(std::string_view text) {
-  return text.find_first_not_of(' ') == std::string_view::npos;
+constexpr std::string_view kHexPrefix = "0x";
+constexpr std::string_view kHexDigits = "0123456789abcdef";
+
+// These append to a line.
+
+void AppendRightAligned(std::string& line, std::string_view text, std::size_t width) {
+  if (text.size() < width) line.append(width - text.size(), ' ');
+  line += text;
+}
+
+void AppendTwoDigits(std::string& line, std::uint8_t byte) {
+  line += kHexDigits[byte >> 4];
+  line += kHexDigits[byte & 0xF];
+}
+
+// "0x5" for 5.
+void AppendShortHex(std::string& line, std::uint8_t byte) {
+  line += kHexPrefix;
+  if (byte > 0xF) line += kHexDigits[byte >> 4];
+  line += kHexDigits[byte & 0xF];
+}
+
+void AppendBitList(std::string& line, std::span<const SfpCode> table, std::uint8_t byte) {
+  JoinedTexts texts(", ");
+  texts.AddBits(table, byte);
+  if (texts.Text().empty()) return AppendShortHex(line, byte);
+  line += texts.Text();
+}
+
+void AppendBitFlags(std::string& line, std::span<const SfpCode> table, std::uint8_t byte) {
+  std::string_view separator;
+  for (const SfpCode& row : table) {
+    line += separator;
+    line += " -";
+    line += row.text;
+    line += (byte & row.value) != 0 ? ": 0x1" : ": 0x0";
+    separator = kNextFlag;
+  }
+}
+
+void AppendNumber(std::string& line, Bytes bytes) {
+  line += kHexPrefix;
+  for (const std::uint8_t byte : bytes) AppendTwoDigits(line, byte);
+}
+
+void AppendHexDump(std::string& line, Bytes bytes) {
+  std::size_t dumped = 0;
+  for (const std::uint8_t byte : bytes) {
+    if (dumped > 0 && dumped % kDumpedBytesPerLine == 0) line += kNextDumpLine;
+    line += kHexPrefix;
+    AppendTwoDigits(line, byte);
+    line += ' ';
+    ++dumped;
+  }
 }
 
 // A letter or digit of ASCII, whatever the locale.
@@ -24,116 +79,80 @@ bool IsLetterOrDigit(std::uint8_t byte) {
   return (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
 }
 
-[[gnu::format(printf, 1, 2)]] std::string Formatted(const char* format, ...) {
-  std::string text;
-  va_list arguments;
-  va_start(arguments, format);
-  FormatStringV(text, format, arguments);
-  va_end(arguments);
-  return text;
-}
-
-std::string BitList(std::span<const SfpCode> table, std::uint8_t byte) {
-  const std::string texts = BitTexts(table, byte, ", ");
-  return texts.empty() ? Formatted("0x%x", byte) : texts;
-}
-
-std::string BitFlags(std::span<const SfpCode> table, std::uint8_t byte) {
-  std::string flags;
-  for (const SfpCode& row : table) {
-    if (!flags.empty()) flags += kNextFlag;
-    flags += Formatted(" -%s: 0x%x", row.text, (byte & row.value) != 0 ? 1U : 0U);
-  }
-  return flags;
-}
-
-std::string Number(SfpImage bytes) {
-  std::string number = "0x";
-  for (const std::uint8_t byte : bytes) number += Formatted("%02x", byte);
-  return number;
-}
-
-std::string HexDump(SfpImage bytes) {
-  std::string dump;
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    if (i > 0 && i % kDumpedBytesPerLine == 0) dump += kNextDumpLine;
-    dump += Formatted("0x%02x ", bytes[i]);
-  }
-  return dump;
-}
-
-// The bytes up to the first null byte or the end of the field.
-std::string Ascii(SfpImage bytes) {
+// A text ends at the first null byte or with its field.
+void AppendAscii(std::string& line, Bytes bytes) {
   const auto end = std::find(bytes.begin(), bytes.end(), std::uint8_t{0});
-  if (std::none_of(bytes.begin(), end, IsLetterOrDigit)) return "0 ";
-  return std::string(bytes.begin(), end) + ' ';
+  if (std::any_of(bytes.begin(), end, IsLetterOrDigit)) {
+    line.append(bytes.begin(), end);
+  } else {
+    line += '0';
+  }
+  line += ' ';
 }
 
-// What stands between the label and the line end. `bytes` is not empty.
-std::string ValueText(const SfpField& field, SfpImage bytes) {
-  switch (field.type) {
+// What is between the label and the line end. `bytes` is not empty.
+void AppendValue(std::string& line, SfpFieldType type, std::span<const SfpCode> table, Bytes bytes) {
+  switch (type) {
     case FIELD_BIT_LIST:
-      return BitList(field.table, bytes.front());
+      return AppendBitList(line, table, bytes.front());
     case FIELD_BIT_FLAGS:
-      return BitFlags(field.table, bytes.front());
+      return AppendBitFlags(line, table, bytes.front());
     case FIELD_BYTE_CODE:
-      return std::string(TextOfValue(field.table, bytes.front()));
+      line += TextOfValue(table, bytes.front());
+      return;
     case FIELD_HEX4:
     case FIELD_HEX2:
-      return Number(bytes);
+      return AppendNumber(line, bytes);
     case FIELD_HEX_DUMP:
-      return HexDump(bytes);
+      return AppendHexDump(line, bytes);
     case FIELD_ASCII:
-      return Ascii(bytes);
+      return AppendAscii(line, bytes);
     case FIELD_HEADING:
     case FIELD_SKIP:
-      return {};
+      return;
   }
-  return "Incorrect Data Type";
+  line += "Incorrect Data Type";
 }
 
-// The label with its padding; a field of an unknown type has none.
-std::string LabelText(const SfpField& field) {
-  if (field.type == FIELD_BIT_FLAGS) return Formatted(kFlagsLabel, field.name);
-  const bool known = field.type >= FIELD_BIT_LIST && field.type <= FIELD_ASCII;
-  return known ? Formatted(kLabel, field.name) : std::string();
+// A field of an unknown type has no label.
+void AppendLabel(std::string& line, const SfpField& field) {
+  if (field.type == FIELD_BIT_FLAGS) return AppendRightAligned(line, field.name, kFlagsLabelWidth);
+  if (field.type < FIELD_BIT_LIST || field.type > FIELD_ASCII) return;
+  AppendRightAligned(line, field.name, kLabelWidth);
+  line += ": ";
+}
+
+void AppendField(std::string& line, SfpImage image, const SfpField& field) {
+  if (field.type == FIELD_SKIP) return;
+  if (field.type == FIELD_HEADING) {
+    line += field.name;
+  } else {
+    const Bytes bytes = image.Bytes(RangeOf(field));
+    if (bytes.empty()) return;
+    AppendLabel(line, field);
+    AppendValue(line, field.type, field.table, bytes);
+  }
+  line += '\n';
 }
 
 std::span<const SfpField> TableOf(SfpImage image) {
-  return IsQsfp(image) ? QsfpFieldTable : SfpFieldTable;
+  return IsQsfp(image) ? std::span<const SfpField>(QsfpFieldTable) : SfpFieldTable;
 }
 
 }  // namespace
 
-std::string BitTexts(std::span<const SfpCode> table, std::uint8_t byte, std::string_view separator) {
-  std::string texts;
-  for (const SfpCode& row : table) {
-    if ((byte & row.value) == 0 || IsBlank(row.text)) continue;
-    if (!texts.empty()) texts += separator;
-    texts += row.text;
-  }
-  return texts;
-}
-
-std::string_view TextOfValue(std::span<const SfpCode> table, std::uint8_t value) {
-  for (const SfpCode& row : table) {
-    if (row.value == value) return row.text;
-  }
-  return {};
-}
-
-std::string GetFieldText(SfpImage image, std::uint16_t offset, std::uint16_t size, SfpFieldType type) {
-  const SfpImage bytes = BytesAt(image, offset, size);
-  if (bytes.empty()) return {};
-  std::string text = ValueText({offset, size, type, ""}, bytes);
+std::string GetFieldText(SfpImage image, SfpRange range, SfpFieldType type) {
+  const Bytes bytes = image.Bytes(range);
+  std::string text;
+  if (bytes.empty()) return text;
+  AppendValue(text, type, {}, bytes);
   text.erase(text.find_last_not_of(' ') + 1);
   return text;
 }
 
 std::uint32_t HexTextToInt(std::string_view text) {
-  constexpr std::string_view kPrefix = "0x";
-  if (!text.starts_with(kPrefix)) return 0;
-  text.remove_prefix(kPrefix.size());
+  if (!text.starts_with(kHexPrefix)) return 0;
+  text.remove_prefix(kHexPrefix.size());
   const char* const text_end = text.data() + text.size();
   std::uint32_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text_end, number, 16);
@@ -143,7 +162,7 @@ std::uint32_t HexTextToInt(std::string_view text) {
 std::uint8_t GetFieldValue(SfpImage image, std::string_view name) {
   for (const SfpField& field : TableOf(image)) {
     if (name != field.name) continue;
-    const SfpImage bytes = BytesAt(image, field.offset, field.size);
+    const Bytes bytes = image.Bytes(RangeOf(field));
     return bytes.empty() ? std::uint8_t{0} : bytes.back();
   }
   return 0;
@@ -154,17 +173,16 @@ bool GetSFPTableBitValue(SfpImage image, std::string_view name, std::uint8_t mas
 }
 
 void DisplayField(ReportText& text, SfpImage image, const SfpField& field) {
-  if (field.type == FIELD_HEADING) {
-    text.Append(field.name);
-    return text.Append("\n");
-  }
-  const SfpImage bytes = BytesAt(image, field.offset, field.size);
-  if (field.type == FIELD_SKIP || bytes.empty()) return;
-  text.Append(LabelText(field).c_str());
-  text.Append(ValueText(field, bytes).c_str());
-  text.Append("\n");
+  std::string line;
+  AppendField(line, image, field);
+  text.Append(line.c_str());
 }
 
 void DisplayFieldTable(ReportText& text, SfpImage image) {
-  for (const SfpField& field : TableOf(image)) DisplayField(text, image, field);
+  std::string line;  // one for all fields, so that they share its memory
+  for (const SfpField& field : TableOf(image)) {
+    line.clear();
+    AppendField(line, image, field);
+    text.Append(line.c_str());
+  }
 }

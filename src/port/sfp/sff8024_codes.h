@@ -1,8 +1,8 @@
 // Codes of SFF-8024, the reference tables of the SFF transceiver standards.
-// Spellings are deliberate, odd ones included: users' scripts know them.
+// The odd spellings are meant: users' scripts know them.
 #pragma once
 
-#include "port/sfp/sfp_field.h"
+#include "port/sfp/sfp_code.h"
 
 // SFF-8024 table 4-1: what the module is.
 inline constexpr SfpCode IdentifierCodes[] = {

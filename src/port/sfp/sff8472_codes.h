@@ -1,8 +1,10 @@
 // Codes and flags of SFF-8472, the memory map of SFP modules.
-// Spellings are deliberate, odd ones included: users' scripts know them.
+// The odd spellings are meant: users' scripts know them.
 #pragma once
 
-#include "port/sfp/sfp_field.h"
+#include <cstdint>
+
+#include "port/sfp/sfp_code.h"
 
 // Byte 1.
 inline constexpr SfpCode ExtendedIdentifierCodesSfp[] = {
@@ -18,6 +20,11 @@ inline constexpr SfpCode EthernetSpeedBitsSfp[] = {
     {0x20, "10 Gbits/Sec"},
     {0x40, "10 Gbits/Sec"},
     {0x80, "10 Gbits/Sec"},
+};
+
+// Byte 3 as a speed, whichever of the bits say it.
+inline constexpr SfpCode EthernetSpeedsSfp[] = {
+    {0xf0, "10 Gbits/Sec"},
 };
 
 // Byte 13.
@@ -67,9 +74,14 @@ inline constexpr SfpCode TransceiverSignalBits2[] = {
 };
 
 // Byte 92.
+inline constexpr std::uint8_t kDiagnosticsImplemented = 0x40;
 inline constexpr SfpCode DiagMonitoringBitsSfp[] = {
-    {0x04, "Address change required"}, {0x08, "Power Measurement"},       {0x10, "Externally Calibrated"},
-    {0x20, "Internally Calibrated"},   {0x40, "Digital diag monitoring"}, {0x80, "Legacy diagnostic"},
+    {0x04, "Address change required"},
+    {0x08, "Power Measurement"},
+    {0x10, "Externally Calibrated"},
+    {0x20, "Internally Calibrated"},
+    {kDiagnosticsImplemented, "Digital diag monitoring"},
+    {0x80, "Legacy diagnostic"},
 };
 
 // Byte 93.

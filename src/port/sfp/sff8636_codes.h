@@ -1,8 +1,10 @@
 // Codes and flags of SFF-8636, the memory map of QSFP modules.
-// Spellings are deliberate, odd ones included: users' scripts know them.
+// The odd spellings are meant: users' scripts know them.
 #pragma once
 
-#include "port/sfp/sfp_field.h"
+#include <cstdint>
+
+#include "port/sfp/sfp_code.h"
 
 // Byte 129, matched as a whole: power class, and whether the module recovers clocks (CDR).
 inline constexpr SfpCode ExtendedIdentifierCodesQsfp[] = {
@@ -30,11 +32,14 @@ inline constexpr SfpCode ExtendedIdentifierCodesQsfp[] = {
     {0xcf, "Power Class 7 (5.0 W max), CDR in Tx and Rx"},
 };
 
-// Byte 131.
-inline constexpr SfpCode EthernetSpeedBitsQsfp[] = {
-    {0x01, "40 Gbits/Sec"}, {0x02, "40 Gbits/Sec"}, {0x04, "40 Gbits/Sec"}, {0x08, "40 Gbits/Sec"},
-    {0x10, "10 Gbits/Sec"}, {0x20, "10 Gbits/Sec"}, {0x40, "10 Gbits/Sec"}, {0x80, "Extended"},
+// Byte 131 as speeds, each once, whichever of its bits say it.
+inline constexpr SfpCode EthernetSpeedsQsfp[] = {
+    {0x0f, "40 Gbits/Sec"},
+    {0x70, "10 Gbits/Sec"},
 };
+
+// The bit of byte 131 that refers to the code of byte 192.
+inline constexpr std::uint8_t kExtendedEthernetSpeedUsed = 0x80;
 
 // Byte 193.
 inline constexpr SfpCode OptionBits1Qsfp[] = {

@@ -4,14 +4,17 @@
 #include <iterator>
 
 #include "port/sfp/dmi_calculation.h"
-#include "port/sfp/field_text.h"
 #include "port/sfp/media_info.h"
+#include "port/sfp/sfp_field_table.h"
 
 // The arithmetic keeps its order and its single precision, as in the calculation.
 
 namespace {
 
-// Numbers of the table's rows; 1 is the line of the status words.
+constexpr SfpNumber<std::uint8_t> kDiagMonitoringType =
+    NumberNamed<std::uint8_t>(SfpFieldTable, "Diag Monitoring Type:");
+
+// The table's rows that are numbers; 1 is the line of the status words.
 enum DiagRow : std::uint32_t {
   kValueRow = 0,
   kHighAlarmRow = 2,
@@ -20,9 +23,10 @@ enum DiagRow : std::uint32_t {
   kLowAlarmRow = 5,
 };
 
-constexpr std::uint32_t kRxPowerQuantity = kRxPower + 1;
-
-constexpr std::uint8_t kDiagnosticsImplemented = 0x40;
+// The number of a quantity's column.
+constexpr std::uint32_t ColumnOf(DmiQuantity quantity) {
+  return quantity + 1;
+}
 
 struct EntryOfRow {
   DiagRow row;
@@ -42,30 +46,31 @@ constexpr EntryOfRow kRows[] = {
 float CalibratedRxPower(float r) {
   const float* const c = rxPowerArray;
   if (std::all_of(c, c + std::size(rxPowerArray), [](float coefficient) { return coefficient == 0.0F; })) {
-    // An internally calibrated module deliberately shows four times the stored value.
+    // An internally calibrated module shows four times the stored value, which is meant.
     return r + r + r + r;
   }
+  // No powers of r, which is meant.
   return c[4] * r + c[3] * r + c[2] * r + c[1] * r + c[0];
 }
 
-float Calibrated(std::uint32_t quantity, float r) {
-  if (quantity == kRxPowerQuantity) return CalibratedRxPower(r);
-  const float slope = slopeArray[quantity - 1];
-  if (slope == 0.0F) return r;
-  return r * slope + offsetArray[quantity - 1];
+float Calibrated(DmiQuantity quantity, float r) {
+  if (quantity == kRxPower) return CalibratedRxPower(r);
+  const float slope = slopeArray[quantity];
+  return slope == 0.0F ? r : r * slope + offsetArray[quantity];
 }
 
 void ValuesLine(ReportText& text, const EntryOfRow& row) {
-  const auto value = [&row](std::uint32_t quantity) {
-    return static_cast<double>(GetDiagValue(row.row, quantity));
+  const auto value = [&row](DmiQuantity quantity) {
+    return static_cast<double>(GetDiagValue(row.row, ColumnOf(quantity)));
   };
-  text.Line("\n%14s%10.2f%13.2f%12.2f%12.4f%12.4f\n", row.label, value(1), value(2), value(3), value(4),
-            value(5));
+  text.Line("\n%14s%10.2f%13.2f%12.2f%12.4f%12.4f\n", row.label, value(kTemperature), value(kVoltage),
+            value(kTxBias), value(kTxPower), value(kRxPower));
 }
 
 void StatusLine(ReportText& text) {
-  text.Line("\n%14s%10s%13s%12s%12s%12s\n", "Status ", GetDiagStatus(1), GetDiagStatus(2), GetDiagStatus(3),
-            GetDiagStatus(4), GetDiagStatus(5));
+  const auto status = [](DmiQuantity quantity) { return GetDiagStatus(ColumnOf(quantity)); };
+  text.Line("\n%14s%10s%13s%12s%12s%12s\n", "Status ", status(kTemperature), status(kVoltage),
+            status(kTxBias), status(kTxPower), status(kRxPower));
 }
 
 void DisplayTable(ReportText& text) {
@@ -81,19 +86,19 @@ void DisplayTable(ReportText& text) {
 }  // namespace
 
 float GetDiagValue(std::uint32_t row, std::uint32_t quantity) {
-  if (quantity < 1 || quantity > kQuantities) return 0.0F;
+  if (quantity < ColumnOf(kTemperature) || quantity > ColumnOf(kRxPower)) return 0.0F;
+  const auto measured = static_cast<DmiQuantity>(quantity - ColumnOf(kTemperature));
   for (const EntryOfRow& known : kRows) {
-    if (known.row == row)
-      return Calibrated(quantity, valueArray[(quantity - 1) * kEntriesPerQuantity + known.entry]);
+    if (known.row == row) return Calibrated(measured, ValueEntry(measured, known.entry));
   }
   return 0.0F;
 }
 
 const char* GetDiagStatus(std::uint32_t quantity) {
   const float value = GetDiagValue(kValueRow, quantity);
-  // All but receive power deliberately treat the low warning as the fault threshold and have no low-side
-  // warning.
-  const bool has_low_warning = quantity == kRxPowerQuantity;
+  // All but receive power have the Low Warning as their low fault threshold and no low-side warning, which is
+  // meant.
+  const bool has_low_warning = quantity == ColumnOf(kRxPower);
   const DiagRow lowest = has_low_warning ? kLowAlarmRow : kLowWarningRow;
   if (value >= GetDiagValue(kHighAlarmRow, quantity) || GetDiagValue(lowest, quantity) >= value)
     return "Fault";
@@ -103,6 +108,5 @@ const char* GetDiagStatus(std::uint32_t quantity) {
 
 void DisplaySfpDiagnostics(ReportText& text, SfpImage image, bool show_installed) {
   DisplayMediaInfo(text, image, show_installed);
-  if (IsQsfp(image) || !GetSFPTableBitValue(image, "Diag Monitoring Type:", kDiagnosticsImplemented)) return;
-  DisplayTable(text);
+  if (!IsQsfp(image) && (image.Read(kDiagMonitoringType) & kDiagnosticsImplemented) != 0) DisplayTable(text);
 }

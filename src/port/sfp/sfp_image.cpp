@@ -1,26 +1,22 @@
 #include "port/sfp/sfp_image.h"
 
+namespace {
+
+constexpr SfpNumber<std::uint8_t> kIdentifier = {0};
+
+// SFF-8024 table 4-1.
+enum Identifier : std::uint8_t { kQsfp = 0x0c, kQsfpPlus = 0x0d, kQsfp28 = 0x11, kCxp2 = 0x12 };
+
+}  // namespace
+
 bool IsQsfp(SfpImage image) {
-  switch (ByteAt(image, 0)) {
-    case 0x0c:
-    case 0x0d:
-    case 0x11:
-    case 0x12:
+  switch (image.Read(kIdentifier)) {
+    case kQsfp:
+    case kQsfpPlus:
+    case kQsfp28:
+    case kCxp2:
       return true;
     default:
       return false;
   }
-}
-
-std::size_t PageBase(SfpImage image) {
-  return IsQsfp(image) ? 128 : 0;
-}
-
-SfpImage BytesAt(SfpImage image, std::size_t offset, std::size_t size) {
-  if (offset > image.size() || size > image.size() - offset) return {};
-  return image.subspan(offset, size);
-}
-
-std::uint8_t ByteAt(SfpImage image, std::size_t offset) {
-  return offset < image.size() ? image[offset] : std::uint8_t{0};
 }

@@ -1,26 +1,51 @@
-// The memory image of a pluggable module, and which of the two memory maps it follows.
+// The memory image of a pluggable module, read within its bounds.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
-// 256 bytes of the A0 address, then 256 bytes of the A2 address, or as many of them as are valid. What lies
-// behind the end does not exist: nothing of it is shown, and it reads as 0 or as an empty text.
-using SfpImage = std::span<const std::uint8_t>;
-
 inline constexpr std::size_t kSfpAddressBytes = 256;
 inline constexpr std::size_t kSfpImageBytes = 2 * kSfpAddressBytes;
 
-// True for QSFP, QSFP+, QSFP28 and CXP2 (the identifiers 0x0c, 0x0d, 0x11 and 0x12 of SFF-8024), which follow
-// SFF-8636; all others follow SFF-8472.
+// Bytes of an image, by offset and count.
+struct SfpRange {
+  std::uint16_t offset;
+  std::uint16_t size;
+};
+
+// A big-endian number in an image, as wide as its type.
+template <std::unsigned_integral Number>
+struct SfpNumber {
+  std::uint16_t offset;
+};
+
+// 256 bytes of the A0 address, then 256 bytes of the A2 address, or as many of them as are valid. A field
+// that reaches past the end has no bytes and reads as 0.
+class SfpImage : std::span<const std::uint8_t> {
+ public:
+  using span::span;
+  constexpr SfpImage(std::span<const std::uint8_t> bytes) : span(bytes) {}  // NOLINT: an image is its bytes
+
+  using span::begin, span::end, span::size;
+  using span::first, span::last;
+
+  // All bytes of the range; none when one of them is outside the image.
+  constexpr std::span<const std::uint8_t> Bytes(SfpRange range) const {
+    if (range.offset > size() || range.size > size() - range.offset) return {};
+    return subspan(range.offset, range.size);
+  }
+
+  template <std::unsigned_integral Number>
+  constexpr Number Read(SfpNumber<Number> place) const {
+    static_assert(sizeof(Number) <= sizeof(std::uint32_t));
+    std::uint32_t number = 0;
+    for (const std::uint8_t byte : Bytes({place.offset, sizeof(Number)})) number = number << 8 | byte;
+    return static_cast<Number>(number);
+  }
+};
+
+// True for QSFP, QSFP+, QSFP28 and CXP2, which follow SFF-8636; all other modules follow SFF-8472. The first
+// byte decides.
 bool IsQsfp(SfpImage image);
-
-// Where the identification begins that both maps share from there on: 128 for a QSFP image, else 0.
-std::size_t PageBase(SfpImage image);
-
-// The `size` bytes at `offset`; an empty span when they are not all within the image.
-SfpImage BytesAt(SfpImage image, std::size_t offset, std::size_t size);
-
-// The byte at `offset`, 0 when the image ends ahead of it.
-std::uint8_t ByteAt(SfpImage image, std::size_t offset);

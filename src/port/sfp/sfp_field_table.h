@@ -1,13 +1,13 @@
-// The memory map of SFP modules after SFF-8472. Offsets from 256 on are the A2 address; the A0 bytes from 149
-// on and the A2 bytes from 130 on are what the standard leaves to the maker.
+// The memory map of SFP modules after SFF-8472. Offsets from 256 on are the A2 address. The standard
+// leaves the A0 bytes from 149 on and the A2 bytes from 130 on to the maker.
+#pragma once
+
 #include "port/sfp/fc_codes.h"
 #include "port/sfp/sff8024_codes.h"
 #include "port/sfp/sff8472_codes.h"
 #include "port/sfp/sfp_field.h"
 
-namespace {
-
-constexpr SfpField kRows[] = {
+inline constexpr SfpField SfpFieldTable[] = {
     {kNoOffset, 0, FIELD_HEADING, "\nOptical Transceiver Digital Diagnostic Data:"},
     {kNoOffset, 0, FIELD_HEADING, "\nAddress A0"},
     {0, 1, FIELD_BYTE_CODE, "Identifier", IdentifierCodes},
@@ -136,7 +136,3 @@ constexpr SfpField kRows[] = {
     {510, 1, FIELD_HEX_DUMP, "PLP API Version"},
     {511, 1, FIELD_HEX_DUMP, "Debug MCU Version"},
 };
-
-}  // namespace
-
-constinit const std::span<const SfpField> SfpFieldTable = kRows;

@@ -12,7 +12,7 @@ std::string Summary(SfpImage image, bool show_installed = true) {
   return Displayed([&](ReportText& text) { DisplayMediaInfo(text, image, show_installed); });
 }
 
-// The value of one line; the label's line must stand once.
+// The value of one line; the label must have one line.
 std::string Value(SfpImage image, const std::string& label) {
   const std::string summary = Summary(image);
   const std::string line = '\n' + std::string(30 - label.size(), ' ') + label + ": ";
@@ -22,7 +22,7 @@ std::string Value(SfpImage image, const std::string& label) {
   return summary.substr(value, summary.find('\n', value) - value);
 }
 
-// The four bytes of the designation, and the page base that they stand behind.
+// An SFP module with these four bytes of its designation.
 TestImage FcModule(std::uint8_t length, std::uint8_t tech, std::uint8_t media, std::uint8_t speed) {
   return TestImage::Sfp().Set(7, {length, tech, media, speed});
 }
@@ -188,8 +188,7 @@ TEST(Speed, ExtendedWithoutARowAddsNothing) {
   EXPECT_EQ(Value(image, "Speed"), "40 Gbits/Sec");
   image.Set(131, {0x80});
   EXPECT_EQ(Value(image, "Speed"), "NA");
-  EXPECT_EQ(Value(image.First(192), "Speed"), "Unspecified")
-      << "the byte behind the end is 0, and 0 has a row";
+  EXPECT_EQ(Value(image.First(192), "Speed"), "Unspecified") << "the byte past the end is 0, and 0 has a row";
 }
 
 }  // namespace

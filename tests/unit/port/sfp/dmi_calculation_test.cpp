@@ -2,10 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <iterator>
+#include <string>
+#include <vector>
 
 #include "sfp_test_image.h"
+#include "unit/runtime/debug_log_file.h"
 
 namespace {
 
@@ -97,7 +102,7 @@ void CheckScale(DmiQuantity quantity, std::uint8_t first, std::uint8_t second, f
 }
 
 // The expected numbers were rounded after each operation by exact rational arithmetic. Where the operations
-// were done in another order, or once in double precision, the last bit differs; that other result stands in
+// were done in another order, or once in double precision, the last bit differs; that other result is in
 // brackets.
 
 TEST(Voltage, IsInHundredsOfMicrovolts) {
@@ -123,7 +128,7 @@ TEST(Power, IsInTenthsOfMicrowatts) {
   }
 }
 
-TEST(Slope, HasTheLowByteOfTheFieldInFrontOfTheFirst) {
+TEST(Slope, IsTheExchangedNumberWithItsHighByteAsDecimals) {
   struct {
     std::uint8_t first, second;
     float expected;
@@ -206,12 +211,15 @@ constexpr Pattern kPatterns[] = {
     {{0x7f, 0x80, 0x00, 0x00}, FLT_MAX},    // infinity
     {{0xff, 0x80, 0x00, 0x00}, -FLT_MAX},   // minus infinity
     {{0x7f, 0xc0, 0x00, 0x01}, FLT_MAX},    // no number
+    {{0x7f, 0x80, 0x00, 0x01}, FLT_MAX},    // no number that signals
     {{0xff, 0xff, 0xff, 0xff}, -FLT_MAX},
     {{0x00, 0x7f, 0xff, 0xff}, 0.0F},  // without an exponent: 2^-150 narrows to 0
-    {{0x80, 0x00, 0x00, 0x01}, 0.0F},
+    {{0x80, 0x00, 0x00, 0x01}, -0.0F},
+    {{0x80, 0x00, 0x00, 0x00}, -0.0F},
+    {{0x80, 0x80, 0x00, 0x00}, -0x1p-126F},
 };
 
-// Rx_PWR(4) stands first in the image, at 312, and Rx_PWR(0) last.
+// Rx_PWR(4) is first in the image, at 312, and Rx_PWR(0) last.
 TEST(RxPowerCoefficients, AreIeeeNumbers) {
   for (std::size_t index = 0; index < 5; ++index) {
     for (const Pattern& pattern : kPatterns) {
@@ -220,6 +228,7 @@ TEST(RxPowerCoefficients, AreIeeeNumbers) {
       for (std::size_t other = 0; other < 5; ++other) {
         EXPECT_EQ(rxPowerArray[other], other == index ? pattern.expected : 0.0F);
       }
+      EXPECT_EQ(std::signbit(rxPowerArray[index]), std::signbit(pattern.expected));
     }
   }
 }
@@ -235,7 +244,7 @@ TEST(CalculateDetailsDMIData, LeavesTheArraysAloneForAQsfpImage) {
   EXPECT_EQ(rxPowerArray[0], 1.0F);
 }
 
-TEST(CalculateDetailsDMIData, ReadsWhatIsBehindTheLimitAsZero) {
+TEST(CalculateDetailsDMIData, ReadsWhatIsPastTheLimitAsZero) {
   TestImage image = TestImage::Sfp();
   for (std::size_t i = 1; i < kSfpImageBytes; ++i) image.Set(i, {0xff});
   for (std::size_t limit = 0; limit <= kSfpImageBytes; ++limit) CalculateDetailsDMIData(image.First(limit));
@@ -243,6 +252,62 @@ TEST(CalculateDetailsDMIData, ReadsWhatIsBehindTheLimitAsZero) {
   for (const float value : valueArray) EXPECT_EQ(value, 0.0F);
   for (const float slope : slopeArray) EXPECT_EQ(slope, 0.0F);
   for (const float coefficient : rxPowerArray) EXPECT_EQ(coefficient, 0.0F);
+}
+
+using CalculationLog = DebugLogTest;
+
+// 10 degrees and 26 / 256; thresholds 90, 85, 504 - 512 and -10; the temperature's slope 1.0; transmit power
+// alarms at 1 mW and 0.2 mW; receive power alarms at 2 mW and 0.01 mW.
+TestImage ImageOfLog() {
+  TestImage image = TestImage::Sfp();
+  image.Set(352, {0x0a, 0x1a});
+  image.Set(256, {0x5a, 0x00, 0xf6, 0x00, 0x55, 0x00, 0xf8, 0x01});
+  image.Set(340, {0x01, 0x00});
+  image.Set(280, {0x27, 0x10, 0x07, 0xd0});
+  image.Set(288, {0x4e, 0x20, 0x00, 0x64});
+  return image;
+}
+
+TEST_F(CalculationLog, TemperatureLogsItsStepsInOrder) {
+  SetMask("8");
+  CalculateDetailsDMIData(ImageOfLog());
+  const char* const steps[] = {
+      "Temperature (C) Value (valueArray[0][0]): 10.10",
+      "Temp High Alaram: 90.00",
+      "Temp High Warning: 85.00",
+      "Temp Low Warning(before swap): 63489.00",  // 0xf801
+      "Temp Low Warning(after swap): 504.00",     // 0x01f8
+      "Temp Low Warning: -8.00",
+      "Temp Low Alaram: -10.00",
+      "Call buildSlope with intValue=1",
+  };
+  const std::vector<std::string> lines = Lines();
+  ASSERT_GE(lines.size(), std::size(steps));
+  for (std::size_t i = 0; i < std::size(steps); ++i) EXPECT_EQ(lines[i], Head("") + steps[i]);
+}
+
+TEST_F(CalculationLog, PowersLogTheirThresholdsAndTheEndIsLogged) {
+  SetMask("8");
+  CalculateDetailsDMIData(ImageOfLog());
+  const std::vector<std::string> lines = Lines();
+  const char* const texts[] = {"Tx Power High Alaram: 1.000", "Tx Power Low Alaram: 0.200",
+                               "Rx Power High Alaram: 2.000", "Rx Power Low Alaram: 0.010"};
+  for (const char* text : texts)
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), Head("") + text), 1) << text;
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(lines.back(), Head("") + "CalculateDetailsDMIData done.");
+}
+
+TEST_F(CalculationLog, OtherLevelsLogNothing) {
+  SetMask("23");  // all levels but 8
+  CalculateDetailsDMIData(ImageOfLog());
+  EXPECT_EQ(Content(), "");
+}
+
+TEST_F(CalculationLog, QsfpImageLogsNothing) {
+  SetMask("8");
+  CalculateDetailsDMIData(TestImage::Qsfp());
+  EXPECT_EQ(Content(), "");
 }
 
 }  // namespace

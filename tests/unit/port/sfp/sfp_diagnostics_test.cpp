@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint32_t kRows[] = {0, 2, 3, 4, 5};
 
-// Puts numbers of the test's own where the calculation leaves its own.
+// Puts numbers of the test's own in place of the calculation's.
 class SfpDiagnostics : public testing::Test {
  protected:
   void SetUp() override { CalculateDetailsDMIData(TestImage::Sfp()); }
@@ -192,14 +192,14 @@ TEST(DisplaySfpDiagnosticsTable, LinesUp) {
   EXPECT_EQ(shown.substr(begin + 1), table);
 }
 
-TEST(DisplaySfpDiagnosticsTable, StandsOnlyForModulesWithDiagnostics) {
+TEST(DisplaySfpDiagnosticsTable, IsShownOnlyForModulesWithDiagnostics) {
   TestImage image = InternallyCalibrated();
   image.Set(92, {0xbf});
   EXPECT_EQ(Shown(image).find("Temperature"), std::string::npos);
   EXPECT_EQ(valueArray[0], 25.5F) << "the calculation has run all the same";
 }
 
-TEST(DisplaySfpDiagnosticsTable, NeverStandsForAQsfpModule) {
+TEST(DisplaySfpDiagnosticsTable, IsNeverShownForAQsfpModule) {
   TestImage image = InternallyCalibrated();
   image.Set(0, {0x11}).Set(220, {0xff});
   EXPECT_EQ(Shown(image).find("Temperature"), std::string::npos);

@@ -1,12 +1,12 @@
 // The memory map of QSFP modules after SFF-8636: upper page 00h, which begins at byte 128.
+#pragma once
+
 #include "port/sfp/fc_codes.h"
 #include "port/sfp/sff8024_codes.h"
 #include "port/sfp/sff8636_codes.h"
 #include "port/sfp/sfp_field.h"
 
-namespace {
-
-constexpr SfpField kRows[] = {
+inline constexpr SfpField QsfpFieldTable[] = {
     {kNoOffset, 0, FIELD_HEADING, "\nOptical Transceiver Digital Diagnostic Data:"},
     {kNoOffset, 0, FIELD_HEADING, "\nAddress A0"},
     {128, 1, FIELD_BYTE_CODE, "Identifier", IdentifierCodes},
@@ -48,7 +48,3 @@ constexpr SfpField kRows[] = {
     {223, 1, FIELD_HEX_DUMP, "CC_EXT"},
     {224, 32, FIELD_HEX_DUMP, "Vendor Specific"},
 };
-
-}  // namespace
-
-constinit const std::span<const SfpField> QsfpFieldTable = kRows;

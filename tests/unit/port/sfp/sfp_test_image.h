@@ -24,14 +24,14 @@ class TestImage {
     return *this;
   }
 
-  // The first `limit` bytes, in memory that ends there: a read behind them is found by AddressSanitizer.
+  // The first `limit` bytes, in memory that ends there: AddressSanitizer finds a read past them.
   SfpImage First(std::size_t limit) {
     cut_.assign(bytes_.begin(), bytes_.begin() + static_cast<std::ptrdiff_t>(limit));
     cut_.shrink_to_fit();
     return cut_;
   }
 
-  operator SfpImage() const { return bytes_; }  // NOLINT(google-explicit-constructor): stands for its bytes
+  operator SfpImage() const { return bytes_; }  // NOLINT(google-explicit-constructor): it is its bytes
 
  private:
   explicit TestImage(std::uint8_t identifier) : bytes_(kSfpImageBytes) { bytes_[0] = identifier; }

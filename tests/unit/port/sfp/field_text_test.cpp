@@ -78,7 +78,7 @@ TEST(DisplayField, NumbersShowTwoDigitsForEachByte) {
   EXPECT_EQ(Shown(FIELD_HEX4, Byte(0x3f) + Byte(0x80) + Byte(0) + Byte(0x0a)), kLabel + "0x3f80000a\n");
 }
 
-TEST(DisplayField, HexDumpBreaksBehindEveryEighthByteButTheLast) {
+TEST(DisplayField, HexDumpBreaksAfterEveryEighthByteButTheLast) {
   EXPECT_EQ(Shown(FIELD_HEX_DUMP, Byte(0x0f)), kLabel + "0x0f \n");
   EXPECT_EQ(Shown(FIELD_HEX_DUMP, Byte(0x10)), kLabel + "0x10 \n");
   const std::string eight = "0x61 0x62 0x63 0x64 0x65 0x66 0x67 0x68 ";
@@ -97,19 +97,18 @@ TEST(DisplayField, AsciiWithoutLetterOrDigitIsZero) {
   EXPECT_EQ(Shown(FIELD_ASCII, "    "), kLabel + "0 \n");
   EXPECT_EQ(Shown(FIELD_ASCII, "-.%/:@[`{"), kLabel + "0 \n");
   EXPECT_EQ(Shown(FIELD_ASCII, std::string(4, '\0')), kLabel + "0 \n");
-  EXPECT_EQ(Shown(FIELD_ASCII, std::string("\0AB", 3)), kLabel + "0 \n")
-      << "what stands behind the null is no text";
+  EXPECT_EQ(Shown(FIELD_ASCII, std::string("\0AB", 3)), kLabel + "0 \n") << "the text ends at the null byte";
   EXPECT_EQ(Shown(FIELD_ASCII, "\xe9\xc4\xff"), kLabel + "0 \n") << "letters are those of ASCII";
   for (const char* text : {"0", "9", "A", "Z", "a", "z"}) {
     EXPECT_EQ(Shown(FIELD_ASCII, std::string("--") + text), kLabel + "--" + text + " \n");
   }
 }
 
-TEST(DisplayField, AsciiShowsOtherBytesAsTheyStand) {
+TEST(DisplayField, AsciiShowsOtherBytesAsTheyAre) {
   EXPECT_EQ(Shown(FIELD_ASCII, "a\x01\n%s\xff"), kLabel + "a\x01\n%s\xff \n");
 }
 
-TEST(DisplayField, OtherTypesSayThatTheyAreWrong) {
+TEST(DisplayField, OtherTypesSayThatTheyAreIncorrect) {
   for (const unsigned type : {0U, 91U, 101U, 0xFFFFU}) {
     EXPECT_EQ(Shown(static_cast<SfpFieldType>(type), "a"), "Incorrect Data Type\n") << type;
   }
@@ -129,12 +128,14 @@ TEST(DisplayField, FieldThatReachesPastTheImageShowsNothing) {
   }
 }
 
-TEST(DisplayField, FullBufferLosesPieces) {
+TEST(DisplayField, LineThatDoesNotFitIsDroppedWhole) {
   TestImage image = TestImage::Sfp();
   image.Set(kPlace, "abcdefgh");
   const SfpField dump = {kPlace, 8, FIELD_HEX_DUMP, "Label"};
-  // The label's 32 characters fit, the value's 40 don't, the line end does.
-  EXPECT_EQ(Displayed([&](ReportText& text) { DisplayField(text, image, dump); }, 40), kLabel + "\n");
+  const auto display = [&](ReportText& text) { DisplayField(text, image, dump); };
+  // 32 characters of label, 40 of value, the line end and the terminator.
+  EXPECT_EQ(Displayed(display, 73), "");
+  EXPECT_EQ(Displayed(display, 74).size(), 73U);
 }
 
 TEST(DisplayFieldTable, NeverReadsPastTheLimit) {
@@ -157,10 +158,8 @@ TEST(DisplayFieldTable, ImageWithoutBytesShowsTheHeadings) {
 // The longest texts of all fields together: the report's buffer holds them, so that no image loses a line.
 TEST(DisplayFieldTable, LongestReportFitsTheBuffer) {
   for (TestImage image : {TestImage::Sfp(), TestImage::Qsfp()}) {
-    const std::uint8_t identifier = SfpImage(image)[0];
     for (std::size_t i = 1; i < kSfpImageBytes; ++i) image.Set(i, {0xff});
     for (const std::size_t text : {20U, 40U, 56U, 68U, 84U, 148U, 168U, 196U}) image.Set(text, "A");
-    image.Set(0, {identifier});
     const std::string shown = Displayed([&](ReportText& text) { DisplayFieldTable(text, image); });
     EXPECT_GT(shown.size(), 3000U);
     EXPECT_LT(shown.size(), 12000U);
@@ -170,16 +169,16 @@ TEST(DisplayFieldTable, LongestReportFitsTheBuffer) {
 TEST(GetFieldText, IsTheValueWithoutTrailingBlanks) {
   TestImage image = TestImage::Sfp();
   image.Set(kPlace, {0x01, 0xf4, 0x20, 0x20}).Set(20, " VENDOR  ").Set(30, "    ");
-  EXPECT_EQ(GetFieldText(image, kPlace, 2, FIELD_HEX2), "0x01f4");
-  EXPECT_EQ(GetFieldText(image, kPlace, 4, FIELD_HEX4), "0x01f42020");
-  EXPECT_EQ(GetFieldText(image, kPlace, 1, FIELD_HEX_DUMP), "0x01");
-  EXPECT_EQ(GetFieldText(image, 20, 9, FIELD_ASCII), " VENDOR");
-  EXPECT_EQ(GetFieldText(image, 30, 4, FIELD_ASCII), "0");
-  EXPECT_EQ(GetFieldText(image, kPlace, 1, FIELD_BYTE_CODE), "");
-  EXPECT_EQ(GetFieldText(image, kPlace, 1, FIELD_BIT_LIST), "0x1");
-  EXPECT_EQ(GetFieldText(image, kPlace, 1, FIELD_SKIP), "");
-  EXPECT_EQ(GetFieldText(image, 511, 2, FIELD_HEX2), "");
-  EXPECT_EQ(GetFieldText(image, 0xFFFF, 0xFFFF, FIELD_ASCII), "");
+  EXPECT_EQ(GetFieldText(image, {kPlace, 2}, FIELD_HEX2), "0x01f4");
+  EXPECT_EQ(GetFieldText(image, {kPlace, 4}, FIELD_HEX4), "0x01f42020");
+  EXPECT_EQ(GetFieldText(image, {kPlace, 1}, FIELD_HEX_DUMP), "0x01");
+  EXPECT_EQ(GetFieldText(image, {20, 9}, FIELD_ASCII), " VENDOR");
+  EXPECT_EQ(GetFieldText(image, {30, 4}, FIELD_ASCII), "0");
+  EXPECT_EQ(GetFieldText(image, {kPlace, 1}, FIELD_BYTE_CODE), "");
+  EXPECT_EQ(GetFieldText(image, {kPlace, 1}, FIELD_BIT_LIST), "0x1");
+  EXPECT_EQ(GetFieldText(image, {kPlace, 1}, FIELD_SKIP), "");
+  EXPECT_EQ(GetFieldText(image, {511, 2}, FIELD_HEX2), "");
+  EXPECT_EQ(GetFieldText(image, {0xFFFF, 0xFFFF}, FIELD_ASCII), "");
 }
 
 TEST(HexTextToInt, ReadsWhatGetFieldTextGives) {
@@ -220,7 +219,7 @@ TEST(GetFieldValue, LooksIntoTheTableOfTheImage) {
   EXPECT_EQ(GetFieldValue(qsfp, "Temperature MSB"), 0) << "a QSFP image has no such field";
 }
 
-TEST(GetSFPTableBitValue, TellsWhetherABitOfTheMaskIsSet) {
+TEST(GetSFPTableBitValue, IsTrueForAnyBitOfTheMask) {
   TestImage image = TestImage::Sfp();
   image.Set(92, {0x68});
   EXPECT_TRUE(GetSFPTableBitValue(image, "Diag Monitoring Type:", 0x40));
