@@ -11,6 +11,9 @@
 
 namespace lab {
 
+// The text of builtin_host.yaml, the host that is played when no host file is named.
+extern const char kBuiltinHost[];
+
 struct Environment {
   std::string host_file;
   std::string state_file;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -43,5 +44,12 @@ std::string Quoted(std::string_view text);
 
 // Without the blanks and tabs at both ends.
 std::string_view Trimmed(std::string_view text);
+
+// Writes `text` into a fixed field and zeroes the rest. The caller has checked the length.
+template <std::size_t N>
+void StoreText(FixedText<N>& field, std::string_view text) {
+  std::memset(field.bytes, 0, N);
+  std::memcpy(field.bytes, text.data(), text.size() < N ? text.size() : N);
+}
 
 }  // namespace lab

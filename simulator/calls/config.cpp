@@ -2,10 +2,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/file.h"
 #include "base/text.h"
 #include "calls/call.h"
 #include "framework/device_library/calls.h"
-#include "host_file/host_keys.h"
 #include "images/nvram_image.h"
 
 using lab::Call;

@@ -1,9 +1,11 @@
 // Port reports: temperature, lockdown, statistics, vital product data, link diagnostics, firmware dump.
 #include <cstdlib>
 
+#include "base/text.h"
 #include "calls/call.h"
 #include "framework/device_library/calls.h"
-#include "images/port_reports.h"
+#include "images/rdp_response.h"
+#include "images/vpd_image.h"
 
 using lab::Call;
 
@@ -35,6 +37,26 @@ std::uint32_t HandOver(Call& call, const std::string& bytes, std::uint8_t* out, 
   return lab::kSuccess;
 }
 
+// A text that says what the dump is of, and bytes that look like memory.
+std::string ComposeFirmwareDump(const lab::Adapter& adapter, const lab::Entry& entry) {
+  const lab::DumpSetup& setup = entry.reports.dump;
+  if (setup.bytes) return *setup.bytes;
+  const FCProtocolEntry& record = entry.record;
+  std::string dump = "ZNFC firmware dump\n";
+  dump.append("model: ").append(adapter.record.model.View()).append("\n");
+  dump.append("serial: ").append(adapter.record.serial_number.View()).append("\n");
+  dump.append("port: ").append(lab::OctetText(record.port_name, sizeof record.port_name)).append("\n");
+  dump.append("firmware: ").append(record.running_firmware_version.View()).append("\n\n");
+  // A linear congruential generator, so that every dump of a port is the same.
+  std::uint32_t word = record.handle.sd_handle;
+  while (dump.size() < setup.size) {
+    word = word * 1664525 + 1013904223;
+    dump += static_cast<char>(word >> 24);
+  }
+  dump.resize(setup.size);
+  return dump;
+}
+
 // Failures of the firmware dump that callers know, and those of the simulation's own, which it adds to.
 constexpr std::uint32_t kNoDumpMemory = 0x20000072;
 constexpr std::uint32_t kNoDump = 0x2000007B;
@@ -42,7 +64,7 @@ constexpr std::uint32_t kNoDump = 0x2000007B;
 std::uint32_t HandOverDump(Call& call, void** out_buffer, std::uint32_t* out_size) {
   if (out_buffer == nullptr || out_size == nullptr) return lab::kOlderInterfaceFailure + lab::kBadArgument;
   if (call.port().reports.dump.none) return kNoDump;
-  const std::string dump = lab::ComposeFirmwareDump(call.adapter(), call.port());
+  const std::string dump = ComposeFirmwareDump(call.adapter(), call.port());
   void* const buffer = std::malloc(dump.size() + 1);  // of a dump of no bytes too
   if (buffer == nullptr) return kNoDumpMemory;
   dump.copy(static_cast<char*>(buffer), dump.size());

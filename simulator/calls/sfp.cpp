@@ -1,10 +1,10 @@
 // The pluggable module of a port: reading its memory, saving it in a file, and writing its firmware.
 #include <cstring>
 
+#include "base/file.h"
 #include "base/text.h"
 #include "calls/call.h"
 #include "framework/device_library/calls.h"
-#include "host_file/host_keys.h"
 #include "images/sfp_files.h"
 
 using lab::Call;

@@ -111,11 +111,4 @@ bool FindPort(Host& host, const DeviceHandle& handle, PortRef& out);
 // The same for the number alone, which the calls of the older interface take.
 bool FindPort(Host& host, std::uint32_t sd_handle, PortRef& out);
 
-// Writes `text` into a fixed field and zeroes the rest. The caller has checked the length.
-template <std::size_t N>
-void StoreText(FixedText<N>& field, std::string_view text) {
-  std::memset(field.bytes, 0, N);
-  std::memcpy(field.bytes, text.data(), text.size() < N ? text.size() : N);
-}
-
 }  // namespace lab

@@ -1,7 +1,6 @@
 #include "host_file/config_keys.h"
 
 #include "base/text.h"
-#include "device/config_fields.h"
 
 namespace lab {
 namespace {

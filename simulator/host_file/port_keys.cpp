@@ -1,7 +1,7 @@
 #include "host_file/port_keys.h"
 
+#include "base/named_number.h"
 #include "base/text.h"
-#include "device/speed_codes.h"
 #include "host_file/config_keys.h"
 #include "host_file/congestion_keys.h"
 #include "host_file/diag_keys.h"

@@ -1,7 +1,7 @@
 #include "host_file/report_keys.h"
 
+#include "base/file.h"
 #include "base/text.h"
-#include "host_file/host_keys.h"
 
 namespace lab {
 namespace {

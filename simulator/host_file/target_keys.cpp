@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <set>
 
+#include "base/named_number.h"
 #include "base/text.h"
-#include "device/speed_codes.h"
 
 namespace lab {
 namespace {

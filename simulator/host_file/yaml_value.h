@@ -11,7 +11,8 @@
 #include <type_traits>
 #include <utility>
 
-#include "device/host.h"
+#include "base/named_number.h"
+#include "base/text.h"
 #include "framework/device_library/flash_records.h"
 
 namespace lab {
@@ -20,11 +21,6 @@ namespace lab {
 struct Mistake {
   int line;  // from 1; 0 when the mistake has no line
   std::string text;
-};
-
-struct NamedNumber {
-  const char* name;
-  std::uint32_t number;
 };
 
 // A value with the key that it stands under.

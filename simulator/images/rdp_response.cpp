@@ -1,7 +1,7 @@
+#include "images/rdp_response.h"
+
 #include <array>
 #include <cmath>
-
-#include "images/port_reports.h"
 
 namespace lab {
 namespace {

@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/file.h"
 #include "base/results.h"
 #include "base/text.h"
-#include "host_file/host_keys.h"
 #include "images/image_text.h"
 
 namespace lab {
