@@ -25,13 +25,6 @@ std::uint32_t CheckWord(std::uint32_t number) {
   return ~(kHandleCookie ^ (number * 0x9E3779B1u));
 }
 
-void StoreBytes(std::uint8_t (&field)[4], ComponentVersion version) {
-  field[0] = version.major;
-  field[1] = version.minor;
-  field[2] = version.sub;
-  field[3] = 0;
-}
-
 void SetStateKey(Host& host, std::size_t index) {
   Adapter& adapter = host.adapters[index];
   const std::string base =
@@ -121,8 +114,8 @@ FCProtocolEntry MakeProtocolEntry(const Adapter& adapter, std::size_t index, std
 
   StoreText(entry.driver_version, adapter.driver_version);
   StoreText(entry.running_firmware_version, adapter.running_firmware);
-  StoreBytes(entry.running_mpi_version, adapter.running_mpi);
-  StoreBytes(entry.running_pep_version, adapter.running_pep);
+  StoreVersion(entry.running_mpi_version, adapter.running_mpi);
+  StoreVersion(entry.running_pep_version, adapter.running_pep);
   entry.capabilities = family.capabilities;
   entry.driver_flags = family.driver_flags;
   entry.interface_type = PortInterfaceType::kPhysical;
@@ -150,6 +143,13 @@ FCProtocolEntry MakeProtocolEntry(const Adapter& adapter, std::size_t index, std
   return entry;
 }
 
+void StoreVersion(std::uint8_t (&field)[4], ComponentVersion version) {
+  field[0] = version.major;
+  field[1] = version.minor;
+  field[2] = version.sub;
+  field[3] = 0;
+}
+
 void RefreshPortVersions(Adapter& adapter) {
   const AdapterEntry& record = adapter.record;
   ComponentVersion firmware{}, efi{}, fcode{};
@@ -161,9 +161,9 @@ void RefreshPortVersions(Adapter& adapter) {
     for (Entry& of_port : port.entries) {
       FCProtocolEntry& entry = of_port.record;
       StoreText(entry.flash_bios_version, record.flash_bios_version.View());
-      StoreBytes(entry.flash_firmware_version, firmware);
-      StoreBytes(entry.flash_efi_version, efi);
-      StoreBytes(entry.flash_fcode_version, fcode);
+      StoreVersion(entry.flash_firmware_version, firmware);
+      StoreVersion(entry.flash_efi_version, efi);
+      StoreVersion(entry.flash_fcode_version, fcode);
     }
   }
 }

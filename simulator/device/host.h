@@ -99,6 +99,9 @@ FCProtocolEntry MakeProtocolEntry(const Adapter& adapter, std::size_t index, std
 // must not move afterwards.
 void LinkHost(Host& host);
 
+// Stores a version as a port's record holds it: three numbers and a zero.
+void StoreVersion(std::uint8_t (&field)[4], ComponentVersion version);
+
 // Copies the adapter's flash version texts into the records of its ports.
 void RefreshPortVersions(Adapter& adapter);
 

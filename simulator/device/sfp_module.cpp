@@ -305,6 +305,12 @@ SfpMemory ComposeSfpMemory(const SfpValues& values) {
   return values.qsfp ? ComposeQsfp(values) : ComposeSfp(values);
 }
 
+std::shared_ptr<SfpModule> MakeSfpModule(const SfpValues& values) {
+  auto module = std::make_shared<SfpModule>();
+  module->known = module->now = ComposeSfpMemory(values);
+  return module;
+}
+
 std::string SfpVendor(const SfpMemory& memory) {
   return NameAt(memory, kVendor);
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -93,6 +94,9 @@ struct SfpModule {
   bool refreshed = false;
   bool updated = false;
 };
+
+// A module of these values.
+std::shared_ptr<SfpModule> MakeSfpModule(const SfpValues& values);
 
 // Where an SFP module of this simulation keeps the version of its firmware: major, minor.
 inline constexpr std::size_t kSfpFirmwareVersion = 149;

@@ -56,17 +56,8 @@ constexpr KeyRow<FlashMemoBlock> kMemoKeys[] = {
 };
 
 void ReadFlash(const Value& map, Adapter& into) {
-  map.EachKey([&](const Value& value) {
-    const FlashComponent* component = FindFlashComponent(value.Key());
-    if (component) {
-      value.Into(into.flash.*component->field);
-      return;
-    }
-    std::string names;
-    for (const FlashComponent& known : kFlashComponents) {
-      names += (names.empty() ? "" : ", ") + std::string(known.name);
-    }
-    value.UnknownKey(names);
+  EachRow(map, kFlashComponents, [&](const FlashComponent& component, const Value& value) {
+    value.Into(into.flash.*component.field);
   });
 }
 
@@ -79,7 +70,7 @@ void ReadMemo(const Value& value, Adapter& into) {
 }
 
 void ReadPersonality(const Value& value, Adapter& into) {
-  into.personality = static_cast<std::uint8_t>(value.ChoiceOrNumber(kPersonalities, 255));
+  value.CodeInto(kPersonalities, into.personality);
 }
 
 constexpr KeyRow<Adapter> kChangeableKeys[kChangeableKeyCount] = {
@@ -88,8 +79,6 @@ constexpr KeyRow<Adapter> kChangeableKeys[kChangeableKeyCount] = {
     {"flash", ReadFlash},
     {"memo-block", ReadMemo},
 };
-
-void ReadElsewhere(const Value&, Adapter&) {}
 
 constexpr KeyRow<Adapter> kAdapterKeys[] = {
     {"family", ReadElsewhere},

@@ -23,8 +23,7 @@ struct HostReading {
 
 void ReadAdapter(const Value& map, HostReading& reading) {
   const Family* family = nullptr;
-  map.EachKey([&](const Value& value) {
-    if (value.Key() != "family") return;
+  map.At("family", [&](const Value& value) {
     family = FindFamily(value.Text(64));
     if (!family) value.Expected("one of " + std::string(FamilyNames()));
   });
@@ -33,10 +32,9 @@ void ReadAdapter(const Value& map, HostReading& reading) {
   const std::size_t index = reading.host.adapters.size();
   Adapter& adapter = reading.host.adapters.emplace_back(MakeAdapter(*family, index));
   ReadAdapterKeys(map, adapter);
-  map.EachKey([&](const Value& value) {
-    if (value.Key() != "ports") return;
+  map.At("ports", [&](const Value& ports) {
     adapter.has_list = true;
-    value.EachItem([&](const Value& item) { ReadPort(item, adapter, index, reading.port_names); });
+    ports.EachItem([&](const Value& item) { ReadPort(item, adapter, index, reading.port_names); });
   });
 }
 
@@ -70,9 +68,7 @@ constexpr KeyRow<HostReading> kHostKeys[] = {
     {"no-list", [](const Value& value, HostReading& into) { value.Into(into.host.no_list); }},
     {"reboot-required", [](const Value& value, HostReading& into) { value.Into(into.host.reboot_required); }},
     {"boot-mode",
-     [](const Value& value, HostReading& into) {
-       into.host.boot_mode = value.ChoiceOrNumber(kBootModes, UINT32_MAX);
-     }},
+     [](const Value& value, HostReading& into) { value.CodeInto(kBootModes, into.host.boot_mode); }},
     {"chatter",
      [](const Value& value, HostReading& into) {
        into.host.chatter = static_cast<Chatter>(value.Choice(kChatterWords));

@@ -43,7 +43,7 @@ void ReadOneLockdown(const Value& value, Lockdown& into) {
   if (value.Is("on") || value.Is("off")) {
     into.on = value.Choice(kLockdowns) != 0;
   } else {
-    into.status = value.ChoiceOrNumber(kLockdownFailures, UINT32_MAX);
+    value.CodeInto(kLockdownFailures, into.status);
   }
 }
 
@@ -96,11 +96,8 @@ constexpr KeyRow<SwitchModule> kModuleKeys[] = {
 };
 
 void ReadLinkErrors(const Value& list, RdpSetup& into) {
-  std::size_t count = 0;
-  list.EachItem([&](const Value& item) {
-    if (count == std::size(into.link_errors)) item.Expected("six numbers and no more");
-    item.Into(into.link_errors[count++]);
-  });
+  list.EachItemUpTo(std::size(into.link_errors), "six numbers and no more",
+                    [&](const Value& item, std::size_t place) { item.Into(into.link_errors[place]); });
 }
 
 constexpr KeyRow<RdpSetup> kRdpKeys[] = {
@@ -138,9 +135,7 @@ constexpr KeyRow<Entry> kStateKeys[] = {
 }  // namespace
 
 void ReadTemperature(const Value& value, PortReportSetup& setup) {
-  const double celsius = value.Decimal(INT16_MIN, INT16_MAX);
-  setup.temperature = static_cast<std::int16_t>(celsius);
-  if (setup.temperature != celsius) value.Expected("a whole number from -32768 to 32767");
+  setup.temperature = value.SignedWord();
 }
 
 void ReadLockdown(const Value& map, PortReportSetup& setup) {

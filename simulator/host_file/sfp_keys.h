@@ -11,9 +11,6 @@ namespace lab {
 // The module under a port's key `sfp`; null for an empty cage. `defaults` are the values that it leaves out.
 std::shared_ptr<SfpModule> ReadSfp(const Value& value, const SfpValues& defaults);
 
-// The module of these values, for a port without that key.
-std::shared_ptr<SfpModule> MakeSfp(const SfpValues& values);
-
 // What calls have changed, in the state file. An empty cage leaves it aside.
 void ReadSfpState(const Value& map, SfpModule* module);
 YAML::Node SfpState(const SfpModule& module);

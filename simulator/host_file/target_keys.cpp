@@ -68,7 +68,7 @@ struct LunReading {
   bool is_nvme;
 };
 
-void ReadNumbers(const Value& value, LunReading& into) {
+void ReadLunNumbers(const Value& value, LunReading& into) {
   if (!value.IsText() || !ReadRange(value.Text(64), into.range.first, into.range.last)) {
     value.Expected("a number or a range like 0-63, up to 65535");
   }
@@ -87,7 +87,7 @@ void ReadOctetList(const Value& value, std::uint8_t (&octets)[N], std::uint8_t& 
 }
 
 constexpr KeyRow<LunReading> kLunKeys[] = {
-    {"number", ReadNumbers},
+    {"number", ReadLunNumbers},
     {"vendor", [](const Value& value, LunReading& into) { value.Into(into.range.lun.vendor_id); }},
     {"product", [](const Value& value, LunReading& into) { value.Into(into.range.lun.product_id); }},
     {"revision",
@@ -128,7 +128,7 @@ void ReadLuns(const Value& luns, TargetGroup& group) {
     if (item.IsMap()) {
       ReadMap(item, kLunKeys, reading);
     } else {
-      ReadNumbers(item, reading);
+      ReadLunNumbers(item, reading);
     }
     for (std::uint32_t number = range.first; number <= range.last; ++number) {
       if (seen[number]) item.Wrong(item.Key() + ": number " + std::to_string(number) + " stands here twice");
@@ -142,17 +142,11 @@ void ReadLuns(const Value& luns, TargetGroup& group) {
 
 constexpr KeyRow<TargetEntry> kCongestionKeys[] = {
     {"state",
-     [](const Value& value, TargetEntry& into) {
-       into.congestion_state = static_cast<std::uint8_t>(value.ChoiceOrNumber(kCongestionStates, 255));
-     }},
+     [](const Value& value, TargetEntry& into) { value.CodeInto(kCongestionStates, into.congestion_state); }},
     {"virtual-lane",
-     [](const Value& value, TargetEntry& into) {
-       into.virtual_lane = static_cast<std::uint8_t>(value.ChoiceOrNumber(kLanes, 255));
-     }},
+     [](const Value& value, TargetEntry& into) { value.CodeInto(kLanes, into.virtual_lane); }},
     {"throttling",
-     [](const Value& value, TargetEntry& into) {
-       into.io_throttling = static_cast<std::uint8_t>(value.ChoiceOrNumber(kThrottling, 255));
-     }},
+     [](const Value& value, TargetEntry& into) { value.CodeInto(kThrottling, into.io_throttling); }},
     {"notifications",
      [](const Value& value, TargetEntry& into) { value.Into(into.congestion_notifications); }},
     {"link-event", [](const Value& value, TargetEntry& into) { value.Into(into.link_event_type); }},
@@ -169,12 +163,7 @@ constexpr KeyRow<TargetEntry> kCongestionKeys[] = {
      [](const Value& value, TargetEntry& into) { value.Into(into.seconds_since_event); }},
 };
 
-struct Counter {
-  const char* name;
-  std::uint32_t TargetPortStatistics::*field;
-};
-
-constexpr Counter kCounters[] = {
+constexpr NumberRow<TargetPortStatistics, std::uint32_t> kCounters[] = {
     {"link-failure", &TargetPortStatistics::link_failure},
     {"loss-of-sync", &TargetPortStatistics::loss_of_sync},
     {"loss-of-signal", &TargetPortStatistics::loss_of_signal},
@@ -194,17 +183,6 @@ constexpr Counter kCounters[] = {
     {"link-device-specific-event", &TargetPortStatistics::link_device_specific_event},
 };
 
-void ReadStatistics(const Value& map, TargetPortStatistics& statistics) {
-  map.EachKey([&](const Value& value) {
-    std::string names;
-    for (const Counter& counter : kCounters) {
-      if (value.Key() == counter.name) return value.Into(statistics.*counter.field);
-      names += (names.empty() ? "" : ", ") + std::string(counter.name);
-    }
-    value.UnknownKey(names);
-  });
-}
-
 // Byte 0 bit 6: known but not configured; byte 2 bit 1 and byte 4 bit 0: online.
 void ReadState(const Value& value, TargetEntry& target) {
   const std::uint32_t state = value.Choice(kStates);
@@ -212,8 +190,6 @@ void ReadState(const Value& value, TargetEntry& target) {
   target.state_flags[2] = state == 0 ? 0x02 : 0;
   target.state_flags[4] = state == 0 ? 0x01 : 0;
 }
-
-void ReadElsewhere(const Value&, TargetGroup&) {}
 
 // `type` stands in the record before these are read.
 constexpr KeyRow<TargetGroup> kTargetKeys[] = {
@@ -242,9 +218,7 @@ constexpr KeyRow<TargetGroup> kTargetKeys[] = {
        into.own_serial = true;
      }},
     {"product-type",
-     [](const Value& value, TargetGroup& into) {
-       into.first.product_type = value.ChoiceOrNumber(kProductTypes, UINT32_MAX);
-     }},
+     [](const Value& value, TargetGroup& into) { value.CodeInto(kProductTypes, into.first.product_type); }},
     {"nqn",
      [](const Value& value, TargetGroup& into) {
        value.Into(into.first.nqn);
@@ -262,13 +236,13 @@ constexpr KeyRow<TargetGroup> kTargetKeys[] = {
        into.remote.initiator = (role & 1) != 0;
        into.remote.target = (role & 2) != 0;
      }},
-    {"session", [](const Value& value,
-                   TargetGroup& into) { into.remote.session = value.ChoiceOrNumber(kSessions, UINT32_MAX); }},
+    {"session",
+     [](const Value& value, TargetGroup& into) { value.CodeInto(kSessions, into.remote.session); }},
     {"secure", [](const Value& value, TargetGroup& into) { value.Into(into.remote.secure); }},
     {"congestion",
      [](const Value& value, TargetGroup& into) { ReadMap(value, kCongestionKeys, into.first); }},
     {"statistics",
-     [](const Value& value, TargetGroup& into) { ReadStatistics(value, into.state.statistics); }},
+     [](const Value& value, TargetGroup& into) { ReadNumbers(value, kCounters, into.state.statistics); }},
     {"link-speed",
      [](const Value& value, TargetGroup& into) { into.state.link_speed = value.Choice(kSpeedCodes); }},
     {"link-speed-code", [](const Value& value, TargetGroup& into) { value.Into(into.state.link_speed); }},
@@ -333,8 +307,8 @@ void CheckNames(const Value& map, const TargetGroup& group, std::set<std::uint64
 }
 
 void ReadTarget(const Value& map, TargetGroup group, TargetSet& set, std::set<std::uint64_t>& names) {
-  map.EachKey([&](const Value& value) {
-    if (value.Key() == "type" && value.Choice(kTypes) == 1) group.first.state_flags[5] = 0x08;
+  map.At("type", [&](const Value& type) {
+    if (type.Choice(kTypes) == 1) group.first.state_flags[5] = 0x08;
   });
   ReadMap(map, kTargetKeys, group);
   if (!group.own_node_name) {
