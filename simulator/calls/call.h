@@ -59,7 +59,10 @@ class Call {
   TargetSet& targets() const { return port_.entry->targets; }
   SfpModule* sfp() const { return port_.entry->sfp.get(); }  // null: the cage is empty
 
-  // Keeps a change of what stands behind the port. Returns 0 or kStateNotSaved.
+  bool IsVirtualPort() const { return entry().interface_type == PortInterfaceType::kNpivVirtual; }
+  bool LinkIsUp() const { return entry().port_state == kLinkUp; }
+
+  // Keeps a change of the port. Returns 0 or kStateNotSaved.
   std::uint32_t KeepPort(bool reboot_required) const {
     port_.entry->changed = true;
     return Lab::Get().Keep(adapter(), reboot_required);

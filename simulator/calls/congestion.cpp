@@ -1,22 +1,16 @@
 // Congestion management of a port.
-#include <algorithm>
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "calls/call.h"
+#include "calls/lists_out.h"
 #include "framework/device_library/calls.h"
 
 using lab::Call;
 
 namespace {
 
-constexpr std::uint32_t kFirstGeneration = 1u << 23;
-constexpr std::uint32_t kSecondGeneration = 1u << 26;
-
-// The lists that callers hold.
-std::vector<std::unique_ptr<lab::StatisticsList>>& ListsOut() {
-  static std::vector<std::unique_ptr<lab::StatisticsList>> lists;
+lab::ListsOut<SCMRStatisticsEntry>& StatisticsOut() {
+  static lab::ListsOut<SCMRStatisticsEntry> lists("elements");
   return lists;
 }
 
@@ -30,14 +24,6 @@ LibraryStatus ServeCapable(const char* name, const DeviceHandle* handle, std::ui
   });
 }
 
-std::uint32_t GiveList(Call& call, SCMRStatisticsEntry*& head) {
-  auto list = lab::MakeStatisticsList(call.port());
-  call.Out("elements", list->size());
-  head = list->empty() ? nullptr : list->data();
-  if (head != nullptr) ListsOut().push_back(std::move(list));
-  return lab::kSuccess;
-}
-
 std::string Shown(const SCMRProfile& profile) {
   return std::to_string(profile.configuration_status) + ',' +
          std::to_string(static_cast<unsigned>(profile.management)) + ',' + std::to_string(profile.activation);
@@ -46,8 +32,8 @@ std::string Shown(const SCMRProfile& profile) {
 }  // namespace
 
 LibraryStatus TORPI_IsVCLMFeatureEnabled(const DeviceHandle* handle, std::uint8_t* out_enabled) {
-  return ServeCapable("TORPI_IsVCLMFeatureEnabled", handle, kFirstGeneration | kSecondGeneration, {},
-                      [=](Call& call) {
+  return ServeCapable("TORPI_IsVCLMFeatureEnabled", handle, lab::kFirstCongestion | lab::kSecondCongestion,
+                      {}, [=](Call& call) {
                         if (out_enabled == nullptr) return lab::kBadArgument;
                         *out_enabled = call.congestion().enabled ? 1 : 0;
                         call.Out("enabled", *out_enabled);
@@ -56,32 +42,27 @@ LibraryStatus TORPI_IsVCLMFeatureEnabled(const DeviceHandle* handle, std::uint8_
 }
 
 LibraryStatus TORPI_GetSCMRStatisticsList(const DeviceHandle* handle, SCMRStatisticsEntry** out_head) {
-  return ServeCapable("TORPI_GetSCMRStatisticsList", handle, kSecondGeneration, {}, [=](Call& call) {
-    return out_head != nullptr ? GiveList(call, *out_head) : std::uint32_t{lab::kBadArgument};
-  });
-}
-
-LibraryStatus TORPI_FreeSCMRStatisticsList(SCMRStatisticsEntry* head) {
-  return lab::ServeHost("TORPI_FreeSCMRStatisticsList", {}, [=](Call& call) -> std::uint32_t {
-    auto& lists = ListsOut();
-    const auto list =
-        std::find_if(lists.begin(), lists.end(), [=](const auto& held) { return held->data() == head; });
-    if (list == lists.end()) return lab::kBadArgument;
-    call.Out("elements", (*list)->size());
-    lists.erase(list);
+  return ServeCapable("TORPI_GetSCMRStatisticsList", handle, lab::kSecondCongestion, {}, [=](Call& call) {
+    if (out_head == nullptr) return lab::kBadArgument;
+    *out_head = StatisticsOut().HandOut(call, lab::MakeStatisticsList(call.port()));
     return lab::kSuccess;
   });
 }
 
+LibraryStatus TORPI_FreeSCMRStatisticsList(SCMRStatisticsEntry* head) {
+  return lab::ServeHost("TORPI_FreeSCMRStatisticsList", {},
+                        [=](Call& call) { return StatisticsOut().TakeBack(call, head); });
+}
+
 LibraryStatus TORPI_SANCongMgmtResetStatistics(const DeviceHandle* handle) {
-  return ServeCapable("TORPI_SANCongMgmtResetStatistics", handle, kSecondGeneration, {}, [](Call& call) {
+  return ServeCapable("TORPI_SANCongMgmtResetStatistics", handle, lab::kSecondCongestion, {}, [](Call& call) {
     lab::ClearStatistics(call.congestion());
     return call.KeepPort(false);
   });
 }
 
 LibraryStatus TORPI_GetSCMRProfile(const DeviceHandle* handle, SCMRProfile* out) {
-  return ServeCapable("TORPI_GetSCMRProfile", handle, kSecondGeneration, {}, [=](Call& call) {
+  return ServeCapable("TORPI_GetSCMRProfile", handle, lab::kSecondCongestion, {}, [=](Call& call) {
     if (out == nullptr) return lab::kBadArgument;
     *out = call.congestion().profile;
     call.Out("profile", Shown(*out));
@@ -92,7 +73,7 @@ LibraryStatus TORPI_GetSCMRProfile(const DeviceHandle* handle, SCMRProfile* out)
 LibraryStatus TORPI_SetSCMRProfile(const DeviceHandle* handle, const SCMRProfile* profile) {
   try {
     const std::string shown = profile != nullptr ? Shown(*profile) : "";
-    return ServeCapable("TORPI_SetSCMRProfile", handle, kSecondGeneration,
+    return ServeCapable("TORPI_SetSCMRProfile", handle, lab::kSecondCongestion,
                         {profile != nullptr ? shown.c_str() : nullptr}, [=](Call& call) -> std::uint32_t {
                           if (profile == nullptr) return lab::kBadArgument;
                           call.congestion().profile = *profile;

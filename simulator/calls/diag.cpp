@@ -1,11 +1,9 @@
 // Diagnostics of a port and its links.
-#include <algorithm>
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "base/text.h"
 #include "calls/call.h"
+#include "calls/lists_out.h"
 #include "device/diag_tests.h"
 #include "framework/device_library/calls.h"
 
@@ -13,9 +11,7 @@ using lab::Call;
 
 namespace {
 
-constexpr std::uint8_t kLinkUp = 1;
 constexpr std::uint32_t kSixteenGbps = 0x16;  // speed code
-constexpr std::uint32_t kSecondLinkTest = 1u << 29;
 
 // The time as the library words it, with its line end.
 std::string Now() {
@@ -27,9 +23,9 @@ std::string Now() {
 // Why a port cannot run the link test, or 0.
 std::uint32_t LinkTestRefusal(const Call& call) {
   const FCProtocolEntry& port = call.entry();
-  if (port.interface_type == PortInterfaceType::kNpivVirtual) return lab::kNotForVirtualPorts;
+  if (call.IsVirtualPort()) return lab::kNotForVirtualPorts;
   if (!call.diag().diagnostic_port) return lab::kNotDiagnosticPort;
-  if (port.port_state != kLinkUp) return lab::kTestNeedsLink;
+  if (!call.LinkIsUp()) return lab::kTestNeedsLink;
   if (port.port_speed < kSixteenGbps) return lab::kTestNeedsSpeed;
   return lab::kSuccess;
 }
@@ -46,7 +42,7 @@ std::uint32_t RunLinkTest(Call& call, DPortResultRecord& record) {
 std::uint32_t RunRemoteTest(Call& call, lab::TestPasses& passes, const char* port_name, std::uint32_t count,
                             std::uint32_t stop_on_error, std::uint32_t* out_value) {
   if (port_name == nullptr || out_value == nullptr) return lab::kBadArgument;
-  if (call.entry().port_state != kLinkUp) return lab::kTestNeedsLink;
+  if (!call.LinkIsUp()) return lab::kTestNeedsLink;
   if (!lab::KnowsTarget(call.entry(), port_name)) return lab::kNoDestination;
   const lab::PassCount made = lab::MakePasses(passes, count, stop_on_error != 0);
   *out_value = made.good;
@@ -67,9 +63,8 @@ auto WithRequest(const DiagTestRequest* request, Serve serve) {
                 request->connection_mode});
 }
 
-// The lists that callers hold.
-std::vector<std::unique_ptr<lab::RWBufferList>>& ListsOut() {
-  static std::vector<std::unique_ptr<lab::RWBufferList>> lists;
+lab::ListsOut<RWBufferResult>& RWBufferResultsOut() {
+  static lab::ListsOut<RWBufferResult> lists("ports");
   return lists;
 }
 
@@ -100,7 +95,7 @@ DPortResultRecord TORPI_DiagnosticDPortTest(const DeviceHandle* handle, DPortRes
 LibraryStatus TORPI_DiagnosticDPortTestV2(const DeviceHandle* handle, DPortResultRecord* out) {
   return lab::ServePort("TORPI_DiagnosticDPortTestV2", handle, {}, [=](Call& call) -> std::uint32_t {
     if (out == nullptr) return lab::kBadArgument;
-    if ((call.entry().capabilities & kSecondLinkTest) == 0) return lab::kNoSecondLinkTest;
+    if ((call.entry().capabilities & lab::kSecondLinkTest) == 0) return lab::kNoSecondLinkTest;
     return RunLinkTest(call, *out);
   });
 }
@@ -135,7 +130,7 @@ LibraryStatus TORPI_DiagnosticsEchoElsTest(const DeviceHandle* handle, const cha
       [=](Call& call) -> std::uint32_t {
         if (port_name == nullptr || out == nullptr || count != 1) return lab::kBadArgument;
         const FCProtocolEntry& port = call.entry();
-        if (port.port_state != kLinkUp) return lab::kTestNeedsLink;
+        if (!call.LinkIsUp()) return lab::kTestNeedsLink;
         const bool fabric = destination_kind == static_cast<std::uint32_t>(EchoDestination::kPrincipalFabric);
         if (fabric ? !lab::IsPrincipalFabric(port, port_name) : !lab::KnowsTarget(port, port_name)) {
           return lab::kNoDestination;
@@ -167,11 +162,8 @@ RWBufferResult* TORPI_DiagnosticsReadWriteBufferTest(const DeviceHandle* handle,
       RWBufferResult* first = nullptr;
       call.Answer(lab::kUnknownHandle, [&]() -> std::uint32_t {
         if (request == nullptr) return lab::kBadArgument;
-        auto list = lab::MakeRWBuffer(call.diag().rw_buffer, *request, call.entry());
-        call.Out("ports", list->size());
-        if (list->empty()) return lab::kSuccess;
-        first = list->data();
-        ListsOut().push_back(std::move(list));
+        first = RWBufferResultsOut().HandOut(
+            call, lab::MakeRWBuffer(call.diag().rw_buffer, *request, call.entry()));
         return lab::kSuccess;
       });
       call.Finish(first == nullptr ? "null" : "list");
@@ -183,15 +175,8 @@ RWBufferResult* TORPI_DiagnosticsReadWriteBufferTest(const DeviceHandle* handle,
 }
 
 LibraryStatus TORPI_FreeRWBufferTestResultList(RWBufferResult* list) {
-  return lab::ServeHost("TORPI_FreeRWBufferTestResultList", {}, [=](Call& call) -> std::uint32_t {
-    auto& lists = ListsOut();
-    const auto held =
-        std::find_if(lists.begin(), lists.end(), [=](const auto& out) { return out->data() == list; });
-    if (held == lists.end()) return lab::kBadArgument;
-    call.Out("ports", (*held)->size());
-    lists.erase(held);
-    return lab::kSuccess;
-  });
+  return lab::ServeHost("TORPI_FreeRWBufferTestResultList", {},
+                        [=](Call& call) { return RWBufferResultsOut().TakeBack(call, list); });
 }
 
 LibraryStatus TORPI_GetNVMeHostNQNStatus(const DeviceHandle* handle, std::uint8_t* out_registered) {
@@ -209,7 +194,7 @@ LibraryStatus TORPI_RegisterDeregisterNVMeHostNQN(const DeviceHandle* handle, st
                         [=](Call& call) -> std::uint32_t {
                           if (action > 1) return lab::kBadArgument;
                           if (!call.adapter().family->nvme) return lab::kNotForThisAdapter;
-                          if (call.entry().port_state != kLinkUp) return lab::kNqnCallFailed;
+                          if (!call.LinkIsUp()) return lab::kNqnCallFailed;
                           bool& registered = call.diag().nqn_registered;
                           if (registered && action == 1) return lab::kNqnAlreadyRegistered;
                           if (!registered && action == 0) return lab::kNqnNotRegistered;

@@ -38,7 +38,7 @@ std::uint32_t ReadModule(Call& call, std::uint8_t* out, std::uint32_t mode) {
 std::uint32_t SaveModule(const Call& call, const char* file,
                          std::string (*content)(const lab::SfpMemory& memory)) {
   if (file == nullptr) return lab::kBadArgument;
-  if (call.entry().interface_type == PortInterfaceType::kNpivVirtual) return lab::kNoSavingForVirtualPort;
+  if (call.IsVirtualPort()) return lab::kNoSavingForVirtualPort;
   const SfpModule* const module = call.sfp();
   return module == nullptr ? std::uint32_t{lab::kNoModule} : lab::WriteFile(file, content(module->now));
 }
@@ -46,8 +46,7 @@ std::uint32_t SaveModule(const Call& call, const char* file,
 std::uint32_t UpdateModule(const Call& call, const char* file, std::uint32_t kind) {
   if (file == nullptr || kind != kUpdatableKind) return lab::kBadArgument;
   const FCProtocolEntry& entry = call.entry();
-  if ((call.adapter().family->driver_flags & lab::kDriverUpdatesModules) == 0 ||
-      entry.interface_type == PortInterfaceType::kNpivVirtual) {
+  if ((call.adapter().family->driver_flags & lab::kDriverUpdatesModules) == 0 || call.IsVirtualPort()) {
     return lab::kNoModuleUpdate;
   }
   if ((entry.driver_flags & lab::kDriverUpdatesModules) == 0) return lab::kNotSupportedByDriver;

@@ -14,6 +14,16 @@ enum class ImageKind : std::uint8_t { kMbi = 1, kBoardConfig = 2, kFirmwarePrelo
 // Groups of flash components that a family has.
 enum ComponentGroup : std::uint8_t { kCommonComponents = 1, kMpiPepComponents = 2, kSerdesComponents = 4 };
 
+// Bits of the capabilities of a port.
+inline constexpr std::uint32_t kFirstCongestion = 1u << 23;   // congestion management of the first generation
+inline constexpr std::uint32_t kSecondCongestion = 1u << 26;  // and of the second, with statistics
+inline constexpr std::uint32_t kSecondLinkTest = 1u << 29;
+
+// Bits of the driver flags of a port.
+inline constexpr std::uint8_t kCurrentRemotePorts =
+    1;  // its targets have remote-port records of the current form
+inline constexpr std::uint8_t kDriverUpdatesModules = 2;  // the firmware of optical modules
+
 struct Family {
   const char* name;
   std::uint16_t device_id;  // passes the tests of this family and of no other that it can avoid

@@ -10,7 +10,6 @@ namespace {
 constexpr std::uint32_t kHandleCookie = 0x5A4E4643;
 constexpr std::uint32_t kFirstHandleNumber = 0x100;
 
-constexpr std::uint8_t kLinkUp = 1;
 constexpr std::uint8_t kPointToPoint = 1;
 constexpr std::uint8_t kNodePort = 1;
 constexpr std::uint32_t kRomHasBios = 1u << 3;

@@ -80,6 +80,11 @@ struct Host {
   FaultQueue faults;
 };
 
+// States of a port, and a bit of its link flags.
+inline constexpr std::uint8_t kLinkUp = 1;
+inline constexpr std::uint8_t kLinkDown = 3;
+inline constexpr std::uint16_t kErrorCorrectionInUse = 1u << 15;
+
 // A port is in maintenance mode when both flags are set.
 inline constexpr std::uint8_t kMaintenanceDriverFlag = 4;
 inline constexpr std::uint8_t kMaintenancePortFlag = 1;

@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+#include "device/sfp_module.h"
+
 namespace lab {
 
 inline constexpr std::size_t kLargestVpd = 1024;
@@ -32,10 +34,11 @@ struct VpdSetup {
   std::map<std::string, std::optional<std::string>> items;
 };
 
-// The optical module of the switch, where the host file departs from one of the make of the port's own.
+// The optical module of the switch: texts that differ from those of the port's own module, and measured
+// values.
 struct SwitchModule {
   std::optional<std::string> vendor, part, serial, revision, date;
-  std::optional<double> temperature, voltage, bias, tx_power, rx_power;
+  SfpMeasured measured;
   std::optional<std::uint16_t> flags;
 };
 

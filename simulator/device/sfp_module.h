@@ -16,10 +16,8 @@ namespace lab {
 // 256 bytes of the A0 address, then 256 bytes of the A2 address.
 using SfpMemory = std::array<std::uint8_t, 512>;
 
-// The maker whose modules can be updated, and the bit of a port's driver flags that says that the driver does
-// it.
+// The maker whose modules can be updated.
 inline constexpr const char* kUpdatableVendor = "WTD";
-inline constexpr std::uint8_t kDriverUpdatesModules = 2;
 
 // True for the identifiers that follow SFF-8636: QSFP, QSFP+, QSFP28, CXP2.
 bool IsQsfpMemory(const SfpMemory& memory);
@@ -32,6 +30,15 @@ struct SfpMeasured {
   double tx_power = 0.6;
   double rx_power = 0.5;
 };
+
+// The units of these values in a module's memory.
+inline constexpr double kTemperatureUnit = 1.0 / 256;
+inline constexpr double kVoltageUnit = 0.0001;
+inline constexpr double kBiasUnit = 0.002;
+inline constexpr double kPowerUnit = 0.0001;
+
+// A value in such a unit, as the sixteen bits that hold it.
+unsigned InUnits(double value, double unit);
 
 struct SfpThresholds {
   double high_alarm, low_alarm, high_warning, low_warning;
@@ -55,7 +62,7 @@ struct SfpValues {
   bool qsfp = false;
   std::string vendor = "SORVEX OPTICS";
   std::array<std::uint8_t, 3> oui = {0x00, 0x1e, 0x9c};
-  std::optional<std::string> part;  // without it, told by form, speed and media
+  std::optional<std::string> part;  // without it, made from form, speed and media
   std::string revision = "A1";
   std::string serial;
   std::string date = "20260114";
@@ -101,7 +108,13 @@ std::shared_ptr<SfpModule> MakeSfpModule(const SfpValues& values);
 // Where an SFP module of this simulation keeps the version of its firmware: major, minor.
 inline constexpr std::size_t kSfpFirmwareVersion = 149;
 
-// The maker's name, without the blanks around it.
+// The texts of a module as they fill their fields, blanks included.
+struct SfpTexts {
+  std::string vendor, part, serial, revision, date;
+};
+SfpTexts TextsOf(const SfpMemory& memory);
+
+// Two of them without the blanks around them.
 std::string SfpVendor(const SfpMemory& memory);
 std::string SfpPart(const SfpMemory& memory);
 

@@ -22,9 +22,6 @@ constexpr NamedNumber kRomImages[] = {{"bios", 1u << 3}, {"uefi", 1u << 1}};
 constexpr NamedNumber kPciSpeeds[] = {{"2.5", 1}, {"5", 2}, {"8", 3}, {"16", 4}, {"32", 8}};
 constexpr NamedNumber kPciWidths[] = {{"1", 1}, {"2", 2}, {"4", 4}, {"8", 8}, {"16", 16}, {"32", 24}};
 
-constexpr std::uint8_t kLinkDown = 3;
-constexpr std::uint16_t kErrorCorrectionInUse = 1u << 15;
-
 struct EntryReading {
   FCProtocolEntry& entry;
   Entry& setup;
