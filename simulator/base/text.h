@@ -23,10 +23,10 @@ bool ReadVersion(std::string_view text, ComponentVersion& out);
 // Pairs of hexadecimal digits joined by ':', exactly `count` of them.
 bool ReadOctets(std::string_view text, std::uint8_t* out, std::size_t count);
 
-// "2026-03-14 09:26:53" into the update time of a memo block; false when it is no such time.
+// "2026-03-14 09:26:53" into the update time of a memo block; false for any other text.
 bool ReadTime(std::string_view text, FlashMemoBlock& out);
 
-// "2026-03-14" into eight characters; false when it is no such date.
+// "2026-03-14" into eight digits; false for any other text.
 bool ReadDate(std::string_view text, char (&out)[8]);
 
 // "1.9.0.0": four numbers of at most 255.

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::uint8_t kMaxCount = 15;
 
-// The statistics block of the firmware is longer than what is known of it.
+// The statistics block of the firmware is longer than its known fields.
 constexpr std::size_t kStatsBytes = 1024;
 static_assert(kStatsBytes >= sizeof(FWPrivateStats));
 
@@ -52,7 +52,7 @@ std::uint32_t HandOut(Call& call, const Record& record, Record* out) {
   return lab::kSuccess;
 }
 
-// Stores a record that the caller hands over, which stands in the trace as hexadecimal digits.
+// Stores a record of the caller's. The trace shows it as hexadecimal digits.
 template <typename Record, typename Check>
 std::uint32_t TakeIn(const char* name, const DeviceHandle* handle, const Record* record,
                      Record lab::ConfigSetup::*place, Check check) {
@@ -84,7 +84,7 @@ std::uint32_t FecRefusal(Call& call) {
   return family.memo_block ? lab::kSuccess : lab::kNotForThisAdapter;
 }
 
-// What the link has made of the credit recovery, where the host file does not say.
+// The outcome of credit recovery on the link: of the host file, or else as the status and the link suggest.
 void StoreCreditState(const Call& call, std::uint8_t& state, std::uint8_t& negotiated, std::string& reason) {
   const lab::CreditRecovery& setup = call.config().credit_recovery;
   const bool link_up = call.LinkIsUp();
@@ -94,7 +94,7 @@ void StoreCreditState(const Call& call, std::uint8_t& state, std::uint8_t& negot
   reason = setup.reason.value_or(online ? "" : link_up ? "Feature disabled" : "Link down");
 }
 
-// A number that the device keeps and that can only be 0 or 1.
+// Stores a setting that is 0 or 1.
 std::uint32_t StoreSwitch(Call& call, std::uint32_t& place, std::uint32_t value, bool reboot_required) {
   if (value > 1) return lab::kBadArgument;
   place = value;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint32_t kSixteenGbps = 0x16;  // speed code
 
-// The time as the library words it, with its line end.
+// The time as the library writes it, with a line end.
 std::string Now() {
   FlashMemoBlock memo{};
   lab::Lab::Get().StampUpdate(memo);
@@ -38,7 +38,7 @@ std::uint32_t RunLinkTest(Call& call, DPortResultRecord& record) {
   return lab::kSuccess;
 }
 
-// A test that the library repeats by itself: the answer is all of its result.
+// A test whose passes the library repeats by itself.
 std::uint32_t RunRemoteTest(Call& call, lab::TestPasses& passes, const char* port_name, std::uint32_t count,
                             std::uint32_t stop_on_error, std::uint32_t* out_value) {
   if (port_name == nullptr || out_value == nullptr) return lab::kBadArgument;
@@ -51,8 +51,8 @@ std::uint32_t RunRemoteTest(Call& call, lab::TestPasses& passes, const char* por
   return made.bad == 0 ? lab::kSuccess : lab::kTestFailed;
 }
 
-// Calls serve(arguments) with what a request asks for as the trace shows it: test count twice, on-error
-// action, pattern kind, loopback type, data size, the pattern's characters and the connection mode.
+// Calls serve(arguments) with the request's fields in the order of the trace: test count twice, on-error
+// action, pattern kind, loopback type, data size, the pattern's characters, connection mode.
 template <typename Serve>
 auto WithRequest(const DiagTestRequest* request, Serve serve) {
   if (request == nullptr) return serve({nullptr});

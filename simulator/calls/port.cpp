@@ -11,7 +11,7 @@ using lab::Call;
 
 namespace {
 
-// Families of the older kind have neither a sensor nor, but for the newest three, a management processor.
+// Older families have no sensor.
 bool HasSensor(const Call& call) {
   return call.adapter().family->personality_call || call.adapter().family->nvme;
 }
@@ -21,12 +21,13 @@ void StoreLockdown(const lab::Lockdown& lockdown, std::uint8_t& flag, LockdownRe
   status = static_cast<LockdownReadStatus>(lockdown.status);
 }
 
-// The size that the caller tells, for the trace.
+// The caller's buffer size, for the trace.
 std::uint32_t RoomIn(const std::uint32_t* size) {
   return size == nullptr ? 0 : *size;
 }
 
-// Copies the bytes into a buffer of *size bytes, as far as they fit, and tells how many there are.
+// Copies the bytes into a buffer of *size bytes and stores their number in *size. Refuses a buffer that is
+// too small.
 std::uint32_t HandOver(Call& call, const std::string& bytes, std::uint8_t* out, std::uint32_t* size) {
   if (out == nullptr || size == nullptr || bytes.size() > *size) return lab::kBadArgument;
   bytes.copy(reinterpret_cast<char*>(out), bytes.size());
@@ -55,7 +56,7 @@ std::string ComposeFirmwareDump(const lab::Adapter& adapter, const lab::Entry& e
   return dump;
 }
 
-// Failures of the firmware dump that callers know, and those of the simulation's own, which it adds to.
+// Failures of the firmware dump that callers know.
 constexpr std::uint32_t kNoDumpMemory = 0x20000072;
 constexpr std::uint32_t kNoDump = 0x2000007B;
 
@@ -63,7 +64,7 @@ std::uint32_t HandOverDump(Call& call, void** out_buffer, std::uint32_t* out_siz
   if (out_buffer == nullptr || out_size == nullptr) return lab::kOlderInterfaceFailure + lab::kBadArgument;
   if (call.port().reports.dump.none) return kNoDump;
   const std::string dump = ComposeFirmwareDump(call.adapter(), call.port());
-  void* const buffer = std::malloc(dump.size() + 1);  // of a dump of no bytes too
+  void* const buffer = std::malloc(dump.size() + 1);  // an empty dump needs an address too
   if (buffer == nullptr) return kNoDumpMemory;
   dump.copy(static_cast<char*>(buffer), dump.size());
   *out_buffer = buffer;

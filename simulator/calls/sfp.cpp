@@ -12,7 +12,7 @@ using lab::SfpModule;
 
 namespace {
 
-// How a caller wants the memory: as the port has read it, read anew for the port as well, or read anew for
+// Which memory a caller wants: as the port last read it, read anew and kept by the port, or read anew for
 // this call alone.
 enum ReadMode : std::uint32_t { kAsKnown = 0, kRefreshed = 1, kStraight = 3 };
 

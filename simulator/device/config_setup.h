@@ -16,7 +16,7 @@ namespace lab {
 struct CreditRecovery {
   std::uint8_t status = 1;
   std::uint8_t count = 3;
-  // What the link has made of it; without a value it follows from the status and the link.
+  // The outcome on the link; without a value it follows from the status and the link.
   std::optional<bool> online;
   std::optional<std::uint8_t> negotiated;
   std::optional<std::string> reason;

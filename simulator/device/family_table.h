@@ -1,4 +1,4 @@
-// Adapter families of the simulated host: what a host file need not say.
+// Adapter families: what a host file need not say.
 #pragma once
 
 #include <cstdint>
@@ -20,13 +20,12 @@ inline constexpr std::uint32_t kSecondCongestion = 1u << 26;  // and of the seco
 inline constexpr std::uint32_t kSecondLinkTest = 1u << 29;
 
 // Bits of the driver flags of a port.
-inline constexpr std::uint8_t kCurrentRemotePorts =
-    1;  // its targets have remote-port records of the current form
-inline constexpr std::uint8_t kDriverUpdatesModules = 2;  // the firmware of optical modules
+inline constexpr std::uint8_t kCurrentRemotePorts = 1;    // remote-port records of the current form
+inline constexpr std::uint8_t kDriverUpdatesModules = 2;  // writes the firmware of modules
 
 struct Family {
   const char* name;
-  std::uint16_t device_id;  // passes the tests of this family and of no other that it can avoid
+  std::uint16_t device_id;  // passes the family test of this one and of as few others as the tests allow
   std::uint16_t subsystem_device_id;
   const char* model;
   std::uint32_t type;  // adapter type code

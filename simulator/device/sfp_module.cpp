@@ -29,14 +29,14 @@ constexpr std::size_t kUpperPage = 128;  // of a QSFP module
 
 constexpr std::uint8_t kSecondSpeedByteCounts = 0x02;
 
-// How fast a module is, and what follows from that. SFF-8024 numbers encodings differently for QSFP modules.
+// A speed and the bytes that follow from it. SFF-8024 numbers encodings differently for QSFP modules.
 struct SpeedClass {
   std::uint8_t fc_speeds;    // one of these bits of byte 10, or
   std::uint8_t fc_speeds_2;  // of byte 62
   std::uint8_t gbps;
   std::uint8_t encoding;
   std::uint8_t qsfp_encoding;
-  std::uint8_t nominal_rate;   // 100 MBd; 255: byte 66, of a QSFP module byte 222, tells it
+  std::uint8_t nominal_rate;   // 100 MBd; 255: see byte 66, in a QSFP module byte 222
   std::uint8_t greatest_rate;  // 250 MBd
   std::uint8_t rate_identifier;
 };
@@ -100,14 +100,14 @@ class Composer {
   std::size_t base_;
 };
 
-// One measured quantity of an SFP module: its value, its thresholds and where they stand in A2.
+// One measured quantity of an SFP module: its value, its thresholds and their places in A2.
 struct Quantity {
   double SfpMeasured::*value;
   SfpThresholds SfpValues::*thresholds;
   double unit;
   std::size_t thresholds_place;
   std::size_t value_place;
-  std::size_t alarms_place;  // of its alarm flags; its warning flags stand four bytes on
+  std::size_t alarms_place;  // of its alarm flags; its warning flags are four bytes on
   std::uint8_t high_flag;    // the low flag is the next lower bit
 };
 
@@ -175,7 +175,7 @@ std::string PartOf(const SfpValues& values) {
   return text;
 }
 
-// What both kinds of module have at the same places behind the page base.
+// What both kinds of module have at the same places from the page base on.
 void ComposeIdentity(const SfpValues& values, Composer& page) {
   page.Byte(2, values.connector);
   page.Byte(3, values.ethernet_speeds);

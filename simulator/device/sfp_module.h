@@ -1,4 +1,4 @@
-// Pluggable modules: what they are, in named values, and what their memory holds.
+// Pluggable modules: named values, and the memory that they make (SFF-8472, SFF-8636).
 #pragma once
 
 #include <array>
@@ -44,8 +44,7 @@ struct SfpThresholds {
   double high_alarm, low_alarm, high_warning, low_warning;
 };
 
-// A measured value is what the module stores times the slope plus the offset, which counts in the units of
-// the stored number.
+// A measured value is the stored number times the slope plus the offset, in units of the stored number.
 struct SfpLine {
   double slope = 1.0;
   std::int16_t offset = 0;

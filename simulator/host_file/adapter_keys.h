@@ -1,4 +1,4 @@
-// The keys of an adapter in a host file, but for those of its ports.
+// The adapters in host files, but for their ports.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace lab {
 
-// Reads the map of an adapter, which MakeAdapter has made; leaves the keys `family` and `ports` aside.
+// Reads the map of an adapter that MakeAdapter has made. Skips the keys `family` and `ports`.
 void ReadAdapterKeys(const Value& map, Adapter& adapter);
 
 // The keys of what calls can change, which the state file has too: personality, versions, flash, memo-block.

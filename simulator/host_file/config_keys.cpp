@@ -16,7 +16,7 @@ void ReadField(const ConfigField& row, const Value& value, HBAParamsInfo& into) 
   }
 }
 
-// A map whose keys are the fields, and one more that `other` reads.
+// Reads a map whose keys are the fields and `other_key`, which other(value) reads.
 template <typename Other>
 void ReadFields(const Value& map, std::span<const ConfigField> rows, const char* other_key,
                 HBAParamsInfo& into, Other other) {
@@ -101,7 +101,7 @@ constexpr KeyRow<ConfigSetup> kKeys[] = {
     {"beacon", [](const Value& value, ConfigSetup& into) { value.CodeInto(kBeacons, into.beacon); }},
 };
 
-// A number that has a name is written by it, and a flag as one where it is one.
+// Writes a number by its name, where it has one, and a flag as true or false.
 void AddField(YAML::Node& node, const ConfigField& row, const HBAParamsInfo& nvram) {
   const std::uint32_t number = nvram.*row.field;
   if (row.kind != ConfigField::kNumber) {

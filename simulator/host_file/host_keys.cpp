@@ -15,7 +15,7 @@ constexpr NamedNumber kChatterWords[] = {{"false", static_cast<std::uint32_t>(Ch
                                          {"true", static_cast<std::uint32_t>(Chatter::kAllCalls)},
                                          {"ports", static_cast<std::uint32_t>(Chatter::kPortCalls)}};
 
-// What stands in a host while it is read.
+// A host while it is read.
 struct HostReading {
   Host& host;
   std::set<std::string> port_names;

@@ -46,7 +46,7 @@ constexpr KeyRow<std::uint16_t> kPciLinkKeys[] = {
      }},
 };
 
-// A port that is down has neither speed nor address nor fabric, unless the keys behind say so.
+// A port that is down has neither speed nor address nor fabric, unless later keys say so.
 void ReadLink(const Value& value, EntryReading& into) {
   FCProtocolEntry& entry = into.entry;
   value.CodeInto(kLinkStates, entry.port_state);
@@ -142,12 +142,12 @@ constexpr KeyRow<EntryReading> kEntryKeys[] = {
     {"npiv", ReadElsewhere},
 };
 
-// A virtual port has the keys of a port but these, which stand last.
+// A virtual port has the keys of a port but for the last ones.
 constexpr std::size_t kPortOnlyKeys = 4;
 constexpr std::span<const KeyRow<EntryReading>> kAllKeys(kEntryKeys);
 constexpr auto kVirtualKeys = kAllKeys.first(kAllKeys.size() - kPortOnlyKeys);
 
-// The link decides what the other keys begin with, and they what the targets begin with, wherever they stand.
+// The link sets the defaults of the other keys, and they those of the targets, in whatever order they are.
 void ReadEntry(const Value& map, std::span<const KeyRow<EntryReading>> keys, EntryReading& reading,
                std::set<std::string>& names) {
   map.At("link", [&](const Value& link) { ReadLink(link, reading); });
@@ -159,14 +159,14 @@ void ReadEntry(const Value& map, std::span<const KeyRow<EntryReading>> keys, Ent
          [&](const Value& targets) { ReadTargets(targets, reading.target_defaults, reading.setup); });
 }
 
-// The module in the port's cage: without a word about it, one that fits the adapter's family.
+// The module in the port's cage: without the key, one that fits the adapter's family.
 std::shared_ptr<SfpModule> ModuleOf(const Value& map, const SfpValues& defaults) {
   std::shared_ptr<SfpModule> module = MakeSfpModule(defaults);
   map.At("sfp", [&](const Value& sfp) { module = ReadSfp(sfp, defaults); });
   return module;
 }
 
-// A virtual port as its port, but for its kind, names and address; its targets are its own.
+// A virtual port: a copy of its port but for kind, names and address. It has no targets yet.
 Entry MakeVirtualEntry(const Entry& of_port, std::uint8_t place) {
   Entry entry;
   entry.record = of_port.record;

@@ -31,7 +31,7 @@ std::string BytesOfFile(const Value& value, std::size_t limit) {
   return bytes;
 }
 
-// "none" or a map; true for the map.
+// True for a map, false for "none"; anything else is a mistake.
 bool IsThere(const Value& value, bool& none) {
   none = value.Is("none");
   if (!none && !value.IsMap()) value.Expected("a map, or none");

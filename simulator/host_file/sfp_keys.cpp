@@ -8,13 +8,13 @@ namespace {
 
 constexpr NamedNumber kForms[] = {{"sfp", 0}, {"qsfp", 1}};
 
-// Speeds in Gbps: bits of byte 10, and from 256 on of byte 62 times 256.
+// Speeds in Gbps: bits of byte 10, and above them those of byte 62.
 constexpr NamedNumber kFcSpeeds[] = {{"1", 0x01},  {"2", 0x04},  {"4", 0x10},   {"8", 0x40},   {"10", 0x80},
                                      {"16", 0x20}, {"32", 0x08}, {"64", 0x100}, {"128", 0x200}};
 constexpr std::span<const NamedNumber> kQsfpFcSpeeds = std::span(kFcSpeeds).first(7);
 
 constexpr NamedNumber kSfpEthernetSpeeds[] = {{"10", 0x10}};
-// Bits of byte 131; the highest says that byte 192 tells the speed.
+// Bits of byte 131; the highest refers to byte 192 for the speed.
 constexpr NamedNumber kQsfpEthernetSpeeds[] = {{"10", 0x10}, {"40", 0x04}, {"100", 0x80}};
 constexpr std::uint8_t kExtendedEthernet = 0x80;
 constexpr std::uint8_t kHundredGigabit = 0x02;
@@ -34,7 +34,7 @@ std::uint8_t ByteMask(const Value& list, std::span<const NamedNumber> bits) {
   return static_cast<std::uint8_t>(list.Mask(bits));
 }
 
-// Largest numbers that the fields hold.
+// Limits of what the fields hold.
 constexpr double kLowestTemperature = -128;
 constexpr double kHighestTemperature = 127.99;
 constexpr double kHighestVoltage = 6.5535;
@@ -141,7 +141,7 @@ void ReadEthernetSpeeds(const Value& value, SfpValues& into) {
       into.qsfp && (into.ethernet_speeds & kExtendedEthernet) != 0 ? kHundredGigabit : std::uint8_t{0};
 }
 
-// What a file of a module's memory stands for, and the module that a host file describes beside it.
+// A module while it is read: named values, or the memory in a file.
 struct SfpReading {
   SfpValues values;
   std::optional<SfpMemory> memory;
@@ -152,7 +152,7 @@ struct SfpReading {
 constexpr KeyRow<SfpReading> kUpdateFails = {
     "update-fails", [](const Value& value, SfpReading& into) { value.Into(into.update_fails); }};
 
-// A module whose memory stands in a file.
+// A module whose memory is in a file.
 constexpr KeyRow<SfpReading> kImageKeys[] = {
     {"image",
      [](const Value& value, SfpReading& into) {
@@ -202,7 +202,7 @@ constexpr std::size_t kSfpOnlyKeys = 4;
 constexpr std::span<const KeyRow<SfpReading>> kSfpKeys(kModuleKeys);
 constexpr auto kQsfpKeys = kSfpKeys.first(kSfpKeys.size() - kSfpOnlyKeys);
 
-// A QSFP module of the defaults: what an SFP module has and a QSFP module has not falls away.
+// Turns the default values into those of a QSFP module, which lacks some of an SFP module's.
 void TakeForm(const Value& form, SfpValues& values) {
   values.qsfp = form.Choice(kForms) != 0;
   if (!values.qsfp) return;
@@ -211,7 +211,7 @@ void TakeForm(const Value& form, SfpValues& values) {
   if (values.fc_speeds == 0) values.ethernet_speeds = 0x04;
 }
 
-// The form decides what the other keys mean; the values of a refresh begin with those measured before.
+// The form decides what the other keys mean. A refresh changes the measured values, so it is read last.
 void ReadNamedValues(const Value& map, SfpReading& reading) {
   map.At("form", [&](const Value& form) { TakeForm(form, reading.values); });
   ReadMap(map, reading.values.qsfp ? kQsfpKeys : kSfpKeys, reading);

@@ -37,7 +37,7 @@ constexpr const char* kFcpRevision = "2.10";
 constexpr const char* kNvmeRevision = "2.10.4";
 constexpr std::uint32_t kLunSizeMb = 102400;
 
-// Calls read(Value) for every item of a list, or for the value itself when it is none.
+// Calls read(Value) for every item of a list, or for a value that is no list.
 template <typename Read>
 void EachOrOne(const Value& value, Read read) {
   if (value.IsList()) {
@@ -191,7 +191,7 @@ void ReadState(const Value& value, TargetEntry& target) {
   target.state_flags[4] = state == 0 ? 0x01 : 0;
 }
 
-// `type` stands in the record before these are read.
+// `type` is read before all others, into the record.
 constexpr KeyRow<TargetGroup> kTargetKeys[] = {
     {"type", ReadElsewhere},
     {"count",
@@ -281,8 +281,8 @@ TargetGroup MakeGroup(const TargetDefaults& defaults, const FCProtocolEntry& ent
   return group;
 }
 
-// The LUNs take over texts of their target, so they are read behind its own keys. Each type has its word for
-// them.
+// LUNs begin with texts of their target, so they are read after its own keys. Each type of target has its
+// word for them.
 void ReadLunKeys(const Value& map, TargetGroup& group) {
   map.EachKey([&](const Value& value) {
     if (value.Key() != "luns" && value.Key() != "namespaces") return;

@@ -35,7 +35,7 @@ class Value {
   // Throws the mistake "<key>: expected <what>, got <what was found>".
   [[noreturn]] void Expected(const std::string& what) const;
 
-  // Throws a mistake at this value's line: `what` as it is, the lack of a key, a key without meaning.
+  // Throw a mistake at this value's line: `what` as it is, a key that is missing, a key that nothing reads.
   [[noreturn]] void Wrong(const std::string& what) const { throw Mistake{line_, what}; }
   [[noreturn]] void Missing(const char* key) const {
     Wrong(std::string(key) + ": expected here, got nothing");

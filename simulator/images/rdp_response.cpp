@@ -64,7 +64,7 @@ bool HasErrorCorrection(const FCProtocolEntry& record) {
   return record.port_speed >= kSpeed32Gbps || (record.link_flags & kErrorCorrectionInUse) != 0;
 }
 
-// Those of a module of the same make as the port's own; an empty cage has one of the lab at the other end.
+// The texts of the switch's module: by default those of the port's own, or, for an empty cage, of the lab's.
 SfpTexts TextsOfModule(const Entry& entry) {
   const SwitchModule& given = entry.reports.rdp.module;
   const SfpTexts own =

@@ -6,7 +6,7 @@
 
 namespace lab {
 
-// Reads a map of that form into the adapter. Ports that the adapter does not have are left aside.
+// Reads a map of that form into the adapter. Skips ports that the adapter does not have.
 void ReadAdapterState(const Value& map, Adapter& adapter);
 
 // The same map, with the changed ports of the adapter.

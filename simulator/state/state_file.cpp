@@ -25,7 +25,7 @@ constexpr KeyRow<Host> kStateFileKeys[] = {
     {"adapters", ReadAdapterStates},
 };
 
-// The document as it stands in the file now, so that what other runs wrote about other adapters is kept.
+// The document in the file now: what other runs wrote about other adapters is kept.
 YAML::Node CurrentDocument(const std::string& path) {
   std::string text;
   if (ReadFile(path.c_str(), text) != FileResult::kRead) return {};
@@ -44,7 +44,7 @@ std::string LoadState(const std::string& path, Host& host) {
   if (ReadFile(path.c_str(), text) != FileResult::kRead) {
     return errno == ENOENT ? "" : path + ": can't be read: " + std::strerror(errno);
   }
-  if (text.empty()) return {};  // as a fresh temporary file is
+  if (text.empty()) return {};  // a fresh temporary file
   return ReadDocument(path, text,
                       [&host](const Value& document) { ReadMap(document, kStateFileKeys, host); });
 }
