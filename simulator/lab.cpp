@@ -9,9 +9,9 @@
 #include <cstring>
 #include <ctime>
 
+#include "base/file.h"
 #include "base/results.h"
 #include "base/text.h"
-#include "builtin_host.h"
 #include "host_file/host_keys.h"
 #include "state/state_file.h"
 

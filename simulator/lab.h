@@ -12,6 +12,9 @@
 
 namespace lab {
 
+// The text of builtin_host.yaml, the host that is played when no host file is named.
+extern const char kBuiltinHost[];
+
 struct Environment {
   std::string host_file;
   std::string state_file;
@@ -35,15 +38,15 @@ class Lab {
   // Takes it down; the next call brings up a fresh one.
   static void Reset();
 
-  // The host, loaded at the first use. A mistake in the host file, the state file or a variable has then been
-  // told on standard error, and the host has no adapters.
+  // The host, loaded at the first use. After a mistake in the host file, the state file or a variable, which
+  // standard error then names, the host has no adapters.
   Host& GetHost();
 
-  // The faults that hold now: those of the environment until the host is loaded, then both.
+  // The faults asked for: those of the environment, and those of the host file once it is loaded.
   FaultQueue& Faults() { return host_ ? host_->faults : environment_.faults; }
   Chatter ChatterNow() const;
 
-  // Keeps a change of the adapter, and in the state file where there is one. Returns 0 or kStateNotSaved.
+  // Marks the adapter as changed and writes the state file, if there is one. Returns 0 or kStateNotSaved.
   std::uint32_t Keep(Adapter& adapter, bool reboot_required);
 
   // Writes the time of an update, and the tool that makes it, into a memo block.

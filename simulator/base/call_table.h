@@ -1,4 +1,4 @@
-// The calls of the library by name, and what kind of answer each gives: what a fault for it can say.
+// The calls of the library by name, and the kind of answer that each gives, which a fault must fit.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// Results that a user asks calls to give, in place of or behind what they would do.
+// Results that a user asks calls to give: in place of their work, or after it.
 #pragma once
 
 #include <cstdint>
@@ -20,16 +20,16 @@ struct Fault {
 class FaultQueue {
  public:
   // Appends a fault: `result` is a number, or "null" for a call that answers a pointer. Returns an empty
-  // text, or what was expected in place of the part that is wrong.
+  // text, or what was expected and what was found.
   std::string Add(std::string_view call, std::string_view result, bool once);
 
   // Reads "TORPI_A=150,TORPI_B=205:once". Returns as Add does.
   std::string AddList(std::string_view text);
 
-  // The fault that this call meets now. One that is meant once is used up, ahead of a lasting one.
+  // The fault that this call meets now. A fault meant once goes ahead of a lasting one, and is then used up.
   std::optional<Fault> Take(std::string_view call);
 
-  // Takes over `stronger`: a call that it names forgets the faults it had here.
+  // Adds the faults of `stronger`. They replace all earlier ones of the calls that they name.
   void Override(FaultQueue stronger);
 
  private:

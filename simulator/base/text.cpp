@@ -22,13 +22,13 @@ int DigitValue(char c) {
   return -1;
 }
 
-// The number in `text` at `at`, `digits` digits wide, when it lies between `low` and `high`.
+// Reads the number of `digits` digits at `at`; false unless it lies between `low` and `high`.
 bool ReadField(std::string_view text, std::size_t at, std::size_t digits, unsigned low, unsigned high,
                unsigned& out) {
   return ReadDecimal(text.substr(at, digits), high, out) && out >= low;
 }
 
-// Numbers of at most 255 joined by dots; how many there are, or 0 when the text is anything else.
+// Reads numbers of at most 255 joined by dots. Returns how many there are, or 0 for any other text.
 std::size_t ReadDotted(std::string_view text, std::span<std::uint8_t> out) {
   for (std::size_t count = 0; count < out.size(); ++count) {
     const std::size_t dot = text.find('.');

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "framework/device_library/fixed_text.h"
 #include "framework/device_library/flash_records.h"
 
 namespace lab {
@@ -22,10 +24,10 @@ bool ReadVersion(std::string_view text, ComponentVersion& out);
 // Pairs of hexadecimal digits joined by ':', exactly as many as `out` holds.
 bool ReadOctets(std::string_view text, std::span<std::uint8_t> out);
 
-// "2026-03-14 09:26:53" into the update time of a memo block; false when it is no such time.
+// "2026-03-14 09:26:53" into the update time of a memo block; false for any other text.
 bool ReadTime(std::string_view text, FlashMemoBlock& out);
 
-// "2026-03-14" into eight characters; false when it is no such date.
+// "2026-03-14" into eight digits; false for any other text.
 bool ReadDate(std::string_view text, char (&out)[8]);
 
 // "1.9.0.0": four numbers of at most 255.
@@ -43,5 +45,12 @@ std::string Quoted(std::string_view text);
 
 // Without the blanks and tabs at both ends.
 std::string_view Trimmed(std::string_view text);
+
+// Writes `text` into a fixed field and zeroes the rest. The caller has checked the length.
+template <std::size_t N>
+void StoreText(FixedText<N>& field, std::string_view text) {
+  std::memset(field.bytes, 0, N);
+  std::memcpy(field.bytes, text.data(), text.size() < N ? text.size() : N);
+}
 
 }  // namespace lab

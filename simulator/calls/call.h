@@ -1,4 +1,4 @@
-// What every call of the library does around its own work: look for a fault, find the port, chatter, trace.
+// What every call does around its own work: look for a fault, find the port, chatter, trace.
 #pragma once
 
 #include <concepts>
@@ -43,7 +43,7 @@ class Call {
     return fault ? fault->result : result;
   }
 
-  // Adds " name=value" behind the result in the trace.
+  // Adds " name=value" after the result in the trace.
   void Out(const char* name, std::uint64_t value);
   void Out(const char* name, const std::string& value);
 
@@ -59,7 +59,10 @@ class Call {
   TargetSet& targets() const { return port_.entry->targets; }
   SfpModule* sfp() const { return port_.entry->sfp.get(); }  // null: the cage is empty
 
-  // Keeps a change of what stands behind the port. Returns 0 or kStateNotSaved.
+  bool IsVirtualPort() const { return ::IsVirtualPort(entry()); }
+  bool LinkIsUp() const { return IsLinkUp(entry()); }
+
+  // Keeps a change of the port. Returns 0 or kStateNotSaved.
   std::uint32_t KeepPort(bool reboot_required) const {
     port_.entry->changed = true;
     return Lab::Get().Keep(adapter(), reboot_required);
@@ -105,8 +108,8 @@ std::uint32_t ServeHost(const char* name, Arguments arguments, Action action) {
   }
 }
 
-// A call on a port that answers a record. action(call, record) fills it and answers 0, or a failure: then,
-// and for a handle that names no port, the record is zero.
+// A call on a port that answers a record. action(call, record) fills it and answers 0 or a failure. After a
+// failure, and for a handle that names no port, the record is zero.
 template <typename Record, typename Action>
 Record ServeRecord(const char* name, const DeviceHandle* handle, Arguments arguments, Action action) {
   Record record{};

@@ -2,10 +2,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/file.h"
 #include "base/text.h"
 #include "calls/call.h"
 #include "framework/device_library/calls.h"
-#include "host_file/host_keys.h"
 #include "images/nvram_image.h"
 
 using lab::Call;
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::uint8_t kMaxCount = 15;
 
-// The statistics block of the firmware is longer than what is known of it.
+// The statistics block of the firmware is longer than its known fields.
 constexpr std::size_t kStatsBytes = 1024;
 static_assert(kStatsBytes >= sizeof(FWPrivateStats));
 
@@ -34,7 +34,7 @@ template <typename Action>
 std::uint32_t ServeConfig(const char* name, const DeviceHandle* handle, lab::Arguments arguments,
                           Action action) {
   return lab::ServePort(name, handle, arguments, [&](Call& call) -> std::uint32_t {
-    if (call.entry().interface_type == PortInterfaceType::kNpivVirtual) return lab::kNotForVirtualPorts;
+    if (call.IsVirtualPort()) return lab::kNotForVirtualPorts;
     return action(call);
   });
 }
@@ -52,7 +52,7 @@ std::uint32_t HandOut(Call& call, const Record& record, Record* out) {
   return lab::kSuccess;
 }
 
-// Stores a record that the caller hands over, which stands in the trace as hexadecimal digits.
+// Stores a record of the caller's. The trace shows it as hexadecimal digits.
 template <typename Record, typename Check>
 std::uint32_t TakeIn(const char* name, const DeviceHandle* handle, const Record* record,
                      Record lab::ConfigSetup::*place, Check check) {
@@ -84,17 +84,17 @@ std::uint32_t FecRefusal(Call& call) {
   return family.memo_block ? lab::kSuccess : lab::kNotForThisAdapter;
 }
 
-// What the link has made of the credit recovery, where the host file does not say.
+// The outcome of credit recovery on the link: of the host file, or else as the status and the link suggest.
 void StoreCreditState(const Call& call, std::uint8_t& state, std::uint8_t& negotiated, std::string& reason) {
   const lab::CreditRecovery& setup = call.config().credit_recovery;
-  const bool link_up = IsLinkUp(call.entry());
+  const bool link_up = call.LinkIsUp();
   const bool online = setup.online.value_or(link_up && setup.status != 0);
   state = online ? 1 : 0;
   negotiated = setup.negotiated.value_or(online ? setup.count : std::uint8_t{0});
   reason = setup.reason.value_or(online ? "" : link_up ? "Feature disabled" : "Link down");
 }
 
-// A number that the device keeps and that can only be 0 or 1.
+// Stores a setting that is 0 or 1.
 std::uint32_t StoreSwitch(Call& call, std::uint32_t& place, std::uint32_t value, bool reboot_required) {
   if (value > 1) return lab::kBadArgument;
   place = value;

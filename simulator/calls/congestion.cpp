@@ -1,19 +1,16 @@
 // Congestion management of a port.
-#include <algorithm>
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "calls/call.h"
+#include "calls/lists_out.h"
 #include "framework/device_library/calls.h"
 
 using lab::Call;
 
 namespace {
 
-// The lists that callers hold.
-std::vector<std::unique_ptr<lab::StatisticsList>>& ListsOut() {
-  static std::vector<std::unique_ptr<lab::StatisticsList>> lists;
+lab::ListsOut<SCMRStatisticsEntry>& StatisticsOut() {
+  static lab::ListsOut<SCMRStatisticsEntry> lists("elements");
   return lists;
 }
 
@@ -25,14 +22,6 @@ LibraryStatus ServeCapable(const char* name, const DeviceHandle* handle, std::ui
     const bool capable = (call.entry().capabilities & capabilities) != 0;
     return capable ? std::uint32_t{action(call)} : std::uint32_t{lab::kNotSupportedByDriver};
   });
-}
-
-std::uint32_t GiveList(Call& call, SCMRStatisticsEntry*& head) {
-  auto list = lab::MakeStatisticsList(call.port());
-  call.Out("elements", list->size());
-  head = list->empty() ? nullptr : list->data();
-  if (head != nullptr) ListsOut().push_back(std::move(list));
-  return lab::kSuccess;
 }
 
 std::string Shown(const SCMRProfile& profile) {
@@ -53,22 +42,17 @@ LibraryStatus TORPI_IsVCLMFeatureEnabled(const DeviceHandle* handle, std::uint8_
 }
 
 LibraryStatus TORPI_GetSCMRStatisticsList(const DeviceHandle* handle, SCMRStatisticsEntry** out_head) {
-  return ServeCapable(
-      "TORPI_GetSCMRStatisticsList", handle, kSecondCongestionStatistics, {}, [=](Call& call) {
-        return out_head != nullptr ? GiveList(call, *out_head) : std::uint32_t{lab::kBadArgument};
-      });
+  return ServeCapable("TORPI_GetSCMRStatisticsList", handle, kSecondCongestionStatistics, {},
+                      [=](Call& call) {
+                        if (out_head == nullptr) return lab::kBadArgument;
+                        *out_head = StatisticsOut().HandOut(call, lab::MakeStatisticsList(call.port()));
+                        return lab::kSuccess;
+                      });
 }
 
 LibraryStatus TORPI_FreeSCMRStatisticsList(SCMRStatisticsEntry* head) {
-  return lab::ServeHost("TORPI_FreeSCMRStatisticsList", {}, [=](Call& call) -> std::uint32_t {
-    auto& lists = ListsOut();
-    const auto list =
-        std::find_if(lists.begin(), lists.end(), [=](const auto& held) { return held->data() == head; });
-    if (list == lists.end()) return lab::kBadArgument;
-    call.Out("elements", (*list)->size());
-    lists.erase(list);
-    return lab::kSuccess;
-  });
+  return lab::ServeHost("TORPI_FreeSCMRStatisticsList", {},
+                        [=](Call& call) { return StatisticsOut().TakeBack(call, head); });
 }
 
 LibraryStatus TORPI_SANCongMgmtResetStatistics(const DeviceHandle* handle) {

@@ -1,12 +1,9 @@
 // Diagnostics of a port and its links.
-#include <algorithm>
-#include <cstring>
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "base/text.h"
 #include "calls/call.h"
+#include "calls/lists_out.h"
 #include "device/diag_tests.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/speeds.h"
@@ -15,7 +12,7 @@ using lab::Call;
 
 namespace {
 
-// The time as the library words it, with its line end.
+// The time as the library writes it, with a line end.
 std::string Now() {
   FlashMemoBlock memo{};
   lab::Lab::Get().StampUpdate(memo);
@@ -25,9 +22,9 @@ std::string Now() {
 // Why a port cannot run the link test, or 0.
 std::uint32_t LinkTestRefusal(const Call& call) {
   const FCProtocolEntry& port = call.entry();
-  if (IsVirtualPort(port)) return lab::kNotForVirtualPorts;
+  if (call.IsVirtualPort()) return lab::kNotForVirtualPorts;
   if (!call.diag().diagnostic_port) return lab::kNotDiagnosticPort;
-  if (!IsLinkUp(port)) return lab::kTestNeedsLink;
+  if (!call.LinkIsUp()) return lab::kTestNeedsLink;
   if (port.port_speed < k16Gbps.code) return lab::kTestNeedsSpeed;
   return lab::kSuccess;
 }
@@ -40,11 +37,11 @@ std::uint32_t RunLinkTest(Call& call, DPortResultRecord& record) {
   return lab::kSuccess;
 }
 
-// A test that the library repeats by itself: the answer is all of its result.
+// A test whose passes the library repeats by itself.
 std::uint32_t RunRemoteTest(Call& call, lab::TestPasses& passes, const char* port_name, std::uint32_t count,
                             std::uint32_t stop_on_error, std::uint32_t* out_value) {
   if (port_name == nullptr || out_value == nullptr) return lab::kBadArgument;
-  if (!IsLinkUp(call.entry())) return lab::kTestNeedsLink;
+  if (!call.LinkIsUp()) return lab::kTestNeedsLink;
   if (!lab::KnowsTarget(call.entry(), port_name)) return lab::kNoDestination;
   const lab::PassCount made = lab::MakePasses(passes, count, stop_on_error != 0);
   *out_value = made.good;
@@ -53,8 +50,8 @@ std::uint32_t RunRemoteTest(Call& call, lab::TestPasses& passes, const char* por
   return made.bad == 0 ? lab::kSuccess : lab::kTestFailed;
 }
 
-// Calls serve(arguments) with what a request asks for as the trace shows it: test count twice, on-error
-// action, pattern kind, loopback type, data size, the pattern's characters and the connection mode.
+// Calls serve(arguments) with the request's fields in the order of the trace: test count twice, on-error
+// action, pattern kind, loopback type, data size, the pattern's characters, connection mode.
 template <typename Serve>
 auto WithRequest(const DiagTestRequest* request, Serve serve) {
   if (request == nullptr) return serve({nullptr});
@@ -65,9 +62,8 @@ auto WithRequest(const DiagTestRequest* request, Serve serve) {
                 static_cast<std::uint32_t>(request->connection_mode)});
 }
 
-// The lists that callers hold.
-std::vector<std::unique_ptr<lab::RWBufferList>>& ListsOut() {
-  static std::vector<std::unique_ptr<lab::RWBufferList>> lists;
+lab::ListsOut<RWBufferResult>& RWBufferResultsOut() {
+  static lab::ListsOut<RWBufferResult> lists("ports");
   return lists;
 }
 
@@ -133,7 +129,7 @@ LibraryStatus TORPI_DiagnosticsEchoElsTest(const DeviceHandle* handle, const cha
       [=](Call& call) -> std::uint32_t {
         if (port_name == nullptr || out == nullptr || count != 1) return lab::kBadArgument;
         const FCProtocolEntry& port = call.entry();
-        if (!IsLinkUp(port)) return lab::kTestNeedsLink;
+        if (!call.LinkIsUp()) return lab::kTestNeedsLink;
         const bool fabric = destination_kind == static_cast<std::uint32_t>(EchoDestination::kPrincipalFabric);
         if (fabric ? !lab::IsPrincipalFabric(port, port_name) : !lab::KnowsTarget(port, port_name)) {
           return lab::kNoDestination;
@@ -165,11 +161,8 @@ RWBufferResult* TORPI_DiagnosticsReadWriteBufferTest(const DeviceHandle* handle,
       RWBufferResult* first = nullptr;
       call.Answer(lab::kUnknownHandle, [&]() -> std::uint32_t {
         if (request == nullptr) return lab::kBadArgument;
-        auto list = lab::MakeRWBuffer(call.diag().rw_buffer, *request, call.entry());
-        call.Out("ports", list->size());
-        if (list->empty()) return lab::kSuccess;
-        first = list->data();
-        ListsOut().push_back(std::move(list));
+        first = RWBufferResultsOut().HandOut(
+            call, lab::MakeRWBuffer(call.diag().rw_buffer, *request, call.entry()));
         return lab::kSuccess;
       });
       call.Finish(first == nullptr ? "null" : "list");
@@ -181,15 +174,8 @@ RWBufferResult* TORPI_DiagnosticsReadWriteBufferTest(const DeviceHandle* handle,
 }
 
 LibraryStatus TORPI_FreeRWBufferTestResultList(RWBufferResult* list) {
-  return lab::ServeHost("TORPI_FreeRWBufferTestResultList", {}, [=](Call& call) -> std::uint32_t {
-    auto& lists = ListsOut();
-    const auto held =
-        std::find_if(lists.begin(), lists.end(), [=](const auto& out) { return out->data() == list; });
-    if (held == lists.end()) return lab::kBadArgument;
-    call.Out("ports", (*held)->size());
-    lists.erase(held);
-    return lab::kSuccess;
-  });
+  return lab::ServeHost("TORPI_FreeRWBufferTestResultList", {},
+                        [=](Call& call) { return RWBufferResultsOut().TakeBack(call, list); });
 }
 
 LibraryStatus TORPI_GetNVMeHostNQNStatus(const DeviceHandle* handle, std::uint8_t* out_registered) {
@@ -207,7 +193,7 @@ LibraryStatus TORPI_RegisterDeregisterNVMeHostNQN(const DeviceHandle* handle, st
                         [=](Call& call) -> std::uint32_t {
                           if (action > 1) return lab::kBadArgument;
                           if (!call.adapter().family->nvme) return lab::kNotForThisAdapter;
-                          if (!IsLinkUp(call.entry())) return lab::kNqnCallFailed;
+                          if (!call.LinkIsUp()) return lab::kNqnCallFailed;
                           bool& registered = call.diag().nqn_registered;
                           if (registered && action == 1) return lab::kNqnAlreadyRegistered;
                           if (!registered && action == 0) return lab::kNqnNotRegistered;

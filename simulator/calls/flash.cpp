@@ -45,7 +45,7 @@ LibraryStatus TORPI_UpdateAdapterPEPCfgFromFile(const DeviceHandle* handle, cons
 LibraryStatus TORPI_GetFlashComponentVersion(const DeviceHandle* handle, FlashComponentVersions* out) {
   return lab::ServePort("TORPI_GetFlashComponentVersion", handle, {}, [=](Call& call) {
     if (!out) return lab::kBadArgument;
-    // Only the components are written: what else the buffer holds is the caller's.
+    // Only the components are written: the rest of the buffer is the caller's.
     for (const lab::FlashComponent& component : lab::kFlashComponents) {
       out->*component.field = call.adapter().flash.*component.field;
     }

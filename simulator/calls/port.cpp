@@ -1,15 +1,17 @@
 // Port reports: temperature, lockdown, statistics, vital product data, link diagnostics, firmware dump.
 #include <cstdlib>
 
+#include "base/text.h"
 #include "calls/call.h"
 #include "framework/device_library/calls.h"
-#include "images/port_reports.h"
+#include "images/rdp_response.h"
+#include "images/vpd_image.h"
 
 using lab::Call;
 
 namespace {
 
-// Families of the older kind have neither a sensor nor, but for the newest three, a management processor.
+// Older families have no sensor.
 bool HasSensor(const Call& call) {
   return call.adapter().family->personality_call || call.adapter().family->nvme;
 }
@@ -19,12 +21,13 @@ void StoreLockdown(const lab::Lockdown& lockdown, std::uint8_t& flag, LockdownRe
   status = static_cast<LockdownReadStatus>(lockdown.status);
 }
 
-// The size that the caller tells, for the trace.
+// The caller's buffer size, for the trace.
 std::uint32_t RoomIn(const std::uint32_t* size) {
   return size == nullptr ? 0 : *size;
 }
 
-// Copies the bytes into a buffer of *size bytes, as far as they fit, and tells how many there are.
+// Copies the bytes into a buffer of *size bytes and stores their number in *size. Refuses a buffer that is
+// too small.
 std::uint32_t HandOver(Call& call, const std::string& bytes, std::uint8_t* out, std::uint32_t* size) {
   if (out == nullptr || size == nullptr || bytes.size() > *size) return lab::kBadArgument;
   bytes.copy(reinterpret_cast<char*>(out), bytes.size());
@@ -33,15 +36,35 @@ std::uint32_t HandOver(Call& call, const std::string& bytes, std::uint8_t* out, 
   return lab::kSuccess;
 }
 
-// Failures of the firmware dump that callers know, and those of the simulation's own, which it adds to.
+// A text that says what the dump is of, and bytes that look like memory.
+std::string ComposeFirmwareDump(const lab::Adapter& adapter, const lab::Entry& entry) {
+  const lab::DumpSetup& setup = entry.reports.dump;
+  if (setup.bytes) return *setup.bytes;
+  const FCProtocolEntry& record = entry.record;
+  std::string dump = "ZNFC firmware dump\n";
+  dump.append("model: ").append(adapter.record.model.View()).append("\n");
+  dump.append("serial: ").append(adapter.record.serial_number.View()).append("\n");
+  dump.append("port: ").append(lab::OctetText(record.port_name.octets)).append("\n");
+  dump.append("firmware: ").append(record.running_firmware_version.View()).append("\n\n");
+  // A linear congruential generator, so that every dump of a port is the same.
+  std::uint32_t word = record.handle.sd_handle;
+  while (dump.size() < setup.size) {
+    word = word * 1664525 + 1013904223;
+    dump += static_cast<char>(word >> 24);
+  }
+  dump.resize(setup.size);
+  return dump;
+}
+
+// Failures of the firmware dump that callers know.
 constexpr std::uint32_t kNoDumpMemory = 0x20000072;
 constexpr std::uint32_t kNoDump = 0x2000007B;
 
 std::uint32_t HandOverDump(Call& call, void** out_buffer, std::uint32_t* out_size) {
   if (out_buffer == nullptr || out_size == nullptr) return lab::kOlderInterfaceFailure + lab::kBadArgument;
   if (call.port().reports.dump.none) return kNoDump;
-  const std::string dump = lab::ComposeFirmwareDump(call.adapter(), call.port());
-  void* const buffer = std::malloc(dump.size() + 1);  // of a dump of no bytes too
+  const std::string dump = ComposeFirmwareDump(call.adapter(), call.port());
+  void* const buffer = std::malloc(dump.size() + 1);  // an empty dump needs an address too
   if (buffer == nullptr) return kNoDumpMemory;
   dump.copy(static_cast<char*>(buffer), dump.size());
   *out_buffer = buffer;
@@ -93,9 +116,8 @@ LibraryStatus TORPI_GetVpd(const DeviceHandle* handle, std::uint32_t zero, std::
 
 LibraryStatus TORPI_DiagnosticsRDPTest(const DeviceHandle* handle, std::uint8_t* out, std::uint32_t* size) {
   return lab::ServePort("TORPI_DiagnosticsRDPTest", handle, {RoomIn(size)}, [=](Call& call) {
-    if (call.entry().interface_type == PortInterfaceType::kNpivVirtual)
-      return std::uint32_t{lab::kNotForVirtualPorts};
-    if (!IsLinkUp(call.entry())) return std::uint32_t{lab::kTestNeedsLink};
+    if (call.IsVirtualPort()) return std::uint32_t{lab::kNotForVirtualPorts};
+    if (!call.LinkIsUp()) return std::uint32_t{lab::kTestNeedsLink};
     if (call.port().reports.rdp.no_answer) return std::uint32_t{lab::kTestFailed};
     return HandOver(call, lab::ComposeRdpResponse(call.port()), out, size);
   });

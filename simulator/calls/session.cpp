@@ -4,8 +4,8 @@
 
 namespace {
 
-// The calls around a run's real work don't load the host, so that a run that needs no host does not pay for
-// it.
+// The calls at the start and the end of a run don't load the host, so that a run without need of it does not
+// pay for it.
 template <typename Action>
 LibraryStatus ServeSession(const char* name, lab::Arguments arguments, Action action) {
   try {
@@ -49,7 +49,7 @@ const AdapterList* TORPI_GetAdapterList() {
   try {
     lab::Host& host = lab::Lab::Get().GetHost();
     lab::Call call("TORPI_GetAdapterList", {});
-    // 1 for a list and 0 for null, so that the fault rule for pointers, "null", applies as it is.
+    // 1 for a list and 0 for null: the fault "null" of a pointer call is 0.
     const bool given = call.Answer(0, [&] { return std::uint32_t{host.no_list ? 0u : 1u}; }) != 0;
     if (given) call.Out("adapters", host.adapters.size());
     call.Finish(given ? "list" : "null");

@@ -1,10 +1,10 @@
 // The pluggable module of a port: reading its memory, saving it in a file, and writing its firmware.
 #include <cstring>
 
+#include "base/file.h"
 #include "base/text.h"
 #include "calls/call.h"
 #include "framework/device_library/calls.h"
-#include "host_file/host_keys.h"
 #include "images/sfp_files.h"
 
 using lab::Call;
@@ -12,7 +12,7 @@ using lab::SfpModule;
 
 namespace {
 
-// How a caller wants the memory: as the port has read it, read anew for the port as well, or read anew for
+// Which memory a caller wants: as the port last read it, read anew and kept by the port, or read anew for
 // this call alone.
 enum ReadMode : std::uint32_t { kAsKnown = 0, kRefreshed = 1, kStraight = 3 };
 
@@ -38,7 +38,7 @@ std::uint32_t ReadModule(Call& call, std::uint8_t* out, std::uint32_t mode) {
 std::uint32_t SaveModule(const Call& call, const char* file,
                          std::string (*content)(const lab::SfpMemory& memory)) {
   if (file == nullptr) return lab::kBadArgument;
-  if (call.entry().interface_type == PortInterfaceType::kNpivVirtual) return lab::kNoSavingForVirtualPort;
+  if (call.IsVirtualPort()) return lab::kNoSavingForVirtualPort;
   const SfpModule* const module = call.sfp();
   return module == nullptr ? std::uint32_t{lab::kNoModule} : lab::WriteFile(file, content(module->now));
 }
@@ -46,8 +46,7 @@ std::uint32_t SaveModule(const Call& call, const char* file,
 std::uint32_t UpdateModule(const Call& call, const char* file, std::uint32_t kind) {
   if (file == nullptr || kind != kUpdatableKind) return lab::kBadArgument;
   const FCProtocolEntry& entry = call.entry();
-  if ((call.adapter().family->driver_flags & kSfpFirmwareUpdate) == 0 ||
-      entry.interface_type == PortInterfaceType::kNpivVirtual) {
+  if ((call.adapter().family->driver_flags & kSfpFirmwareUpdate) == 0 || call.IsVirtualPort()) {
     return lab::kNoModuleUpdate;
   }
   if ((entry.driver_flags & kSfpFirmwareUpdate) == 0) return lab::kNotSupportedByDriver;

@@ -1,9 +1,9 @@
 // Targets of a port: statistics and link speeds.
 #include <algorithm>
 
+#include "base/named_number.h"
 #include "base/text.h"
 #include "calls/call.h"
-#include "device/speed_codes.h"
 #include "framework/device_library/calls.h"
 
 namespace {

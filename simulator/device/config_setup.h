@@ -4,8 +4,10 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
+#include "base/named_number.h"
 #include "device/family_table.h"
 #include "framework/device_library/config_records.h"
 
@@ -14,7 +16,7 @@ namespace lab {
 struct CreditRecovery {
   std::uint8_t status = 1;
   std::uint8_t count = 3;
-  // What the link has made of it; without a value it follows from the status and the link.
+  // The outcome on the link; without a value it follows from the status and the link.
   std::optional<bool> online;
   std::optional<std::uint8_t> negotiated;
   std::optional<std::string> reason;
@@ -38,5 +40,19 @@ struct ConfigSetup {
 
 // What a port of the family is delivered with.
 ConfigSetup MakeConfig(const Family& family);
+
+// A number of the NVRAM by its name in host files, state files and NVRAM images.
+struct ConfigField {
+  enum Kind { kNumber, kFlag, kInverseFlag };
+
+  const char* key;
+  std::uint32_t HBAParamsInfo::*field;
+  Kind kind = kNumber;
+  std::span<const NamedNumber> names = {};  // besides plain numbers
+};
+
+// The parameters without the virtual lane, which is a byte, and the boot settings without the drives.
+std::span<const ConfigField> ParameterFields();
+std::span<const ConfigField> BootFields();
 
 }  // namespace lab

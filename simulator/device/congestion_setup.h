@@ -1,4 +1,4 @@
-// Congestion management of a port, beside what its record tells.
+// Congestion management of a port: what its record does not hold.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace lab {
 
 struct Entry;
 
-// Where the port's own element stands in the statistics list.
+// The place of the port's own element in the statistics list.
 enum class PortElement : std::uint8_t { kFirst, kSecond, kAbsent };
 
 struct CongestionSetup {
@@ -28,7 +28,7 @@ struct CongestionSetup {
   bool changed = false;  // differs from the host file, so belongs in the state file
 };
 
-// What the record of a port with congestion management begins with.
+// Stores the first values of a port with congestion management in its record.
 void FillCongestion(FCProtocolEntry& entry);
 
 // The statistics list, chained; empty when there is neither an element of the port nor a target.

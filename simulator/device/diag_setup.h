@@ -1,4 +1,4 @@
-// How the diagnostic tests of a port go, as the host file tells it, and how far they have come.
+// How the diagnostic tests of a port go, by the host file, and how many passes have been made.
 #pragma once
 
 #include <cstdint>
@@ -27,8 +27,7 @@ struct LinkTest {
   std::uint16_t rx_power = 5012;  // -3 dBm
   std::uint16_t remote_tx_power = 6166;
   std::uint16_t remote_rx_power = 5129;
-  // The phases in the order of the test; the port's own one is passed or failed as the others are, unless
-  // told.
+  // The phases in the order of the test. Without a value, the port's own one passes when the others do.
   std::uint8_t electrical = 1;
   std::uint8_t optical = 1;
   std::uint8_t traffic = 1;

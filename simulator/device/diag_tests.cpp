@@ -15,7 +15,7 @@ constexpr std::string_view kGoodStatus = "Success";
 
 enum PhaseResult : std::uint8_t { kPassed = 1, kSkipped = 2, kFailed = 3 };
 
-// What mailbox register 1 says about a link test.
+// The outcome of a link test in mailbox register 1.
 enum Mailbox1 : std::uint16_t {
   kTestPassed = 0x4000,
   kTestFailedSilently = 0x4001,
@@ -40,7 +40,7 @@ std::uint32_t BigEndian(std::uint32_t value) {
   return __builtin_bswap32(value);
 }
 
-// How often a request's data are sent: a test that stops on an error sends no more behind the first one.
+// How often a request's data are sent: a test that stops on an error sends no more after the first one.
 std::uint32_t Transfers(const DiagTestRequest& request) {
   return request.on_error == OnErrorAction::kStop ? 1 : request.test_count;
 }

@@ -1,4 +1,4 @@
-// How the diagnostic tests of the simulation run: what each pass comes to.
+// The diagnostic tests: what each pass of them results in.
 #pragma once
 
 #include <cstdint>
@@ -13,14 +13,15 @@
 
 namespace lab {
 
-// A name as "21:00:00:0e:1e:11:22:33" among the port's targets, or its fabric's.
+// True when a name like "21:00:00:0e:1e:11:22:33" is that of a target of the port, or of its fabric.
 bool KnowsTarget(const FCProtocolEntry& port, std::string_view name);
 bool IsPrincipalFabric(const FCProtocolEntry& port, std::string_view name);
 
-// Makes the next pass of a test, which takes its time. Answers whether it goes well.
+// Makes the next pass of a test and waits as long as it lasts. Returns true when it goes well.
 bool MakePass(TestPasses& passes);
 
-// Makes `count` passes, or ends at the first that fails. Answers how many went well and how many did not.
+// Makes `count` passes, with `stop_on_error` up to the first that fails. Returns how many went well and how
+// many did not.
 struct PassCount {
   std::uint32_t good = 0;
   std::uint32_t bad = 0;
@@ -30,8 +31,8 @@ PassCount MakePasses(TestPasses& passes, std::uint32_t count, bool stop_on_error
 // Fills the result of one echo.
 void MakeEcho(EchoTest& test, EchoElsResult& result);
 
-// Fills the record of a link test, which takes its time. `now` words the times where the host file gives
-// none.
+// Fills the record of a link test and waits as long as it lasts. `now` gives the times that the host file
+// leaves out.
 void MakeLinkTest(const LinkTest& test, std::string (*now)(), DPortResultRecord& record);
 
 // Fills the result of a pass of the loopback test.

@@ -1,4 +1,4 @@
-// Adapter families of the simulated host: what a host file need not say.
+// Adapter families: what a host file need not say.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ enum ComponentGroup : std::uint8_t { kCommonComponents = 1, kMpiPepComponents = 
 
 struct Family {
   const char* name;
-  std::uint16_t device_id;  // passes the tests of this family and of no other that it can avoid
+  std::uint16_t device_id;  // passes the family test of this one and of as few others as the tests allow
   std::uint16_t subsystem_device_id;
   const char* model;
   std::uint32_t type;  // adapter type code

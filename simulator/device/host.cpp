@@ -16,17 +16,9 @@ constexpr std::uint16_t kPciSpeed3Width8 = (8 << 4) | 3;
 constexpr WorldWideName kPrincipalFabric = {0x10, 0x00, 0xc4, 0xf5, 0x7c, 0x10, 0x20, 0x01};
 constexpr WorldWideName kAdjacentFabric = {0x10, 0x00, 0xc4, 0xf5, 0x7c, 0x10, 0x20, 0x02};
 
-// The check word ties a handle to its number, so that content copied from elsewhere is not taken for a
-// handle.
+// Ties a handle to its number, so that other bytes do not pass for a handle.
 std::uint32_t CheckWord(std::uint32_t number) {
   return ~(kHandleCookie ^ (number * 0x9E3779B1u));
-}
-
-void StoreBytes(std::uint8_t (&field)[4], ComponentVersion version) {
-  field[0] = version.major;
-  field[1] = version.minor;
-  field[2] = version.sub;
-  field[3] = 0;
 }
 
 void SetStateKey(Host& host, std::size_t index) {
@@ -39,6 +31,54 @@ void SetStateKey(Host& host, std::size_t index) {
     if (key == base || key.starts_with(base + '#')) ++same;
   }
   adapter.state_key = same == 1 ? base : base + '#' + std::to_string(same);
+}
+
+FlashMemoBlock MakeMemo(const Family& family) {
+  FlashMemoBlock memo{};
+  std::memcpy(memo.signature, kMemoSignature, sizeof memo.signature);
+  ReadVersion(family.firmware_version, memo.family_firmware);
+  ReadVersion(family.multiboot_version, memo.mbi_version);
+  std::memcpy(memo.mbi_build_date, "20260114", 8);
+  std::memcpy(memo.tool_id, "ZMFG", 4);
+  ReadTime("2026-02-03 14:05:09", memo);
+  ReadToolVersion("2.1.0.0", memo.tool_version);
+  return memo;
+}
+
+void StorePci(const Adapter& adapter, std::uint32_t port_number, FCProtocolEntry& entry) {
+  entry.pci.vendor_id = adapter.record.vendor_id;
+  entry.pci.device_id = adapter.device_id;
+  entry.pci.subsystem_vendor_id = adapter.record.subsystem_vendor_id;
+  entry.pci.subsystem_device_id = adapter.record.subsystem_device_id;
+  entry.pci.link_capability = kPciSpeed3Width8;
+  entry.pci.link_status = kPciSpeed3Width8;
+  entry.pci_bus = static_cast<std::uint8_t>(adapter.record.bus_id);
+  entry.pci_function = static_cast<std::uint8_t>(port_number);
+}
+
+void StoreRunningVersions(const Adapter& adapter, FCProtocolEntry& entry) {
+  StoreText(entry.driver_version, adapter.driver_version);
+  StoreText(entry.running_firmware_version, adapter.running_firmware);
+  StoreVersion(entry.running_mpi_version, adapter.running_mpi);
+  StoreVersion(entry.running_pep_version, adapter.running_pep);
+}
+
+void StoreLink(const Family& family, FCProtocolEntry& entry) {
+  entry.port_type = kNodePort;
+  entry.port_state = PortState::kLinkUp;
+  entry.connection_mode = ConnectionMode::kPointToPoint;
+  entry.port_speed = family.speed;
+  entry.supported_speeds = family.supported_speeds;
+  entry.principal_fabric_name = kPrincipalFabric;
+  entry.adjacent_fabric_name = kAdjacentFabric;
+  entry.protocol_type = family.fcoe ? ProtocolType::kFcoe : ProtocolType::kFc;
+}
+
+void StoreNvmeHost(FCProtocolEntry& entry) {
+  constexpr std::uint8_t kHostId[16] = {0x6d, 0x1f, 0x40, 0x2a, 0x9b, 0x7c, 0x4e, 0x15,
+                                        0x8a, 0x33, 0x5c, 0x0e, 0x71, 0xd2, 0x46, 0xb8};
+  std::memcpy(entry.host_id, kHostId, sizeof kHostId);
+  StoreText(entry.host_nqn, "nqn.2014-08.org.nvmexpress:uuid:6d1f402a-9b7c-4e15-8a33-5c0e71d246b8");
 }
 
 }  // namespace
@@ -77,22 +117,7 @@ Adapter MakeAdapter(const Family& family, std::size_t index) {
     adapter.running_mpi = adapter.flash.mpi_firmware;
     adapter.running_pep = adapter.flash.pep_firmware;
   }
-  if (family.memo_block) {
-    FlashMemoBlock& memo = adapter.memo;
-    std::memcpy(memo.signature, "FMBS", 4);
-    ReadVersion(family.firmware_version, memo.family_firmware);
-    ReadVersion(family.multiboot_version, memo.mbi_version);
-    std::memcpy(memo.mbi_build_date, "20260114", 8);
-    std::memcpy(memo.tool_id, "ZMFG", 4);
-    memo.update_year = 2026;
-    memo.update_month = 2;
-    memo.update_day = 3;
-    memo.update_hour = 14;
-    memo.update_minute = 5;
-    memo.update_second = 9;
-    memo.tool_version[0] = 2;
-    memo.tool_version[1] = 1;
-  }
+  if (family.memo_block) adapter.memo = MakeMemo(family);
   return adapter;
 }
 
@@ -105,43 +130,27 @@ FCProtocolEntry MakeProtocolEntry(const Adapter& adapter, std::size_t index, std
                      0x00, static_cast<std::uint8_t>(port_number)};
   entry.port_name = entry.node_name;
   entry.port_name[0] = 0x21;
+  entry.port_id = {0x01, static_cast<std::uint8_t>(index), static_cast<std::uint8_t>(port_number)};
 
-  entry.pci.vendor_id = adapter.record.vendor_id;
-  entry.pci.device_id = adapter.device_id;
-  entry.pci.subsystem_vendor_id = adapter.record.subsystem_vendor_id;
-  entry.pci.subsystem_device_id = adapter.record.subsystem_device_id;
-  entry.pci.link_capability = kPciSpeed3Width8;
-  entry.pci.link_status = kPciSpeed3Width8;
-  entry.pci_bus = static_cast<std::uint8_t>(adapter.record.bus_id);
-  entry.pci_function = static_cast<std::uint8_t>(port_number);
-
-  StoreText(entry.driver_version, adapter.driver_version);
-  StoreText(entry.running_firmware_version, adapter.running_firmware);
-  StoreBytes(entry.running_mpi_version, adapter.running_mpi);
-  StoreBytes(entry.running_pep_version, adapter.running_pep);
+  StorePci(adapter, port_number, entry);
+  StoreRunningVersions(adapter, entry);
+  StoreLink(family, entry);
   entry.capabilities = family.capabilities;
   entry.driver_flags = family.driver_flags;
   entry.interface_type = PortInterfaceType::kPhysical;
   entry.rom_flags = kBiosImage | kUefiImage;
-
-  entry.port_id = {0x01, static_cast<std::uint8_t>(index), static_cast<std::uint8_t>(port_number)};
-  entry.port_type = kNodePort;
-  entry.port_state = PortState::kLinkUp;
-  entry.connection_mode = ConnectionMode::kPointToPoint;
-  entry.port_speed = family.speed;
-  entry.supported_speeds = family.supported_speeds;
-  entry.principal_fabric_name = kPrincipalFabric;
-  entry.adjacent_fabric_name = kAdjacentFabric;
-  entry.protocol_type = family.fcoe ? ProtocolType::kFcoe : ProtocolType::kFc;
-
   if (family.nvme) {
     FillCongestion(entry);
-    constexpr std::uint8_t kHostId[16] = {0x6d, 0x1f, 0x40, 0x2a, 0x9b, 0x7c, 0x4e, 0x15,
-                                          0x8a, 0x33, 0x5c, 0x0e, 0x71, 0xd2, 0x46, 0xb8};
-    std::memcpy(entry.host_id, kHostId, sizeof kHostId);
-    StoreText(entry.host_nqn, "nqn.2014-08.org.nvmexpress:uuid:6d1f402a-9b7c-4e15-8a33-5c0e71d246b8");
+    StoreNvmeHost(entry);
   }
   return entry;
+}
+
+void StoreVersion(std::uint8_t (&field)[4], ComponentVersion version) {
+  field[0] = version.major;
+  field[1] = version.minor;
+  field[2] = version.sub;
+  field[3] = 0;
 }
 
 void RefreshPortVersions(Adapter& adapter) {
@@ -155,9 +164,9 @@ void RefreshPortVersions(Adapter& adapter) {
     for (Entry& of_port : port.entries) {
       FCProtocolEntry& entry = of_port.record;
       StoreText(entry.flash_bios_version, record.flash_bios_version.View());
-      StoreBytes(entry.flash_firmware_version, firmware);
-      StoreBytes(entry.flash_efi_version, efi);
-      StoreBytes(entry.flash_fcode_version, fcode);
+      StoreVersion(entry.flash_firmware_version, firmware);
+      StoreVersion(entry.flash_efi_version, efi);
+      StoreVersion(entry.flash_fcode_version, fcode);
     }
   }
 }

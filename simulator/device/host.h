@@ -1,4 +1,4 @@
-// The host that the simulated library plays: the records that callers see, and the state behind them.
+// The host: the records that callers see, and the state that calls work on.
 #pragma once
 
 #include <cstdint>
@@ -30,7 +30,7 @@ inline constexpr std::uint32_t kBootModeNvme = 4;
 
 enum class Chatter { kUnset, kOff, kPortCalls, kAllCalls };
 
-// One protocol entry: the record that callers see, and behind it what each group of calls needs.
+// One protocol entry: the record that callers see, and what each group of calls needs.
 struct Entry {
   FCProtocolEntry record{};
   DiagSetup diag;
@@ -69,8 +69,8 @@ struct Adapter {
   bool mezzanine = false;
   bool changed = false;  // differs from the host file, so belongs in the state file
 
-  // Names the adapter in the state file: "ZX100/AB12345", with "#2" and so on behind further ones of that
-  // name.
+  // Names the adapter in the state file: "ZX100/AB12345", with "#2" and so on after the name for
+  // further ones.
   std::string state_key;
 };
 
@@ -83,6 +83,9 @@ struct Host {
   Chatter chatter = Chatter::kUnset;
   FaultQueue faults;
 };
+
+// What a valid memo block begins with.
+inline constexpr char kMemoSignature[] = "FMBS";
 
 // A port as a call names it.
 struct PortRef {
@@ -99,23 +102,19 @@ FCProtocolEntry MakeProtocolEntry(const Adapter& adapter, std::size_t index, std
 // must not move afterwards.
 void LinkHost(Host& host);
 
+// Stores a version as a port's record holds it: three numbers and a zero.
+void StoreVersion(std::uint8_t (&field)[4], ComponentVersion version);
+
 // Copies the adapter's flash version texts into the records of its ports.
 void RefreshPortVersions(Adapter& adapter);
 
 // Zeroes the counters of the port's firmware.
 void ResetCounters(Entry& entry);
 
-// The port that a handle names, told by the handle's content; false for a handle that LinkHost did not make.
+// The port that a handle names by its content; false for a handle that LinkHost did not make.
 bool FindPort(Host& host, const DeviceHandle& handle, PortRef& out);
 
 // The same for the number alone, which the calls of the older interface take.
 bool FindPort(Host& host, std::uint32_t sd_handle, PortRef& out);
-
-// Writes `text` into a fixed field and zeroes the rest. The caller has checked the length.
-template <std::size_t N>
-void StoreText(FixedText<N>& field, std::string_view text) {
-  std::memset(field.bytes, 0, N);
-  std::memcpy(field.bytes, text.data(), text.size() < N ? text.size() : N);
-}
 
 }  // namespace lab

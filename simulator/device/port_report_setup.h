@@ -1,4 +1,4 @@
-// What the reports of a port show beyond its records, as the host file tells it.
+// What the reports of a port show beyond its records, by the host file.
 #pragma once
 
 #include <array>
@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "device/sfp_module.h"
 #include "framework/device_library/world_wide_name.h"
 
 namespace lab {
@@ -14,7 +15,7 @@ namespace lab {
 inline constexpr std::size_t kLargestVpd = 1024;
 inline constexpr std::size_t kLargestRdpResponse = 508;
 
-// One lockdown: whether it is on, or the status word that says why nobody knows.
+// One lockdown: whether it is on, or the status word of a failure to read it.
 struct Lockdown {
   bool on = false;
   std::uint32_t status = 0;
@@ -30,14 +31,16 @@ struct VpdSetup {
   bool none = false;                 // the adapter refuses to read its VPD
   std::optional<std::string> bytes;  // the whole image; else it is built from what follows
   std::optional<std::string> name;
-  // Items by their keywords, beside those that the adapter's record gives; empty for one that is left out.
+  // Items by their keywords, which replace those of the adapter's record; without a value, the item is left
+  // out.
   std::map<std::string, std::optional<std::string>> items;
 };
 
-// The optical module of the switch, where the host file departs from one of the make of the port's own.
+// The optical module of the switch: texts that differ from those of the port's own module, and measured
+// values.
 struct SwitchModule {
   std::optional<std::string> vendor, part, serial, revision, date;
-  std::optional<double> temperature, voltage, bias, tx_power, rx_power;
+  SfpMeasured measured;
   std::optional<std::uint16_t> flags;
 };
 

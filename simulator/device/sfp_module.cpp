@@ -16,21 +16,29 @@ constexpr std::uint8_t kSfpIdentifier = 0x03;
 constexpr std::uint8_t kQsfp28Identifier = 0x11;
 constexpr std::size_t kA2 = 256;
 
-// Places behind the page base, which SFP and QSFP modules share.
+// Places from the page base on, which SFP and QSFP modules share.
 constexpr std::size_t kVendor = 20;
 constexpr std::size_t kPart = 40;
+constexpr std::size_t kRevision = 56;
+constexpr std::size_t kSerial = 68;
+constexpr std::size_t kDate = 84;
 constexpr std::size_t kNameBytes = 16;
+constexpr std::size_t kRevisionBytes = 4;
+constexpr std::size_t kQsfpRevisionBytes = 2;
+constexpr std::size_t kDateBytes = 8;
+
+constexpr std::size_t kUpperPage = 128;  // of a QSFP module
 
 constexpr std::uint8_t kSecondSpeedByteCounts = 0x02;
 
-// How fast a module is, and what follows from that. SFF-8024 numbers encodings differently for QSFP modules.
+// A speed and the bytes that follow from it. SFF-8024 numbers encodings differently for QSFP modules.
 struct SpeedClass {
   std::uint8_t fc_speeds;    // one of these bits of byte 10, or
   std::uint8_t fc_speeds_2;  // of byte 62
   std::uint8_t gbps;
   std::uint8_t encoding;
   std::uint8_t qsfp_encoding;
-  std::uint8_t nominal_rate;   // 100 MBd; 255: byte 66, of a QSFP module byte 222, tells it
+  std::uint8_t nominal_rate;   // 100 MBd; 255: see byte 66, in a QSFP module byte 222
   std::uint8_t greatest_rate;  // 250 MBd
   std::uint8_t rate_identifier;
 };
@@ -94,24 +102,14 @@ class Composer {
   std::size_t base_;
 };
 
-// A number in units of `unit`, as the two bytes that hold it.
-unsigned Units(double value, double unit) {
-  return static_cast<unsigned>(std::lround(value / unit)) & 0xffff;
-}
-
-constexpr double kTemperatureUnit = 1.0 / 256;
-constexpr double kVoltageUnit = 0.0001;
-constexpr double kBiasUnit = 0.002;
-constexpr double kPowerUnit = 0.0001;
-
-// One measured quantity of an SFP module: its value, its thresholds and where they stand in A2.
+// One measured quantity of an SFP module: its value, its thresholds and their places in A2.
 struct Quantity {
   double SfpMeasured::*value;
   SfpThresholds SfpValues::*thresholds;
   double unit;
   std::size_t thresholds_place;
   std::size_t value_place;
-  std::size_t alarms_place;  // of its alarm flags; its warning flags stand four bytes on
+  std::size_t alarms_place;  // of its alarm flags; its warning flags are four bytes on
   std::uint8_t high_flag;    // the low flag is the next lower bit
 };
 
@@ -135,11 +133,11 @@ void ComposeMeasured(const SfpValues& values, Composer& a2) {
   for (const Quantity& row : kQuantities) {
     const double value = values.measured.*row.value;
     const SfpThresholds& limits = values.*row.thresholds;
-    a2.Word(row.thresholds_place, Units(limits.high_alarm, row.unit));
-    a2.Word(row.thresholds_place + 2, Units(limits.low_alarm, row.unit));
-    a2.Word(row.thresholds_place + 4, Units(limits.high_warning, row.unit));
-    a2.Word(row.thresholds_place + 6, Units(limits.low_warning, row.unit));
-    a2.Word(row.value_place, Units(value, row.unit));
+    a2.Word(row.thresholds_place, InUnits(limits.high_alarm, row.unit));
+    a2.Word(row.thresholds_place + 2, InUnits(limits.low_alarm, row.unit));
+    a2.Word(row.thresholds_place + 4, InUnits(limits.high_warning, row.unit));
+    a2.Word(row.thresholds_place + 6, InUnits(limits.low_warning, row.unit));
+    a2.Word(row.value_place, InUnits(value, row.unit));
     const std::size_t byte = row.alarms_place - kQuantities[0].alarms_place;
     alarms[byte] |= Flags(value, limits.high_alarm, limits.low_alarm, row.high_flag);
     warnings[byte] |= Flags(value, limits.high_warning, limits.low_warning, row.high_flag);
@@ -152,7 +150,7 @@ void ComposeMeasured(const SfpValues& values, Composer& a2) {
 }
 
 void ComposeLine(Composer& a2, std::size_t place, const SfpLine& line) {
-  a2.Word(place, Units(line.slope, 1.0 / 256));
+  a2.Word(place, InUnits(line.slope, 1.0 / 256));
   a2.Word(place + 2, static_cast<std::uint16_t>(line.offset));
 }
 
@@ -179,7 +177,7 @@ std::string PartOf(const SfpValues& values) {
   return text;
 }
 
-// What both kinds of module have at the same places behind the page base.
+// What both kinds of module have at the same places from the page base on.
 void ComposeIdentity(const SfpValues& values, Composer& page) {
   page.Byte(2, values.connector);
   page.Byte(3, values.ethernet_speeds);
@@ -190,8 +188,8 @@ void ComposeIdentity(const SfpValues& values, Composer& page) {
   page.Text(kVendor, kNameBytes, values.vendor);
   for (std::size_t i = 0; i < values.oui.size(); ++i) page.Byte(37 + i, values.oui[i]);
   page.Text(kPart, kNameBytes, values.part ? *values.part : PartOf(values));
-  page.Text(68, kNameBytes, values.serial);
-  page.Text(84, 8, values.date.substr(2));
+  page.Text(kSerial, kNameBytes, values.serial);
+  page.Text(kDate, kDateBytes, values.date.substr(2));
 }
 
 SfpMemory ComposeSfp(const SfpValues& values) {
@@ -213,7 +211,7 @@ SfpMemory ComposeSfp(const SfpValues& values) {
     a0.Byte(18, 10);  // of OM4
     a0.Byte(19, 7);   // of OM3
   }
-  a0.Text(56, 4, values.revision);
+  a0.Text(kRevision, kRevisionBytes, values.revision);
   a0.Word(60, values.wavelength);
   a0.Byte(62, values.fc_speeds_2);
   if (fastest.gbps >= 64) a0.Byte(36, fastest.gbps == 64 ? 0x80 : 0x81);
@@ -238,17 +236,16 @@ SfpMemory ComposeSfp(const SfpValues& values) {
 }
 
 SfpMemory ComposeQsfp(const SfpValues& values) {
-  constexpr std::size_t kUpperPage = 128;
   SfpMemory memory{};
   Composer lower(memory);
   lower.Byte(0, kQsfp28Identifier);
   lower.Byte(1, 0x08);  // SFF-8636 revision 2.8
-  lower.Word(22, Units(values.measured.temperature, kTemperatureUnit));
-  lower.Word(26, Units(values.measured.voltage, kVoltageUnit));
+  lower.Word(22, InUnits(values.measured.temperature, kTemperatureUnit));
+  lower.Word(26, InUnits(values.measured.voltage, kVoltageUnit));
   for (std::size_t lane = 0; lane < 4; ++lane) {
-    lower.Word(34 + 2 * lane, Units(values.measured.rx_power, kPowerUnit));
-    lower.Word(42 + 2 * lane, Units(values.measured.bias, kBiasUnit));
-    lower.Word(50 + 2 * lane, Units(values.measured.tx_power, kPowerUnit));
+    lower.Word(34 + 2 * lane, InUnits(values.measured.rx_power, kPowerUnit));
+    lower.Word(42 + 2 * lane, InUnits(values.measured.bias, kBiasUnit));
+    lower.Word(50 + 2 * lane, InUnits(values.measured.tx_power, kPowerUnit));
   }
   Composer page(memory, kUpperPage);
   const SpeedClass& fastest = FastestOf(values);
@@ -259,7 +256,7 @@ SfpMemory ComposeQsfp(const SfpValues& values) {
   page.Byte(12, fastest.nominal_rate);
   if ((values.media & kSingleMode) != 0) page.Byte(14, 10);  // km
   if ((values.media & kMultiMode) != 0) page.Byte(15, 35);   // 2 m of OM3
-  page.Text(56, 2, values.revision);
+  page.Text(kRevision, kQsfpRevisionBytes, values.revision);
   page.Word(58, static_cast<unsigned>(values.wavelength) * 20);
   page.Sum(0, 63);
   page.Byte(64, values.extended_ethernet);
@@ -273,16 +270,31 @@ SfpMemory ComposeQsfp(const SfpValues& values) {
   return memory;
 }
 
+std::string FieldAt(const SfpMemory& memory, std::size_t offset, std::size_t size) {
+  const std::size_t base = IsQsfpMemory(memory) ? kUpperPage : 0;
+  return {reinterpret_cast<const char*>(memory.data()) + base + offset, size};
+}
+
 std::string NameAt(const SfpMemory& memory, std::size_t offset) {
-  const std::size_t base = IsQsfpMemory(memory) ? 128 : 0;
-  const auto* const text = reinterpret_cast<const char*>(memory.data()) + base + offset;
-  return std::string(Trimmed({text, strnlen(text, kNameBytes)}));
+  const std::string field = FieldAt(memory, offset, kNameBytes);
+  return std::string(Trimmed({field.data(), strnlen(field.data(), field.size())}));
 }
 
 }  // namespace
 
 bool IsQsfpMemory(const SfpMemory& memory) {
   return memory[0] == 0x0c || memory[0] == 0x0d || memory[0] == 0x11 || memory[0] == 0x12;
+}
+
+unsigned InUnits(double value, double unit) {
+  return static_cast<unsigned>(std::lround(value / unit)) & 0xffff;
+}
+
+SfpTexts TextsOf(const SfpMemory& memory) {
+  return {FieldAt(memory, kVendor, kNameBytes), FieldAt(memory, kPart, kNameBytes),
+          FieldAt(memory, kSerial, kNameBytes),
+          FieldAt(memory, kRevision, IsQsfpMemory(memory) ? kQsfpRevisionBytes : kRevisionBytes),
+          FieldAt(memory, kDate, kDateBytes)};
 }
 
 SfpValues DefaultSfpValues(const Family& family, std::size_t adapter, std::uint32_t port) {
@@ -305,6 +317,12 @@ SfpValues DefaultSfpValues(const Family& family, std::size_t adapter, std::uint3
 
 SfpMemory ComposeSfpMemory(const SfpValues& values) {
   return values.qsfp ? ComposeQsfp(values) : ComposeSfp(values);
+}
+
+std::shared_ptr<SfpModule> MakeSfpModule(const SfpValues& values) {
+  auto module = std::make_shared<SfpModule>();
+  module->known = module->now = ComposeSfpMemory(values);
+  return module;
 }
 
 std::string SfpVendor(const SfpMemory& memory) {

@@ -1,9 +1,10 @@
-// Pluggable modules: what they are, in named values, and what their memory holds.
+// Pluggable modules: named values, and the memory that they make (SFF-8472, SFF-8636).
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -30,12 +31,20 @@ struct SfpMeasured {
   double rx_power = 0.5;
 };
 
+// The units of these values in a module's memory.
+inline constexpr double kTemperatureUnit = 1.0 / 256;
+inline constexpr double kVoltageUnit = 0.0001;
+inline constexpr double kBiasUnit = 0.002;
+inline constexpr double kPowerUnit = 0.0001;
+
+// A value in such a unit, as the sixteen bits that hold it.
+unsigned InUnits(double value, double unit);
+
 struct SfpThresholds {
   double high_alarm, low_alarm, high_warning, low_warning;
 };
 
-// A measured value is what the module stores times the slope plus the offset, which counts in the units of
-// the stored number.
+// A measured value is the stored number times the slope plus the offset, in units of the stored number.
 struct SfpLine {
   double slope = 1.0;
   std::int16_t offset = 0;
@@ -52,7 +61,7 @@ struct SfpValues {
   bool qsfp = false;
   std::string vendor = "SORVEX OPTICS";
   std::array<std::uint8_t, 3> oui = {0x00, 0x1e, 0x9c};
-  std::optional<std::string> part;  // without it, told by form, speed and media
+  std::optional<std::string> part;  // without it, made from form, speed and media
   std::string revision = "A1";
   std::string serial;
   std::string date = "20260114";
@@ -92,10 +101,19 @@ struct SfpModule {
   bool updated = false;
 };
 
+// A module of these values.
+std::shared_ptr<SfpModule> MakeSfpModule(const SfpValues& values);
+
 // Where an SFP module of this simulation keeps the version of its firmware: major, minor.
 inline constexpr std::size_t kSfpFirmwareVersion = 149;
 
-// The maker's name, without the blanks around it.
+// The texts of a module as they fill their fields, blanks included.
+struct SfpTexts {
+  std::string vendor, part, serial, revision, date;
+};
+SfpTexts TextsOf(const SfpMemory& memory);
+
+// Two of them without the blanks around them.
 std::string SfpVendor(const SfpMemory& memory);
 std::string SfpPart(const SfpMemory& memory);
 

@@ -1,6 +1,6 @@
 // The remote targets that one port sees, with their LUNs or namespaces.
 //
-// A host can have hundreds of thousands of LUNs, so their records are written once, one behind the other,
+// A host can have hundreds of thousands of LUNs, so their records are written once, one after the other,
 // into blocks that never move.
 #pragma once
 
@@ -36,7 +36,7 @@ struct RemotePort {
   bool initiator = false;
   bool target = true;
   bool secure = false;
-  std::uint32_t session = 0;  // a Session, or any other code as it stands
+  std::uint32_t session = 0;  // a Session, or any other code
 };
 
 // Of one target: what calls read and set, beside the record that callers see.

@@ -1,7 +1,6 @@
 #include "host_file/config_keys.h"
 
 #include "base/text.h"
-#include "device/config_fields.h"
 
 namespace lab {
 namespace {
@@ -17,7 +16,7 @@ void ReadField(const ConfigField& row, const Value& value, HBAParamsInfo& into) 
   }
 }
 
-// A map whose keys are the fields, and one more that `other` reads.
+// Reads a map whose keys are the fields and `other_key`, which other(value) reads.
 template <typename Other>
 void ReadFields(const Value& map, std::span<const ConfigField> rows, const char* other_key,
                 HBAParamsInfo& into, Other other) {
@@ -44,11 +43,9 @@ constexpr KeyRow<BootDrive> kDriveKeys[] = {
 
 void ReadDrives(const Value& list, HBAParamsInfo& into) {
   for (BootDrive HBAParamsInfo::*drive : kBootDrives) into.*drive = {};
-  std::size_t count = 0;
-  list.EachItem([&](const Value& item) {
-    if (count == std::size(kBootDrives)) item.Expected("eight drives and no more");
-    ReadMap(item, kDriveKeys, into.*kBootDrives[count++]);
-  });
+  list.EachItemUpTo(
+      std::size(kBootDrives), "eight drives and no more",
+      [&](const Value& item, std::size_t place) { ReadMap(item, kDriveKeys, into.*kBootDrives[place]); });
 }
 
 void ReadBoot(const Value& map, ConfigSetup& into) {
@@ -69,11 +66,9 @@ void ReadNvmeBoot(const Value& value, ConfigSetup& into) {
   into.nvme = {};
   into.nvme_present = !value.Is("none");
   if (!into.nvme_present) return;
-  std::size_t count = 0;
-  value.EachItem([&](const Value& item) {
-    if (count == std::size(into.nvme.entries)) item.Expected("eight entries and no more");
-    ReadMap(item, kNvmeKeys, into.nvme.entries[count++]);
-  });
+  value.EachItemUpTo(
+      std::size(into.nvme.entries), "eight entries and no more",
+      [&](const Value& item, std::size_t place) { ReadMap(item, kNvmeKeys, into.nvme.entries[place]); });
 }
 
 constexpr NamedNumber kStates[] = {{"offline", 0}, {"online", 1}};
@@ -103,11 +98,10 @@ constexpr KeyRow<ConfigSetup> kKeys[] = {
     {"credit-recovery",
      [](const Value& value, ConfigSetup& into) { ReadMap(value, kCreditKeys, into.credit_recovery); }},
     {"fec", [](const Value& value, ConfigSetup& into) { ReadMap(value, kFecKeys, into.fec); }},
-    {"beacon",
-     [](const Value& value, ConfigSetup& into) { into.beacon = value.ChoiceOrNumber(kBeacons, UINT32_MAX); }},
+    {"beacon", [](const Value& value, ConfigSetup& into) { value.CodeInto(kBeacons, into.beacon); }},
 };
 
-// A number that has a name is written by it, and a flag as one where it is one.
+// Writes a number by its name, where it has one, and a flag as true or false.
 void AddField(YAML::Node& node, const ConfigField& row, const HBAParamsInfo& nvram) {
   const std::uint32_t number = nvram.*row.field;
   if (row.kind != ConfigField::kNumber) {

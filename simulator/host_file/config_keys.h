@@ -1,4 +1,4 @@
-// Reading what a host file tells about the configuration of a port, and keeping what calls change of it.
+// The configuration of a port in host files, and what calls change of it in state files.
 #pragma once
 
 #include "device/config_setup.h"

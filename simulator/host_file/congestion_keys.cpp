@@ -36,32 +36,18 @@ constexpr std::uint32_t kDepartedLimit = 100000;
 template <typename Number>
 void ReadMask(const Value& value, std::span<const NamedNumber> bits, Number& mask) {
   if (!value.IsList()) return value.Into(mask);
-  mask = 0;
-  value.EachItem([&](const Value& item) { mask = static_cast<Number>(mask | item.Choice(bits)); });
-}
-
-template <typename Number>
-void ReadCode(const Value& value, std::span<const NamedNumber> names, Number& code) {
-  code = static_cast<Number>(value.ChoiceOrNumber(names, static_cast<Number>(-1)));
+  mask = static_cast<Number>(value.Mask(bits));
 }
 
 constexpr KeyRow<SCMRProfile> kProfileKeys[] = {
     {"configured",
      [](const Value& value, SCMRProfile& into) { into.configuration_status = value.Bool() ? 0 : 1; }},
     {"management",
-     [](const Value& value, SCMRProfile& into) {
-       into.management = static_cast<ProfileManagement>(value.ChoiceOrNumber(kManagements, 255));
-     }},
-    {"activation",
-     [](const Value& value, SCMRProfile& into) { ReadCode(value, kProfiles, into.activation); }},
+     [](const Value& value, SCMRProfile& into) { value.CodeInto(kManagements, into.management); }},
+    {"activation", [](const Value& value, SCMRProfile& into) { value.CodeInto(kProfiles, into.activation); }},
 };
 
-struct Counter {
-  const char* name;
-  std::uint64_t SCMRStatisticsEntry::*field;
-};
-
-constexpr Counter kCounters[] = {
+constexpr NumberRow<SCMRStatisticsEntry, std::uint64_t> kCounters[] = {
     {"congestion-alarms", &SCMRStatisticsEntry::congestion_alarms},
     {"congestion-warnings", &SCMRStatisticsEntry::congestion_warnings},
     {"cleared-congestion", &SCMRStatisticsEntry::cleared_congestion},
@@ -90,24 +76,13 @@ constexpr Counter kCounters[] = {
     {"pun", &SCMRStatisticsEntry::pun},
 };
 
-void ReadCounters(const Value& map, SCMRStatisticsEntry& into) {
-  map.EachKey([&](const Value& value) {
-    std::string names;
-    for (const Counter& counter : kCounters) {
-      if (value.Key() == counter.name) return value.Into(into.*counter.field);
-      names += (names.empty() ? "" : ", ") + std::string(counter.name);
-    }
-    value.UnknownKey(names);
-  });
-}
-
 void ReadTargetCounters(const Value& map, CongestionSetup& into) {
   map.EachKey([&](const Value& value) {
     WorldWideName name;
     if (!ReadOctets(value.Key(), name.octets)) {
       value.Wrong(value.Key() + ": expected the name of a target");
     }
-    ReadCounters(value, into.targets[NameNumber(name)]);
+    ReadNumbers(value, kCounters, into.targets[NameNumber(name)]);
   });
 }
 
@@ -116,7 +91,7 @@ constexpr KeyRow<CongestionSetup> kStatisticsKeys[] = {
      [](const Value& value, CongestionSetup& into) {
        into.port_element = static_cast<PortElement>(value.Choice(kPortElements));
      }},
-    {"port", [](const Value& value, CongestionSetup& into) { ReadCounters(value, into.port); }},
+    {"port", [](const Value& value, CongestionSetup& into) { ReadNumbers(value, kCounters, into.port); }},
     {"targets", ReadTargetCounters},
     {"departed-targets",
      [](const Value& value, CongestionSetup& into) {
@@ -126,22 +101,21 @@ constexpr KeyRow<CongestionSetup> kStatisticsKeys[] = {
 
 constexpr KeyRow<Entry> kCongestionKeys[] = {
     {"enabled", [](const Value& value, Entry& into) { value.Into(into.congestion.enabled); }},
-    {"state",
-     [](const Value& value, Entry& into) { ReadCode(value, kStates, into.record.congestion_state); }},
+    {"state", [](const Value& value, Entry& into) { value.CodeInto(kStates, into.record.congestion_state); }},
     {"severity",
-     [](const Value& value, Entry& into) { ReadCode(value, kSeverities, into.record.congestion_severity); }},
+     [](const Value& value, Entry& into) { value.CodeInto(kSeverities, into.record.congestion_severity); }},
     {"notifications",
      [](const Value& value, Entry& into) {
        ReadMask(value, kNotifications, into.record.congestion_notifications);
      }},
     {"link-event",
-     [](const Value& value, Entry& into) { ReadCode(value, kLinkEvents, into.record.link_event_type); }},
+     [](const Value& value, Entry& into) { value.CodeInto(kLinkEvents, into.record.link_event_type); }},
     {"link-event-threshold",
      [](const Value& value, Entry& into) { value.Into(into.record.link_event_threshold_ms); }},
     {"delivery-reason",
-     [](const Value& value, Entry& into) { ReadCode(value, kDeliveryReasons, into.record.delivery_reason); }},
+     [](const Value& value, Entry& into) { value.CodeInto(kDeliveryReasons, into.record.delivery_reason); }},
     {"congestion-event",
-     [](const Value& value, Entry& into) { ReadCode(value, kEvents, into.record.congestion_event_type); }},
+     [](const Value& value, Entry& into) { value.CodeInto(kEvents, into.record.congestion_event_type); }},
     {"congestion-event-period",
      [](const Value& value, Entry& into) { value.Into(into.record.congestion_event_period_ms); }},
     {"alarms", [](const Value& value, Entry& into) { value.Into(into.record.congestion_alarms); }},
@@ -151,9 +125,9 @@ constexpr KeyRow<Entry> kCongestionKeys[] = {
        ReadMask(value, kFabricFlags, into.record.fabric_connection_flags);
      }},
     {"virtual-lane",
-     [](const Value& value, Entry& into) { ReadCode(value, kLanes, into.record.virtual_lane); }},
+     [](const Value& value, Entry& into) { value.CodeInto(kLanes, into.record.virtual_lane); }},
     {"throttling",
-     [](const Value& value, Entry& into) { ReadCode(value, kThrottling, into.record.io_throttling); }},
+     [](const Value& value, Entry& into) { value.CodeInto(kThrottling, into.record.io_throttling); }},
     {"seconds-since-event",
      [](const Value& value, Entry& into) { value.Into(into.record.seconds_since_event); }},
     {"link-integrity-events",

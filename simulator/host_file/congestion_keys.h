@@ -1,5 +1,4 @@
-// Reading what a host file tells about the congestion management of a port, and keeping what calls change of
-// it.
+// The congestion management of a port in host files, and what calls change of it in state files.
 #pragma once
 
 #include "device/host.h"

@@ -25,10 +25,6 @@ constexpr std::size_t kTimeBytes = sizeof DPortResultRecord{}.start_time.bytes;
 constexpr std::size_t kStatusBytes = sizeof LoopbackResult{}.test_status.bytes;
 constexpr std::size_t kEchoStatusBytes = sizeof EchoElsResult{}.echo_status.bytes;
 
-std::uint8_t PhaseResult(const Value& value) {
-  return static_cast<std::uint8_t>(value.ChoiceOrNumber(kPhaseResults, 255));
-}
-
 // "all", or a list of the passes that fail.
 void ReadFails(const Value& value, TestPasses& into) {
   into.all_fail = value.Is("all");
@@ -114,10 +110,12 @@ constexpr KeyRow<RWBufferTest> kRWBufferKeys[] = {
 };
 
 constexpr KeyRow<LinkTest> kPhaseKeys[] = {
-    {"hba-port", [](const Value& value, LinkTest& into) { into.hba_port = PhaseResult(value); }},
-    {"electrical", [](const Value& value, LinkTest& into) { into.electrical = PhaseResult(value); }},
-    {"optical", [](const Value& value, LinkTest& into) { into.optical = PhaseResult(value); }},
-    {"traffic", [](const Value& value, LinkTest& into) { into.traffic = PhaseResult(value); }},
+    {"hba-port",
+     [](const Value& value, LinkTest& into) { value.CodeInto(kPhaseResults, into.hba_port.emplace()); }},
+    {"electrical",
+     [](const Value& value, LinkTest& into) { value.CodeInto(kPhaseResults, into.electrical); }},
+    {"optical", [](const Value& value, LinkTest& into) { value.CodeInto(kPhaseResults, into.optical); }},
+    {"traffic", [](const Value& value, LinkTest& into) { value.CodeInto(kPhaseResults, into.traffic); }},
 };
 
 constexpr KeyRow<LinkTest> kPhaseValueKeys[] = {
@@ -142,9 +140,7 @@ constexpr KeyRow<LinkTest> kLinkTestKeys[] = {
        into.reason = static_cast<std::uint8_t>(value.ChoiceOrNumber(kReasons, 15));
      }},
     {"refused",
-     [](const Value& value, LinkTest& into) {
-       into.refusal = static_cast<std::uint16_t>(value.ChoiceOrNumber(kRefusals, 65535));
-     }},
+     [](const Value& value, LinkTest& into) { value.CodeInto(kRefusals, into.refusal.emplace()); }},
     {"start", [](const Value& value, LinkTest& into) { into.start = value.Text(kTimeBytes); }},
     {"stop", [](const Value& value, LinkTest& into) { into.stop = value.Text(kTimeBytes); }},
 };

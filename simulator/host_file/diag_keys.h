@@ -1,4 +1,4 @@
-// Reading what a host file tells about the diagnostics of a port, and keeping what calls change of it.
+// The diagnostics of a port in host files, and what calls change of them in state files.
 #pragma once
 
 #include "device/diag_setup.h"

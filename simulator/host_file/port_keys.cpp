@@ -1,9 +1,7 @@
 #include "host_file/port_keys.h"
 
-#include <cstring>
-
+#include "base/named_number.h"
 #include "base/text.h"
-#include "device/speed_codes.h"
 #include "host_file/config_keys.h"
 #include "host_file/congestion_keys.h"
 #include "host_file/diag_keys.h"
@@ -31,24 +29,9 @@ struct EntryReading {
   TargetDefaults target_defaults;
 };
 
-std::uint32_t MaskOf(const Value& list, std::span<const NamedNumber> bits) {
-  std::uint32_t mask = 0;
-  list.EachItem([&](const Value& item) { mask |= item.Choice(bits); });
-  return mask;
-}
-
-void ReadVersionBytes(const Value& value, std::uint8_t (&field)[4]) {
-  const ComponentVersion version = value.Version();
-  const std::uint8_t bytes[4] = {version.major, version.minor, version.sub, 0};
-  std::memcpy(field, bytes, sizeof field);
-}
-
 void ReadCounters(const Value& list, std::uint32_t (&counters)[6]) {
-  std::size_t count = 0;
-  list.EachItem([&](const Value& item) {
-    if (count == 6) item.Expected("six numbers and no more");
-    item.Into(counters[count++]);
-  });
+  list.EachItemUpTo(std::size(counters), "six numbers and no more",
+                    [&](const Value& item, std::size_t place) { item.Into(counters[place]); });
 }
 
 // A link of the PCI Express bus: bits 0 to 3 speed, 4 to 9 width.
@@ -63,12 +46,10 @@ constexpr KeyRow<std::uint16_t> kPciLinkKeys[] = {
      }},
 };
 
-void ReadElsewhere(const Value&, EntryReading&) {}
-
-// A port that is down has neither speed nor address nor fabric, unless the keys behind say so.
+// A port that is down has neither speed nor address nor fabric, unless later keys say so.
 void ReadLink(const Value& value, EntryReading& into) {
   FCProtocolEntry& entry = into.entry;
-  entry.port_state = static_cast<PortState>(value.ChoiceOrNumber(kLinkStates, 255));
+  value.CodeInto(kLinkStates, entry.port_state);
   if (entry.port_state != PortState::kOffline) return;
   entry.port_speed = 0;
   entry.port_id = {};
@@ -84,23 +65,16 @@ constexpr KeyRow<EntryReading> kEntryKeys[] = {
     {"speed",
      [](const Value& value, EntryReading& into) { into.entry.port_speed = value.Choice(kSpeedCodes); }},
     {"speed-code", [](const Value& value, EntryReading& into) { value.Into(into.entry.port_speed); }},
-    {"type",
-     [](const Value& value, EntryReading& into) {
-       into.entry.interface_type =
-           static_cast<PortInterfaceType>(value.ChoiceOrNumber(kInterfaceTypes, 65535));
-     }},
+    {"type", [](const Value& value,
+                EntryReading& into) { value.CodeInto(kInterfaceTypes, into.entry.interface_type); }},
     {"protocol",
-     [](const Value& value, EntryReading& into) {
-       into.entry.protocol_type = static_cast<ProtocolType>(value.ChoiceOrNumber(kProtocols, UINT32_MAX));
-     }},
+     [](const Value& value, EntryReading& into) { value.CodeInto(kProtocols, into.entry.protocol_type); }},
     {"port-type", [](const Value& value, EntryReading& into) { value.Into(into.entry.port_type); }},
-    {"connection",
-     [](const Value& value, EntryReading& into) {
-       into.entry.connection_mode = static_cast<ConnectionMode>(value.ChoiceOrNumber(kConnections, 255));
-     }},
+    {"connection", [](const Value& value,
+                      EntryReading& into) { value.CodeInto(kConnections, into.entry.connection_mode); }},
     {"supported-speeds",
      [](const Value& value, EntryReading& into) {
-       into.entry.supported_speeds = static_cast<std::uint8_t>(MaskOf(value, kSpeedBits));
+       into.entry.supported_speeds = static_cast<std::uint8_t>(value.Mask(kSpeedBits));
      }},
     {"error-correction",
      [](const Value& value, EntryReading& into) {
@@ -116,9 +90,13 @@ constexpr KeyRow<EntryReading> kEntryKeys[] = {
     {"running-firmware",
      [](const Value& value, EntryReading& into) { value.Into(into.entry.running_firmware_version); }},
     {"running-mpi",
-     [](const Value& value, EntryReading& into) { ReadVersionBytes(value, into.entry.running_mpi_version); }},
+     [](const Value& value, EntryReading& into) {
+       StoreVersion(into.entry.running_mpi_version, value.Version());
+     }},
     {"running-pep",
-     [](const Value& value, EntryReading& into) { ReadVersionBytes(value, into.entry.running_pep_version); }},
+     [](const Value& value, EntryReading& into) {
+       StoreVersion(into.entry.running_pep_version, value.Version());
+     }},
     {"capabilities", [](const Value& value, EntryReading& into) { value.Into(into.entry.capabilities); }},
     {"driver-flags",
      [](const Value& value, EntryReading& into) {
@@ -132,7 +110,7 @@ constexpr KeyRow<EntryReading> kEntryKeys[] = {
        into.entry.driver_flags |= kKnowsMaintenanceMode;
        into.entry.port_flags |= kMaintenanceState;
      }},
-    {"rom", [](const Value& value, EntryReading& into) { into.entry.rom_flags = MaskOf(value, kRomImages); }},
+    {"rom", [](const Value& value, EntryReading& into) { into.entry.rom_flags = value.Mask(kRomImages); }},
     {"pci-bus", [](const Value& value, EntryReading& into) { value.Into(into.entry.pci_bus); }},
     {"pci-device", [](const Value& value, EntryReading& into) { value.Into(into.entry.pci_device); }},
     {"pci-function", [](const Value& value, EntryReading& into) { value.Into(into.entry.pci_function); }},
@@ -164,69 +142,70 @@ constexpr KeyRow<EntryReading> kEntryKeys[] = {
     {"npiv", ReadElsewhere},
 };
 
-// A virtual port has the keys of a port but these, which stand last.
+// A virtual port has the keys of a port but for the last ones.
 constexpr std::size_t kPortOnlyKeys = 4;
 constexpr std::span<const KeyRow<EntryReading>> kAllKeys(kEntryKeys);
 constexpr auto kVirtualKeys = kAllKeys.first(kAllKeys.size() - kPortOnlyKeys);
 
-// The link decides what the other keys begin with, and they what the targets begin with, wherever they stand.
+// The link sets the defaults of the other keys, and they those of the targets, in whatever order they are.
 void ReadEntry(const Value& map, std::span<const KeyRow<EntryReading>> keys, EntryReading& reading,
                std::set<std::string>& names) {
-  map.EachKey([&](const Value& value) {
-    if (value.Key() == "link") ReadLink(value, reading);
-  });
+  map.At("link", [&](const Value& link) { ReadLink(link, reading); });
   ReadMap(map, keys, reading);
   const std::string name = OctetText(reading.entry.port_name.octets);
   if (!names.insert(name).second)
     map.Wrong("wwpn: expected a name of its own, got '" + name + "' a second time");
-  map.EachKey([&](const Value& value) {
-    if (value.Key() == "targets") ReadTargets(value, reading.target_defaults, reading.setup);
-  });
+  map.At("targets",
+         [&](const Value& targets) { ReadTargets(targets, reading.target_defaults, reading.setup); });
 }
 
-// The module in the port's cage: without a word about it, one that fits the adapter's family.
+// The module in the port's cage: without the key, one that fits the adapter's family.
 std::shared_ptr<SfpModule> ModuleOf(const Value& map, const SfpValues& defaults) {
-  std::shared_ptr<SfpModule> module = MakeSfp(defaults);
-  map.EachKey([&](const Value& value) {
-    if (value.Key() == "sfp") module = ReadSfp(value, defaults);
-  });
+  std::shared_ptr<SfpModule> module = MakeSfpModule(defaults);
+  map.At("sfp", [&](const Value& sfp) { module = ReadSfp(sfp, defaults); });
   return module;
+}
+
+// A virtual port: a copy of its port but for kind, names and address. It has no targets yet.
+Entry MakeVirtualEntry(const Entry& of_port, std::uint8_t place) {
+  Entry entry;
+  entry.record = of_port.record;
+  entry.diag = of_port.diag;
+  entry.sfp = of_port.sfp;
+  entry.congestion = of_port.congestion;
+  entry.config = of_port.config;
+  entry.reports = of_port.reports;
+  entry.record.interface_type = PortInterfaceType::kNpivVirtual;
+  entry.record.port_name[1] = entry.record.node_name[1] = place;
+  entry.record.port_id.octets[2] = static_cast<std::uint8_t>(entry.record.port_id.octets[2] + place);
+  return entry;
 }
 
 }  // namespace
 
 void ReadPort(const Value& map, Adapter& adapter, std::size_t adapter_index, std::set<std::string>& names) {
   auto number = static_cast<std::uint32_t>(adapter.ports.size());
-  map.EachKey([&](const Value& value) {
-    if (value.Key() == "number") value.Into(number);
-  });
+  map.At("number", [&](const Value& value) { value.Into(number); });
   Port& port = adapter.ports.emplace_back();
   port.record.number = number;
+  const TargetDefaults target_defaults = {adapter_index, number, adapter.family->speed};
+  const auto read_entry = [&](const Value& entry_map, std::span<const KeyRow<EntryReading>> keys,
+                              Entry& entry) {
+    EntryReading reading{entry.record, entry, port, target_defaults};
+    ReadEntry(entry_map, keys, reading, names);
+  };
+
   Entry& entry = port.entries.emplace_back();
   entry.record = MakeProtocolEntry(adapter, adapter_index, number);
   entry.config = MakeConfig(*adapter.family);
-  const TargetDefaults target_defaults = {adapter_index, number, adapter.family->speed};
-  EntryReading reading{entry.record, entry, port, target_defaults};
-  ReadEntry(map, kAllKeys, reading, names);
+  read_entry(map, kAllKeys, entry);
   entry.sfp = ModuleOf(map, DefaultSfpValues(*adapter.family, adapter_index, number));
 
-  map.EachKey([&](const Value& value) {
-    if (value.Key() != "npiv") return;
-    value.EachItem([&](const Value& item) {
-      Entry virtual_entry;
-      FCProtocolEntry& record = virtual_entry.record;
-      record = port.entries.front().record;
-      virtual_entry.diag = port.entries.front().diag;
-      virtual_entry.sfp = port.entries.front().sfp;
-      virtual_entry.congestion = port.entries.front().congestion;
-      virtual_entry.config = port.entries.front().config;
-      virtual_entry.reports = port.entries.front().reports;
+  map.At("npiv", [&](const Value& list) {
+    list.EachItem([&](const Value& item) {
       const auto place = static_cast<std::uint8_t>(port.entries.size());
-      record.interface_type = PortInterfaceType::kNpivVirtual;
-      record.port_name[1] = record.node_name[1] = place;
-      record.port_id.octets[2] = static_cast<std::uint8_t>(record.port_id.octets[2] + place);
-      EntryReading virtual_reading{record, virtual_entry, port, target_defaults};
-      ReadEntry(item, kVirtualKeys, virtual_reading, names);
+      Entry virtual_entry = MakeVirtualEntry(port.entries.front(), place);
+      read_entry(item, kVirtualKeys, virtual_entry);
       port.entries.push_back(std::move(virtual_entry));
     });
   });

@@ -1,4 +1,4 @@
-// Reading one port of a host file.
+// The ports of an adapter in host files.
 #pragma once
 
 #include <set>

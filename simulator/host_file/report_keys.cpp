@@ -1,7 +1,7 @@
 #include "host_file/report_keys.h"
 
+#include "base/file.h"
 #include "base/text.h"
-#include "host_file/host_keys.h"
 
 namespace lab {
 namespace {
@@ -31,7 +31,7 @@ std::string BytesOfFile(const Value& value, std::size_t limit) {
   return bytes;
 }
 
-// "none" or a map; true for the map.
+// True for a map, false for "none"; anything else is a mistake.
 bool IsThere(const Value& value, bool& none) {
   none = value.Is("none");
   if (!none && !value.IsMap()) value.Expected("a map, or none");
@@ -43,7 +43,7 @@ void ReadOneLockdown(const Value& value, Lockdown& into) {
   if (value.Is("on") || value.Is("off")) {
     into.on = value.Choice(kLockdowns) != 0;
   } else {
-    into.status = value.ChoiceOrNumber(kLockdownFailures, UINT32_MAX);
+    value.CodeInto(kLockdownFailures, into.status);
   }
 }
 
@@ -87,20 +87,20 @@ constexpr KeyRow<SwitchModule> kModuleKeys[] = {
     {"revision", [](const Value& value, SwitchModule& into) { into.revision = value.Text(4); }},
     {"date", [](const Value& value, SwitchModule& into) { into.date = value.Text(8); }},
     {"temperature",
-     [](const Value& value, SwitchModule& into) { into.temperature = value.Decimal(0, 255.99); }},
-    {"voltage", [](const Value& value, SwitchModule& into) { into.voltage = value.Decimal(0, 6.5535); }},
-    {"bias", [](const Value& value, SwitchModule& into) { into.bias = value.Decimal(0, 131.07); }},
-    {"tx-power", [](const Value& value, SwitchModule& into) { into.tx_power = value.Decimal(0, 6.5535); }},
-    {"rx-power", [](const Value& value, SwitchModule& into) { into.rx_power = value.Decimal(0, 6.5535); }},
+     [](const Value& value, SwitchModule& into) { into.measured.temperature = value.Decimal(0, 255.99); }},
+    {"voltage",
+     [](const Value& value, SwitchModule& into) { into.measured.voltage = value.Decimal(0, 6.5535); }},
+    {"bias", [](const Value& value, SwitchModule& into) { into.measured.bias = value.Decimal(0, 131.07); }},
+    {"tx-power",
+     [](const Value& value, SwitchModule& into) { into.measured.tx_power = value.Decimal(0, 6.5535); }},
+    {"rx-power",
+     [](const Value& value, SwitchModule& into) { into.measured.rx_power = value.Decimal(0, 6.5535); }},
     {"flags", [](const Value& value, SwitchModule& into) { IntoOptional(value, into.flags); }},
 };
 
 void ReadLinkErrors(const Value& list, RdpSetup& into) {
-  std::size_t count = 0;
-  list.EachItem([&](const Value& item) {
-    if (count == std::size(into.link_errors)) item.Expected("six numbers and no more");
-    item.Into(into.link_errors[count++]);
-  });
+  list.EachItemUpTo(std::size(into.link_errors), "six numbers and no more",
+                    [&](const Value& item, std::size_t place) { item.Into(into.link_errors[place]); });
 }
 
 constexpr KeyRow<RdpSetup> kRdpKeys[] = {
@@ -136,9 +136,7 @@ constexpr KeyRow<Entry> kStateKeys[] = {
 }  // namespace
 
 void ReadTemperature(const Value& value, PortReportSetup& setup) {
-  const double celsius = value.Decimal(INT16_MIN, INT16_MAX);
-  setup.temperature = static_cast<std::int16_t>(celsius);
-  if (setup.temperature != celsius) value.Expected("a whole number from -32768 to 32767");
+  setup.temperature = value.SignedWord();
 }
 
 void ReadLockdown(const Value& map, PortReportSetup& setup) {

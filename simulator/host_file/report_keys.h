@@ -1,4 +1,4 @@
-// Reading what a host file tells about the reports of a port, and keeping what calls change of it.
+// The reports of a port in host files, and what calls change of them in state files.
 #pragma once
 
 #include "device/host.h"

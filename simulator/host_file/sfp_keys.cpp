@@ -8,13 +8,13 @@ namespace {
 
 constexpr NamedNumber kForms[] = {{"sfp", 0}, {"qsfp", 1}};
 
-// Speeds in Gbps: bits of byte 10, and from 256 on of byte 62 times 256.
+// Speeds in Gbps: bits of byte 10, and above them those of byte 62.
 constexpr NamedNumber kFcSpeeds[] = {{"1", 0x01},  {"2", 0x04},  {"4", 0x10},   {"8", 0x40},   {"10", 0x80},
                                      {"16", 0x20}, {"32", 0x08}, {"64", 0x100}, {"128", 0x200}};
 constexpr std::span<const NamedNumber> kQsfpFcSpeeds = std::span(kFcSpeeds).first(7);
 
 constexpr NamedNumber kSfpEthernetSpeeds[] = {{"10", 0x10}};
-// Bits of byte 131; the highest says that byte 192 tells the speed.
+// Bits of byte 131; the highest refers to byte 192 for the speed.
 constexpr NamedNumber kQsfpEthernetSpeeds[] = {{"10", 0x10}, {"40", 0x04}, {"100", 0x80}};
 constexpr std::uint8_t kExtendedEthernet = 0x80;
 constexpr std::uint8_t kHundredGigabit = 0x02;
@@ -30,17 +30,11 @@ constexpr NamedNumber kDistances[] = {
 constexpr NamedNumber kConnectors[] = {{"none", 0x23},           {"sc", 0x01},  {"lc", 0x07}, {"mpo", 0x0c},
                                        {"copper-pigtail", 0x21}, {"rj45", 0x22}};
 
-std::uint32_t MaskOf(const Value& list, std::span<const NamedNumber> bits) {
-  std::uint32_t mask = 0;
-  list.EachItem([&](const Value& item) { mask |= item.Choice(bits); });
-  return mask;
-}
-
 std::uint8_t ByteMask(const Value& list, std::span<const NamedNumber> bits) {
-  return static_cast<std::uint8_t>(MaskOf(list, bits));
+  return static_cast<std::uint8_t>(list.Mask(bits));
 }
 
-// Largest numbers that the fields hold.
+// Limits of what the fields hold.
 constexpr double kLowestTemperature = -128;
 constexpr double kHighestTemperature = 127.99;
 constexpr double kHighestVoltage = 6.5535;
@@ -100,12 +94,7 @@ constexpr KeyRow<SfpValues> kAllThresholdsKeys[] = {
 
 constexpr KeyRow<SfpLine> kLineKeys[] = {
     {"slope", [](const Value& value, SfpLine& into) { into.slope = value.Decimal(0, 255.99); }},
-    {"offset",
-     [](const Value& value, SfpLine& into) {
-       const double offset = value.Decimal(-32768, 32767);
-       into.offset = static_cast<std::int16_t>(offset);
-       if (into.offset != offset) value.Expected("a whole number from -32768 to 32767");
-     }},
+    {"offset", [](const Value& value, SfpLine& into) { into.offset = value.SignedWord(); }},
 };
 
 constexpr KeyRow<SfpConstants> kConstantKeys[] = {
@@ -117,10 +106,11 @@ constexpr KeyRow<SfpConstants> kConstantKeys[] = {
     {"rx-power",
      [](const Value& value, SfpConstants& into) {
        std::size_t count = 0;
-       value.EachItem([&](const Value& item) {
-         if (count == into.rx_power.size()) item.Expected("five numbers and no more");
-         into.rx_power[count++] = static_cast<float>(item.Decimal(-1e38, 1e38));
-       });
+       value.EachItemUpTo(into.rx_power.size(), "five numbers and no more",
+                          [&](const Value& item, std::size_t place) {
+                            into.rx_power[place] = static_cast<float>(item.Decimal(-1e38, 1e38));
+                            count = place + 1;
+                          });
        if (count != into.rx_power.size()) value.Expected("five numbers");
      }},
 };
@@ -139,8 +129,7 @@ void ReadDateText(const Value& value, SfpValues& into) {
 }
 
 void ReadFcSpeeds(const Value& value, SfpValues& into) {
-  const std::uint32_t mask =
-      MaskOf(value, into.qsfp ? kQsfpFcSpeeds : std::span<const NamedNumber>(kFcSpeeds));
+  const std::uint32_t mask = value.Mask(into.qsfp ? kQsfpFcSpeeds : std::span<const NamedNumber>(kFcSpeeds));
   into.fc_speeds = static_cast<std::uint8_t>(mask);
   into.fc_speeds_2 = static_cast<std::uint8_t>(mask >> 8);
 }
@@ -152,7 +141,7 @@ void ReadEthernetSpeeds(const Value& value, SfpValues& into) {
       into.qsfp && (into.ethernet_speeds & kExtendedEthernet) != 0 ? kHundredGigabit : std::uint8_t{0};
 }
 
-// What a file of a module's memory stands for, and the module that a host file describes beside it.
+// A module while it is read: named values, or the memory in a file.
 struct SfpReading {
   SfpValues values;
   std::optional<SfpMemory> memory;
@@ -160,12 +149,10 @@ struct SfpReading {
   bool update_fails = false;
 };
 
-void ReadElsewhere(const Value&, SfpReading&) {}
-
 constexpr KeyRow<SfpReading> kUpdateFails = {
     "update-fails", [](const Value& value, SfpReading& into) { value.Into(into.update_fails); }};
 
-// A module whose memory stands in a file.
+// A module whose memory is in a file.
 constexpr KeyRow<SfpReading> kImageKeys[] = {
     {"image",
      [](const Value& value, SfpReading& into) {
@@ -192,9 +179,7 @@ constexpr KeyRow<SfpReading> kModuleKeys[] = {
     {"distance",
      [](const Value& value, SfpReading& into) { into.values.distance = ByteMask(value, kDistances); }},
     {"connector",
-     [](const Value& value, SfpReading& into) {
-       into.values.connector = static_cast<std::uint8_t>(value.ChoiceOrNumber(kConnectors, 255));
-     }},
+     [](const Value& value, SfpReading& into) { value.CodeInto(kConnectors, into.values.connector); }},
     {"wavelength",
      [](const Value& value, SfpReading& into) {
        into.values.wavelength = static_cast<std::uint16_t>(value.Number(0, 3276));
@@ -217,7 +202,7 @@ constexpr std::size_t kSfpOnlyKeys = 4;
 constexpr std::span<const KeyRow<SfpReading>> kSfpKeys(kModuleKeys);
 constexpr auto kQsfpKeys = kSfpKeys.first(kSfpKeys.size() - kSfpOnlyKeys);
 
-// A QSFP module of the defaults: what an SFP module has and a QSFP module has not falls away.
+// Turns the default values into those of a QSFP module, which lacks some of an SFP module's.
 void TakeForm(const Value& form, SfpValues& values) {
   values.qsfp = form.Choice(kForms) != 0;
   if (!values.qsfp) return;
@@ -226,15 +211,12 @@ void TakeForm(const Value& form, SfpValues& values) {
   if (values.fc_speeds == 0) values.ethernet_speeds = 0x04;
 }
 
-// The form decides what the other keys mean; the values of a refresh begin with those measured before.
+// The form decides what the other keys mean. A refresh changes the measured values, so it is read last.
 void ReadNamedValues(const Value& map, SfpReading& reading) {
-  map.EachKey([&](const Value& value) {
-    if (value.Key() == "form") TakeForm(value, reading.values);
-  });
+  map.At("form", [&](const Value& form) { TakeForm(form, reading.values); });
   ReadMap(map, reading.values.qsfp ? kQsfpKeys : kSfpKeys, reading);
-  map.EachKey([&](const Value& value) {
-    if (value.Key() != "after-refresh") return;
-    ReadMap(value, kMeasuredKeys, reading.refreshed.emplace(reading.values.measured));
+  map.At("after-refresh", [&](const Value& refreshed) {
+    ReadMap(refreshed, kMeasuredKeys, reading.refreshed.emplace(reading.values.measured));
   });
 }
 
@@ -258,25 +240,19 @@ constexpr KeyRow<SfpStateReading> kStateKeys[] = {
 
 }  // namespace
 
-std::shared_ptr<SfpModule> MakeSfp(const SfpValues& values) {
-  auto module = std::make_shared<SfpModule>();
-  module->known = module->now = ComposeSfpMemory(values);
-  return module;
-}
-
 std::shared_ptr<SfpModule> ReadSfp(const Value& value, const SfpValues& defaults) {
   if (value.Is("none")) return nullptr;
   if (!value.IsMap()) value.Expected("a map, or none");
   SfpReading reading;
   reading.values = defaults;
   bool from_file = false;
-  value.EachKey([&](const Value& key) { from_file = from_file || key.Key() == "image"; });
+  value.At("image", [&](const Value&) { from_file = true; });
   if (from_file) {
     ReadMap(value, kImageKeys, reading);
   } else {
     ReadNamedValues(value, reading);
   }
-  std::shared_ptr<SfpModule> module = MakeSfp(reading.values);
+  std::shared_ptr<SfpModule> module = MakeSfpModule(reading.values);
   if (reading.memory) module->known = module->now = *reading.memory;
   if (reading.refreshed) {
     reading.values.measured = *reading.refreshed;

@@ -1,4 +1,4 @@
-// Reading what a host file tells about the pluggable module of a port, and keeping what calls change of it.
+// The pluggable module of a port in host files, and what calls change of it in state files.
 #pragma once
 
 #include <memory>
@@ -11,10 +11,7 @@ namespace lab {
 // The module under a port's key `sfp`; null for an empty cage. `defaults` are the values that it leaves out.
 std::shared_ptr<SfpModule> ReadSfp(const Value& value, const SfpValues& defaults);
 
-// The module of these values, for a port without that key.
-std::shared_ptr<SfpModule> MakeSfp(const SfpValues& values);
-
-// What calls have changed, in the state file. An empty cage leaves it aside.
+// What calls have changed, in the state file. For an empty cage it is skipped.
 void ReadSfpState(const Value& map, SfpModule* module);
 YAML::Node SfpState(const SfpModule& module);
 

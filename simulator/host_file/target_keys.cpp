@@ -4,8 +4,8 @@
 #include <cstring>
 #include <set>
 
+#include "base/named_number.h"
 #include "base/text.h"
-#include "device/speed_codes.h"
 
 namespace lab {
 namespace {
@@ -38,7 +38,7 @@ constexpr const char* kFcpRevision = "2.10";
 constexpr const char* kNvmeRevision = "2.10.4";
 constexpr std::uint32_t kLunSizeMb = 102400;
 
-// Calls read(Value) for every item of a list, or for the value itself when it is none.
+// Calls read(Value) for every item of a list, or for a value that is no list.
 template <typename Read>
 void EachOrOne(const Value& value, Read read) {
   if (value.IsList()) {
@@ -69,7 +69,7 @@ struct LunReading {
   bool is_nvme;
 };
 
-void ReadNumbers(const Value& value, LunReading& into) {
+void ReadLunNumbers(const Value& value, LunReading& into) {
   if (!value.IsText() || !ReadRange(value.Text(64), into.range.first, into.range.last)) {
     value.Expected("a number or a range like 0-63, up to 65535");
   }
@@ -88,7 +88,7 @@ void ReadOctetList(const Value& value, std::uint8_t (&octets)[N], std::uint8_t& 
 }
 
 constexpr KeyRow<LunReading> kLunKeys[] = {
-    {"number", ReadNumbers},
+    {"number", ReadLunNumbers},
     {"vendor", [](const Value& value, LunReading& into) { value.Into(into.range.lun.vendor_id); }},
     {"product", [](const Value& value, LunReading& into) { value.Into(into.range.lun.product_id); }},
     {"revision",
@@ -129,7 +129,7 @@ void ReadLuns(const Value& luns, TargetGroup& group) {
     if (item.IsMap()) {
       ReadMap(item, kLunKeys, reading);
     } else {
-      ReadNumbers(item, reading);
+      ReadLunNumbers(item, reading);
     }
     for (std::uint32_t number = range.first; number <= range.last; ++number) {
       if (seen[number]) item.Wrong(item.Key() + ": number " + std::to_string(number) + " stands here twice");
@@ -143,17 +143,11 @@ void ReadLuns(const Value& luns, TargetGroup& group) {
 
 constexpr KeyRow<TargetEntry> kCongestionKeys[] = {
     {"state",
-     [](const Value& value, TargetEntry& into) {
-       into.congestion_state = static_cast<std::uint8_t>(value.ChoiceOrNumber(kCongestionStates, 255));
-     }},
+     [](const Value& value, TargetEntry& into) { value.CodeInto(kCongestionStates, into.congestion_state); }},
     {"virtual-lane",
-     [](const Value& value, TargetEntry& into) {
-       into.virtual_lane = static_cast<std::uint8_t>(value.ChoiceOrNumber(kLanes, 255));
-     }},
+     [](const Value& value, TargetEntry& into) { value.CodeInto(kLanes, into.virtual_lane); }},
     {"throttling",
-     [](const Value& value, TargetEntry& into) {
-       into.io_throttling = static_cast<std::uint8_t>(value.ChoiceOrNumber(kThrottling, 255));
-     }},
+     [](const Value& value, TargetEntry& into) { value.CodeInto(kThrottling, into.io_throttling); }},
     {"notifications",
      [](const Value& value, TargetEntry& into) { value.Into(into.congestion_notifications); }},
     {"link-event", [](const Value& value, TargetEntry& into) { value.Into(into.link_event_type); }},
@@ -170,12 +164,7 @@ constexpr KeyRow<TargetEntry> kCongestionKeys[] = {
      [](const Value& value, TargetEntry& into) { value.Into(into.seconds_since_event); }},
 };
 
-struct Counter {
-  const char* name;
-  std::uint32_t TargetPortStatistics::*field;
-};
-
-constexpr Counter kCounters[] = {
+constexpr NumberRow<TargetPortStatistics, std::uint32_t> kCounters[] = {
     {"link-failure", &TargetPortStatistics::link_failure},
     {"loss-of-sync", &TargetPortStatistics::loss_of_sync},
     {"loss-of-signal", &TargetPortStatistics::loss_of_signal},
@@ -195,17 +184,6 @@ constexpr Counter kCounters[] = {
     {"link-device-specific-event", &TargetPortStatistics::link_device_specific_event},
 };
 
-void ReadStatistics(const Value& map, TargetPortStatistics& statistics) {
-  map.EachKey([&](const Value& value) {
-    std::string names;
-    for (const Counter& counter : kCounters) {
-      if (value.Key() == counter.name) return value.Into(statistics.*counter.field);
-      names += (names.empty() ? "" : ", ") + std::string(counter.name);
-    }
-    value.UnknownKey(names);
-  });
-}
-
 // Byte 0 bit 6: known but not configured; byte 2 bit 1 and byte 4 bit 0: online.
 void ReadState(const Value& value, TargetEntry& target) {
   const std::uint32_t state = value.Choice(kStates);
@@ -214,9 +192,7 @@ void ReadState(const Value& value, TargetEntry& target) {
   target.state_flags[4] = state == 0 ? 0x01 : 0;
 }
 
-void ReadElsewhere(const Value&, TargetGroup&) {}
-
-// `type` stands in the record before these are read.
+// `type` is read before all others, into the record.
 constexpr KeyRow<TargetGroup> kTargetKeys[] = {
     {"type", ReadElsewhere},
     {"count",
@@ -243,9 +219,7 @@ constexpr KeyRow<TargetGroup> kTargetKeys[] = {
        into.own_serial = true;
      }},
     {"product-type",
-     [](const Value& value, TargetGroup& into) {
-       into.first.product_type = value.ChoiceOrNumber(kProductTypes, UINT32_MAX);
-     }},
+     [](const Value& value, TargetGroup& into) { value.CodeInto(kProductTypes, into.first.product_type); }},
     {"nqn",
      [](const Value& value, TargetGroup& into) {
        value.Into(into.first.nqn);
@@ -263,13 +237,13 @@ constexpr KeyRow<TargetGroup> kTargetKeys[] = {
        into.remote.initiator = (role & 1) != 0;
        into.remote.target = (role & 2) != 0;
      }},
-    {"session", [](const Value& value,
-                   TargetGroup& into) { into.remote.session = value.ChoiceOrNumber(kSessions, UINT32_MAX); }},
+    {"session",
+     [](const Value& value, TargetGroup& into) { value.CodeInto(kSessions, into.remote.session); }},
     {"secure", [](const Value& value, TargetGroup& into) { value.Into(into.remote.secure); }},
     {"congestion",
      [](const Value& value, TargetGroup& into) { ReadMap(value, kCongestionKeys, into.first); }},
     {"statistics",
-     [](const Value& value, TargetGroup& into) { ReadStatistics(value, into.state.statistics); }},
+     [](const Value& value, TargetGroup& into) { ReadNumbers(value, kCounters, into.state.statistics); }},
     {"link-speed",
      [](const Value& value, TargetGroup& into) { into.state.link_speed = value.Choice(kSpeedCodes); }},
     {"link-speed-code", [](const Value& value, TargetGroup& into) { value.Into(into.state.link_speed); }},
@@ -306,8 +280,8 @@ TargetGroup MakeGroup(const TargetDefaults& defaults, const FCProtocolEntry& ent
   return group;
 }
 
-// The LUNs take over texts of their target, so they are read behind its own keys. Each type has its word for
-// them.
+// LUNs begin with texts of their target, so they are read after its own keys. Each type of target has its
+// word for them.
 void ReadLunKeys(const Value& map, TargetGroup& group) {
   map.EachKey([&](const Value& value) {
     if (value.Key() != "luns" && value.Key() != "namespaces") return;
@@ -330,8 +304,8 @@ void CheckNames(const Value& map, const TargetGroup& group, std::set<std::uint64
 }
 
 void ReadTarget(const Value& map, TargetGroup group, TargetSet& set, std::set<std::uint64_t>& names) {
-  map.EachKey([&](const Value& value) {
-    if (value.Key() == "type" && value.Choice(kTypes) == 1) group.first.state_flags[5] = 0x08;
+  map.At("type", [&](const Value& type) {
+    if (type.Choice(kTypes) == 1) group.first.state_flags[5] = 0x08;
   });
   ReadMap(map, kTargetKeys, group);
   if (!group.own_node_name) {

@@ -1,4 +1,4 @@
-// Reading the targets of one port of a host file.
+// The targets of a port in host files, and what calls change of them in state files.
 #pragma once
 
 #include "device/host.h"
@@ -6,8 +6,8 @@
 
 namespace lab {
 
-// What targets are made from where the host file says nothing: the places of their adapter and port, and the
-// speed code of a port that is down.
+// Defaults of targets: the places of their adapter and port, from 0, and the speed code of a port that is
+// down.
 struct TargetDefaults {
   std::size_t adapter;
   std::uint32_t port;
@@ -17,8 +17,8 @@ struct TargetDefaults {
 // Reads the value of a port's key `targets`. All other keys of the entry have been read.
 void ReadTargets(const Value& value, const TargetDefaults& defaults, Entry& entry);
 
-// The link speeds that calls have set, in the state file: a map of target names. Names of targets that the
-// port does not have are left aside.
+// The link speeds that calls have set, in the state file: a map of target names. Skips targets that the port
+// does not have.
 void ReadTargetSpeeds(const Value& map, TargetSet& targets);
 YAML::Node TargetSpeeds(const TargetSet& targets);
 

@@ -5,6 +5,15 @@
 #include "base/text.h"
 
 namespace lab {
+namespace {
+
+std::string NamesOf(std::span<const NamedNumber> choices) {
+  std::string names;
+  for (const NamedNumber& choice : choices) names += (names.empty() ? "" : ", ") + std::string(choice.name);
+  return names;
+}
+
+}  // namespace
 
 std::string Value::Found() const {
   if (node_.IsScalar()) return "'" + node_.Scalar() + "'";
@@ -49,6 +58,13 @@ std::string Value::Path() const {
   return std::string(document_.substr(0, slash + 1)) + path;
 }
 
+std::int16_t Value::SignedWord() const {
+  const double number = Decimal(INT16_MIN, INT16_MAX);
+  const auto whole = static_cast<std::int16_t>(number);
+  if (whole != number) Expected("a whole number from -32768 to 32767");
+  return whole;
+}
+
 bool Value::Bool() const {
   if (Is("true")) return true;
   if (!Is("false")) Expected("true or false");
@@ -69,16 +85,6 @@ void Value::Octets(std::span<std::uint8_t> out) const {
   }
 }
 
-namespace {
-
-std::string NamesOf(std::span<const NamedNumber> choices) {
-  std::string names;
-  for (const NamedNumber& choice : choices) names += (names.empty() ? "" : ", ") + std::string(choice.name);
-  return names;
-}
-
-}  // namespace
-
 std::uint32_t Value::Choice(std::span<const NamedNumber> choices) const {
   for (const NamedNumber& choice : choices) {
     if (Is(choice.name)) return choice.number;
@@ -95,6 +101,12 @@ std::uint32_t Value::ChoiceOrNumber(std::span<const NamedNumber> choices, std::u
     Expected("one of " + NamesOf(choices) + ", or a number up to " + std::to_string(limit));
   }
   return static_cast<std::uint32_t>(number);
+}
+
+std::uint32_t Value::Mask(std::span<const NamedNumber> bits) const {
+  std::uint32_t mask = 0;
+  EachItem([&](const Value& item) { mask |= item.Choice(bits); });
+  return mask;
 }
 
 }  // namespace lab

@@ -28,7 +28,7 @@ struct RebootWord {
 constexpr RebootWord kRebootWords[] = {
     {"none", kSuccess}, {"warm", kSuccessWarmReboot}, {"cold", kSuccessColdReboot}};
 
-// The component that an image of these kinds carries, and whose version is the image's own.
+// The only component of an image of these kinds; its version is the image's own.
 struct KindComponent {
   ImageKind kind;
   const char* component;
@@ -74,7 +74,7 @@ std::uint32_t CheckFit(const ImageText& content, ImageKind kind, const Adapter& 
   return kSuccess;
 }
 
-// Puts one line into the image. Only a multi-boot image carries versions beside its own.
+// Stores one line in the image. Only a multi-boot image carries versions besides its own.
 std::uint32_t TakeLine(const ImageText::Line& line, ImageKind kind, const Adapter& adapter, FlashImage& out) {
   constexpr std::string_view kJudgedElsewhere[] = {"kind", "families", "serials", "signature", "size"};
   for (const std::string_view key : kJudgedElsewhere) {
@@ -156,7 +156,7 @@ void ApplyFlashImage(const FlashImage& image, Adapter& adapter) {
     adapter.flash.*part.component->field = part.version;
   }
   if (adapter.family->memo_block && !image.version.empty()) {
-    std::memcpy(memo.signature, "FMBS", sizeof memo.signature);
+    std::memcpy(memo.signature, kMemoSignature, sizeof memo.signature);
     ReadVersion(image.version, memo.mbi_version);
     if (!image.family_firmware.AllZero()) memo.family_firmware = image.family_firmware;
     if (!image.build_date.empty()) {

@@ -1,4 +1,4 @@
-// Flash images: a text format of the simulation's own, described in docs/lab-host.md.
+// Flash images: a text format that docs/lab-host.md describes.
 #pragma once
 
 #include <cstdint>

@@ -3,9 +3,9 @@
 #include <array>
 #include <cerrno>
 
+#include "base/file.h"
 #include "base/results.h"
 #include "base/text.h"
-#include "host_file/host_keys.h"
 
 namespace lab {
 namespace {

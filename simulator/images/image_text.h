@@ -1,4 +1,4 @@
-// Images as files: a first line that tells the kind, lines "key: value", and a last line with a checksum.
+// Images as text files: a first line that names the format, lines "key: value", a last line with a checksum.
 #pragma once
 
 #include <cstdint>
@@ -30,14 +30,14 @@ class ImageText {
   // kLargestFile; kImageCorrupted when its last line is no checksum line.
   std::uint32_t Load(const char* file, std::string_view first_line);
 
-  // Returns 0, kImageSizeError when a key `size` tells another size than the checksum covers, kImageCorrupted
-  // when the checksum is no number, or kImageChecksumError.
+  // Returns 0, kImageSizeError when a key `size` differs from the size that the checksum covers,
+  // kImageCorrupted when the checksum is no number, or kImageChecksumError.
   std::uint32_t CheckChecksum() const;
 
   // The value of the first line with this key, empty when there is none.
   std::string_view Find(std::string_view key) const;
 
-  // All lines between the first and the last, but for empty ones and remarks; and whether each had a key.
+  // All lines between the first and the last, without empty ones and remarks; and whether each had a key.
   const std::vector<Line>& Lines() const { return lines_; }
   bool WellFormed() const { return well_formed_; }
 

@@ -4,7 +4,6 @@
 
 #include "base/results.h"
 #include "base/text.h"
-#include "device/config_fields.h"
 #include "images/image_text.h"
 
 namespace lab {

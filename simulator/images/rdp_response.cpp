@@ -1,8 +1,9 @@
+#include "images/rdp_response.h"
+
 #include <array>
 #include <cmath>
 
 #include "framework/device_library/speeds.h"
-#include "images/port_reports.h"
 
 namespace lab {
 namespace {
@@ -25,12 +26,6 @@ struct PortSpeed {
 constexpr PortSpeed kPortSpeeds[] = {
     {1, 0x8000, 0x01}, {2, 0x4000, 0x02},  {4, 0x2000, 0x08},  {16, 0x1000, 0x04},
     {8, 0x0800, 0x10}, {22, 0x0400, 0x20}, {50, 0x0200, 0x40}, {100, 0x0100, 0x80},
-};
-
-// What the report tells of the switch's module.
-struct Module {
-  std::string vendor, part, serial, revision, date;
-  double temperature = 36.5, voltage = 3.3, bias = 7.0, tx_power = 0.6, rx_power = 0.5;
 };
 
 // Big-endian words and texts, gathered into descriptors.
@@ -65,54 +60,24 @@ class Descriptor {
   std::string payload_;
 };
 
-// A number in units of `unit`, as the sixteen bits that hold it.
-unsigned Units(double value, double unit) {
-  return static_cast<unsigned>(std::lround(value / unit)) & 0xffff;
-}
-
-constexpr double kVoltageUnit = 0.0001;
-constexpr double kBiasUnit = 0.002;
-constexpr double kPowerUnit = 0.0001;
-
 bool HasErrorCorrection(const FCProtocolEntry& record) {
   return record.port_speed >= k32Gbps.code || (record.link_flags & kFecInUse) != 0;
 }
 
-std::string Field(const SfpMemory& memory, std::size_t offset, std::size_t size) {
-  return {reinterpret_cast<const char*>(memory.data()) + offset, size};
+// The texts of the switch's module: by default those of the port's own, or, for an empty cage, of the lab's.
+SfpTexts TextsOfModule(const Entry& entry) {
+  const SwitchModule& given = entry.reports.rdp.module;
+  const SfpTexts own =
+      entry.sfp ? TextsOf(entry.sfp->now) : SfpTexts{"LABSWITCH", "LS-32G-SW", "LSW0001", "A1", "260114"};
+  return {given.vendor.value_or(own.vendor), given.part.value_or(own.part), given.serial.value_or(own.serial),
+          given.revision.value_or(own.revision), given.date.value_or(own.date)};
 }
 
-// A module of the same make as the port's own; an empty cage has one of the lab at the other end.
-Module ModuleOf(const Entry& entry) {
-  const SwitchModule& told = entry.reports.rdp.module;
-  Module module{"LABSWITCH", "LS-32G-SW", "LSW0001", "A1", "260114"};
-  if (entry.sfp) {
-    const SfpMemory& memory = entry.sfp->now;
-    const std::size_t base = IsQsfpMemory(memory) ? 128 : 0;
-    module.vendor = Field(memory, base + 20, 16);
-    module.part = Field(memory, base + 40, 16);
-    module.serial = Field(memory, base + 68, 16);
-    module.revision = Field(memory, base + 56, base > 0 ? 2 : 4);
-    module.date = Field(memory, base + 84, 8);
-  }
-  module.vendor = told.vendor.value_or(module.vendor);
-  module.part = told.part.value_or(module.part);
-  module.serial = told.serial.value_or(module.serial);
-  module.revision = told.revision.value_or(module.revision);
-  module.date = told.date.value_or(module.date);
-  module.temperature = told.temperature.value_or(module.temperature);
-  module.voltage = told.voltage.value_or(module.voltage);
-  module.bias = told.bias.value_or(module.bias);
-  module.tx_power = told.tx_power.value_or(module.tx_power);
-  module.rx_power = told.rx_power.value_or(module.rx_power);
-  return module;
-}
-
-std::string SfpDiagnostics(const Module& module, std::uint16_t flags) {
+std::string SfpDiagnostics(const SfpMeasured& measured, std::uint16_t flags) {
   return Descriptor(0x00010000)
-      .Halves(Units(module.temperature, 1.0 / 256), Units(module.voltage, kVoltageUnit))
-      .Halves(Units(module.bias, kBiasUnit), Units(module.tx_power, kPowerUnit))
-      .Halves(Units(module.rx_power, kPowerUnit), flags)
+      .Halves(InUnits(measured.temperature, kTemperatureUnit), InUnits(measured.voltage, kVoltageUnit))
+      .Halves(InUnits(measured.bias, kBiasUnit), InUnits(measured.tx_power, kPowerUnit))
+      .Halves(InUnits(measured.rx_power, kPowerUnit), flags)
       .Whole();
 }
 
@@ -161,9 +126,9 @@ std::string Element(unsigned kind, unsigned high_alarm, unsigned low_alarm, unsi
 }
 
 std::string Elements() {
-  const auto volts = [](double value) { return Units(value, kVoltageUnit); };
-  const auto bias = [](double value) { return Units(value, kBiasUnit); };
-  const auto power = [](double value) { return Units(value, kPowerUnit); };
+  const auto volts = [](double value) { return InUnits(value, kVoltageUnit); };
+  const auto bias = [](double value) { return InUnits(value, kBiasUnit); };
+  const auto power = [](double value) { return InUnits(value, kPowerUnit); };
   return Element(1, 75, 0xfb, 70, 0) +  // whole degrees; -5 at the low end
          Element(2, volts(3.63), volts(2.97), volts(3.465), volts(3.135)) +
          Element(3, bias(12.5), bias(2), bias(11.5), bias(3)) +
@@ -171,7 +136,7 @@ std::string Elements() {
          Element(5, power(1.8), power(0.05), power(1.4), power(0.08));
 }
 
-std::string Product(const Module& module) {
+std::string Product(const SfpTexts& module) {
   return Descriptor(0x00010008)
       .Text(module.vendor, 16)
       .Text(module.part, 16)
@@ -187,18 +152,17 @@ std::string ComposeRdpResponse(const Entry& entry) {
   const RdpSetup& setup = entry.reports.rdp;
   if (setup.bytes) return *setup.bytes;
   const FCProtocolEntry& record = entry.record;
-  const Module module = ModuleOf(entry);
   const std::uint16_t fec = HasErrorCorrection(record) ? kErrorCorrectionActive : std::uint16_t{0};
   const std::uint16_t flags = setup.module.flags.value_or(kShortWaveSfp | fec);
-  const std::string list = Descriptor(0x00000001).Word(kRdpCommand).Whole() + SfpDiagnostics(module, flags) +
-                           PortSpeeds(record) + LinkErrors(setup) + PortNames(record, setup) +
-                           FecStatus(record, setup) +
+  const std::string list = Descriptor(0x00000001).Word(kRdpCommand).Whole() +
+                           SfpDiagnostics(setup.module.measured, flags) + PortSpeeds(record) +
+                           LinkErrors(setup) + PortNames(record, setup) + FecStatus(record, setup) +
                            Descriptor(0x00010006)
                                .Word(setup.credits)
                                .Word(setup.attached_credits)
                                .Word(setup.round_trip_ns)
                                .Whole() +
-                           Elements() + Product(module);
+                           Elements() + Product(TextsOfModule(entry));
   std::string response;
   for (const int shift : {24, 16, 8, 0}) response += static_cast<char>(list.size() >> shift);
   return response + list;

@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/file.h"
 #include "base/results.h"
 #include "base/text.h"
-#include "host_file/host_keys.h"
 #include "images/image_text.h"
 
 namespace lab {
@@ -45,7 +45,7 @@ std::string ReadMemoryText(std::string_view text, SfpMemory& out) {
          std::to_string(offset / kLineBytes);
 }
 
-// Checks what a firmware file says about itself, once it is known to be whole.
+// True when a firmware file, whose checksum is right, is made for the module.
 bool FitsModule(const ImageText& content, const SfpModule& module) {
   if (!content.WellFormed() || content.Find("vendor") != kUpdatableVendor || IsQsfpMemory(module.now))
     return false;

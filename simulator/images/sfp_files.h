@@ -1,4 +1,4 @@
-// Files that have to do with pluggable modules: saved memories, and firmware.
+// Files of pluggable modules: saved memories and firmware.
 #pragma once
 
 #include <string>
@@ -14,8 +14,8 @@ std::string SfpMemoryText(const SfpMemory& memory);
 // remarks. Returns an empty text, or what was expected in place of the file.
 std::string ReadSfpMemory(const std::string& path, SfpMemory& out);
 
-// Reads a firmware file and puts it into the module. Returns 0, or the result that refuses it; the module is
-// then unchanged. docs/lab-host.md describes the format.
+// Reads a firmware file and stores its version in the module. Returns 0, or the result that refuses it; the
+// module is then unchanged. docs/lab-host.md describes the format.
 std::uint32_t UpdateSfpFirmware(const char* file, SfpModule& module);
 
 // "2.07" or "2.7": two numbers of at most 255.

@@ -1,6 +1,6 @@
-#include <map>
+#include "images/vpd_image.h"
 
-#include "images/port_reports.h"
+#include <map>
 
 namespace lab {
 namespace {

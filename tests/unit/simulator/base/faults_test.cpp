@@ -112,7 +112,7 @@ struct BadFaults {
   const char* message;
 };
 
-TEST_F(Faults, MistakesAreTold) {
+TEST_F(Faults, MistakesAreReported) {
   constexpr BadFaults kRows[] = {
       {"TORPI_Nothing=1", "expected the name of a library call, got 'TORPI_Nothing'"},
       {"TORPI_GetVpd", "expected <call>=<result>, got 'TORPI_GetVpd'"},

@@ -1,28 +1,12 @@
 #include <cstring>
-#include <regex>
-#include <set>
 #include <string>
 
-#include "base/call_table.h"
 #include "base/text.h"
 #include "unit/simulator/lab_fixture.h"
 
 namespace {
 
 using Calls = LabTest;
-
-TEST(CallTable, NamesTheCallsOfTheInterface) {
-  std::ifstream file(ZFC_SOURCE_DIR "/src/framework/device_library/calls.h");
-  const std::string header{std::istreambuf_iterator<char>(file), {}};
-  const std::regex declaration("(TORPI_\\w+)\\(");
-  std::set<std::string> declared;
-  for (std::sregex_iterator it(header.begin(), header.end(), declaration), end; it != end; ++it) {
-    declared.insert((*it)[1]);
-  }
-  std::set<std::string> known;
-  for (const lab::CallInfo& call : lab::kCalls) known.insert(call.name);
-  EXPECT_EQ(known, declared);
-}
 
 TEST_F(Calls, EveryServedCallLeavesOneLine) {
   UseHost("adapters:\n  - {family: elm, ports: [{wwpn: 21:00:00:0e:1e:11:22:33}]}\n");
@@ -168,7 +152,7 @@ TEST_F(Calls, EnvironmentSilencesTheHostFilesChatter) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST_F(Calls, TraceThatCannotBeWrittenIsToldAndServesOn) {
+TEST_F(Calls, TraceThatCannotBeWrittenIsReportedAndServesOn) {
   setenv("TORPI_LAB_TRACE", Path("no/such/folder").c_str(), 1);
   testing::internal::CaptureStderr();
   EXPECT_NE(TORPI_GetAdapterList()->first, nullptr);

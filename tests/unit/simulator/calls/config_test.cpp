@@ -79,10 +79,10 @@ class Config : public LabTest {
     UsePort(configuration);
     testing::internal::CaptureStderr();
     TORPI_GetAdapterList();
-    std::string told = testing::internal::GetCapturedStderr();
+    std::string reported = testing::internal::GetCapturedStderr();
     NextRun();
-    const std::size_t at = told.find(": ");
-    return at == std::string::npos ? told : told.substr(at + 2, told.size() - at - 3);
+    const std::size_t at = reported.find(": ");
+    return at == std::string::npos ? reported : reported.substr(at + 2, reported.size() - at - 3);
   }
 };
 
@@ -393,7 +393,7 @@ TEST_F(Config, WholeRecordsStandInTheTrace) {
   EXPECT_EQ(line.rfind("\") -> 0") - line.find(", \"") - 3, 1024u);
 }
 
-TEST_F(Config, MistakesAreTold) {
+TEST_F(Config, MistakesAreReported) {
   EXPECT_EQ(MistakeOf("parameter: {}"),
             "parameter: expected one of the keys parameters, boot, nvme-boot, credit-recovery, fec, beacon");
   EXPECT_EQ(

@@ -49,7 +49,7 @@ class CongestionCalls : public LabTest {
 
 constexpr const char* kTargets = "targets: {count: 2, wwpn: 50:00:00:00:00:00:00:01}";
 
-TEST_F(CongestionCalls, FeatureIsOnUnlessTold) {
+TEST_F(CongestionCalls, FeatureIsOnByDefault) {
   std::uint8_t enabled = 0;
   UsePort("speed: 64");
   EXPECT_EQ(TORPI_IsVCLMFeatureEnabled(HandleAt(0), &enabled), 0u);
@@ -248,17 +248,17 @@ TEST_F(CongestionCalls, CallsStandInTheTrace) {
 
 struct Mistake {
   const char* keys;
-  const char* told;
+  const char* reported;
 };
 
 class CongestionMistakes : public CongestionCalls, public testing::WithParamInterface<Mistake> {};
 
-TEST_P(CongestionMistakes, AreToldWithTheirKey) {
+TEST_P(CongestionMistakes, AreReportedWithTheirKey) {
   UsePort(std::string("congestion: ") + GetParam().keys);
   testing::internal::CaptureStderr();
   EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
-  const std::string told = testing::internal::GetCapturedStderr();
-  EXPECT_NE(told.find(std::string("lab.yaml:5: ") + GetParam().told), std::string::npos) << told;
+  const std::string reported = testing::internal::GetCapturedStderr();
+  EXPECT_NE(reported.find(std::string("lab.yaml:5: ") + GetParam().reported), std::string::npos) << reported;
 }
 
 INSTANTIATE_TEST_SUITE_P(

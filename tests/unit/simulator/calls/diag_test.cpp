@@ -370,12 +370,12 @@ using Mistake = std::array<const char*, 2>;
 
 class DiagnosticsMistakes : public Diagnostics, public testing::WithParamInterface<Mistake> {};
 
-TEST_P(DiagnosticsMistakes, AreToldWithLineAndKey) {
+TEST_P(DiagnosticsMistakes, AreReportedWithLineAndKey) {
   UseDiagnostics({GetParam()[0]});
   testing::internal::CaptureStderr();
   EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
-  const std::string told = testing::internal::GetCapturedStderr();
-  EXPECT_NE(told.find(std::string(":8: ") + GetParam()[1]), std::string::npos) << told;
+  const std::string reported = testing::internal::GetCapturedStderr();
+  EXPECT_NE(reported.find(std::string(":8: ") + GetParam()[1]), std::string::npos) << reported;
 }
 
 INSTANTIATE_TEST_SUITE_P(

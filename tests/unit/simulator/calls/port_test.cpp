@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::uint32_t kRoom = 1024;
 
-// What a call hands over in a buffer whose size the caller tells.
+// What a call hands over in a buffer whose size the caller gives.
 struct Answer {
   LibraryStatus result;
   std::string bytes;
@@ -48,15 +48,15 @@ class PortReports : public LabTest {
     return answer;
   }
 
-  // The mistake that the host file is told for a port of these keys.
+  // The mistake that the library reports for a port of these keys.
   std::string MistakeOf(const std::string& keys) const {
     NextRun();
     UsePort(keys);
     testing::internal::CaptureStderr();
     EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
-    const std::string told = testing::internal::GetCapturedStderr();
-    const std::size_t line = told.find(":2: ");
-    return line == std::string::npos ? told : told.substr(line + 4, told.size() - line - 5);
+    const std::string reported = testing::internal::GetCapturedStderr();
+    const std::size_t line = reported.find(":2: ");
+    return line == std::string::npos ? reported : reported.substr(line + 4, reported.size() - line - 5);
   }
 };
 
@@ -166,11 +166,11 @@ TEST_F(PortReports, VpdIsMadeFromTheAdapter) {
 TEST_F(PortReports, VpdAddsUpToZeroWithItsChecksum) {
   UsePort("");
   const std::string image = Vpd().bytes;
-  const std::size_t behind_checksum = image.find("RV\x01") + 4;
+  const std::size_t after_checksum = image.find("RV\x01") + 4;
   unsigned sum = 0;
-  for (std::size_t i = 0; i < behind_checksum; ++i) sum += static_cast<unsigned char>(image[i]);
+  for (std::size_t i = 0; i < after_checksum; ++i) sum += static_cast<unsigned char>(image[i]);
   EXPECT_EQ(sum & 0xff, 0u);
-  EXPECT_EQ(image[behind_checksum], '\x91');
+  EXPECT_EQ(image[after_checksum], '\x91');
 }
 
 TEST_F(PortReports, VpdItemsOfTheHostFileReplaceAndAdd) {
@@ -336,7 +336,7 @@ TEST_F(PortReports, NvramImageIsRefused) {
   EXPECT_EQ(required, 0);
 }
 
-TEST_F(PortReports, MistakesAreTold) {
+TEST_F(PortReports, MistakesAreReported) {
   EXPECT_EQ(MistakeOf("temperature: 1.5"),
             "temperature: expected a whole number from -32768 to 32767, got '1.5'");
   EXPECT_EQ(MistakeOf("lockdown: {config: maybe}"),

@@ -98,7 +98,7 @@ TEST_F(Sfp, EmptyCageReadsAsZeros) {
     EXPECT_EQ(Composed("none", mode), Memory{});
 }
 
-TEST_F(Sfp, NamedValuesStandWhereTheStandardPutsThem) {
+TEST_F(Sfp, NamedValuesAreWhereTheStandardPutsThem) {
   const Memory memory = Composed(
       "{vendor: LUMEN CO, oui: 00:11:22, part: LC-32-LW, revision: B2, serial: L0001, date: 2025-12-31,\n"
       "    speeds: [8, 16, 32], media: [single-mode], transmitter: [longwave], distance: [long], connector: "
@@ -133,7 +133,7 @@ TEST_F(Sfp, MeasuredValuesAndThresholdsAreInTheUnitsOfTheStandard) {
   EXPECT_EQ(Bytes(memory, 372, 2), (Octets{0x00, 0x40}));
 }
 
-TEST_F(Sfp, FlagsTellWhatIsOutOfItsLimits) {
+TEST_F(Sfp, FlagsShowWhatIsOutOfItsLimits) {
   // All high: temperature, voltage, bias, transmit power in the first byte, receive power in the second.
   const Memory high =
       Composed("{measured: {temperature: 90, voltage: 4, bias: 13, tx-power: 2, rx-power: 2}}");
@@ -159,7 +159,7 @@ TEST_F(Sfp, CheckBytesAreTheSumsOfTheirRanges) {
   EXPECT_EQ(qsfp[223], Sum(qsfp, 192, 223));
 }
 
-TEST_F(Sfp, CalibrationConstantsStandInTheirFields) {
+TEST_F(Sfp, CalibrationConstantsAreInTheirFields) {
   const Memory internal = Composed("{calibration: internal}");
   EXPECT_EQ(internal[92], 0x68);
   EXPECT_EQ(Bytes(internal, 312, 36), Octets(36, 0));
@@ -201,14 +201,14 @@ TEST_F(Sfp, QsfpModuleHasItsIdentityInTheUpperPage) {
   EXPECT_EQ(Bytes(memory, 256, 256), Octets(256, 0));
 }
 
-TEST_F(Sfp, EthernetModulesTellTheirSpeeds) {
+TEST_F(Sfp, EthernetModulesShowTheirSpeeds) {
   EXPECT_EQ(Composed("{ethernet: [10], speeds: []}")[3], 0x10);
   const Memory qsfp = Composed("{form: qsfp, ethernet: [40, 100], speeds: []}");
   EXPECT_EQ(qsfp[131], 0x84);
   EXPECT_EQ(qsfp[192], 0x02);
 }
 
-TEST_F(Sfp, FileOfARealModuleIsServedAsItStands) {
+TEST_F(Sfp, FileOfARealModuleIsServedAsItIs) {
   const Memory sfp = Composed("{image: " + RealModule("sfpp-10g-sr-finisar-a") + "}");
   EXPECT_EQ(Text(sfp, 20, 16), "FINISAR CORP.   ");
   EXPECT_EQ(sfp[63], Sum(sfp, 0, 63));
@@ -268,7 +268,7 @@ TEST_F(Sfp, VirtualPortsShareTheModuleAndOnlyReadIt) {
   EXPECT_EQ(Bytes(MemoryOf(other), 149, 2), (Octets{2, 8}));
 }
 
-TEST_F(Sfp, ReadModesTellWhatIsKnownOrRefreshed) {
+TEST_F(Sfp, ReadModesShowWhatIsKnownOrRefreshed) {
   const Memory before = Composed("{measured: {temperature: 30}, after-refresh: {temperature: 40, bias: 8}}");
   EXPECT_EQ(Bytes(before, 352, 2), (Octets{30, 0}));
   const Memory straight = MemoryOf(HandleAt(0), kStraight);
@@ -317,7 +317,7 @@ TEST_F(Sfp, UpdateStoresTheVersionAndKeepsIt) {
 
 struct Refusal {
   const char* name;
-  const char* host;  // the family, and what stands behind its port's name
+  const char* host;  // the family, and the keys after its port's name
   const char* lines;
   const char* first;
   std::uint32_t result;
@@ -389,7 +389,7 @@ TEST_F(Sfp, FirmwareFileWithAnotherChecksumIsRefused) {
 struct BadModule {
   const char* name;
   const char* module;
-  const char* message;  // behind the name of the file
+  const char* message;  // after the name of the file
 };
 
 constexpr BadModule kBadModules[] = {
@@ -437,7 +437,7 @@ constexpr BadModule kBadModules[] = {
 
 class BadSfp : public Sfp, public testing::WithParamInterface<BadModule> {};
 
-TEST_P(BadSfp, IsToldWithItsLine) {
+TEST_P(BadSfp, IsReportedWithItsLine) {
   UseHost(HostWith(GetParam().module));
   testing::internal::CaptureStderr();
   EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
@@ -447,14 +447,14 @@ TEST_P(BadSfp, IsToldWithItsLine) {
 INSTANTIATE_TEST_SUITE_P(Sfp, BadSfp, testing::ValuesIn(kBadModules),
                          [](const auto& test) { return test.param.name; });
 
-TEST_F(Sfp, FileThatIsNoMemoryIsTold) {
+TEST_F(Sfp, FileThatIsNoMemoryIsReported) {
   const std::string expected =
       Path("lab.yaml") + ":5: image: expected a file of 512 bytes or of 32 lines like '0010: 08 03 00 ...', ";
   std::ifstream real(RealModule("sfpp-10g-sr-finisar-a"));
   const std::string good(std::istreambuf_iterator<char>(real), {});
   const struct {
     std::string content;
-    const char* told;
+    const char* reported;
   } rows[] = {
       {"", "of which there are 0, got 'bad.hex'\n"},
       {"# a remark\n\n0000: 03 04\n", "which line 3 is not, got 'bad.hex'\n"},
@@ -470,7 +470,7 @@ TEST_F(Sfp, FileThatIsNoMemoryIsTold) {
     NextRun();
     testing::internal::CaptureStderr();
     EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), expected + row.told);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), expected + row.reported);
   }
 }
 

@@ -205,7 +205,7 @@ TEST_F(Targets, ItemsAndRangesFollowEachOtherInOneChain) {
   EXPECT_EQ(NumbersOf(TargetAt(5)), "");
 }
 
-TEST_F(Targets, LunsStandSinglyAndInRanges) {
+TEST_F(Targets, LunsAreGivenSinglyAndInRanges) {
   UsePort("targets: [{luns: [0-3, 7, {number: 65533-65535, size: 9}, 4]}, {luns: []}]");
   EXPECT_EQ(NumbersOf(TargetAt(0)), "0 1 2 3 7 65533 65534 65535 4 ");
   EXPECT_EQ(TargetAt(0).lun_count, 9u);
@@ -351,7 +351,7 @@ TEST_F(Targets, StatisticsOfAWrongAddressAreRefused) {
 }
 
 // Link speeds.
-TEST_F(Targets, LinkSpeedIsThatOfThePortUnlessTold) {
+TEST_F(Targets, LinkSpeedIsThatOfThePortByDefault) {
   UsePort("speed: 16, targets: [{}, {link-speed: 64}, {link-speed-code: 77}]");
   EXPECT_EQ(SpeedOf(0), 22u);
   EXPECT_EQ(SpeedOf(1), 100u);
@@ -402,7 +402,7 @@ TEST_F(Targets, StateOfATargetThatIsGoneIsLeftAside) {
   EXPECT_EQ(SpeedOf(1), 50u);
 }
 
-TEST_F(Targets, MistakeInTheStateIsTold) {
+TEST_F(Targets, MistakeInTheStateIsReported) {
   UseState();
   UsePort("targets: {count: 3}", "elm");
   const std::string head =
@@ -452,7 +452,7 @@ TEST_F(Targets, PortInMaintenanceModeAnswers150) {
 struct BadTargets {
   const char* name;
   const char* keys;     // of a port, on the fourth line
-  const char* message;  // behind the path of the host file
+  const char* message;  // after the path of the host file
 };
 
 std::ostream& operator<<(std::ostream& out, const BadTargets& bad) {
@@ -529,7 +529,7 @@ constexpr BadTargets kBadTargets[] = {
 
 class BadTargetsFile : public Targets, public testing::WithParamInterface<BadTargets> {};
 
-TEST_P(BadTargetsFile, IsToldWithItsLineAndGivesAnEmptyList) {
+TEST_P(BadTargetsFile, IsReportedWithItsLineAndGivesAnEmptyList) {
   UseHost(std::string("adapters:\n  - family: elm\n    ports:\n      - ") + GetParam().keys + "\n");
   testing::internal::CaptureStderr();
   EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);

@@ -2,7 +2,6 @@
 #include <string>
 
 #include "base/text.h"
-#include "device/family_table.h"
 #include "framework/device_library/families.h"
 #include "unit/simulator/lab_fixture.h"
 
@@ -179,41 +178,6 @@ TEST_F(Records, TextThatFillsItsFieldHasNoTerminator) {
   UseHost("adapters:\n  - family: elm\n    serial: 12345678901234567890123456789012\n");
   EXPECT_EQ(AdapterAt(0)->serial_number.View(), "12345678901234567890123456789012");
   EXPECT_EQ(AdapterAt(0)->type, 2u);
-}
-
-struct FamilyTests {
-  const char* name;
-  const char* passes;  // one letter per test, in the order of Passed
-};
-
-std::string Passed(const PciIdentity& pci) {
-  std::string passed;
-  if (IsDeviceGroupAster(pci)) passed += 'a';
-  if (IsDeviceGroupBirch(pci)) passed += 'b';
-  if (IsDeviceGroupCedar(pci)) passed += 'c';
-  if (IsDeviceGroupDahlia(pci)) passed += 'd';
-  if (IsDeviceGroupElm(pci)) passed += 'e';
-  if (IsDeviceGroupElmOnly(pci)) passed += 'E';
-  if (IsDeviceGroupFernOnly(pci)) passed += 'F';
-  if (IsDeviceCedar(pci)) passed += 'C';
-  if (IsDeviceGinkgo(pci)) passed += 'G';
-  if (IsDeviceGroupHazel(pci)) passed += 'h';
-  if (IsDeviceGroupIris(pci)) passed += 'i';
-  return passed;
-}
-
-TEST(Families, DefaultDeviceIdentifiersPassOnlyTheTestsOfTheirFamily) {
-  constexpr FamilyTests kFamilies[] = {{"aster", "a"},   {"birch", "b"}, {"cedar", "cC"},
-                                       {"ginkgo", "cG"}, {"elm", "eE"},  {"fern", "ceF"},
-                                       {"hazel", "h"},   {"iris", "i"},  {"dahlia", "d"}};
-  for (const FamilyTests& row : kFamilies) {
-    const lab::Family* family = lab::FindFamily(row.name);
-    ASSERT_NE(family, nullptr) << row.name;
-    PciIdentity pci{};
-    pci.vendor_id = lab::kSorvexVendorId;
-    pci.device_id = family->device_id;
-    EXPECT_EQ(Passed(pci), row.passes) << row.name;
-  }
 }
 
 }  // namespace

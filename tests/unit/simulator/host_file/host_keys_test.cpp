@@ -8,7 +8,7 @@ namespace {
 struct BadHost {
   const char* name;
   const char* yaml;
-  const char* message;  // behind the path of the host file
+  const char* message;  // after the path of the host file
 };
 
 std::ostream& operator<<(std::ostream& out, const BadHost& host) {
@@ -103,7 +103,7 @@ constexpr BadHost kBadHosts[] = {
 
 class BadHostFile : public LabTest, public testing::WithParamInterface<BadHost> {};
 
-TEST_P(BadHostFile, IsToldWithItsLineAndGivesAnEmptyList) {
+TEST_P(BadHostFile, IsReportedWithItsLineAndGivesAnEmptyList) {
   UseHost(GetParam().yaml);
   testing::internal::CaptureStderr();
   const AdapterList* list = TORPI_GetAdapterList();
@@ -119,15 +119,15 @@ INSTANTIATE_TEST_SUITE_P(HostFile, BadHostFile, testing::ValuesIn(kBadHosts),
 
 using HostFile = LabTest;
 
-TEST_F(HostFile, BrokenYamlIsToldWithItsLine) {
+TEST_F(HostFile, BrokenYamlIsReportedWithItsLine) {
   UseHost("adapters:\n  - family: [elm\n");
   testing::internal::CaptureStderr();
   EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
-  const std::string told = testing::internal::GetCapturedStderr();
-  EXPECT_TRUE(told.starts_with(Path("lab.yaml") + ":3: ")) << told;
+  const std::string reported = testing::internal::GetCapturedStderr();
+  EXPECT_TRUE(reported.starts_with(Path("lab.yaml") + ":3: ")) << reported;
 }
 
-TEST_F(HostFile, MissingFileIsTold) {
+TEST_F(HostFile, MissingFileIsReported) {
   setenv("TORPI_LAB_HOST", Path("none.yaml").c_str(), 1);
   testing::internal::CaptureStderr();
   EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
@@ -149,7 +149,7 @@ TEST_F(HostFile, NoListGivesNull) {
   EXPECT_EQ(Read("trace"), "TORPI_GetAdapterList() -> null\n");
 }
 
-TEST_F(HostFile, KeysHoldWhereverTheyStand) {
+TEST_F(HostFile, KeysHoldInAnyOrder) {
   UseHost(
       "adapters:\n"
       "  - ports:\n"

@@ -23,7 +23,7 @@ class FlashImage : public LabTest {
  protected:
   FlashImage() { UseHost(kHost); }
 
-  // An image file with these lines behind the first one, and a right checksum.
+  // An image file with these lines after the first one, and a right checksum.
   std::string Image(const std::string& lines) const {
     return Sealed("ZNFC flash image\nsignature: Sorvex\n" + lines);
   }

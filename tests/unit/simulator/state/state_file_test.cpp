@@ -91,7 +91,7 @@ TEST_F(State, AdaptersOfOneNameHaveStatesOfTheirOwn) {
   EXPECT_EQ(PersonalityOf(HandleAt(1)), 1);
 }
 
-TEST_F(State, MistakeInTheFileIsToldAndGivesAnEmptyList) {
+TEST_F(State, MistakeInTheFileIsReportedAndGivesAnEmptyList) {
   UseState();
   Write("state.yaml", "adapters:\n  ZX100/AB12345:\n    personality: both\n");
   testing::internal::CaptureStderr();
@@ -101,14 +101,14 @@ TEST_F(State, MistakeInTheFileIsToldAndGivesAnEmptyList) {
       Path("state.yaml") + ":3: personality: expected one of fc, cna, or a number up to 255, got 'both'\n");
 }
 
-TEST_F(State, UnreadableFileIsToldAndGivesAnEmptyList) {
+TEST_F(State, UnreadableFileIsReportedAndGivesAnEmptyList) {
   setenv("TORPI_LAB_STATE", Path("").c_str(), 1);
   testing::internal::CaptureStderr();
   EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
   EXPECT_NE(testing::internal::GetCapturedStderr().find(": can't be read: "), std::string::npos);
 }
 
-TEST_F(State, FileThatCannotBeWrittenIsTold) {
+TEST_F(State, FileThatCannotBeWrittenIsReported) {
   setenv("TORPI_LAB_STATE", Path("no/such/folder").c_str(), 1);
   const DeviceHandle* handle = HandleAt(0);
   testing::internal::CaptureStderr();

@@ -1,0 +1,26 @@
+// Whole files, read and written.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace lab {
+
+// A larger file is neither a host nor an image: reading stops soon after this many bytes, which also ends
+// endless devices.
+inline constexpr std::size_t kLargestFile = 16u << 20;
+
+enum class FileResult { kRead, kNotOpened, kNotRead };
+
+// Appends the content of a file to `out`; errno says why it could not be opened or read.
+FileResult ReadFile(const char* path, std::string& out);
+
+// Writes a file. Returns 0, kFileNotFound when its folder does not exist, or kFileOpenError.
+std::uint32_t WriteFile(const char* path, const std::string& content);
+
+// Writes a new file and renames it over the old one, so that a reader sees the one or the other, never half
+// of one. Keeps the old file's mode. Returns an empty text, or "<path>: can't be written: <why>".
+std::string ReplaceFile(const std::string& path, const std::string& content);
+
+}  // namespace lab
