@@ -9,6 +9,7 @@
 #include "discovery/identifiers.h"
 #include "discovery/port_lookup.h"
 #include "framework/device_library/calls.h"
+#include "support/unit_command_run.h"
 
 namespace {
 
@@ -70,15 +71,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string word(data + taken, data + size);
   std::erase(word, '\0');  // a word holds none
   for (const std::string& text : {word, port, target, lun}) {
-    const Words words = {text};
+    TestRun test({text});
     PortSelection found_port;
-    Require((GetPhyPortFromPortString(words, found_port) == kSuccess) == (text == port));
+    Require((GetPhyPortFromPortString(test.run, found_port) == kSuccess) == (text == port));
     Require((found_port.fc == &host.fc) == (text == port));
     TargetSelection found_target;
-    Require((GetTargetFromTargetString(words, found_target) == kSuccess) == (text == target));
+    Require((GetTargetFromTargetString(test.run, found_target) == kSuccess) == (text == target));
     Require((found_target.target == &host.target) == (text == target));
     LunSelection found_lun;
-    Require((GetLunFromLunString(words, found_lun) == kSuccess) == (text == lun));
+    Require((GetLunFromLunString(test.run, found_lun) == kSuccess) == (text == lun));
     Require((found_lun.lun == &host.lun) == (text == lun));
   }
   return 0;

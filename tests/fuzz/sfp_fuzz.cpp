@@ -12,6 +12,7 @@
 #include "port/sfp/dmi_report.h"
 #include "port/sfp/field_text.h"
 #include "port/sfp/sfp_field.h"
+#include "support/unit_command_run.h"
 
 namespace {
 
@@ -33,9 +34,9 @@ void WriteDocuments(SfpImage image) {
   stdout = nowhere;
   ReportText text(kReportBytes);
   AppendDmiReport(text, image);
-  Serializer out;
   for (const OutputMode mode : {OUTPUT_XML, OUTPUT_CLI}) {
-    WriteReport(out, mode, {"DMIInformation", "Dmi Info", "DMIInfoList", "Dmi Data"}, text);
+    TestRun test({}, mode);
+    WriteReport(test.run, {"DMIInformation", "Dmi Info", "DMIInfoList", "Dmi Data"}, text);
   }
 }
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "sfp_test_image.h"
-#include "unit/runtime/debug_log_file.h"
+#include "support/unit_debug_log.h"
 
 namespace {
 
