@@ -37,7 +37,7 @@ void Call::AddArguments(Arguments arguments) {
 }
 
 bool Call::InMaintenance() const {
-  return (entry().driver_flags & kMaintenanceDriverFlag) && (entry().port_flags & kMaintenancePortFlag);
+  return IsInMaintenanceMode(entry());
 }
 
 void Call::Out(const char* name, std::uint64_t value) {

@@ -12,7 +12,6 @@ using lab::Call;
 
 namespace {
 
-constexpr std::uint8_t kLinkUp = 1;
 constexpr std::uint8_t kMaxCount = 15;
 
 // The statistics block of the firmware is longer than what is known of it.
@@ -88,7 +87,7 @@ std::uint32_t FecRefusal(Call& call) {
 // What the link has made of the credit recovery, where the host file does not say.
 void StoreCreditState(const Call& call, std::uint8_t& state, std::uint8_t& negotiated, std::string& reason) {
   const lab::CreditRecovery& setup = call.config().credit_recovery;
-  const bool link_up = call.entry().port_state == kLinkUp;
+  const bool link_up = IsLinkUp(call.entry());
   const bool online = setup.online.value_or(link_up && setup.status != 0);
   state = online ? 1 : 0;
   negotiated = setup.negotiated.value_or(online ? setup.count : std::uint8_t{0});

@@ -11,9 +11,6 @@ using lab::Call;
 
 namespace {
 
-constexpr std::uint32_t kFirstGeneration = 1u << 23;
-constexpr std::uint32_t kSecondGeneration = 1u << 26;
-
 // The lists that callers hold.
 std::vector<std::unique_ptr<lab::StatisticsList>>& ListsOut() {
   static std::vector<std::unique_ptr<lab::StatisticsList>> lists;
@@ -46,8 +43,8 @@ std::string Shown(const SCMRProfile& profile) {
 }  // namespace
 
 LibraryStatus TORPI_IsVCLMFeatureEnabled(const DeviceHandle* handle, std::uint8_t* out_enabled) {
-  return ServeCapable("TORPI_IsVCLMFeatureEnabled", handle, kFirstGeneration | kSecondGeneration, {},
-                      [=](Call& call) {
+  return ServeCapable("TORPI_IsVCLMFeatureEnabled", handle,
+                      kFirstCongestionStatistics | kSecondCongestionStatistics, {}, [=](Call& call) {
                         if (out_enabled == nullptr) return lab::kBadArgument;
                         *out_enabled = call.congestion().enabled ? 1 : 0;
                         call.Out("enabled", *out_enabled);
@@ -56,9 +53,10 @@ LibraryStatus TORPI_IsVCLMFeatureEnabled(const DeviceHandle* handle, std::uint8_
 }
 
 LibraryStatus TORPI_GetSCMRStatisticsList(const DeviceHandle* handle, SCMRStatisticsEntry** out_head) {
-  return ServeCapable("TORPI_GetSCMRStatisticsList", handle, kSecondGeneration, {}, [=](Call& call) {
-    return out_head != nullptr ? GiveList(call, *out_head) : std::uint32_t{lab::kBadArgument};
-  });
+  return ServeCapable(
+      "TORPI_GetSCMRStatisticsList", handle, kSecondCongestionStatistics, {}, [=](Call& call) {
+        return out_head != nullptr ? GiveList(call, *out_head) : std::uint32_t{lab::kBadArgument};
+      });
 }
 
 LibraryStatus TORPI_FreeSCMRStatisticsList(SCMRStatisticsEntry* head) {
@@ -74,14 +72,15 @@ LibraryStatus TORPI_FreeSCMRStatisticsList(SCMRStatisticsEntry* head) {
 }
 
 LibraryStatus TORPI_SANCongMgmtResetStatistics(const DeviceHandle* handle) {
-  return ServeCapable("TORPI_SANCongMgmtResetStatistics", handle, kSecondGeneration, {}, [](Call& call) {
-    lab::ClearStatistics(call.congestion());
-    return call.KeepPort(false);
-  });
+  return ServeCapable("TORPI_SANCongMgmtResetStatistics", handle, kSecondCongestionStatistics, {},
+                      [](Call& call) {
+                        lab::ClearStatistics(call.congestion());
+                        return call.KeepPort(false);
+                      });
 }
 
 LibraryStatus TORPI_GetSCMRProfile(const DeviceHandle* handle, SCMRProfile* out) {
-  return ServeCapable("TORPI_GetSCMRProfile", handle, kSecondGeneration, {}, [=](Call& call) {
+  return ServeCapable("TORPI_GetSCMRProfile", handle, kSecondCongestionStatistics, {}, [=](Call& call) {
     if (out == nullptr) return lab::kBadArgument;
     *out = call.congestion().profile;
     call.Out("profile", Shown(*out));
@@ -92,7 +91,7 @@ LibraryStatus TORPI_GetSCMRProfile(const DeviceHandle* handle, SCMRProfile* out)
 LibraryStatus TORPI_SetSCMRProfile(const DeviceHandle* handle, const SCMRProfile* profile) {
   try {
     const std::string shown = profile != nullptr ? Shown(*profile) : "";
-    return ServeCapable("TORPI_SetSCMRProfile", handle, kSecondGeneration,
+    return ServeCapable("TORPI_SetSCMRProfile", handle, kSecondCongestionStatistics,
                         {profile != nullptr ? shown.c_str() : nullptr}, [=](Call& call) -> std::uint32_t {
                           if (profile == nullptr) return lab::kBadArgument;
                           call.congestion().profile = *profile;

@@ -9,14 +9,11 @@
 #include "calls/call.h"
 #include "device/diag_tests.h"
 #include "framework/device_library/calls.h"
+#include "framework/device_library/speeds.h"
 
 using lab::Call;
 
 namespace {
-
-constexpr std::uint8_t kLinkUp = 1;
-constexpr std::uint32_t kSixteenGbps = 0x16;  // speed code
-constexpr std::uint32_t kSecondLinkTest = 1u << 29;
 
 // The time as the library words it, with its line end.
 std::string Now() {
@@ -28,10 +25,10 @@ std::string Now() {
 // Why a port cannot run the link test, or 0.
 std::uint32_t LinkTestRefusal(const Call& call) {
   const FCProtocolEntry& port = call.entry();
-  if (port.interface_type == PortInterfaceType::kNpivVirtual) return lab::kNotForVirtualPorts;
+  if (IsVirtualPort(port)) return lab::kNotForVirtualPorts;
   if (!call.diag().diagnostic_port) return lab::kNotDiagnosticPort;
-  if (port.port_state != kLinkUp) return lab::kTestNeedsLink;
-  if (port.port_speed < kSixteenGbps) return lab::kTestNeedsSpeed;
+  if (!IsLinkUp(port)) return lab::kTestNeedsLink;
+  if (port.port_speed < k16Gbps.code) return lab::kTestNeedsSpeed;
   return lab::kSuccess;
 }
 
@@ -47,7 +44,7 @@ std::uint32_t RunLinkTest(Call& call, DPortResultRecord& record) {
 std::uint32_t RunRemoteTest(Call& call, lab::TestPasses& passes, const char* port_name, std::uint32_t count,
                             std::uint32_t stop_on_error, std::uint32_t* out_value) {
   if (port_name == nullptr || out_value == nullptr) return lab::kBadArgument;
-  if (call.entry().port_state != kLinkUp) return lab::kTestNeedsLink;
+  if (!IsLinkUp(call.entry())) return lab::kTestNeedsLink;
   if (!lab::KnowsTarget(call.entry(), port_name)) return lab::kNoDestination;
   const lab::PassCount made = lab::MakePasses(passes, count, stop_on_error != 0);
   *out_value = made.good;
@@ -65,7 +62,7 @@ auto WithRequest(const DiagTestRequest* request, Serve serve) {
   return serve({request->test_count, static_cast<std::uint32_t>(request->on_error), request->test_count_again,
                 static_cast<std::uint32_t>(request->pattern_kind),
                 static_cast<std::uint32_t>(request->loopback_type), request->data_size, pattern.c_str(),
-                request->connection_mode});
+                static_cast<std::uint32_t>(request->connection_mode)});
 }
 
 // The lists that callers hold.
@@ -101,7 +98,7 @@ DPortResultRecord TORPI_DiagnosticDPortTest(const DeviceHandle* handle, DPortRes
 LibraryStatus TORPI_DiagnosticDPortTestV2(const DeviceHandle* handle, DPortResultRecord* out) {
   return lab::ServePort("TORPI_DiagnosticDPortTestV2", handle, {}, [=](Call& call) -> std::uint32_t {
     if (out == nullptr) return lab::kBadArgument;
-    if ((call.entry().capabilities & kSecondLinkTest) == 0) return lab::kNoSecondLinkTest;
+    if (!HasCapability(call.entry(), kSecondLinkTest)) return lab::kNoSecondLinkTest;
     return RunLinkTest(call, *out);
   });
 }
@@ -136,7 +133,7 @@ LibraryStatus TORPI_DiagnosticsEchoElsTest(const DeviceHandle* handle, const cha
       [=](Call& call) -> std::uint32_t {
         if (port_name == nullptr || out == nullptr || count != 1) return lab::kBadArgument;
         const FCProtocolEntry& port = call.entry();
-        if (port.port_state != kLinkUp) return lab::kTestNeedsLink;
+        if (!IsLinkUp(port)) return lab::kTestNeedsLink;
         const bool fabric = destination_kind == static_cast<std::uint32_t>(EchoDestination::kPrincipalFabric);
         if (fabric ? !lab::IsPrincipalFabric(port, port_name) : !lab::KnowsTarget(port, port_name)) {
           return lab::kNoDestination;
@@ -210,7 +207,7 @@ LibraryStatus TORPI_RegisterDeregisterNVMeHostNQN(const DeviceHandle* handle, st
                         [=](Call& call) -> std::uint32_t {
                           if (action > 1) return lab::kBadArgument;
                           if (!call.adapter().family->nvme) return lab::kNotForThisAdapter;
-                          if (call.entry().port_state != kLinkUp) return lab::kNqnCallFailed;
+                          if (!IsLinkUp(call.entry())) return lab::kNqnCallFailed;
                           bool& registered = call.diag().nqn_registered;
                           if (registered && action == 1) return lab::kNqnAlreadyRegistered;
                           if (!registered && action == 0) return lab::kNqnNotRegistered;

@@ -9,8 +9,6 @@ using lab::Call;
 
 namespace {
 
-constexpr std::uint8_t kLinkUp = 1;
-
 // Families of the older kind have neither a sensor nor, but for the newest three, a management processor.
 bool HasSensor(const Call& call) {
   return call.adapter().family->personality_call || call.adapter().family->nvme;
@@ -97,7 +95,7 @@ LibraryStatus TORPI_DiagnosticsRDPTest(const DeviceHandle* handle, std::uint8_t*
   return lab::ServePort("TORPI_DiagnosticsRDPTest", handle, {RoomIn(size)}, [=](Call& call) {
     if (call.entry().interface_type == PortInterfaceType::kNpivVirtual)
       return std::uint32_t{lab::kNotForVirtualPorts};
-    if (call.entry().port_state != kLinkUp) return std::uint32_t{lab::kTestNeedsLink};
+    if (!IsLinkUp(call.entry())) return std::uint32_t{lab::kTestNeedsLink};
     if (call.port().reports.rdp.no_answer) return std::uint32_t{lab::kTestFailed};
     return HandOver(call, lab::ComposeRdpResponse(call.port()), out, size);
   });

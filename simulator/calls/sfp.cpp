@@ -46,11 +46,11 @@ std::uint32_t SaveModule(const Call& call, const char* file,
 std::uint32_t UpdateModule(const Call& call, const char* file, std::uint32_t kind) {
   if (file == nullptr || kind != kUpdatableKind) return lab::kBadArgument;
   const FCProtocolEntry& entry = call.entry();
-  if ((call.adapter().family->driver_flags & lab::kDriverUpdatesModules) == 0 ||
+  if ((call.adapter().family->driver_flags & kSfpFirmwareUpdate) == 0 ||
       entry.interface_type == PortInterfaceType::kNpivVirtual) {
     return lab::kNoModuleUpdate;
   }
-  if ((entry.driver_flags & lab::kDriverUpdatesModules) == 0) return lab::kNotSupportedByDriver;
+  if ((entry.driver_flags & kSfpFirmwareUpdate) == 0) return lab::kNotSupportedByDriver;
   SfpModule* const module = call.sfp();
   if (module == nullptr) return lab::kNoModule;
   if (const std::uint32_t refusal = lab::UpdateSfpFirmware(file, *module)) return refusal;

@@ -1,15 +1,11 @@
 #include "device/family_table.h"
 
+#include "framework/device_library/port_entry.h"
+
 namespace lab {
 namespace {
 
-constexpr std::uint32_t kCongestionPhase1 = 1u << 23;
-constexpr std::uint32_t kCongestionPhase2 = 1u << 26;
-constexpr std::uint32_t kSecondLinkTest = 1u << 29;
-constexpr std::uint32_t kCapable32 = kCongestionPhase2 | kSecondLinkTest;
-
-constexpr std::uint8_t kCurrentRemotePorts = 1;
-constexpr std::uint8_t kModuleUpdate = 2;
+constexpr std::uint32_t kCapable32 = kSecondCongestionStatistics | kSecondLinkTest;
 
 constexpr std::uint8_t kOnlyMbi = 1;
 constexpr std::uint8_t kMbiAndPreload = 1 | 4;
@@ -36,15 +32,15 @@ constexpr Family kFamilies[] = {
     {"ginkgo", 0x7122, 0x0720, "ZX090C", 6, 1, "1.26.02", "5.16.04", "3.18", "4.21", "3.12", "4.1.20.0",
      true, 1, false, false, false, 0x04, 16, 0, kCurrentRemotePorts, kOnlyMbi, kCommon},
     {"elm", 0x3432, 0x0A01, "ZX100", 2, 2, "2.01.63", "9.12.01", "3.62", "7.08", "4.11", "5.4.81.2",
-     false, 0, true, true, false, 0x38, 22, kCongestionPhase1, kCurrentRemotePorts, kAllButPep, kCommon},
+     false, 0, true, true, false, 0x38, 22, kFirstCongestionStatistics, kCurrentRemotePorts, kAllButPep, kCommon},
     {"fern", 0x7132, 0x0A21, "ZX101C", 6, 2, "2.01.60", "9.11.04", "3.60", "7.05", "4.10", "5.4.81.2",
      true, 1, true, false, false, 0x04, 16, 0, kCurrentRemotePorts, kAllButPep, kCommon},
     {"hazel", 0x3522, 0x0A31, "ZX320", 2, 1, "2.12.14", "9.15.05", "3.65", "7.24", "4.14", "5.4.81.2",
      false, 0, false, true, true, 0x70, 50, kCapable32, kCurrentRemotePorts, kAllKinds, kWithPep},
     {"iris", 0x3150, 0x0A41, "ZX325", 2, 1, "2.14.08", "9.15.06", "3.66", "7.25", "4.15", "5.4.81.2",
-     false, 0, false, true, true, 0x70, 50, kCapable32, kCurrentRemotePorts | kModuleUpdate, kAllKinds, kWithPep},
+     false, 0, false, true, true, 0x70, 50, kCapable32, kCurrentRemotePorts | kSfpFirmwareUpdate, kAllKinds, kWithPep},
     {"dahlia", 0x3640, 0x0B01, "ZX640", 2, 1, "3.02.01", "9.18.02", "3.70", "7.42", "4.20", "5.4.81.2",
-     false, 0, false, true, true, 0xE0, 100, kCapable32, kCurrentRemotePorts | kModuleUpdate, kOnlyMbi,
+     false, 0, false, true, true, 0xE0, 100, kCapable32, kCurrentRemotePorts | kSfpFirmwareUpdate, kOnlyMbi,
      kWithSerdes},
 };
 // clang-format on

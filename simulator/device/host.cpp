@@ -11,11 +11,7 @@ namespace {
 constexpr std::uint32_t kHandleCookie = 0x5A4E4643;
 constexpr std::uint32_t kFirstHandleNumber = 0x100;
 
-constexpr std::uint8_t kLinkUp = 1;
-constexpr std::uint8_t kPointToPoint = 1;
 constexpr std::uint8_t kNodePort = 1;
-constexpr std::uint32_t kRomHasBios = 1u << 3;
-constexpr std::uint32_t kRomHasUefi = 1u << 1;
 constexpr std::uint16_t kPciSpeed3Width8 = (8 << 4) | 3;
 constexpr WorldWideName kPrincipalFabric = {0x10, 0x00, 0xc4, 0xf5, 0x7c, 0x10, 0x20, 0x01};
 constexpr WorldWideName kAdjacentFabric = {0x10, 0x00, 0xc4, 0xf5, 0x7c, 0x10, 0x20, 0x02};
@@ -126,12 +122,12 @@ FCProtocolEntry MakeProtocolEntry(const Adapter& adapter, std::size_t index, std
   entry.capabilities = family.capabilities;
   entry.driver_flags = family.driver_flags;
   entry.interface_type = PortInterfaceType::kPhysical;
-  entry.rom_flags = kRomHasBios | kRomHasUefi;
+  entry.rom_flags = kBiosImage | kUefiImage;
 
   entry.port_id = {0x01, static_cast<std::uint8_t>(index), static_cast<std::uint8_t>(port_number)};
   entry.port_type = kNodePort;
-  entry.port_state = kLinkUp;
-  entry.connection_mode = kPointToPoint;
+  entry.port_state = PortState::kLinkUp;
+  entry.connection_mode = ConnectionMode::kPointToPoint;
   entry.port_speed = family.speed;
   entry.supported_speeds = family.supported_speeds;
   entry.principal_fabric_name = kPrincipalFabric;

@@ -84,10 +84,6 @@ struct Host {
   FaultQueue faults;
 };
 
-// A port is in maintenance mode when both flags are set.
-inline constexpr std::uint8_t kMaintenanceDriverFlag = 4;
-inline constexpr std::uint8_t kMaintenancePortFlag = 1;
-
 // A port as a call names it.
 struct PortRef {
   Adapter* adapter;

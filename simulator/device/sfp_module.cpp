@@ -7,6 +7,7 @@
 #include <numeric>
 
 #include "base/text.h"
+#include "framework/device_library/port_entry.h"
 
 namespace lab {
 namespace {
@@ -291,7 +292,7 @@ SfpValues DefaultSfpValues(const Family& family, std::size_t adapter, std::uint3
     values.fc_speeds |= row.fc_speeds;
     values.fc_speeds_2 |= row.fc_speeds_2;
   }
-  if ((family.driver_flags & kDriverUpdatesModules) != 0) values.vendor = kUpdatableVendor;
+  if ((family.driver_flags & kSfpFirmwareUpdate) != 0) values.vendor = kUpdatableVendor;
   if (family.fcoe) {
     values.ethernet_speeds = kTenGigabitEthernet;
     values.fc_speeds = values.media = values.transmitter = values.distance = 0;

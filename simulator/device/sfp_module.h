@@ -15,10 +15,8 @@ namespace lab {
 // 256 bytes of the A0 address, then 256 bytes of the A2 address.
 using SfpMemory = std::array<std::uint8_t, 512>;
 
-// The maker whose modules can be updated, and the bit of a port's driver flags that says that the driver does
-// it.
+// The maker whose modules can be updated.
 inline constexpr const char* kUpdatableVendor = "WTD";
-inline constexpr std::uint8_t kDriverUpdatesModules = 2;
 
 // True for the identifiers that follow SFF-8636: QSFP, QSFP+, QSFP28, CXP2.
 bool IsQsfpMemory(const SfpMemory& memory);

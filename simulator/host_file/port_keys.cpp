@@ -24,9 +24,6 @@ constexpr NamedNumber kRomImages[] = {{"bios", 1u << 3}, {"uefi", 1u << 1}};
 constexpr NamedNumber kPciSpeeds[] = {{"2.5", 1}, {"5", 2}, {"8", 3}, {"16", 4}, {"32", 8}};
 constexpr NamedNumber kPciWidths[] = {{"1", 1}, {"2", 2}, {"4", 4}, {"8", 8}, {"16", 16}, {"32", 24}};
 
-constexpr std::uint8_t kLinkDown = 3;
-constexpr std::uint16_t kErrorCorrectionInUse = 1u << 15;
-
 struct EntryReading {
   FCProtocolEntry& entry;
   Entry& setup;
@@ -71,8 +68,8 @@ void ReadElsewhere(const Value&, EntryReading&) {}
 // A port that is down has neither speed nor address nor fabric, unless the keys behind say so.
 void ReadLink(const Value& value, EntryReading& into) {
   FCProtocolEntry& entry = into.entry;
-  entry.port_state = static_cast<std::uint8_t>(value.ChoiceOrNumber(kLinkStates, 255));
-  if (entry.port_state != kLinkDown) return;
+  entry.port_state = static_cast<PortState>(value.ChoiceOrNumber(kLinkStates, 255));
+  if (entry.port_state != PortState::kOffline) return;
   entry.port_speed = 0;
   entry.port_id = {};
   entry.principal_fabric_name = {};
@@ -99,7 +96,7 @@ constexpr KeyRow<EntryReading> kEntryKeys[] = {
     {"port-type", [](const Value& value, EntryReading& into) { value.Into(into.entry.port_type); }},
     {"connection",
      [](const Value& value, EntryReading& into) {
-       into.entry.connection_mode = static_cast<std::uint8_t>(value.ChoiceOrNumber(kConnections, 255));
+       into.entry.connection_mode = static_cast<ConnectionMode>(value.ChoiceOrNumber(kConnections, 255));
      }},
     {"supported-speeds",
      [](const Value& value, EntryReading& into) {
@@ -107,7 +104,7 @@ constexpr KeyRow<EntryReading> kEntryKeys[] = {
      }},
     {"error-correction",
      [](const Value& value, EntryReading& into) {
-       into.entry.link_flags = value.Bool() ? kErrorCorrectionInUse : std::uint16_t{0};
+       into.entry.link_flags = value.Bool() ? kFecInUse : std::uint16_t{0};
      }},
     {"principal-fabric",
      [](const Value& value, EntryReading& into) { value.Octets(into.entry.principal_fabric_name.octets); }},
@@ -125,15 +122,15 @@ constexpr KeyRow<EntryReading> kEntryKeys[] = {
     {"capabilities", [](const Value& value, EntryReading& into) { value.Into(into.entry.capabilities); }},
     {"driver-flags",
      [](const Value& value, EntryReading& into) {
-       const auto maintenance = static_cast<std::uint8_t>(into.entry.driver_flags & kMaintenanceDriverFlag);
+       const auto maintenance = static_cast<std::uint8_t>(into.entry.driver_flags & kKnowsMaintenanceMode);
        value.Into(into.entry.driver_flags);
        into.entry.driver_flags |= maintenance;
      }},
     {"maintenance",
      [](const Value& value, EntryReading& into) {
        if (!value.Bool()) return;
-       into.entry.driver_flags |= kMaintenanceDriverFlag;
-       into.entry.port_flags |= kMaintenancePortFlag;
+       into.entry.driver_flags |= kKnowsMaintenanceMode;
+       into.entry.port_flags |= kMaintenanceState;
      }},
     {"rom", [](const Value& value, EntryReading& into) { into.entry.rom_flags = MaskOf(value, kRomImages); }},
     {"pci-bus", [](const Value& value, EntryReading& into) { value.Into(into.entry.pci_bus); }},

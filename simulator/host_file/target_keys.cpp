@@ -301,7 +301,6 @@ TargetGroup MakeGroup(const TargetDefaults& defaults, const FCProtocolEntry& ent
   target.state_flags[4] = 0x01;
   target.virtual_lane = 2;
   target.io_throttling = 1;
-  constexpr std::uint8_t kCurrentRemotePorts = 1;
   if ((entry.driver_flags & kCurrentRemotePorts) == 0) group.remote.record = RemoteRecord::kOlder;
   group.state.link_speed = entry.port_speed != 0 ? entry.port_speed : defaults.speed;
   return group;

@@ -1,6 +1,7 @@
 #include <array>
 #include <cmath>
 
+#include "framework/device_library/speeds.h"
 #include "images/port_reports.h"
 
 namespace lab {
@@ -8,9 +9,6 @@ namespace {
 
 constexpr std::uint32_t kRdpCommand = 0x18000000;  // the link service that the response answers
 constexpr std::uint32_t kFcPortType = 0x40000000;  // PN_Port of FC-FS
-
-constexpr std::uint16_t kErrorCorrectionInUse = 1u << 15;
-constexpr std::uint32_t kSpeed32Gbps = 50;
 
 // Flags of the SFP descriptor.
 constexpr std::uint16_t kShortWaveSfp = 0x0051;  // short wave laser, optical port, SFP+
@@ -77,7 +75,7 @@ constexpr double kBiasUnit = 0.002;
 constexpr double kPowerUnit = 0.0001;
 
 bool HasErrorCorrection(const FCProtocolEntry& record) {
-  return record.port_speed >= kSpeed32Gbps || (record.link_flags & kErrorCorrectionInUse) != 0;
+  return record.port_speed >= k32Gbps.code || (record.link_flags & kFecInUse) != 0;
 }
 
 std::string Field(const SfpMemory& memory, std::size_t offset, std::size_t size) {

@@ -52,7 +52,7 @@ void FlashLines(ReportText& text, const AdapterEntry& adapter, const PciIdentity
   TextOrNaLine(text, "Flash EFI Version", adapter.flash_efi_version.View());
   VersionLine(text, "Flash Preload Firmware Area Version", components.preload_firmware_area);
   VersionLine(text, "Flash FC Board Config Version", components.fc_board_config);
-  if (IsDeviceGroupHazelIrisOrDahlia(pci)) {
+  if (HasManagementFirmware(pci)) {
     VersionOrBlankLine(text, "Flash MPI Firmware Version", components.mpi_firmware);
     VersionOrBlankLine(text, "Flash PEP Firmware Version", components.pep_firmware);
     VersionOrBlankLine(text, "Flash PEP Board Config Version", components.pep_board_config);

@@ -51,7 +51,7 @@ StatusCode CmdGetCommon(CommandRun& run) {
   }
   const FCProtocolEntry& fc = *selected.fc;
   if (const StatusCode status = CheckPhysical(run, fc); status != kSuccess) return DisplayError(run, status);
-  std::uint8_t personality = IsDeviceCedar(fc.pci) || IsDeviceGinkgo(fc.pci) ? kCna : kFc;
+  std::uint8_t personality = IsAnyOf(fc.pci, kCedarDevice | kGinkgo) ? kCna : kFc;
   if (IsDeviceGroupElm(fc.pci) && TORPI_GetPersonalityType(&fc.handle, &personality) != kLibrarySuccess) {
     return DisplayError(run, run.Refuse(kReadFailed, "failed to read personality"));
   }

@@ -13,20 +13,29 @@ namespace {
 enum RebootState { kNoReboot, kWarmReboot, kColdReboot };
 constexpr const char* kRebootTexts[] = {"false", "true", "Cold Boot Required"};
 
-// Answers of the library to an update.
-constexpr LibraryStatus kUpdatedRebootNeeded = 201;
-constexpr LibraryStatus kUpdatedColdBootNeeded = 205;
-constexpr LibraryStatus kNoUpdate =
-    static_cast<LibraryStatus>(-1);  // no image type that the library could write
+// In place of an answer, for an image type that the library cannot write.
+constexpr auto kNoUpdate = static_cast<LibraryStatus>(-1);
 
 constexpr LibraryAnswer kUpdateAnswers[] = {
-    {3, kFileNotFound},          {40, kMemoryError},          {101, kFileOpenError},
-    {102, kFileReadError},       {103, kFileNotValid},        {104, kInvalidSsid},
-    {105, kCorruptedFile},       {106, kInvalidFileSize},     {107, kChecksumError},
-    {108, kInvalidData},         {110, kInvalidSerialNumber}, {111, kInvalidSignature},
-    {113, kFeatureNotSupported}, {114, kAdapterNotFound},     {121, kFeatureNotSupported},
-    {133, kFirmwareLockdown},    {152, kImageSetValidation},  {153, kImageSetConfig},
-    {522, kComponentValidation},
+    {kLibraryFileNotFound, kFileNotFound},
+    {kLibraryNoMemory, kMemoryError},
+    {kLibraryFileOpenError, kFileOpenError},
+    {kLibraryFileReadError, kFileReadError},
+    {kLibraryFileNotValid, kFileNotValid},
+    {kLibraryWrongSsid, kInvalidSsid},
+    {kLibraryFileCorrupted, kCorruptedFile},
+    {kLibraryWrongFileSize, kInvalidFileSize},
+    {kLibraryWrongChecksum, kChecksumError},
+    {kLibraryInvalidData, kInvalidData},
+    {kLibraryWrongSerialNumber, kInvalidSerialNumber},
+    {kLibraryWrongSignature, kInvalidSignature},
+    {kLibraryFeatureNotSupported, kFeatureNotSupported},
+    {kLibraryAdapterNotFound, kAdapterNotFound},
+    {kLibraryAdapterLacksFeature, kFeatureNotSupported},
+    {kLibraryFirmwareLockdown, kFirmwareLockdown},
+    {kLibraryImageSetInvalid, kImageSetValidation},
+    {kLibraryImageSetMismatch, kImageSetConfig},
+    {kLibraryComponentInvalid, kComponentValidation},
 };
 
 constexpr StatusMessage kMessages[] = {
@@ -57,37 +66,30 @@ constexpr StatusMessage kMessages[] = {
     kLibraryNotSupported,
 };
 
-// One kind of flash image. The library's function is called through `write`, so that it is bound only when
-// used.
+// One kind of flash image and the adapters that take it. The library's function is called through `write`, so
+// that it is bound only when used.
 struct ImageType {
   const char* word;
   const char* log_name;
-  bool (*allowed)(const PciIdentity& pci);
+  FamilySet families;  // kEveryAdapter: also those of no family
   LibraryStatus (*write)(const DeviceHandle* handle, const char* file);
 };
 
+constexpr FamilySet kEveryAdapter = 0;
 constexpr const char* kMultiBootImage = "MBI";
 
 constexpr ImageType kImageTypes[] = {
-    {kMultiBootImage, "Multi-boot image", [](const PciIdentity&) { return true; },
+    {kMultiBootImage, "Multi-boot image", kEveryAdapter,
      [](const DeviceHandle* handle, const char* file) { return TORPI_doOptionROMUpdate(handle, file, 0); }},
-    {"BrdCfg", "Board Config",
-     [](const PciIdentity& pci) {
-       return IsDeviceGroupElm(pci) || IsDeviceGroupHazel(pci) || IsDeviceGroupIris(pci);
-     },
+    {"BrdCfg", "Board Config", kElm | kHazel | kIris,
      [](const DeviceHandle* handle, const char* file) {
        return TORPI_UpdateSpecificFlashRegionFromFile(handle, file);
      }},
-    {"FWPreload", "FW Preload Table",
-     [](const PciIdentity& pci) {
-       return IsDeviceGroupBirch(pci) || IsDeviceGroupElm(pci) || IsDeviceGroupHazel(pci) ||
-              IsDeviceGroupIris(pci);
-     },
+    {"FWPreload", "FW Preload Table", kBirch | kElm | kHazel | kIris,
      [](const DeviceHandle* handle, const char* file) {
        return TORPI_UpdateAdapterFirmwareTableFromFile(handle, file);
      }},
-    {"PEPCfg", "PEP Config",
-     [](const PciIdentity& pci) { return IsDeviceGroupHazel(pci) || IsDeviceGroupIris(pci); },
+    {"PEPCfg", "PEP Config", kHazel | kIris,
      [](const DeviceHandle* handle, const char* file) {
        return TORPI_UpdateAdapterPEPCfgFromFile(handle, file);
      }},
@@ -100,15 +102,20 @@ const ImageType* FindImageType(std::string_view word) {
   return nullptr;
 }
 
+bool IsAllowed(const ImageType& type, const PciIdentity& pci) {
+  return type.families == kEveryAdapter || IsAnyOf(pci, type.families);
+}
+
 bool IsSuccess(LibraryStatus result) {
-  return result == kLibrarySuccess || result == kUpdatedRebootNeeded || result == kUpdatedColdBootNeeded;
+  return result == kLibrarySuccess || result == kLibraryUpdatedRebootNeeded ||
+         result == kLibraryUpdatedColdBootNeeded;
 }
 
 RebootState RebootStateOf(LibraryStatus result, bool is_multi_boot, const PciIdentity& pci) {
   if (!is_multi_boot) return kWarmReboot;
-  if (result == kUpdatedColdBootNeeded) return kColdReboot;
-  if (result == kUpdatedRebootNeeded) return kWarmReboot;
-  return IsDeviceGroupHazelIrisOrDahlia(pci) ? kNoReboot : kWarmReboot;
+  if (result == kLibraryUpdatedColdBootNeeded) return kColdReboot;
+  if (result == kLibraryUpdatedRebootNeeded) return kWarmReboot;
+  return IsAnyOf(pci, kHazel | kIris | kDahlia) ? kNoReboot : kWarmReboot;
 }
 
 // Writes the document of a success or a failure and returns its code.
@@ -145,7 +152,7 @@ StatusCode CmdUpdateCommon(CommandRun& run) {
 
   OutputBracket bracket(run);
   if (!bracket.IsOpen()) return fail(kFileNotFound);
-  if (type != nullptr && !type->allowed(pci)) {
+  if (type != nullptr && !IsAllowed(*type, pci)) {
     run.LogFailure("%s update not supported for this adapter", type->log_name);
     bracket.Close();
     return fail(kFeatureNotSupported);

@@ -31,7 +31,7 @@ constexpr StagedParameter kParameters[] = {
 }  // namespace
 
 StatusCode Bbcr::Open(CommandRun& run, StagedCommand) {
-  if (!IsDeviceGroupHazelIrisOrDahlia(fc_.pci)) {
+  if (!IsAnyOf(fc_.pci, kHazel | kIris | kDahlia)) {
     return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
   }
   state_ = {};

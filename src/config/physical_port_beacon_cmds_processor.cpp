@@ -1,5 +1,6 @@
 #include "config/physical_port_beacon_cmds_processor.h"
 
+#include "config/options.h"
 #include "discovery/mezzanine.h"
 #include "discovery/port_lookup.h"
 #include "framework/code_text.h"
@@ -43,8 +44,7 @@ StatusCode DisplayBeaconInfo(CommandRun& run, std::uint32_t state) {
 StatusCode CheckAdapter(const CommandRun& run, const FCProtocolEntry& fc) {
   bool is_mezz = false;
   if (const StatusCode status = ReadIsMezzAdapter(run, fc, is_mezz); status != kSuccess) return status;
-  const bool has_beacon = IsDeviceGroupAster(fc.pci) || IsDeviceGroupBirch(fc.pci) ||
-                          IsDeviceGroupElmOnlyHazelIrisOrDahlia(fc.pci);
+  const bool has_beacon = IsAnyOf(fc.pci, kAster | kBirch | kElmOnly | kHazel | kIris | kDahlia);
   if (!is_mezz && has_beacon) return kSuccess;
   return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
 }
@@ -55,13 +55,6 @@ StatusCode ShowState(CommandRun& run, const FCProtocolEntry& fc) {
   const StatusCode status = CallLibrary(run, "Get beacon status", kReadFailed,
                                         [&] { return TORPI_GetAdapterBeaconStatus(&fc.handle, &state); });
   return status == kSuccess ? DisplayBeaconInfo(run, state) : DisplayError(run, status);
-}
-
-const CodeText* FindState(const std::string& word) {
-  for (const CodeText& state : kStates) {
-    if (EqualNoCase(word, state.text)) return &state;
-  }
-  return nullptr;
 }
 
 StatusCode CmdGetCommon(CommandRun& run) {
@@ -80,7 +73,7 @@ StatusCode CmdSetCommon(CommandRun& run) {
   // Without asking the library for anything.
   if (run.words.size() < 2) return fail(run.Refuse(kInvalidParameter, "beacon state not given"));
   if (const StatusCode status = CheckAdapter(run, fc); status != kSuccess) return fail(status);
-  const CodeText* const wanted = FindState(run.words[1]);
+  const CodeText* const wanted = FindCode(kStates, run.words[1]);
   if (wanted == nullptr) {
     return fail(run.Refuse(kInvalidParameter, "beacon state %s is unknown", run.words[1].c_str()));
   }

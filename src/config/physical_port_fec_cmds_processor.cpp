@@ -30,8 +30,6 @@ constexpr StatusMessage kMessages[] = {
     kMaintenanceMode,
 };
 
-constexpr std::uint8_t kLinkUp = 1;
-
 enum FecSetting : std::uint32_t { kOff = 0, kOn = 1 };
 
 struct Free {
@@ -61,7 +59,7 @@ StatusCode DisplayFECInfo(CommandRun& run, const FecState& state, RebootField re
 
 StatusCode SelectPortWithFec(CommandRun& run, PortSelection& selected) {
   if (const StatusCode status = SelectPhysicalPort(run, selected); status != kSuccess) return status;
-  if (IsDeviceGroupElmOnlyHazelIrisOrDahlia(selected.fc->pci)) return kSuccess;
+  if (IsAnyOf(selected.fc->pci, kElmOnly | kHazel | kIris | kDahlia)) return kSuccess;
   return run.Refuse(kFeatureNotSupported, "Command not supported for this adapter");
 }
 
@@ -85,7 +83,7 @@ StatusCode ReadStats(const CommandRun& run, const FCProtocolEntry& fc, FecState&
 void CorrectSetting(const FCProtocolEntry& fc, FecState& state) {
   if (state.is_mezz) {
     state.setting = kOn;
-  } else if (fc.port_state == kLinkUp) {
+  } else if (IsLinkUp(fc)) {
     if (fc.port_speed < k16Gbps.code) state.setting = kOff;
     if (fc.port_speed >= k32Gbps.code) state.setting = kOn;
   }
@@ -93,7 +91,7 @@ void CorrectSetting(const FCProtocolEntry& fc, FecState& state) {
 
 bool MayChange(const FCProtocolEntry& fc, const FecState& state) {
   if (state.is_mezz) return false;
-  return fc.port_state != kLinkUp || (fc.port_speed >= k16Gbps.code && fc.port_speed < k32Gbps.code);
+  return !IsLinkUp(fc) || (fc.port_speed >= k16Gbps.code && fc.port_speed < k32Gbps.code);
 }
 
 // Intended: the two commands read in orders of their own.

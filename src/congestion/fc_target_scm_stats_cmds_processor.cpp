@@ -155,7 +155,7 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
   if (const StatusCode status = OpenTarget(kClassName, words, kGuard, selected); status != kSuccess) {
     return DisplayError(out, status, mode);
   }
-  const bool is_second = (selected.fc->capabilities & kSecondGeneration) != 0;
+  const bool is_second = HasCapability(*selected.fc, kSecondCongestionStatistics);
   return is_second ? GetSecondGeneration(out, selected, mode) : GetFirstGeneration(out, selected, mode);
 }
 

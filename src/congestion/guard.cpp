@@ -20,17 +20,17 @@ StatusCode CheckEnabled(const char* class_name, const FCProtocolEntry& fc) {
 
 StatusCode Check(const char* class_name, const FCProtocolEntry& fc, GuardCheck check) {
   const auto has = [&fc](std::uint32_t capability) {
-    return (fc.capabilities & capability) != 0 ? kSuccess : kNotSupportedByDriver;
+    return HasCapability(fc, capability) ? kSuccess : kNotSupportedByDriver;
   };
   switch (check) {
     case GuardCheck::kFamily:
-      return IsDeviceGroupHazelIrisOrDahlia(fc.pci) ? kSuccess : kFeatureNotSupported;
+      return HasCongestionManagement(fc.pci) ? kSuccess : kFeatureNotSupported;
     case GuardCheck::kAnyGeneration:
-      return has(kFirstGeneration | kSecondGeneration);
+      return has(kFirstCongestionStatistics | kSecondCongestionStatistics);
     case GuardCheck::kSecondGeneration:
-      return has(kSecondGeneration);
+      return has(kSecondCongestionStatistics);
     case GuardCheck::kPhysicalPort:
-      return fc.interface_type == PortInterfaceType::kNpivVirtual ? kVirtualPort : kSuccess;
+      return IsVirtualPort(fc) ? kVirtualPort : kSuccess;
     case GuardCheck::kEnabled:
       return CheckEnabled(class_name, fc);
     case GuardCheck::kEnabledOneStatus: {

@@ -44,7 +44,8 @@ constexpr StatusMessage kClearMessages[] = {
 constexpr auto kReportMessages = std::span(kClearMessages).subspan<2>();
 
 // What the library answers to a reset.
-constexpr LibraryAnswer kResetAnswers[] = {{40, kMemoryError}, {118, kNotSupportedByDriver}};
+constexpr LibraryAnswer kResetAnswers[] = {{kLibraryNoMemory, kMemoryError},
+                                           {kLibraryDriverLacksFeature, kNotSupportedByDriver}};
 
 constexpr NotificationWords kNotifications[] = {
     {1, "Congestion, "}, {2, "Delivery, "}, {4, "Link Integrity"}};
@@ -135,7 +136,7 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
   if (const StatusCode status = OpenPort(kClassName, words, kGetGuard, selected); status != kSuccess) {
     return DisplayError(out, status, mode);
   }
-  const bool is_second = (selected.fc->capabilities & kSecondGeneration) != 0;
+  const bool is_second = HasCapability(*selected.fc, kSecondCongestionStatistics);
   return is_second ? GetSecondGeneration(out, *selected.fc, mode)
                    : DisplayPortSCMStats(out, *selected.fc, mode);
 }

@@ -7,8 +7,6 @@ namespace {
 
 constexpr const char* kReserved = "Reserved";
 
-constexpr CodeText kPortStates[] = {{1, "Online"}, {3, "Offline"}};
-
 constexpr CodeText kLinkEvents[] = {
     {0, "Unknown"},
     {1, "Link Failure"},
@@ -42,14 +40,19 @@ constexpr CodeText kTargetLanes[] = {{1, "Slow"}, {2, "Normal"}, {3, "Fast"}};
 constexpr CodeText kThrottlingStates[] = {{1, "None"}, {2, "Active"}};
 
 const char* ThrottlingText(const FCProtocolEntry& fc, std::uint8_t state) {
-  return TextOfCode(kThrottlingStates, state,
-                    (fc.capabilities & kThrottlingCapability) != 0 ? "Disabled" : "None");
+  return TextOfCode(kThrottlingStates, state, HasCapability(fc, kIoThrottling) ? "Disabled" : "None");
 }
 
 }  // namespace
 
 const char* PortStateText(const FCProtocolEntry& fc) {
-  return TextOfCode(kPortStates, fc.port_state);
+  switch (fc.port_state) {
+    case PortState::kLinkUp:
+      return "Online";
+    case PortState::kOffline:
+      return "Offline";
+  }
+  return "Unknown";
 }
 
 const char* LinkEventText(std::uint16_t type) {
@@ -94,13 +97,13 @@ const char* PortVirtualLaneText(const FCProtocolEntry& fc) {
 const char* TargetVirtualLaneText(const FCProtocolEntry& fc, const TargetEntry& target) {
   if (!IsDeviceGroupDahlia(fc.pci)) return "NA";
   return TextOfCode(kTargetLanes, target.virtual_lane,
-                    (fc.capabilities & kVirtualLaneCapability) != 0 ? "Non-Operational" : "NA");
+                    HasCapability(fc, kVirtualLanes) ? "Non-Operational" : "NA");
 }
 
 const char* PortThrottlingText(const FCProtocolEntry& fc) {
-  return IsDeviceGroupHazelIrisOrDahlia(fc.pci) ? ThrottlingText(fc, fc.io_throttling) : "NA";
+  return HasCongestionManagement(fc.pci) ? ThrottlingText(fc, fc.io_throttling) : "NA";
 }
 
 const char* TargetThrottlingText(const FCProtocolEntry& fc, const TargetEntry& target) {
-  return IsDeviceGroupHazelIrisOrDahlia(fc.pci) ? ThrottlingText(fc, target.io_throttling) : "None";
+  return HasCongestionManagement(fc.pci) ? ThrottlingText(fc, target.io_throttling) : "None";
 }

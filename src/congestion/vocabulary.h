@@ -6,14 +6,7 @@
 #include "framework/device_library/port_entry.h"
 #include "framework/device_library/target_records.h"
 
-// Capability bits of a port. The first two tell the generation of its congestion statistics, the others what
-// an unset state means.
-inline constexpr std::uint32_t kFirstGeneration = 1u << 23;
-inline constexpr std::uint32_t kSecondGeneration = 1u << 26;
-inline constexpr std::uint32_t kVirtualLaneCapability = 1u << 30;
-inline constexpr std::uint32_t kThrottlingCapability = 1u << 31;
-
-// 1 "Online", 3 "Offline", others "Unknown".
+// "Online", "Offline", or "Unknown" for another state.
 const char* PortStateText(const FCProtocolEntry& fc);
 
 // What the fabric has notified: event types and reasons of FC-LS (Fabric Performance Impact Notification),

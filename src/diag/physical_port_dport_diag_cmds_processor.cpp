@@ -28,8 +28,13 @@ constexpr StatusMessage kMessages[] = {
 
 // Answers of the second test interface that have a status of their own.
 constexpr LibraryAnswer kTestAnswers[] = {
-    {2, kInvalidParameter}, {29, kVirtualPort},  {38, kFeatureNotSupported}, {129, kNotInDiagnosticsMode},
-    {130, kLinkDown},       {131, kSpeedTooLow}, {132, kNotInBootFromSan},
+    {kLibraryInvalidParameter, kInvalidParameter},
+    {kLibraryVirtualPort, kVirtualPort},
+    {kLibraryNoLinkTest, kFeatureNotSupported},
+    {kLibraryNoDiagnosticPort, kNotInDiagnosticsMode},
+    {kLibraryLinkDown, kLinkDown},
+    {kLibraryLinkTooSlow, kSpeedTooLow},
+    {kLibraryBootFromSan, kNotInBootFromSan},
 };
 
 // Why the firmware refused a test, by mailbox register 2.
@@ -49,8 +54,6 @@ constexpr Refusal kRefusals[] = {
 
 constexpr std::uint16_t kCommandRefused = 0x4005;  // in mailbox register 1
 
-constexpr std::uint32_t kSecondTestInterface = 0x20000000;  // capability bit
-
 // The reboot field of failed changes.
 constexpr RebootField kNoRebootNeeded = {RebootField::kBehindMessage, false};
 
@@ -61,17 +64,13 @@ const char* RefusalText(std::uint16_t reason) {
   return "Failed, Unknown";
 }
 
-bool IsFamilySupported(const PciIdentity& pci) {
-  return IsDeviceGroupElmOnly(pci) || IsDeviceGroupHazelIrisOrDahlia(pci);
-}
-
 // The checks that all commands begin with.
 StatusCode SelectPort(const Words& words, const FCProtocolEntry*& fc) {
   if (const StatusCode status = SelectTestPort(kClassName, words, fc); status != kSuccess) return status;
   bool is_mezz = false;
   if (const StatusCode status = ReadIsMezzAdapter(kClassName, *fc, is_mezz); status != kSuccess)
     return status;
-  if (is_mezz || !IsFamilySupported(fc->pci)) {
+  if (is_mezz || !IsAnyOf(fc->pci, kElmOnly | kHazel | kIris | kDahlia)) {
     DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for this adapter", kClassName, __func__);
     return kFeatureNotSupported;
   }
@@ -158,7 +157,7 @@ StatusCode CheckTestPort(const FCProtocolEntry& fc) {
 
 // Runs the link test through the interface that the adapter has. The first interface has no status.
 StatusCode RunTest(const FCProtocolEntry& fc, bool is_v2, DPortResultRecord& record) {
-  const auto call = [&] {
+  const auto call = [&]() -> LibraryStatus {
     if (is_v2) return TORPI_DiagnosticDPortTestV2(&fc.handle, &record);
     record = TORPI_DiagnosticDPortTest(&fc.handle, &record);
     return kLibrarySuccess;
@@ -173,7 +172,7 @@ StatusCode CmdRunCommon(Serializer& out, Words& words, OutputMode mode) {
     return DisplayError(out, status, mode);
   if (const StatusCode status = CheckTestPort(*fc); status != kSuccess)
     return DisplayError(out, status, mode);
-  const bool is_v2 = (fc->capabilities & kSecondTestInterface) != 0;
+  const bool is_v2 = HasCapability(*fc, kSecondLinkTest);
   DPortResultRecord record = {};
   if (const StatusCode status = RunTest(*fc, is_v2, record); status != kSuccess) {
     return DisplayError(out, status, mode);

@@ -32,14 +32,15 @@ constexpr StatusMessage kMessages[] = {
 };
 
 // Answers of the library that have a status of their own here, in all commands.
-constexpr LibraryAnswer kAnswers[] = {{158, kNqnAlreadyRegistered}, {159, kNqnNotRegistered}};
+constexpr LibraryAnswer kAnswers[] = {{kLibraryNqnRegistered, kNqnAlreadyRegistered},
+                                      {kLibraryNqnNotRegistered, kNqnNotRegistered}};
 
 enum Action : std::uint8_t { kDeregister = 0, kRegister = 1 };
 
 // The checks that all commands begin with.
 StatusCode SelectPort(const Words& words, const FCProtocolEntry*& fc) {
   if (const StatusCode status = SelectTestPort(kClassName, words, fc); status != kSuccess) return status;
-  if (!IsDeviceGroupHazelIrisOrDahlia(fc->pci)) {
+  if (!IsAnyOf(fc->pci, kHazel | kIris | kDahlia)) {
     DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for this adapter", kClassName, __func__);
     return kFeatureNotSupported;
   }

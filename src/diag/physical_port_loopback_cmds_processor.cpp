@@ -61,7 +61,7 @@ LoopbackType TypeOf(std::string_view word) {
 
 bool IsTypeSupported(LoopbackType type, const PciIdentity& pci) {
   if (type == LoopbackType::kFcoeEcho) return IsDeviceGroupFernOnly(pci);
-  if (type == LoopbackType::kInternal10Bit) return IsDeviceGroupAster(pci) || IsDeviceGroupBirch(pci);
+  if (type == LoopbackType::kInternal10Bit) return IsAnyOf(pci, kAster | kBirch);
   return true;
 }
 

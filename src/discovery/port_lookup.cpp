@@ -151,6 +151,6 @@ StatusCode SelectPhysicalPort(CommandRun& run, PortSelection& selection) {
 }
 
 StatusCode CheckPhysical(const CommandRun& run, const FCProtocolEntry& fc) {
-  if (fc.interface_type != PortInterfaceType::kNpivVirtual) return kSuccess;
+  if (!IsVirtualPort(fc)) return kSuccess;
   return run.Refuse(kVirtualPort, "Command not supported for vport");
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <span>
+#include <type_traits>
 
 struct CodeText {
   std::uint32_t code;
@@ -16,6 +17,13 @@ constexpr const char* TextOfCode(std::span<const CodeText> table, std::uint32_t 
     if (row.code == code) return row.text;
   }
   return otherwise;
+}
+
+// The code that an enumeration's value is in the record.
+template <class Enum>
+requires std::is_enum_v<Enum>
+constexpr std::uint32_t CodeOf(Enum value) {
+  return static_cast<std::uint32_t>(value);
 }
 
 constexpr const char* BoolText(bool value) {

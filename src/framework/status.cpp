@@ -1,6 +1,6 @@
 #include "framework/status.h"
 
-#include "framework/device_library/calls.h"
+#include "framework/device_library/library_answers.h"
 
 const char* MessageFor(std::span<const StatusMessage> table, StatusCode code) {
   for (const StatusMessage& row : table) {

@@ -31,8 +31,6 @@ enum ReadMode : std::uint32_t { kReadDefault = 0, kReadRefreshed = 1, kReadRaw =
 constexpr const char* kUpdatableVendor = "WTD";
 constexpr std::uint32_t kUpdatableKind = 2;
 
-constexpr std::uint8_t kDriverUpdatesSfpFirmware = 1U << 1;
-
 constexpr StatusMessage kMessages[] = {
     kInvalidParameter,
     {kDataNotAvailable, "Failed, Data not available"},
@@ -77,14 +75,24 @@ constexpr StatusMessage kUpdateMessages[] = {
 };
 
 constexpr LibraryAnswer kSaveAnswers[] = {
-    {3, kFileNotFound},          {40, kMemoryError},      {100, kVirtualPort},         {101, kFileOpenError},
-    {113, kFeatureNotSupported}, {114, kAdapterNotFound}, {121, kFeatureNotSupported},
+    {kLibraryFileNotFound, kFileNotFound},
+    {kLibraryNoMemory, kMemoryError},
+    {kLibrarySfpOfVirtualPort, kVirtualPort},
+    {kLibraryFileOpenError, kFileOpenError},
+    {kLibraryFeatureNotSupported, kFeatureNotSupported},
+    {kLibraryAdapterNotFound, kAdapterNotFound},
+    {kLibraryAdapterLacksFeature, kFeatureNotSupported},
 };
 
 constexpr LibraryAnswer kUpdateAnswers[] = {
-    {101, kFileOpenError},         {107, kChecksumError},        {113, kFeatureNotSupported},
-    {114, kAdapterNotFound},       {118, kNotSupportedByDriver}, {144, kSfpUpdateFailed},
-    {145, kSfpVendorNotSupported}, {146, kSfpFileNotSupported},
+    {kLibraryFileOpenError, kFileOpenError},
+    {kLibraryWrongChecksum, kChecksumError},
+    {kLibraryFeatureNotSupported, kFeatureNotSupported},
+    {kLibraryAdapterNotFound, kAdapterNotFound},
+    {kLibraryDriverLacksFeature, kNotSupportedByDriver},
+    {kLibrarySfpUpdateFailed, kSfpUpdateFailed},
+    {kLibrarySfpVendorNotSupported, kSfpVendorNotSupported},
+    {kLibrarySfpFileNotSupported, kSfpFileNotSupported},
 };
 
 // One kind of file that the library writes. Its function is called through `write`, so that it is bound only
@@ -255,7 +263,7 @@ StatusCode CmdUpdateCommon(Serializer& out, Words& words, OutputMode mode) {
                   __func__);
     return fail(kFeatureNotSupported);
   }
-  if ((fc.driver_flags & kDriverUpdatesSfpFirmware) == 0) {
+  if ((fc.driver_flags & kSfpFirmwareUpdate) == 0) {
     DebugLogLevel(kDebugFailure, "%s::%s: SFP Firmware update not supported by the driver", kClassName,
                   __func__);
     return fail(kNotSupportedByDriver);

@@ -25,8 +25,11 @@ constexpr StatusMessage kMessages[] = {
 
 // In maintenance mode the dump deliberately fails as for any other reason.
 constexpr LibraryAnswer kAnswers[] = {
-    {kLibraryMaintenanceMode, kReadFailed}, {0x20000064, kInvalidParameter},     {0x20000072, kMemoryError},
-    {0x20000073, kWrongWordCount},          {0x2000007B, kResponseNotAvailable},
+    {kLibraryMaintenanceMode, kReadFailed},
+    {kDumpInvalidParameter, kInvalidParameter},
+    {kDumpNoMemory, kMemoryError},
+    {kDumpParameterError, kWrongWordCount},
+    {kDumpNotAvailable, kResponseNotAvailable},
 };
 
 struct Free {

@@ -31,9 +31,18 @@ constexpr CodeText kPciSpeeds[] = {
     {1, "2.5 Gtps"}, {2, "5 Gtps"}, {3, "8 Gtps"}, {4, "16 Gtps"}, {8, "32 Gtps"},
 };
 
-constexpr CodeText kInterfaceTypes[] = {{1, "Physical Port"}, {3, "NPIV Virtual Port"}};
-constexpr CodeText kProtocolTypes[] = {{0, "FC"}, {1, "FCoE"}};
-constexpr CodeText kConnectionModes[] = {{1, "Point to Point"}, {2, "Loop"}};
+constexpr CodeText kInterfaceTypes[] = {
+    {CodeOf(PortInterfaceType::kPhysical), "Physical Port"},
+    {CodeOf(PortInterfaceType::kNpivVirtual), "NPIV Virtual Port"},
+};
+constexpr CodeText kProtocolTypes[] = {
+    {CodeOf(ProtocolType::kFc), "FC"},
+    {CodeOf(ProtocolType::kFcoe), "FCoE"},
+};
+constexpr CodeText kConnectionModes[] = {
+    {CodeOf(ConnectionMode::kPointToPoint), "Point to Point"},
+    {CodeOf(ConnectionMode::kLoop), "Loop"},
+};
 
 constexpr CodeText kPortTypes[] = {
     {1, "Node Port"},           {2, "Loop Port"},      {3, "Fabric Private Loop Port"},
@@ -41,18 +50,15 @@ constexpr CodeText kPortTypes[] = {
     {7, "Loop Transport Port"}, {8, "Expansion Port"}, {9, "Bridge Port"},
 };
 
-enum PortState : std::uint8_t { kOnline = 1, kOffline = 3 };
-constexpr std::uint16_t kFecInUse = 1u << 15;
-
 // With the state read, the word is "false" deliberately, whatever the flag itself says.
 constexpr CodeText kLockdownTexts[] = {
-    {static_cast<std::uint32_t>(LockdownReadStatus::kRead), "false"},
-    {static_cast<std::uint32_t>(LockdownReadStatus::kUnsupportedDriver), "Unsupported Driver"},
-    {static_cast<std::uint32_t>(LockdownReadStatus::kUnsupportedFirmware), "Unsupported Firmware"},
+    {CodeOf(LockdownReadStatus::kRead), "false"},
+    {CodeOf(LockdownReadStatus::kUnsupportedDriver), "Unsupported Driver"},
+    {CodeOf(LockdownReadStatus::kUnsupportedFirmware), "Unsupported Firmware"},
 };
 
 bool IsOfTheFourGroups(const PciIdentity& pci) {
-  return IsDeviceGroupElm(pci) || IsDeviceGroupHazelIrisOrDahlia(pci);
+  return IsAnyOf(pci, kElm | kHazel | kIris | kDahlia);
 }
 
 const char* PciWidthText(std::uint16_t link_word) {
@@ -92,8 +98,8 @@ bool IsFecInUse(const FCProtocolEntry& fc) {
 }
 
 const char* PortStateText(const FCProtocolEntry& fc) {
-  if (fc.port_state == kOffline) return "Offline";
-  if (fc.port_state != kOnline) return "Unknown";
+  if (fc.port_state == PortState::kOffline) return "Offline";
+  if (!IsLinkUp(fc)) return "Unknown";
   return IsFecInUse(fc) ? "Online (FEC)" : "Online";
 }
 
@@ -122,12 +128,11 @@ void NameLines(ReportText& text, const FCProtocolEntry& fc) {
 void LinkLines(ReportText& text, const FCProtocolEntry& fc) {
   TextLine(text, "Maximum Speed", MaximumSpeedText(fc.supported_speeds));
   TextLine(text, "Supported Speeds", SupportedSpeedsText(fc.supported_speeds));
-  TextLine(text, "Port Interface Type",
-           TextOfCode(kInterfaceTypes, static_cast<std::uint32_t>(fc.interface_type)));
-  TextLine(text, "Protocol Type", TextOfCode(kProtocolTypes, static_cast<std::uint32_t>(fc.protocol_type)));
+  TextLine(text, "Port Interface Type", TextOfCode(kInterfaceTypes, CodeOf(fc.interface_type)));
+  TextLine(text, "Protocol Type", TextOfCode(kProtocolTypes, CodeOf(fc.protocol_type)));
   TextLine(text, "Port Type", TextOfCode(kPortTypes, fc.port_type));
   TextLine(text, "Port State", PortStateText(fc));
-  TextLine(text, "Port Connection Mode", TextOfCode(kConnectionModes, fc.connection_mode));
+  TextLine(text, "Port Connection Mode", TextOfCode(kConnectionModes, CodeOf(fc.connection_mode)));
   TextLine(text, "Port Speed", PortSpeedText(fc.port_speed));
   PortIdLine(text, "Port ID", fc.port_id);
 }
@@ -154,7 +159,7 @@ void FlashLines(ReportText& text, const FCProtocolEntry& fc, const FlashComponen
   TwoPartVersionLine(text, "Flash EFI Version", fc.flash_efi_version);
   VersionLine(text, "Flash Preload Firmware Area Version", components.preload_firmware_area);
   VersionLine(text, "Flash FC Board Config Version", components.fc_board_config);
-  if (IsDeviceGroupHazelIrisOrDahlia(fc.pci)) {
+  if (HasManagementFirmware(fc.pci)) {
     VersionOrBlankLine(text, "Flash MPI Firmware Version", components.mpi_firmware);
     VersionOrBlankLine(text, "Flash PEP Firmware Version", components.pep_firmware);
     VersionOrBlankLine(text, "Flash PEP Board Config Version", components.pep_board_config);
@@ -167,12 +172,12 @@ void FlashLines(ReportText& text, const FCProtocolEntry& fc, const FlashComponen
 }
 
 void LockdownLine(ReportText& text, const char* label, LockdownReadStatus status) {
-  TextLine(text, label, TextOfCode(kLockdownTexts, static_cast<std::uint32_t>(status)));
+  TextLine(text, label, TextOfCode(kLockdownTexts, CodeOf(status)));
 }
 
 void RunningLines(ReportText& text, const FCProtocolEntry& fc, const LockdownStatus& lockdown) {
   TextOrNaLine(text, "Running Firmware Version", fc.running_firmware_version.View());
-  if (!IsDeviceGroupHazelIrisOrDahlia(fc.pci)) return;
+  if (!HasManagementFirmware(fc.pci)) return;
   VersionOrBlankLine(text, "Running MPI Firmware Version", ThreePartVersion(fc.running_mpi_version));
   VersionOrBlankLine(text, "Running PEP Firmware Version", ThreePartVersion(fc.running_pep_version));
   LockdownLine(text, "Config Lockdown", lockdown.config_status);
@@ -203,7 +208,7 @@ StatusCode DisplayPortInfo(Serializer& out, const PortSelection& selected, const
   FirstTextLine(text, "Model", selected.adapter->model.Empty() ? "NA" : selected.adapter->model.View());
   PositionLines(text, *selected.port, fc);
   TextLine(text, "Driver Version", fc.driver_version.View());
-  if (IsDeviceGroupHazelIrisOrDahlia(fc.pci)) {
+  if (HasManagementFirmware(fc.pci)) {
     TextOrNaLine(text, "Host NQN", fc.host_nqn.View());
     HostIdLine(text, "Host ID", fc.host_id);
   }

@@ -50,9 +50,6 @@ struct RemotePort {
   const char* secure_mode = "Disabled";
 };
 
-// The driver fills the current remote-port record of a target when this flag of the port is set.
-constexpr std::uint8_t kCurrentRemotePorts = 0x01;
-
 // The three bytes of a port identifier, as a record's 32-bit word holds them in its low 24 bits.
 bool SamePortId(std::uint32_t word, const PortId& port_id) {
   return std::memcmp(&word, &port_id, sizeof port_id) == 0;

@@ -80,7 +80,7 @@ StatusCode OpenTarget(const Words& words, TargetSelection& selected) {
     DebugLogLevel(kDebugFailure, "%s::%s: Get target failed err=%u", kClassName, __func__, status);
     return status;
   }
-  if (selected.fc->interface_type == PortInterfaceType::kNpivVirtual) {
+  if (IsVirtualPort(*selected.fc)) {
     DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for vport", kClassName, __func__);
     return kVirtualPort;
   }

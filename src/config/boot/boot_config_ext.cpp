@@ -7,6 +7,7 @@
 #include "config/boot/nvme_boot.h"
 #include "config/options.h"
 #include "config/staged/staged_parameter.h"
+#include "framework/device_library/families.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
 #include "framework/report_lines.h"

@@ -9,6 +9,7 @@
 #include "config/options.h"
 #include "config/staged/staged_parameter.h"
 #include "framework/device_library/config_records.h"
+#include "framework/device_library/families.h"
 #include "framework/device_library/target_records.h"
 #include "framework/device_library/world_wide_name.h"
 

@@ -12,10 +12,6 @@ constexpr OptionName kBootModeOption = {"--boot-mode", "-b"};
 
 constexpr CheckResult kNoBootMode = {kInvalidParameter, "no boot mode"};
 
-// Bits of the ROM flags.
-constexpr std::uint32_t kRomBios = 0x08;
-constexpr std::uint32_t kRomUefi = 0x02;
-
 CheckResult ReadMode(const BootModes& modes, const std::string& word, BootMode& mode) {
   const auto found = std::find_if(modes.names.begin(), modes.names.end(),
                                   [&](const BootModeName& name) { return EqualNoCase(word, name.word); });
@@ -45,16 +41,12 @@ StatusCode ChangeLibraryMode(const CommandRun& run, const BootModes& modes, Boot
 
 StatusCode CheckRom(const CommandRun& run, const FCProtocolEntry& fc, BootMode mode) {
   if (mode == BootMode::kBios) {
-    return (fc.rom_flags & kRomBios) != 0 ? kSuccess : run.Refuse(kNoRomBios, "Adapter has no ROM BIOS");
+    return (fc.rom_flags & kBiosImage) != 0 ? kSuccess : run.Refuse(kNoRomBios, "Adapter has no ROM BIOS");
   }
-  return (fc.rom_flags & kRomUefi) != 0 ? kSuccess : run.Refuse(kNoRomUefi, "Adapter has no ROM UEFI");
+  return (fc.rom_flags & kUefiImage) != 0 ? kSuccess : run.Refuse(kNoRomUefi, "Adapter has no ROM UEFI");
 }
 
 }  // namespace
-
-bool HasBootModes(const PciIdentity& pci) {
-  return IsDeviceGroupHazelIrisOrDahlia(pci);
-}
 
 StatusCode ChooseBootMode(CommandRun& run, const BootModes& modes, const FCProtocolEntry& fc,
                           BootMode& mode) {

@@ -6,7 +6,6 @@
 
 #include "config/staged/staged_file.h"
 #include "framework/command_run.h"
-#include "framework/device_library/pci_identity.h"
 #include "framework/device_library/port_entry.h"
 #include "framework/status.h"
 
@@ -27,9 +26,6 @@ struct BootModes {
 };
 
 inline constexpr const char* kBootModeKey = "Boot_Mode";
-
-// True for the adapters that have more modes than the legacy one.
-bool HasBootModes(const PciIdentity& pci);
 
 // Reads the mode that the user asks for (the legacy one without the option), brings the library in line with
 // it, and checks that the adapter holds the boot code for it. kInvalidParameter for a word that names no

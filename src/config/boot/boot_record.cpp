@@ -17,16 +17,12 @@ constexpr std::size_t kReportBytes = 2048;
 constexpr CheckResult kLegacyModeOnly = {kNotForBootMode, "an option of the legacy boot mode"};
 constexpr CheckResult kOtherModesOnly = {kBootModeNeeded, "no option of the legacy boot mode"};
 
-bool HasFabricAssignedLun(const PciIdentity& pci) {
-  return !IsDeviceGroupAsterBirchOrCedar(pci);
-}
-
 CheckResult AllowAlways(const FCProtocolEntry&, BootMode) {
   return {};
 }
 
 CheckResult AllowFabricAssignedLun(const FCProtocolEntry& fc, BootMode) {
-  return HasFabricAssignedLun(fc.pci) ? CheckResult{} : kNotThisAdapter;
+  return HasFabricAssignment(fc.pci) ? CheckResult{} : kNotThisAdapter;
 }
 
 CheckResult AllowInBios(const FCProtocolEntry&, BootMode mode) {
@@ -140,7 +136,7 @@ StatusCode BootRecord::Display(CommandRun& run, BootMode mode, RebootField reboo
   if (mode == BootMode::kBios) {
     FirstTextLine(text, "Adapter BIOS", BoolText(info_.disable_bios == 0));
     FlagLine(text, "Selectable Boot", info_.enable_selectable_boot != 0);
-    if (HasFabricAssignedLun(fc_.pci)) {
+    if (HasFabricAssignment(fc_.pci)) {
       FlagLine(text, "Fabric Assigned Boot LUN", info_.enable_fabric_assign_boot_lun != 0);
     }
     DriveLines(text, info_, kBiosDrives);

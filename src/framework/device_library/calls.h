@@ -1,10 +1,9 @@
 // The calls of the closed device library, grouped as the commands use them.
 //
 // Unless a call says otherwise its first argument is the address of the port's handle block, and its result
-// is a status word: 0 for success, 150 when the adapter port is in maintenance mode, any other number for
-// another failure. "out" marks what the library writes; the caller presets it as told. The program binds
-// lazily, so a library that lacks a call still serves every command that does not make it: never store the
-// address of a call in static data.
+// is one of library_answers.h. "out" marks what the library writes. The program binds lazily, so a library
+// that lacks a call still serves every command that does not make it: never store the address of a call in
+// static data.
 #pragma once
 
 #include <cstdint>
@@ -15,13 +14,9 @@
 #include "framework/device_library/device_handle.h"
 #include "framework/device_library/diag_records.h"
 #include "framework/device_library/flash_records.h"
+#include "framework/device_library/library_answers.h"
 #include "framework/device_library/port_records.h"
 #include "framework/device_library/target_statistics_records.h"
-
-using LibraryStatus = std::uint32_t;
-
-inline constexpr LibraryStatus kLibrarySuccess = 0;
-inline constexpr LibraryStatus kLibraryMaintenanceMode = 150;
 
 #pragma GCC visibility push(default)
 extern "C" {
@@ -54,8 +49,7 @@ LibraryStatus TORPI_GetLockdownStatus(const DeviceHandle*, LockdownStatus* out);
 LibraryStatus TORPI_ResetDeviceStats(const DeviceHandle*);
 LibraryStatus TORPI_GetVpd(const DeviceHandle*, std::uint32_t zero, std::uint8_t* out, std::uint32_t* size);
 LibraryStatus TORPI_DiagnosticsRDPTest(const DeviceHandle*, std::uint8_t* out, std::uint32_t* size);
-// Takes the handle's sd_handle; the caller releases the buffer with free(). Answers 0x20000064 upward on
-// failure.
+// Takes the handle's sd_handle; the caller releases the buffer with free(). Failures are kDump*.
 LibraryStatus TORPI_SDGetFwDump2(std::uint32_t sd_handle, std::uint32_t zero, void** out_buffer,
                                  std::uint32_t* out_size);
 

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "framework/device_library/fixed_text.h"
+#include "framework/device_library/port_entry.h"
 #include "framework/device_library/port_id.h"
 
 // What a diagnostic port's link test found. Fields marked BE are big-endian as the switch sent them.
@@ -119,7 +120,7 @@ struct DiagTestRequest {
   std::byte reserved_36[4];
   char pattern[8];  // not terminated
   std::byte reserved_48[75];
-  std::uint8_t connection_mode;  // that of the port
+  ConnectionMode connection_mode;  // that of the port
   std::byte reserved_124[20];
 };
 static_assert(offsetof(DiagTestRequest, test_count) == 4);

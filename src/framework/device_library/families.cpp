@@ -104,18 +104,45 @@ bool IsEncryptionAdapter(const PciIdentity& pci) {
          (pci.subsystem_vendor_id == kPartnerVendorId && IsSubsystemWithin(pci, 0x0B11, 0x0B16));
 }
 
-bool IsDeviceGroupHazelIrisOrDahlia(const PciIdentity& pci) {
-  return IsDeviceGroupHazel(pci) || IsDeviceGroupIris(pci) || IsDeviceGroupDahlia(pci);
+FamilySet FamiliesOf(const PciIdentity& pci) {
+  struct Member {
+    Family family;
+    bool (*is_member)(const PciIdentity& pci);
+  };
+  static constexpr Member kMembers[] = {
+      {kAster, &IsDeviceGroupAster},   {kBirch, &IsDeviceGroupBirch},     {kCedar, &IsDeviceGroupCedar},
+      {kDahlia, &IsDeviceGroupDahlia}, {kElmOnly, &IsDeviceGroupElmOnly}, {kFernOnly, &IsDeviceGroupFernOnly},
+      {kCedarDevice, &IsDeviceCedar},  {kGinkgo, &IsDeviceGinkgo},        {kHazel, &IsDeviceGroupHazel},
+      {kIris, &IsDeviceGroupIris},
+  };
+  FamilySet families = 0;
+  for (const Member& member : kMembers) {
+    if (member.is_member(pci)) families |= member.family;
+  }
+  return families;
 }
 
-bool IsDeviceGroupElmOnlyHazelIrisOrDahlia(const PciIdentity& pci) {
-  return IsDeviceGroupElmOnly(pci) || IsDeviceGroupHazelIrisOrDahlia(pci);
+bool IsAnyOf(const PciIdentity& pci, FamilySet families) {
+  return (FamiliesOf(pci) & families) != 0;
 }
 
-bool IsDeviceGroupAsterBirchOrCedar(const PciIdentity& pci) {
-  return IsDeviceGroupAster(pci) || IsDeviceGroupBirch(pci) || IsDeviceGroupCedar(pci);
+bool HasBootModes(const PciIdentity& pci) {
+  return IsAnyOf(pci, kHazel | kIris | kDahlia);
+}
+
+bool HasCongestionManagement(const PciIdentity& pci) {
+  return IsAnyOf(pci, kHazel | kIris | kDahlia);
+}
+
+// Intended: an adapter of no family passes.
+bool HasFabricAssignment(const PciIdentity& pci) {
+  return !IsAnyOf(pci, kAster | kBirch | kCedar);
 }
 
 bool HasFlashMemoBlock(const PciIdentity& pci) {
-  return IsDeviceGroupElmOnlyHazelIrisOrDahlia(pci);
+  return IsAnyOf(pci, kElmOnly | kHazel | kIris | kDahlia);
+}
+
+bool HasManagementFirmware(const PciIdentity& pci) {
+  return IsAnyOf(pci, kHazel | kIris | kDahlia);
 }

@@ -1,10 +1,35 @@
-// Adapter families, told by the PCI identity of a port.
+// Adapter families, which follow from the PCI identity of a port.
 //
-// Every test is false for another vendor than 0x1C9E. Families overlap (one device can pass several tests),
-// so a rule names exactly the tests it means.
+// No device of another vendor than 0x1C9E is of a family. Families overlap: one device can be of several, so
+// a rule names exactly those that it means.
 #pragma once
 
+#include <cstdint>
+
 #include "framework/device_library/pci_identity.h"
+
+using FamilySet = std::uint32_t;
+
+// Each a set of its own; join them with `|`.
+enum Family : FamilySet {
+  kAster = 1u << 0,
+  kBirch = 1u << 1,
+  kCedar = 1u << 2,
+  kDahlia = 1u << 3,
+  kElmOnly = 1u << 4,
+  kFernOnly = 1u << 5,
+  kElm = kElmOnly | kFernOnly,
+  kCedarDevice = 1u << 6,  // of the Cedar family, the device that it is named after
+  kGinkgo = 1u << 7,
+  kHazel = 1u << 8,
+  kIris = 1u << 9,
+};
+
+// All families that the device is of.
+FamilySet FamiliesOf(const PciIdentity& pci);
+
+// True for a device of one of these families at least: IsAnyOf(pci, kHazel | kIris).
+bool IsAnyOf(const PciIdentity& pci, FamilySet families);
 
 bool IsDeviceGroupAster(const PciIdentity& pci);
 bool IsDeviceGroupBirch(const PciIdentity& pci);
@@ -18,7 +43,7 @@ bool IsDeviceGinkgo(const PciIdentity& pci);
 bool IsDeviceGroupHazel(const PciIdentity& pci);
 bool IsDeviceGroupIris(const PciIdentity& pci);
 
-// Single models and model lines, told by the subsystem too.
+// Single models and model lines, which differ by the subsystem too.
 bool IsMezzDeviceElm(const PciIdentity& pci);       // mezzanine cards
 bool IsFixedRateDeviceElm(const PciIdentity& pci);  // the data rate cannot be set
 bool IsNoLoopDeviceElm(const PciIdentity& pci);
@@ -27,8 +52,9 @@ bool IsMezz16DeviceHazel(const PciIdentity& pci);
 bool IsSixtyFourGigAdapter(const PciIdentity& pci);
 bool IsEncryptionAdapter(const PciIdentity& pci);
 
-// Families that rules name together.
-bool IsDeviceGroupHazelIrisOrDahlia(const PciIdentity& pci);
-bool IsDeviceGroupElmOnlyHazelIrisOrDahlia(const PciIdentity& pci);
-bool IsDeviceGroupAsterBirchOrCedar(const PciIdentity& pci);
-bool HasFlashMemoBlock(const PciIdentity& pci);  // those three and the Elm family without Fern
+// What several commands ask of an adapter.
+bool HasBootModes(const PciIdentity& pci);  // UEFI and NVMe beside the legacy mode
+bool HasCongestionManagement(const PciIdentity& pci);
+bool HasFabricAssignment(const PciIdentity& pci);  // of names and boot LUNs
+bool HasFlashMemoBlock(const PciIdentity& pci);
+bool HasManagementFirmware(const PciIdentity& pci);  // MPI and PEP

@@ -20,6 +20,32 @@ enum class PortInterfaceType : std::uint16_t { kPhysical = 1, kNpivVirtual = 3 }
 
 enum class ProtocolType : std::uint32_t { kFc = 0, kFcoe = 1 };  // 2 and above: protocols not served here
 
+enum class PortState : std::uint8_t { kLinkUp = 1, kOffline = 3 };
+
+enum class ConnectionMode : std::uint8_t { kPointToPoint = 1, kLoop = 2 };
+
+// Bits of `capabilities`: what the driver and the firmware can do.
+inline constexpr std::uint32_t kFirstCongestionStatistics = 1u << 23;   // the first generation
+inline constexpr std::uint32_t kSecondCongestionStatistics = 1u << 26;  // the second generation
+inline constexpr std::uint32_t kSecondLinkTest = 1u << 29;              // TORPI_DiagnosticDPortTestV2
+inline constexpr std::uint32_t kVirtualLanes = 1u << 30;
+inline constexpr std::uint32_t kIoThrottling = 1u << 31;
+
+// Bits of `driver_flags`: what the driver can do.
+inline constexpr std::uint8_t kCurrentRemotePorts = 0x01;  // fills the current remote-port record of a target
+inline constexpr std::uint8_t kSfpFirmwareUpdate = 0x02;
+inline constexpr std::uint8_t kKnowsMaintenanceMode = 0x04;  // kMaintenanceState counts
+
+// Bit of `port_flags`.
+inline constexpr std::uint8_t kMaintenanceState = 0x01;
+
+// Bits of `rom_flags`: the boot code that the adapter holds.
+inline constexpr std::uint32_t kUefiImage = 0x02;
+inline constexpr std::uint32_t kBiosImage = 0x08;
+
+// Bit of `link_flags`.
+inline constexpr std::uint16_t kFecInUse = 1u << 15;  // forward error correction on a 16 Gbps link
+
 struct TargetEntry;
 
 // One protocol on one port, real or virtual: nearly everything that the port commands show or act on.
@@ -29,20 +55,18 @@ struct FCProtocolEntry {
   DeviceHandle handle;
   PciIdentity pci;
   FixedText<52> driver_version;
-  std::uint32_t
-      capabilities;  // bits 23 and 26: congestion statistics generation; 29: second link test interface
+  std::uint32_t capabilities;
   std::byte reserved_164[16];
-  std::uint8_t
-      driver_flags;  // bit 0: current remote-port records; bit 1: SFP firmware update; bit 2: see below
+  std::uint8_t driver_flags;
   std::byte reserved_181[3];
-  std::uint8_t port_flags;  // bit 0, together with driver flag 2: the port is in maintenance mode
+  std::uint8_t port_flags;
   std::byte reserved_185[211];
   FixedText<32> running_firmware_version;
   FixedText<32> flash_bios_version;
   std::byte reserved_460[2];
   PortInterfaceType interface_type;
   std::byte reserved_464[8];
-  std::uint32_t rom_flags;                 // bit 3: BIOS image present; bit 1: UEFI image present
+  std::uint32_t rom_flags;
   std::uint8_t flash_firmware_version[4];  // major, minor, sub, unused
   std::uint8_t flash_efi_version[4];       // major, minor, unused
   std::uint8_t flash_fcode_version[4];     // major, minor, unused
@@ -51,14 +75,14 @@ struct FCProtocolEntry {
   std::byte reserved_496[112];
   PortId port_id;
   std::uint8_t port_type;
-  std::uint8_t port_state;  // 1: link up; 3: offline
-  std::uint8_t connection_mode;
+  PortState port_state;
+  ConnectionMode connection_mode;
   std::byte reserved_614[38];
-  std::uint32_t port_speed;
+  std::uint32_t port_speed;  // LinkSpeed::code
   std::byte reserved_656[4];
-  std::uint16_t link_flags;  // bit 15: forward error correction in use on a 16 Gbps link
+  std::uint16_t link_flags;
   std::byte reserved_662[2];
-  std::uint8_t supported_speeds;
+  std::uint8_t supported_speeds;  // a mask of LinkSpeed::supported_bit
   std::byte reserved_665[3];
   WorldWideName principal_fabric_name;
   WorldWideName adjacent_fabric_name;
@@ -151,3 +175,20 @@ static_assert(offsetof(FCProtocolEntry, pci_function) == 2674);
 static_assert(offsetof(FCProtocolEntry, protocol_type) == 2676);
 static_assert(offsetof(FCProtocolEntry, next) == 2680);
 static_assert(sizeof(FCProtocolEntry) == 2688);
+
+inline bool IsLinkUp(const FCProtocolEntry& fc) {
+  return fc.port_state == PortState::kLinkUp;
+}
+
+inline bool IsVirtualPort(const FCProtocolEntry& fc) {
+  return fc.interface_type == PortInterfaceType::kNpivVirtual;
+}
+
+inline bool IsInMaintenanceMode(const FCProtocolEntry& fc) {
+  return (fc.driver_flags & kKnowsMaintenanceMode) != 0 && (fc.port_flags & kMaintenanceState) != 0;
+}
+
+// True when the port has one of these capabilities at least.
+inline bool HasCapability(const FCProtocolEntry& fc, std::uint32_t capabilities) {
+  return (fc.capabilities & capabilities) != 0;
+}

@@ -5,7 +5,7 @@
 
 struct LinkSpeed {
   int gbps;
-  std::uint32_t code;          // a current speed of a port or a target: the digits of `gbps` read as hexadecimal
+  std::uint32_t code;  // a current speed of a port or a target: the digits of `gbps` read as hexadecimal
   std::uint8_t supported_bit;  // in FCProtocolEntry::supported_speeds
   std::uint32_t data_rate;     // HBAParamsInfo::data_rate
   int rank;                    // among the speeds that can be set, from 1 for the slowest

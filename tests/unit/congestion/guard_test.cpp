@@ -16,7 +16,7 @@ class Guard : public testing::Test {
     Congestion() = {};
     fc_.pci.vendor_id = 0x1C9E;
     fc_.pci.device_id = 0x3522;
-    fc_.capabilities = kSecondGeneration;
+    fc_.capabilities = kSecondCongestionStatistics;
     fc_.interface_type = PortInterfaceType::kPhysical;
   }
 

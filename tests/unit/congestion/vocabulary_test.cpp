@@ -77,7 +77,7 @@ TEST(Vocabulary, CongestionStates) {
 TEST(Vocabulary, PortStates) {
   const auto text = [](std::uint8_t state) {
     FCProtocolEntry fc = {};
-    fc.port_state = state;
+    fc.port_state = static_cast<PortState>(state);
     return PortStateText(fc);
   };
   ExpectWords<std::uint8_t>(text, {{1, "Online"}, {3, "Offline"}}, "Unknown");

@@ -33,17 +33,18 @@ DeviceIds Members(FamilyTest test, std::uint16_t vendor_id) {
   return members;
 }
 
-// A family is told by the device identifiers that belong to it, written out.
-struct Family {
+// A family by the device identifiers that belong to it, written out.
+struct FamilyRow {
   const char* name;
   FamilyTest test;
   DeviceIds members;
+  FamilySet bits = 0;  // 0: a rule that joins families
 };
 
-const Family kFamilies[] = {
-    {"Aster", &IsDeviceGroupAster, {{0x3A02}, {0x3A12}, {0x5C02}, {0x5C12}}},
-    {"Birch", &IsDeviceGroupBirch, {{0x3B40}, {0x3B41}}},
-    {"Cedar", &IsDeviceGroupCedar, {{0x7102}, {0x7122}, {0x7132}, {0x7932}}},
+const FamilyRow kFamilies[] = {
+    {"Aster", &IsDeviceGroupAster, {{0x3A02}, {0x3A12}, {0x5C02}, {0x5C12}}, kAster},
+    {"Birch", &IsDeviceGroupBirch, {{0x3B40}, {0x3B41}}, kBirch},
+    {"Cedar", &IsDeviceGroupCedar, {{0x7102}, {0x7122}, {0x7132}, {0x7932}}, kCedar},
     {"Dahlia",
      &IsDeviceGroupDahlia,
      {{0x3640},
@@ -57,16 +58,17 @@ const Family kFamilies[] = {
       {0x3E40},
       {0x3E48},
       {0x3F40},
-      {0x3F48}}},
-    {"Elm", &IsDeviceGroupElm, {{0x3432}, {0x3C32}, {0x7132}, {0x7932}}},
-    {"ElmOnly", &IsDeviceGroupElmOnly, {{0x3432}, {0x3C32}}},
-    {"FernOnly", &IsDeviceGroupFernOnly, {{0x7132}, {0x7932}}},
-    {"Cedar device", &IsDeviceCedar, {{0x7102}}},
-    {"Ginkgo", &IsDeviceGinkgo, {{0x7122}}},
-    {"Hazel", &IsDeviceGroupHazel, {{0x3522}, {0x3D22}, {0x3D62}}},
-    {"Iris", &IsDeviceGroupIris, {{0x3150}, {0x3350}, {0x3850}, {0x3950}}},
-    {"Hazel, Iris or Dahlia",
-     &IsDeviceGroupHazelIrisOrDahlia,
+      {0x3F48}},
+     kDahlia},
+    {"Elm", &IsDeviceGroupElm, {{0x3432}, {0x3C32}, {0x7132}, {0x7932}}, kElm},
+    {"ElmOnly", &IsDeviceGroupElmOnly, {{0x3432}, {0x3C32}}, kElmOnly},
+    {"FernOnly", &IsDeviceGroupFernOnly, {{0x7132}, {0x7932}}, kFernOnly},
+    {"Cedar device", &IsDeviceCedar, {{0x7102}}, kCedarDevice},
+    {"Ginkgo", &IsDeviceGinkgo, {{0x7122}}, kGinkgo},
+    {"Hazel", &IsDeviceGroupHazel, {{0x3522}, {0x3D22}, {0x3D62}}, kHazel},
+    {"Iris", &IsDeviceGroupIris, {{0x3150}, {0x3350}, {0x3850}, {0x3950}}, kIris},
+    {"families with boot modes",
+     &HasBootModes,
      {{0x3522},
       {0x3D22},
       {0x3D62},
@@ -94,13 +96,13 @@ const Family kFamilies[] = {
 };
 
 TEST(Families, HoldTheirDevicesAndNoOthers) {
-  for (const Family& family : kFamilies) {
+  for (const FamilyRow& family : kFamilies) {
     EXPECT_EQ(Members(family.test, 0x1C9E), family.members) << family.name;
   }
 }
 
 TEST(Families, HoldNoDeviceOfAnotherVendor) {
-  for (const Family& family : kFamilies) {
+  for (const FamilyRow& family : kFamilies) {
     for (const int vendor_id : {0x0000, 0x9E1C, 0x1C9F, 0x1C9C, 0x9C9E, 0xFFFF}) {
       EXPECT_EQ(Members(family.test, static_cast<std::uint16_t>(vendor_id)), DeviceIds{})
           << family.name << ", vendor " << vendor_id;
@@ -109,7 +111,7 @@ TEST(Families, HoldNoDeviceOfAnotherVendor) {
 }
 
 TEST(Families, LookAtNothingButVendorAndDevice) {
-  for (const Family& family : kFamilies) {
+  for (const FamilyRow& family : kFamilies) {
     PciIdentity pci = {};
     pci.vendor_id = 0x1C9E;
     pci.device_id = static_cast<std::uint16_t>(family.members.begin()->number);
@@ -121,6 +123,48 @@ TEST(Families, LookAtNothingButVendorAndDevice) {
     pci.subsystem_vendor_id = 0x1C9E;
     pci.subsystem_device_id = static_cast<std::uint16_t>(family.members.begin()->number);
     EXPECT_FALSE(family.test(pci)) << family.name;
+  }
+}
+
+TEST(Families, HaveBitsForTheSameDevices) {
+  for (const FamilyRow& family : kFamilies) {
+    if (family.bits == 0) continue;
+    for (std::uint32_t id = 0; id <= 0xFFFF; ++id) {
+      PciIdentity pci = {};
+      pci.vendor_id = 0x1C9E;
+      pci.device_id = static_cast<std::uint16_t>(id);
+      ASSERT_EQ(IsAnyOf(pci, family.bits), family.members.contains({id})) << family.name << ", device " << id;
+    }
+  }
+}
+
+TEST(Families, JoinToSets) {
+  PciIdentity pci = {};
+  pci.vendor_id = 0x1C9E;
+  pci.device_id = 0x3B40;
+  EXPECT_EQ(FamiliesOf(pci), kBirch | kDahlia);
+  EXPECT_TRUE(IsAnyOf(pci, kHazel | kDahlia));
+  EXPECT_FALSE(IsAnyOf(pci, kHazel | kIris));
+  EXPECT_FALSE(IsAnyOf(pci, 0));
+  pci.device_id = 0x7132;
+  EXPECT_EQ(FamiliesOf(pci), kCedar | kFernOnly);
+  EXPECT_EQ(kElm, kElmOnly | kFernOnly);
+  pci.vendor_id = 0x1D4A;
+  EXPECT_EQ(FamiliesOf(pci), 0u);
+}
+
+TEST(Families, SayWhatAnAdapterHas) {
+  PciIdentity pci = {};
+  for (std::uint32_t id = 0; id <= 0xFFFF; ++id) {
+    pci.vendor_id = 0x1C9E;
+    pci.device_id = static_cast<std::uint16_t>(id);
+    const bool early = IsDeviceGroupAster(pci) || IsDeviceGroupBirch(pci) || IsDeviceGroupCedar(pci);
+    const bool late = IsDeviceGroupHazel(pci) || IsDeviceGroupIris(pci) || IsDeviceGroupDahlia(pci);
+    ASSERT_EQ(HasFabricAssignment(pci), !early) << id;
+    ASSERT_EQ(HasCongestionManagement(pci), late) << id;
+    ASSERT_EQ(HasManagementFirmware(pci), late) << id;
+    pci.vendor_id = 0x1D4A;
+    ASSERT_TRUE(HasFabricAssignment(pci)) << id;
   }
 }
 

@@ -93,15 +93,4 @@ TEST(ModelsTest, Encryption) {
   EXPECT_FALSE(IsEncryptionAdapter(Identity({0x3648, 0x1C9E, 0x0B01}, 0x1077)));
 }
 
-TEST(ModelsTest, FamiliesThatRulesNameTogether) {
-  for (unsigned device = 0; device <= 0xFFFF; ++device) {
-    const PciIdentity pci = Identity({static_cast<std::uint16_t>(device), 0, 0});
-    EXPECT_EQ(IsDeviceGroupAsterBirchOrCedar(pci),
-              IsDeviceGroupAster(pci) || IsDeviceGroupBirch(pci) || IsDeviceGroupCedar(pci));
-    EXPECT_EQ(IsDeviceGroupElmOnlyHazelIrisOrDahlia(pci),
-              IsDeviceGroupElmOnly(pci) || IsDeviceGroupHazel(pci) || IsDeviceGroupIris(pci) ||
-                  IsDeviceGroupDahlia(pci));
-  }
-}
-
 }  // namespace

@@ -107,8 +107,8 @@ TEST(FCProtocolEntry, HasItsFieldsInPlace) {
   EXPECT_EQ((WithValueAt<FCProtocolEntry>(476, kWord).flash_firmware_version[1]), 0x12);
   EXPECT_EQ((WithValueAt<FCProtocolEntry>(608, kWord).port_id.octets[0]), 0x34);
   EXPECT_EQ((WithValueAt<FCProtocolEntry>(611, std::uint8_t{7}).port_type), 7);
-  EXPECT_EQ((WithValueAt<FCProtocolEntry>(612, std::uint8_t{1}).port_state), 1);
-  EXPECT_EQ((WithValueAt<FCProtocolEntry>(613, std::uint8_t{5}).connection_mode), 5);
+  EXPECT_EQ((WithValueAt<FCProtocolEntry>(612, std::uint8_t{1}).port_state), PortState::kLinkUp);
+  EXPECT_EQ((WithValueAt<FCProtocolEntry>(613, std::uint8_t{2}).connection_mode), ConnectionMode::kLoop);
   EXPECT_EQ((WithValueAt<FCProtocolEntry>(652, kLong).port_speed), 0x12345678u);
   EXPECT_EQ((WithValueAt<FCProtocolEntry>(660, kWord).link_flags), 0x1234);
   EXPECT_EQ((WithValueAt<FCProtocolEntry>(664, std::uint8_t{9}).supported_speeds), 9);

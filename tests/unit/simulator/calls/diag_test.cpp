@@ -357,7 +357,7 @@ TEST_F(Diagnostics, WithoutARequestThereIsNoResult) {
 TEST_F(Diagnostics, TraceShowsTheRequest) {
   UseDiagnostics({});
   DiagTestRequest request = Request(9);
-  request.connection_mode = 3;
+  request.connection_mode = static_cast<ConnectionMode>(3);
   std::memcpy(request.pattern, "01010101", 8);
   Loopback(request);
   EXPECT_NE(Read("trace").find("(port=FC_21:00:00:0e:1e:11:00:00, 9, 0, 9, 1, 2, 64, \"01010101\", 3) -> 0"

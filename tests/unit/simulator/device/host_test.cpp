@@ -23,10 +23,10 @@ TEST_F(Records, BuiltinHostBeginsWithTheElmAdapter) {
 }
 
 TEST_F(Records, BuiltinHostHasPortsUpAndDownAVirtualPortAndAnFcoePort) {
-  EXPECT_EQ(EntryAt(0)->port_state, 1);
+  EXPECT_EQ(EntryAt(0)->port_state, PortState::kLinkUp);
   EXPECT_EQ(EntryAt(0)->port_speed, 22u);
   EXPECT_EQ(EntryAt(0)->link_flags, 0x8000);
-  EXPECT_EQ(EntryAt(0, 1)->port_state, 3);
+  EXPECT_EQ(EntryAt(0, 1)->port_state, PortState::kOffline);
   EXPECT_EQ(EntryAt(0, 0, 1)->interface_type, PortInterfaceType::kNpivVirtual);
   EXPECT_EQ(EntryAt(0, 0, 1)->port_name[1], 1);
   EXPECT_EQ(EntryAt(4)->protocol_type, ProtocolType::kFcoe);
@@ -128,12 +128,12 @@ TEST_F(Records, EveryKeyReachesItsField) {
   EXPECT_EQ(lab::OctetText({entry.flash_fcode_version, 4}), "0b:0c:00:00");
   EXPECT_EQ(lab::OctetText({entry.running_mpi_version, 4}), "01:02:03:00");
   EXPECT_EQ(lab::OctetText({entry.running_pep_version, 4}), "04:05:06:00");
-  EXPECT_EQ(entry.port_state, 7);
+  EXPECT_EQ(entry.port_state, static_cast<PortState>(7));
   EXPECT_EQ(entry.port_speed, 21u);
   EXPECT_EQ(static_cast<unsigned>(entry.interface_type), 2u);
   EXPECT_EQ(static_cast<unsigned>(entry.protocol_type), 5u);
   EXPECT_EQ(entry.port_type, 4);
-  EXPECT_EQ(entry.connection_mode, 2);
+  EXPECT_EQ(entry.connection_mode, ConnectionMode::kLoop);
   EXPECT_EQ(entry.supported_speeds, 0x07);
   EXPECT_EQ(entry.link_flags, 0x8000);
   EXPECT_EQ(entry.driver_flags, 5);

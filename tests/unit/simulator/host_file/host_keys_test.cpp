@@ -158,7 +158,7 @@ TEST_F(HostFile, KeysHoldWhereverTheyStand) {
       "    vendor-id: 0x1077\n"
       "    family: hazel\n");
   EXPECT_EQ(EntryAt(0)->pci.vendor_id, 0x1077);
-  EXPECT_EQ(EntryAt(0)->port_state, 3);
+  EXPECT_EQ(EntryAt(0)->port_state, PortState::kOffline);
   EXPECT_EQ(EntryAt(0)->port_speed, 8u);
   EXPECT_EQ(EntryAt(0)->port_id.octets[2], 0x0c);
   EXPECT_EQ(EntryAt(0, 1)->port_speed, 0u);
