@@ -298,3 +298,25 @@ def run_both(zfc, node, command, family, name, *, words=(IDENTIFIER,), staged=No
     assert files[0] == files[1]
     code = results[0].code if options.get("debug") else None
     return Both(results[0].command_calls, files[0], code)
+
+
+def logged(zfc, words, *, staged=None, **options):
+    """The run of a text command with the whole debug log. words: the node, the command without "cli", its arguments;
+    staged: a file's family and content."""
+    if staged is not None:
+        Staging(zfc, staged[0]).write(staged[1])
+    node, command, *arguments = words
+    buffers = {"params": params(), "bbcr": bbcr(), "boot": boot(), "nvme": nvme(), **options.pop("buffers", {})}
+    options = {"host": one_port(), "chatter": BRACKETED, "buffers": buffers, **options}
+    return zfc(["-t", "port", "-s", node, f"{command}cli", *arguments], debug=65535, **options)
+
+
+def steps(result, function):
+    """The lines of one function at the trace level, between its entry and its exit; those of the functions that it calls
+    have other names."""
+    head = f"{function}: "
+    return [message.removeprefix(head) for level, message in result.log if level == 1 and message.startswith(head)]
+
+
+NO_LIBRARY_LOG = "Failed to open /var/tmp/torpi-output.log file"
+NO_PORT = "Get phy port failed err=6"
