@@ -116,7 +116,7 @@ ASTER_VIRTUAL = one_port(device=0x3A02, interface=3)
     ],
 )
 def test_beginning(zfc, command, words, options, message, calls):
-    """The checks in their order: each row fails at one and at all behind it."""
+    """The checks in their order: each row fails at one and at all after it."""
     if calls is None:
         assert zfc(["-t", "port", "-s", "bbcr", command, *words]).stdout == b""
         return

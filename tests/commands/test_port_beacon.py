@@ -98,7 +98,7 @@ class TestBothCommands:
         ],
     )
     def test_beginning(self, zfc, command, words, options, message, calls):
-        """The checks in their order: each row fails at one and at all behind it."""
+        """The checks in their order: each row fails at one and at all after it."""
         assert fails(zfc, command, words, message, results=ALL_FAIL, **options).calls == calls
 
     @pytest.mark.parametrize("device", every_device(), ids=hex)

@@ -1,7 +1,7 @@
 """The bootconfig node: `get`, `setFile` and `set` in both forms.
 
 Which option passes in which mode and on which adapter, and every form of a drive, is a matter of the unit tests; here
-stand whole documents, the calls, the staged file and the whole record that reaches the device.
+are whole documents, the calls, the staged file and the whole record that reaches the device.
 """
 
 import pytest
@@ -80,7 +80,7 @@ def set_file(zfc, options, shown, **more):
 
 
 def usage_behind(command, message):
-    """Statuses 4 and 6 have the usage text behind the document of the "cli" form, as the help word has."""
+    """Statuses 4 and 6 have the usage text after the document of the "cli" form, as the help word has."""
     return f"Usage: {command}\r\n" if message in (INVALID, NEEDS_UEFI) else ""
 
 

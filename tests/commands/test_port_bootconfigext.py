@@ -69,7 +69,7 @@ FCP_SET = "Failed, Tgt Num, Tgt WWPN, Disk Num required for FCP targets"
 NVME_SET = "Failed, Tgt Num, Tgt WWPN, Disk Num, Tgt Enable required for NVMe targets"
 
 ENTRY = NvmeEntry(FLASH, FLASH_NODE, namespace=3, controller=0x1234, enable=1, nqn=b"nqn.2014-08.org:flash")
-# Two entries of the device; noise stands behind the second one's text.
+# Two entries of the device; noise follows the second one's text.
 OWN = {
     2: NvmeEntry("21:01:02:03:04:05:06:07", "20:01:02:03:04:05:06:07", 0xFFFFFFFF, 0xFFFF, 1, b"nqn.own:2"),
     7: NvmeEntry("21:11:12:13:14:15:16:17", "20:11:12:13:14:15:16:17", 70, 7, 0, b"nqn.own:7", b"\xa5" * 256),

@@ -150,7 +150,7 @@ class TestBothCommands:
         ],
     )
     def test_beginning(self, zfc, command, words, options, message, calls):
-        """The checks in their order: each row fails at one and at all behind it."""
+        """The checks in their order: each row fails at one and at all after it."""
         usage = f"Usage: {command}\r\n" if message in (INVALID, UNKNOWN) else ""
         values = {"message": message}
         result = run(

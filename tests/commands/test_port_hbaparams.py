@@ -1,6 +1,6 @@
 """The hbaparams node: `get`, `setFile`, `set`, `restoreDefaults` and `save` in both forms.
 
-Which option passes on which adapter and with which value is a matter of the unit tests; here stand whole documents, the
+Which option passes on which adapter and with which value is a matter of the unit tests; here are whole documents, the
 calls, the staged file and the whole record that reaches the device.
 """
 
@@ -119,7 +119,7 @@ def set_file(zfc, options=(), shown=None, **more):
 
 
 def set_file_fails(zfc, options, message, **more):
-    """Status 6 has the usage text behind the document of the "cli" form."""
+    """Status 6 has the usage text after the document of the "cli" form."""
     usage = "Usage: setFile\r\n" if message == INVALID else ""
     return run(zfc, "setFile", "hbaparams-failed", options, values={"message": message}, usage=usage, **more)
 
@@ -231,7 +231,7 @@ class TestGet:
         get(zfc, shown, record=params(data_rate=5, virtual_lane=1), host=one_port(device=device))
 
 
-# How each command begins: the checks in their order, each row failing at one and at all behind it.
+# How each command begins: the checks in their order, each row failing at one and at all after it.
 ALL_FAIL = {READ: 1, WRITE: 1, RESTORE: 1, SAVE: 1, REBOOT: 1}
 BEGINNINGS = [
     pytest.param([], {}, INVALID, [], id="no identifier"),
