@@ -48,7 +48,7 @@ void Bbcr::AddAll(StagedValues& values) const {
   AddValues(kParameters, &state_, values);
 }
 
-StatusCode Bbcr::TakeOptions(CommandRun& run, const StagedFile&, StagedValues& changes) const {
+StatusCode Bbcr::TakeOptions(CommandRun& run, const StagedFile&, StagedValues& changes) {
   for (const StagedParameter& parameter : kParameters) {
     const StatusCode status = TakeOption(run, parameter.option, [&](const std::string& value) {
       return TakeValue(parameter, value, changes);

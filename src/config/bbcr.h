@@ -16,17 +16,16 @@ class Bbcr {
                                        .create = "CreateBBCRFile",
                                        .update = "UpdateBBCRInFile",
                                        .read = "ReadBBCRFromFile",
-                                       .display = "DisplayBBCRInfo"};
+                                       .display = "DisplayBBCRInfo",
+                                       .always_needs_reboot = true};
 
   explicit Bbcr(const FCProtocolEntry& fc) : fc_(fc) {}
 
   StatusCode Open(CommandRun& run, StagedCommand command);
   void AddAll(StagedValues& values) const;
-  StatusCode TakeOptions(CommandRun& run, const StagedFile& file, StagedValues& changes) const;
+  static StatusCode TakeOptions(CommandRun& run, const StagedFile& file, StagedValues& changes);
   StatusCode ReadFile(CommandRun& run, const StagedFile& file);
   StatusCode WriteDevice(CommandRun& run);
-  // Intended: without asking the library, and also when nothing has changed.
-  bool NeedsReboot(CommandRun&) const { return true; }
   StatusCode Display(CommandRun& run, RebootField reboot) const;
 
   // What one read of the device gives.

@@ -9,6 +9,13 @@ std::optional<bool> ReadTrueFalse(std::string_view word) {
   return std::nullopt;
 }
 
+const CodeText* FindCode(std::span<const CodeText> table, std::string_view word) {
+  for (const CodeText& row : table) {
+    if (EqualNoCase(word, row.text)) return &row;
+  }
+  return nullptr;
+}
+
 std::uint32_t NumberOf(const std::string& text) {
   return static_cast<std::uint32_t>(std::strtoul(text.c_str(), nullptr, 10));
 }

@@ -7,7 +7,9 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
+#include "framework/code_text.h"
 #include "framework/command_run.h"
 #include "framework/status.h"
 #include "framework/words.h"
@@ -31,6 +33,9 @@ inline constexpr CheckResult kNotThisAdapter = {kFeatureNotSupported, "not suppo
 
 // "true" or "false" in any case; nothing for any other word.
 std::optional<bool> ReadTrueFalse(std::string_view word);
+
+// The row whose text is the word, in any case; null for any other word.
+const CodeText* FindCode(std::span<const CodeText> table, std::string_view word);
 
 // The number that a text begins with, 0 without one. Decimal; only the low 32 bits of what it comes to count,
 // so that a minus sign makes a number that is out of every range.

@@ -1,5 +1,6 @@
 #include "config/physical_port_beacon_cmds_processor.h"
 
+#include "config/options.h"
 #include "discovery/mezzanine.h"
 #include "discovery/port_lookup.h"
 #include "framework/code_text.h"
@@ -56,13 +57,6 @@ StatusCode ShowState(CommandRun& run, const FCProtocolEntry& fc) {
   return status == kSuccess ? DisplayBeaconInfo(run, state) : DisplayError(run, status);
 }
 
-const CodeText* FindState(const std::string& word) {
-  for (const CodeText& state : kStates) {
-    if (EqualNoCase(word, state.text)) return &state;
-  }
-  return nullptr;
-}
-
 StatusCode CmdGetCommon(CommandRun& run) {
   PortSelection selected;
   StatusCode status = SelectPhysicalPort(run, selected);
@@ -79,7 +73,7 @@ StatusCode CmdSetCommon(CommandRun& run) {
   // Without asking the library for anything.
   if (run.words.size() < 2) return fail(run.Refuse(kInvalidParameter, "beacon state not given"));
   if (const StatusCode status = CheckAdapter(run, fc); status != kSuccess) return fail(status);
-  const CodeText* const wanted = FindState(run.words[1]);
+  const CodeText* const wanted = FindCode(kStates, run.words[1]);
   if (wanted == nullptr) {
     return fail(run.Refuse(kInvalidParameter, "beacon state %s is unknown", run.words[1].c_str()));
   }

@@ -9,13 +9,17 @@ from zfc.config import (
     LIST_CALL,
     MAINTENANCE,
     NO_HOST,
+    NO_LIBRARY_LOG,
+    NO_PORT,
     UNKNOWN,
     UNSUPPORTED,
     VIRTUAL,
     bbcr,
     lines,
+    logged,
     one_port,
     run_both,
+    steps,
 )
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_LIST, every_device
 
@@ -112,7 +116,7 @@ ASTER_VIRTUAL = one_port(device=0x3A02, interface=3)
     ],
 )
 def test_beginning(zfc, command, words, options, message, calls):
-    """The checks in their order: each row fails at one and at all behind it."""
+    """The checks in their order: each row fails at one and at all after it."""
     if calls is None:
         assert zfc(["-t", "port", "-s", "bbcr", command, *words]).stdout == b""
         return
@@ -249,3 +253,51 @@ def test_help(zfc, words):
 def test_question_mark_prints_the_usage_of_the_leaf(zfc, command):
     assert zfc(f"-t port -s bbcr {command} ?").stdout == b""
     assert zfc(f"-t port -s bbcr {command}cli ?").stdout == f"Usage: {command}\r\n".encode()
+
+
+CLASS = "PhysicalPortBBCRCmdsProcessor::"
+GET, SET_FILE, SET = f"{CLASS}CmdGetCommon: ", f"{CLASS}CmdSetFileCommon: ", f"{CLASS}CmdSetCommon: "
+
+
+@pytest.mark.parametrize(
+    "words, options, failures",
+    [
+        (["get", "FC_x"], {}, [f"{GET}{NO_PORT}"]),
+        (["get"], {"host": one_port(interface=3)}, [f"{GET}Command not supported for vport"]),
+        (["setFile"], {"host": one_port(device=0x3432)}, [f"{SET_FILE}Command not supported for this adapter"]),
+        (["set"], {"spoil_log": "TORPI_GetAdapterList:directory"}, [f"{SET}{NO_LIBRARY_LOG}"]),
+        (["get"], {"results": {READ: 150}}, [f"{GET}Get BBCR info failed err=150"]),
+        (["setFile"], {"results": {READ: 0xFFFFFFFF}}, [f"{SET_FILE}Get BBCR info failed err=-1"]),
+        (["set"], {}, [f"{SET}nothing is staged"]),
+        (
+            ["set"],
+            {"staged": ("BBCR", lines({"BBCR_Count": 16}))},
+            [f"{CLASS}ReadBBCRFromFile: BBCR_Count=16 is out of range"],
+        ),
+        (
+            ["set"],
+            {"staged": ("BBCR", FILE), "results": {WRITE: 7}},
+            [f"{SET}Set BBCR info failed err=7"],
+        ),
+    ],
+)
+def test_failure_lines(zfc, words, options, failures):
+    command, identifier = (words + [IDENTIFIER])[:2]
+    assert logged(zfc, ["bbcr", command, identifier], **options).failures == failures
+
+
+def test_steps_of_a_staged_change(zfc):
+    result = logged(zfc, ["bbcr", "setFile", IDENTIFIER, "-c", "3"])
+    assert steps(result, f"{CLASS}CmdSetFileCommon") == ["Entered", "BBCR_Status=1", "BBCR_Count=5", "Exiting"]
+    assert steps(result, f"{CLASS}CreateBBCRFile") == ["Entered", "Exiting"]
+    assert steps(result, f"{CLASS}UpdateBBCRInFile") == ["Entered", "Exiting"]
+    assert steps(result, f"{CLASS}ReadBBCRFromFile") == ["Entered", "BBCR_Status=1", "BBCR_Count=3", "Exiting"]
+    assert steps(result, f"{CLASS}DisplayBBCRInfo") == ["Entered", "Message=Success", "Exiting"]
+    assert result.failures == []
+
+
+def test_a_refused_option_is_a_step(zfc):
+    result = logged(zfc, ["bbcr", "setFile", IDENTIFIER, "-c", "16"])
+    assert steps(result, f"{CLASS}UpdateBBCRInFile") == ["Entered", "--bbcr-configured=16: out of range", "Exiting"]
+    assert steps(result, f"{CLASS}DisplayError") == ["Entered", f"Message={INVALID}", "Exiting"]
+    assert result.failures == []

@@ -9,11 +9,15 @@ from zfc.config import (
     LIST_CALL,
     MAINTENANCE,
     NO_HOST,
+    NO_LIBRARY_LOG,
+    NO_PORT,
     UNKNOWN,
     UNSUPPORTED,
     VIRTUAL,
+    logged,
     one_port,
     run_both,
+    steps,
     turns,
 )
 from zfc.host import ASTER, BIRCH, DAHLIA, ELM_ONLY, HAZEL, IRIS, NO_LIST, every_device
@@ -94,7 +98,7 @@ class TestBothCommands:
         ],
     )
     def test_beginning(self, zfc, command, words, options, message, calls):
-        """The checks in their order: each row fails at one and at all behind it."""
+        """The checks in their order: each row fails at one and at all after it."""
         assert fails(zfc, command, words, message, results=ALL_FAIL, **options).calls == calls
 
     @pytest.mark.parametrize("device", every_device(), ids=hex)
@@ -170,3 +174,52 @@ def test_help(zfc, words):
 def test_question_mark_prints_the_usage_of_the_leaf(zfc, command):
     assert zfc(f"-t port -s beacon {command} ?").stdout == b""
     assert zfc(f"-t port -s beacon {command}cli ?").stdout == f"Usage: {command}\r\n".encode()
+
+
+CLASS = "PhysicalPortBeaconCmdsProcessor::"
+COMMON = {"get": f"{CLASS}CmdGetCommon: ", "set": f"{CLASS}CmdSetCommon: "}
+
+
+@pytest.mark.parametrize("command", COMMON)
+@pytest.mark.parametrize(
+    "options, failures",
+    [
+        ({"words": ["FC_x", "ON"]}, [NO_PORT]),
+        ({"host": one_port(interface=3)}, ["Command not supported for vport"]),
+        ({"host": one_port(device=0x7102)}, ["Command not supported for this adapter"]),
+        ({"spoil_log": "TORPI_GetAdapterList:directory"}, [NO_LIBRARY_LOG]),
+        ({"env": {"HOSTILE_RESULT_TORPI_IsMezzAdapter": "150"}}, ["Is mezzanine adapter failed err=150"]),
+        ({"env": {"HOSTILE_RESULT_TORPI_GetAdapterBeaconStatus": "9"}}, ["Get beacon status failed err=9"]),
+    ],
+)
+def test_failure_lines(zfc, command, options, failures):
+    options = {**options}
+    words = options.pop("words", [IDENTIFIER, "ON"])
+    assert logged(zfc, ["beacon", command, *words], **options).failures == [COMMON[command] + line for line in failures]
+
+
+@pytest.mark.parametrize(
+    "words, results, failures",
+    [
+        ([], {}, ["beacon state not given"]),
+        (["blink"], {}, ["beacon state blink is unknown"]),
+        (["ON"], {"TORPI_UpdateAdapterBeaconStatus": 0xFFFFFFFF}, ["Update beacon status failed err=-1"]),
+    ],
+)
+def test_failure_lines_of_set(zfc, words, results, failures):
+    result = logged(zfc, ["beacon", "set", IDENTIFIER, *words], results=results)
+    assert result.failures == [COMMON["set"] + line for line in failures]
+
+
+def test_documents_have_their_functions(zfc):
+    assert steps(logged(zfc, ["beacon", "get", IDENTIFIER]), f"{CLASS}DisplayBeaconInfo") == [
+        "Entered",
+        "Message=Success",
+        "Exiting",
+    ]
+    zfc.var_tmp.joinpath("zfcesxcli.log").unlink()
+    assert steps(logged(zfc, ["beacon", "set", IDENTIFIER]), f"{CLASS}DisplayError") == [
+        "Entered",
+        f"Message={INVALID}",
+        "Exiting",
+    ]

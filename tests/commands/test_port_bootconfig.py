@@ -1,7 +1,7 @@
 """The bootconfig node: `get`, `setFile` and `set` in both forms.
 
 Which option passes in which mode and on which adapter, and every form of a drive, is a matter of the unit tests; here
-stand whole documents, the calls, the staged file and the whole record that reaches the device.
+are whole documents, the calls, the staged file and the whole record that reaches the device.
 """
 
 import pytest
@@ -37,7 +37,9 @@ from zfc.config import (
     LIST_CALL,
     MAINTENANCE,
     NO_HOST,
+    NO_LIBRARY_LOG,
     NO_NAME,
+    NO_PORT,
     REBOOT_CALL,
     ROM_BIOS,
     ROM_UEFI,
@@ -47,7 +49,10 @@ from zfc.config import (
     boot,
     changed,
     lines,
+    logged,
+    one_port,
     run_both,
+    steps,
     target,
     with_boot,
 )
@@ -75,7 +80,7 @@ def set_file(zfc, options, shown, **more):
 
 
 def usage_behind(command, message):
-    """Statuses 4 and 6 have the usage text behind the document of the "cli" form, as the help word has."""
+    """Statuses 4 and 6 have the usage text after the document of the "cli" form, as the help word has."""
     return f"Usage: {command}\r\n" if message in (INVALID, NEEDS_UEFI) else ""
 
 
@@ -422,3 +427,87 @@ def test_help(zfc, node, words):
 def test_question_mark_prints_the_usage_of_the_leaf(zfc, node, command):
     assert zfc(f"-t port -s {node} {command} ?").stdout == b""
     assert zfc(f"-t port -s {node} {command}cli ?").stdout == f"Usage: {command}\r\n".encode()
+
+
+CLASS = "PhysicalPortBootConfigCmdsProcessor::"
+NOBODY = "50:06:01:60:3b:20:41:00"  # no target of the port
+GET, SET_FILE, SET = f"{CLASS}CmdGetCommon: ", f"{CLASS}CmdSetFileCommon: ", f"{CLASS}CmdSetCommon: "
+
+
+@pytest.mark.parametrize(
+    "words, options, failures",
+    [
+        (["get", "FC_x"], {}, [f"{GET}{NO_PORT}"]),
+        (["set", IDENTIFIER], {"host": one_port(interface=3)}, [f"{SET}Command not supported for vport"]),
+        (["get", IDENTIFIER], {"spoil_log": "TORPI_GetAdapterList:directory"}, [f"{GET}{NO_LIBRARY_LOG}"]),
+        (
+            ["setFile", IDENTIFIER, "-b", "UEFI"],
+            {"host": one_port(device=0x3432)},
+            [f"{SET_FILE}boot mode not supported for this adapter"],
+        ),
+        (["get", IDENTIFIER], {"host": one_port(rom=ROM_UEFI)}, [f"{GET}Adapter has no ROM BIOS"]),
+        (["get", IDENTIFIER, "-b", "UEFI"], {"host": one_port(rom=ROM_BIOS)}, [f"{GET}Adapter has no ROM UEFI"]),
+        (
+            ["get", IDENTIFIER, "-b", "UEFI"],
+            {"results": {MODE: 1, CHANGE: 0xFFFFFFFF}},
+            [f"{GET}Set boot mode failed err=-1"],
+        ),
+        (["get", IDENTIFIER], {"results": {MODE: 1, READ: 150}}, [f"{GET}Get boot device info failed err=150"]),
+        (["set", IDENTIFIER], {}, [f"{SET}nothing is staged"]),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("BootConfig", b"World_Login=2\n")},
+            [f"{CLASS}ReadBootConfigFromFile: World_Login=2 is out of range"],
+        ),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("BootConfig", b"World_Login=1\n"), "results": {WRITE: 5}},
+            [f"{SET}Set boot device info failed err=5"],
+        ),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("BootConfig", b"World_Login=1\n"), "results": {REBOOT: 5}},
+            [f"{SET}Get Reboot Required failed err=5"],
+        ),
+    ],
+)
+def test_failure_lines(zfc, words, options, failures):
+    assert logged(zfc, ["bootconfig", *words], **options).failures == failures
+
+
+def test_the_record_has_its_own_names_in_the_log(zfc):
+    read = ["DisableBIOS=0", "EnableFabricAssignBootLun=1", "EnableSelectableBoot=1", "EnableSelectiveLogin=0"]
+    read += ["EnableSelectiveLUN=1", "ForceWorldLogin=0"]
+    read += ["BootPortName=50:06:01:60:3b:20:41:00", "BootLunNumber=10"]
+    for drive in range(1, 8):
+        read += [f"Alt{drive}BootPortName=50:06:01:60:3b:20:41:0{drive}", f"Alt{drive}BootLunNumber={10 + drive}"]
+    result = logged(zfc, ["bootconfig", "setFile", IDENTIFIER])
+    assert steps(result, f"{CLASS}CmdSetFileCommon") == ["Entered", "uUserMode=1", *read, "Exiting"]
+    assert steps(result, f"{CLASS}CreateBootConfigFile") == ["Entered", "Exiting"]
+    assert steps(result, f"{CLASS}UpdateBootConfigInFile") == ["Entered", "Exiting"]
+    assert steps(result, f"{CLASS}ReadBootConfigFromFile") == ["Entered", "uUserMode=1", *read, "Exiting"]
+    assert steps(result, f"{CLASS}DisplayBootConfigInfo") == ["Entered", "Message=Success", "Exiting"]
+
+
+@pytest.mark.parametrize(
+    "options, fields, line",
+    [
+        (["-a", "maybe"], {}, "--enable-bfs=maybe: neither true nor false"),
+        (["-f", "true"], {"device": 0x3A02}, "--fabric-assigned-boot-lun=true: not supported for this adapter"),
+        (["-b", "UEFI", "-d", "true"], {}, "--selectable-boot=true: an option of the legacy boot mode"),
+        (["-e", "true"], {}, "--selective-login=true: no option of the legacy boot mode"),
+        (["-j", "50:06-1"], {}, "--drive-0=50:06-1: not a complete value"),
+        (["-j", f"{NOBODY}-1"], {}, f"--drive-0={NOBODY}-1: the port sees no such target"),
+        (["-j", f"{DISK}-9"], {}, f"--drive-0={DISK}-9: the target has no such LUN or namespace"),
+        (["-k", f"{FLASH}-1"], {}, f"--drive-1={FLASH}-1: an NVMe target"),
+    ],
+)
+def test_a_refused_option_is_a_step(zfc, options, fields, line):
+    result = logged(zfc, ["bootconfig", "setFile", IDENTIFIER, *options], host=port(**fields))
+    assert steps(result, f"{CLASS}UpdateBootConfigInFile") == ["Entered", line, "Exiting"]
+    assert result.failures == []
+
+
+def test_a_refused_mode_is_a_step(zfc):
+    result = logged(zfc, ["bootconfig", "get", IDENTIFIER, "-b", "NVME"])
+    assert steps(result, f"{CLASS}CmdGetCommon") == ["Entered", "--boot-mode=NVME: no boot mode", "Exiting"]

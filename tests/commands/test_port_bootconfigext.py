@@ -34,7 +34,9 @@ from zfc.config import (
     LIST_CALL,
     MAINTENANCE,
     NO_HOST,
+    NO_LIBRARY_LOG,
     NO_NAME,
+    NO_PORT,
     REBOOT_CALL,
     ROM_BIOS,
     ROM_UEFI,
@@ -45,8 +47,11 @@ from zfc.config import (
     boot,
     changed,
     lines,
+    logged,
     nvme,
+    one_port,
     run_both,
+    steps,
     target,
     turns,
     with_boot,
@@ -64,7 +69,7 @@ FCP_SET = "Failed, Tgt Num, Tgt WWPN, Disk Num required for FCP targets"
 NVME_SET = "Failed, Tgt Num, Tgt WWPN, Disk Num, Tgt Enable required for NVMe targets"
 
 ENTRY = NvmeEntry(FLASH, FLASH_NODE, namespace=3, controller=0x1234, enable=1, nqn=b"nqn.2014-08.org:flash")
-# Two entries of the device; noise stands behind the second one's text.
+# Two entries of the device; noise follows the second one's text.
 OWN = {
     2: NvmeEntry("21:01:02:03:04:05:06:07", "20:01:02:03:04:05:06:07", 0xFFFFFFFF, 0xFFFF, 1, b"nqn.own:2"),
     7: NvmeEntry("21:11:12:13:14:15:16:17", "20:11:12:13:14:15:16:17", 70, 7, 0, b"nqn.own:7", b"\xa5" * 256),
@@ -537,3 +542,107 @@ def test_document_with_control_bytes_of_an_nqn_is_written_as_it_stands(zfc):
         buffers={"boot": boot(), "nvme": nvme({**OWN, **own})},
     )
     documents.check(result.stdout, "config/bootconfig.txt", data=nvme_text(own))
+
+
+CLASS = "PhysicalPortBootConfigExtCmdsProcessor::"
+GET, SET_FILE, SET = f"{CLASS}CmdGetCommon: ", f"{CLASS}CmdSetFileCommon: ", f"{CLASS}CmdSetCommon: "
+READ_ENTRIES, WRITE_ENTRIES = "TORPI_GetNVMeBootDeviceEntries", "TORPI_SetNVMeBootDeviceEntries"
+
+
+@pytest.mark.parametrize(
+    "words, options, failures",
+    [
+        (["get", "FC_x"], {}, [f"{GET}{NO_PORT}"]),
+        (["set", IDENTIFIER], {"host": one_port(interface=3)}, [f"{SET}Command not supported for vport"]),
+        (["get", IDENTIFIER], {"spoil_log": "TORPI_GetAdapterList:directory"}, [f"{GET}{NO_LIBRARY_LOG}"]),
+        (
+            ["setFile", IDENTIFIER, "-b", "UEFI"],
+            {"host": one_port(device=0x3432)},
+            [f"{SET_FILE}boot mode not supported for this adapter"],
+        ),
+        (["get", IDENTIFIER], {"host": one_port(rom=ROM_UEFI)}, [f"{GET}Adapter has no ROM BIOS"]),
+        (["get", IDENTIFIER, "-b", "UEFI"], {"host": one_port(rom=ROM_BIOS)}, [f"{GET}Adapter has no ROM UEFI"]),
+        (
+            ["get", IDENTIFIER, "-b", "UEFI"],
+            {"results": {MODE: 1, CHANGE: 0xFFFFFFFF}},
+            [f"{GET}Set boot mode failed err=-1"],
+        ),
+        (["get", IDENTIFIER], {"results": {MODE: 1, READ: 150}}, [f"{GET}Get boot device info failed err=150"]),
+        (["set", IDENTIFIER], {}, [f"{SET}nothing is staged"]),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("BootConfigExt", b"World_Login=2\n")},
+            [f"{CLASS}ReadBootConfigFromFile: World_Login=2 is out of range"],
+        ),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("BootConfigExt", b"World_Login=1\n"), "results": {WRITE: 5}},
+            [f"{SET}Set boot device info failed err=5"],
+        ),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("BootConfigExt", b"World_Login=1\n"), "results": {REBOOT: 5}},
+            [f"{SET}Get Reboot Required failed err=5"],
+        ),
+        *[
+            (
+                [command, IDENTIFIER, "-b", "NVME"],
+                {"results": {READ_ENTRIES: 150}},
+                [f"{head}Get NVMe boot entries failed err=150"],
+            )
+            for command, head in (("get", GET), ("setFile", SET_FILE))
+        ],
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("BootConfigExt", b"Boot_Mode=4\n"), "results": {READ_ENTRIES: 9}},
+            [f"{CLASS}ReadBootConfigFromFile: Get NVMe boot entries failed err=9"],
+        ),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("BootConfigExt", b"Boot_Mode=4\n"), "results": {WRITE_ENTRIES: 9}},
+            [f"{SET}Set NVMe boot entries failed err=9"],
+        ),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("BootConfigExt", b"Boot_Mode=3\n")},
+            [f"{CLASS}ReadBootConfigFromFile: Boot_Mode=3 is out of range"],
+        ),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("BootConfigExt", b"NVMe_Enable=2\n")},
+            [f"{CLASS}ReadBootConfigFromFile: NVMe_Enable=2 is out of range"],
+        ),
+    ],
+)
+def test_failure_lines(zfc, words, options, failures):
+    assert logged(zfc, ["bootconfigext", *words], **options).failures == failures
+
+
+@pytest.mark.parametrize("word, mode", [("BIOS", 1), ("UEFI", 2), ("NVME", 4)])
+def test_the_record_and_the_mode_have_their_own_names_in_the_log(zfc, word, mode):
+    read = ["DisableBIOS=0", "EnableFabricAssignBootLun=1", "EnableSelectableBoot=1", "EnableSelectiveLogin=0"]
+    read += ["EnableSelectiveLUN=1", "ForceWorldLogin=0"]
+    read += ["BootPortName=50:06:01:60:3b:20:41:00", "BootLunNumber=10"]
+    for drive in range(1, 8):
+        read += [f"Alt{drive}BootPortName=50:06:01:60:3b:20:41:0{drive}", f"Alt{drive}BootLunNumber={10 + drive}"]
+    result = logged(zfc, ["bootconfigext", "get", IDENTIFIER, "-b", word])
+    assert steps(result, f"{CLASS}CmdGetCommon") == ["Entered", f"uUserMode={mode}", *read, "Exiting"]
+    assert steps(result, f"{CLASS}DisplayBootConfigInfo") == ["Entered", "Message=Success", "Exiting"]
+
+
+@pytest.mark.parametrize(
+    "options, line",
+    [
+        (["-m", "true"], "--fc-nvme=true: an option of the NVMe boot mode"),
+        (["-n", "4"], "--boot-target-num=4: no boot entry of this mode and adapter"),
+        (["-p", "50:06"], "--boot-target-wwpn=50:06: not a complete value"),
+        (["-l", "maybe"], "--boot-target-enable=maybe: neither true nor false"),
+        (["-n", "1"], "boot entry=: the boot entry is not complete"),
+        (["-n", "1", "-p", FLASH, "-o", "1"], "boot entry=1: a target of the other protocol"),
+        (["-n", "1", "-p", DISK, "-o", "9"], "boot entry=1: the target has no such LUN or namespace"),
+    ],
+)
+def test_a_refused_option_is_a_step(zfc, options, line):
+    result = logged(zfc, ["bootconfigext", "setFile", IDENTIFIER, *options], host=port())
+    assert steps(result, f"{CLASS}UpdateBootConfigInFile") == ["Entered", line, "Exiting"]
+    assert result.failures == []

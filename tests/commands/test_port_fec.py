@@ -9,12 +9,16 @@ from zfc.config import (
     LIST_CALL,
     MAINTENANCE,
     NO_HOST,
+    NO_LIBRARY_LOG,
+    NO_PORT,
     UNKNOWN,
     UNSUPPORTED,
     VIRTUAL,
+    logged,
     one_port,
     run_both,
     statistics,
+    steps,
 )
 from zfc.host import DAHLIA, ELM_ONLY, HAZEL, IRIS, NO_LIST, every_device
 
@@ -146,7 +150,7 @@ class TestBothCommands:
         ],
     )
     def test_beginning(self, zfc, command, words, options, message, calls):
-        """The checks in their order: each row fails at one and at all behind it."""
+        """The checks in their order: each row fails at one and at all after it."""
         usage = f"Usage: {command}\r\n" if message in (INVALID, UNKNOWN) else ""
         values = {"message": message}
         result = run(
@@ -279,3 +283,59 @@ def test_help(zfc, words):
 def test_question_mark_prints_the_usage_of_the_leaf(zfc, command):
     assert zfc(f"-t port -s fec {command} ?").stdout == b""
     assert zfc(f"-t port -s fec {command}cli ?").stdout == f"Usage: {command}\r\n".encode()
+
+
+CLASS = "PhysicalPortFECCmdsProcessor::"
+COMMON = {"get": f"{CLASS}CmdGetCommon: ", "set": f"{CLASS}CmdSetCommon: "}
+
+
+def fec_environment(mezz):
+    return {
+        "HOSTILE_FEC": "0",
+        "HOSTILE_SCRIPT_TORPI_IsMezzAdapter": f"0/{mezz:02x}",
+        "HOSTILE_FW_STATS": statistics().hex(),
+    }
+
+
+@pytest.mark.parametrize("command", COMMON)
+@pytest.mark.parametrize(
+    "options, failures",
+    [
+        ({"words": ["FC_x"]}, [NO_PORT]),
+        ({"host": one_port(interface=3)}, ["Command not supported for vport"]),
+        ({"host": one_port(device=0x3A02)}, ["Command not supported for this adapter"]),
+        ({"spoil_log": "TORPI_GetAdapterList:directory"}, [NO_LIBRARY_LOG]),
+        ({"env": {"HOSTILE_RESULT_TORPI_FCGetFECSupportInfo": "150"}}, ["Get FEC info failed err=150"]),
+        ({"env": {"HOSTILE_SCRIPT_TORPI_IsMezzAdapter": "150/00"}}, ["Is mezzanine adapter failed err=150"]),
+        ({"env": {"HOSTILE_RESULT_TORPI_GetFWPrivateStats": "4294967295"}}, ["Get firmware statistics failed err=-1"]),
+        ({"env": {"HOSTILE_FW_STATS": "null"}}, ["Firmware statistics are NULL"]),
+    ],
+)
+def test_failure_lines(zfc, command, options, failures):
+    options = {**options, "env": {**fec_environment(0), **options.get("env", {})}}
+    words = options.pop("words", [IDENTIFIER])
+    assert logged(zfc, ["fec", command, *words], **options).failures == [COMMON[command] + line for line in failures]
+
+
+@pytest.mark.parametrize(
+    "words, mezz, results, failures",
+    [
+        (["-f", "on"], 0, {}, ["--fec-status=on: neither true nor false"]),
+        (["-f", "true"], 1, {}, ["--fec-status=true: the setting cannot be changed"]),
+        (["-r", "clear"], 0, {}, ["--reset=clear: not the word reset"]),
+        (["-f", "true"], 0, {"TORPI_FCSetFECSupportInfo": 150}, ["Set FEC info failed err=150"]),
+        (["-r", "reset"], 0, {"TORPI_ResetFECCounters": 3}, ["Reset FEC counters failed err=3"]),
+    ],
+)
+def test_failure_lines_of_the_options(zfc, words, mezz, results, failures):
+    host = one_port(speed=0x16)
+    result = logged(
+        zfc, ["fec", "set", IDENTIFIER, *words], env=fec_environment(mezz), results=results, host=host
+    )
+    assert result.failures == [COMMON["set"] + line for line in failures]
+
+
+def test_steps_of_a_report(zfc):
+    result = logged(zfc, ["fec", "get", IDENTIFIER], env=fec_environment(0))
+    assert steps(result, f"{CLASS}CmdGetCommon") == ["Entered", "Exiting"]
+    assert steps(result, f"{CLASS}DisplayFECInfo") == ["Entered", "Message=Success", "Exiting"]

@@ -1,6 +1,6 @@
 """The hbaparams node: `get`, `setFile`, `set`, `restoreDefaults` and `save` in both forms.
 
-Which option passes on which adapter and with which value is a matter of the unit tests; here stand whole documents, the
+Which option passes on which adapter and with which value is a matter of the unit tests; here are whole documents, the
 calls, the staged file and the whole record that reaches the device.
 """
 
@@ -15,15 +15,19 @@ from zfc.config import (
     LIST_CALL,
     MAINTENANCE,
     NO_HOST,
+    NO_LIBRARY_LOG,
+    NO_PORT,
     PARAMS,
     REBOOT_CALL,
     UNKNOWN,
     VIRTUAL,
     changed,
     lines,
+    logged,
     one_port,
     params,
     run_both,
+    steps,
     turns,
     with_params,
 )
@@ -115,7 +119,7 @@ def set_file(zfc, options=(), shown=None, **more):
 
 
 def set_file_fails(zfc, options, message, **more):
-    """Status 6 has the usage text behind the document of the "cli" form."""
+    """Status 6 has the usage text after the document of the "cli" form."""
     usage = "Usage: setFile\r\n" if message == INVALID else ""
     return run(zfc, "setFile", "hbaparams-failed", options, values={"message": message}, usage=usage, **more)
 
@@ -227,7 +231,7 @@ class TestGet:
         get(zfc, shown, record=params(data_rate=5, virtual_lane=1), host=one_port(device=device))
 
 
-# How each command begins: the checks in their order, each row failing at one and at all behind it.
+# How each command begins: the checks in their order, each row failing at one and at all after it.
 ALL_FAIL = {READ: 1, WRITE: 1, RESTORE: 1, SAVE: 1, REBOOT: 1}
 BEGINNINGS = [
     pytest.param([], {}, INVALID, [], id="no identifier"),
@@ -346,30 +350,6 @@ class TestSetFile:
         staged = changed(FILE, Frame_Size=2000)
         found = set_file_fails(zfc, ["-u", "3"], INVALID, staged=staged)
         assert found.staged == changed(staged, Login_Retry_Count=3)
-
-    @pytest.mark.parametrize(
-        "option, value, device, message",
-        [
-            ("--login-retry-count", "256", 0x3522, INVALID),
-            ("--enable-bios", "maybe", 0x3522, INVALID),
-            ("--enable-lr", "true", 0x3A02, "Failed, Feature not supported for this adapter"),
-            ("--data-rate", "Auto", 0x7102, "Failed, Read-Only parameter"),
-        ],
-    )
-    def test_refusal_is_logged_with_option_value_and_reason(self, zfc, option, value, device, message):
-        """The line that tells the causes of one message apart is a trace."""
-        set_file_fails(zfc, [option, value], message, host=one_port(device=device), debug=1)
-        log = zfc.var_tmp / "zfcesxcli.log"
-        told = [line for line in log.read_bytes().split(b"\r\n") if f" {option}={value}: ".encode() in line]
-        assert len(told) == 2  # one for each form
-        assert all(b"CIM Provider INFORMATION" in line and line[-1:] != b" " for line in told)
-        log.unlink()
-        set_file_fails(zfc, [option, value], message, host=one_port(device=device), debug=4)
-        assert option.encode() not in log.read_bytes()
-
-    def test_bad_value_in_the_file_is_logged(self, zfc):
-        set_file_fails(zfc, [], INVALID, staged=changed(FILE, Frame_Size=2000), debug=1)
-        assert b"Frame_Size=2000 is out of range" in zfc.var_tmp.joinpath("zfcesxcli.log").read_bytes()
 
     def test_code_of_a_failure(self, zfc):
         assert set_file_fails(zfc, ["-k", "x"], INVALID, debug=4).code == 6
@@ -597,3 +577,126 @@ def test_question_mark_prints_the_usage_of_the_leaf(zfc, command):
     result = zfc(f"-t port -s hbaparams {command}cli ?")
     assert result.stdout == f"Usage: {command}\r\n".encode()
     assert result.command_calls == []
+
+
+CLASS = "PhysicalPortHBAParamsCmdsProcessor::"
+COMMON = {name: f"{CLASS}Cmd{name[0].upper()}{name[1:]}Common: " for name in ("get", "setFile", "set", "restoreDefaults", "save")}
+
+
+@pytest.mark.parametrize(
+    "words, options, failures",
+    [
+        *[([name, "FC_x", "f"], {}, [f"{head}{NO_PORT}"]) for name, head in COMMON.items()],
+        *[
+            ([name, IDENTIFIER, "f"], {"host": one_port(interface=3)}, [f"{head}Command not supported for vport"])
+            for name, head in COMMON.items()
+        ],
+        *[
+            ([name, IDENTIFIER, "f"], {"spoil_log": "TORPI_GetAdapterList:directory"}, [f"{head}{NO_LIBRARY_LOG}"])
+            for name, head in COMMON.items()
+        ],
+        *[
+            ([name, IDENTIFIER], {"results": {READ: 150}}, [f"{COMMON[name]}Get HBA params failed err=150"])
+            for name in ("get", "setFile", "set")
+        ],
+        (
+            ["restoreDefaults", IDENTIFIER],
+            {"results": {"TORPI_RestoreDefaultNVRAM": 0xFFFFFFFF}},
+            [f"{COMMON['restoreDefaults']}Restore default NVRAM failed err=-1"],
+        ),
+        (
+            ["restoreDefaults", IDENTIFIER],
+            {"results": {"TORPI_IsRebootRequired": 5}},
+            [f"{COMMON['restoreDefaults']}Get Reboot Required failed err=5"],
+        ),
+        (
+            ["save", IDENTIFIER, "f"],
+            {"results": {"TORPI_SaveSingleAdapterNVRAMToFile": 9}},
+            [f"{COMMON['save']}Save NVRAM to file failed err=9"],
+        ),
+        (["save", IDENTIFIER], {}, [f"{COMMON['save']}file name not given"]),
+        (["set", IDENTIFIER], {}, [f"{COMMON['set']}nothing is staged"]),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("HBAParams", changed(FILE, Frame_Size=2000))},
+            [f"{CLASS}ReadHBAParamsFromFile: Frame_Size=2000 is out of range"],
+        ),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("HBAParams", FILE), "results": {"TORPI_UpdateHBAParameters": 150}},
+            [f"{COMMON['set']}Update HBA params failed err=150"],
+        ),
+        (
+            ["set", IDENTIFIER],
+            {"staged": ("HBAParams", FILE), "results": {"TORPI_IsRebootRequired": 5}},
+            [f"{COMMON['set']}Get Reboot Required failed err=5"],
+        ),
+    ],
+)
+def test_failure_lines(zfc, words, options, failures):
+    assert logged(zfc, ["hbaparams", *words], **options).failures == failures
+
+
+def test_the_record_has_its_own_names_in_the_log(zfc):
+    """ConnetionOptions is meant."""
+    read = [
+        "ConnetionOptions=1",
+        "DataRate=2",
+        "OperationMode=6",
+        "FrameSize=2048",
+        "HardLoopId=17",
+        "LoopResetDelay=5",
+        "InterruptDelayTimer=100",
+        "ExecutionThrottle=65535",
+        "LoginRetryCount=8",
+        "PortDownRetryCount=30",
+        "LinkDownTimeout=29",
+        "MaxLunsPerTarget=128",
+        "DisableBIOS=1",
+        "EnableHardLoopId=0",
+        "EnableFibreChannelTapeSupport=1",
+        "EnableLipFullLogin=1",
+        "EnableTargetReset=0",
+        "RecvOutOfOrderDataBit=1",
+        "EnableLRBit=0",
+        "EnableFabricAssignWWN=1",
+        "DisableSCM=1",
+        "EnableVirtualLane=0",
+    ]
+    result = logged(zfc, ["hbaparams", "setFile", IDENTIFIER, "-u", "3"])
+    assert steps(result, f"{CLASS}CmdSetFileCommon") == ["Entered", *read, "Exiting"]
+    assert steps(result, f"{CLASS}CreateHBAParamsFile") == ["Entered", "Exiting"]
+    assert steps(result, f"{CLASS}UpdateHBAParamsInFile") == ["Entered", "Exiting"]
+    staged = ["LoginRetryCount=3" if line == "LoginRetryCount=8" else line for line in read]
+    assert steps(result, f"{CLASS}ReadHBAParamsFromFile") == ["Entered", *staged, "Exiting"]
+    assert steps(result, f"{CLASS}DisplayHBAParamsInfo") == ["Entered", "Message=Success", "Exiting"]
+
+
+@pytest.mark.parametrize(
+    "words, function, message",
+    [
+        (["get", "FC_x"], "DisplayError", INVALID),
+        (["restoreDefaults", "FC_x"], "DisplayRestoreDefaultsError", INVALID),
+        (["save", IDENTIFIER], "DisplaySaveError", INVALID),
+    ],
+)
+def test_each_failure_document_has_its_function(zfc, words, function, message):
+    result = logged(zfc, ["hbaparams", *words])
+    assert steps(result, f"{CLASS}{function}") == ["Entered", f"Message={message}", "Exiting"]
+
+
+@pytest.mark.parametrize(
+    "options, fields, line",
+    [
+        (["-u", "256"], {}, "--login-retry-count=256: out of range"),
+        (["-b", "maybe"], {}, "--enable-bios=maybe: neither true nor false"),
+        (["--enable-lr", "true"], {"device": 0x3A02}, "--enable-lr=true: not supported for this adapter"),
+        (["-d", "Auto"], {"device": 0x7102}, "--data-rate=Auto: the data rate is fixed"),
+        (["-d", "fast"], {}, "--data-rate=fast: no value of this option"),
+        (["-z", "2112"], {}, "--frame-size=2112: out of range"),
+    ],
+)
+def test_a_refused_option_is_a_step(zfc, options, fields, line):
+    result = logged(zfc, ["hbaparams", "setFile", IDENTIFIER, *options], host=one_port(**fields))
+    assert steps(result, f"{CLASS}UpdateHBAParamsInFile") == ["Entered", line, "Exiting"]
+    assert result.failures == []

@@ -251,7 +251,7 @@ class TestStatesOfHbaParams:
 
 
 def test_file_operations_are_traced_with_their_values(zfc):
-    """At the trace level; the failures of a folder that is missing stand at the other one."""
+    """At the trace level; the failures of a folder that is missing are at the other one."""
     run(zfc, BBCR, "setFile", ["-c", "3"], debug=1)
     log = run(zfc, BBCR, "set", debug=1).debug_log
     path = f"{FOLDER}/BBCR_{IDENTIFIER}".encode()
@@ -333,7 +333,7 @@ HAND_EDITED = [
     pytest.param(b"   Data_Rate \t =  3  \n\tFrame_Size=512 x y\n", id="blanks"),
     pytest.param(b"DATA_RATE=3\nframe_size=512\n", id="other case"),
     pytest.param(b"Data_Rate=3\nData_Rate=99\nFrame_Size=512\nframe_size=1\n", id="duplicate keys"),
-    pytest.param(b"Data_Rate=3abc\nFrame_Size=512.5\n", id="text behind the number"),
+    pytest.param(b"Data_Rate=3abc\nFrame_Size=512.5\n", id="text after the number"),
     pytest.param(b"Data_Rate=4294967299\nFrame_Size=+512\n", id="low 32 bits"),
     pytest.param(b"# " + b"x" * 5000 + b"\nData_Rate=3\nFrame_Size=512\n", id="long comment"),
     pytest.param(b"y" * 100000 + b"\nData_Rate=3\nFrame_Size=512\n", id="very long line"),
@@ -442,7 +442,7 @@ KILLED = 77
 
 
 def killed_at(zfc, point, node, command, options=()):
-    """Runs a command that ends ahead of its `point`-th step; returns whether it got that far."""
+    """Runs a command that ends before its `point`-th step; returns whether it got that far."""
     env = preloaded("exit_at", EXIT_AT=point)
     argv, variables = zfc.command(["-t", "port", "-s", node.word, f"{command}cli", IDENTIFIER, *options], **OPTIONS, env=env)
     done = subprocess.run(argv, capture_output=True, env=variables, timeout=60)
@@ -451,7 +451,7 @@ def killed_at(zfc, point, node, command, options=()):
 
 
 def every_point(zfc, node, command, options, prepare):
-    """Kills a command at each of its points in turn, always from the same state, and yields behind each."""
+    """Kills a command at each of its points in turn, always from the same state, and yields after each."""
     for point in itertools.count(1):
         for found in zfc.staging.iterdir():
             found.unlink()
@@ -466,7 +466,7 @@ def every_point(zfc, node, command, options, prepare):
 @pytest.mark.parametrize("node", [HBA, BBCR, BOOT], ids=str)
 class TestKilled:
     def test_update_of_one_key(self, zfc, node):
-        """Either value stands in the file, or the file is missing and its replacement is complete."""
+        """Either value is in the file, or the file is missing and its replacement is complete."""
         staging = Staging(zfc, node.family)
         old = changed(node.created, **node.changes)
         key, value = list(node.changes.items())[-1]
@@ -510,7 +510,7 @@ class TestKilled:
             assert staging.read() is None
 
     def test_commit(self, zfc, node):
-        """The file stands as it was until the device has its values."""
+        """The file is as it was until the device has its values."""
         staging = Staging(zfc, node.family)
         staged = changed(node.created, **node.changes)
         for _ in every_point(zfc, node, "set", [], lambda: staging.write(staged)):
@@ -545,8 +545,8 @@ def test_two_runs_on_one_port_end_and_the_next_one_works(zfc):
         staging.clear()
         options = (["-u", "3"], ["-y", "7"], ["-o", "9"])
         for document in at_once(zfc, [["hbaparams", "setFilecli", IDENTIFIER, *given] for given in options]):
-            told = [line for line in document.split("\n") if line.startswith("Message: ")]
-            assert len(told) == 1 and told[0].removeprefix("Message: ") in allowed
+            shown = [line for line in document.split("\n") if line.startswith("Message: ")]
+            assert len(shown) == 1 and shown[0].removeprefix("Message: ") in allowed
         staging.clear()
         assert message(run(zfc, HBA, "setFile", HBA.options)) == "Success"
         assert staging.read() == changed(HBA.created, **HBA.changes)

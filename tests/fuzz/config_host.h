@@ -10,11 +10,12 @@
 #include <string>
 
 #include "config/bbcr.h"
-#include "config/boot_config.h"
-#include "config/boot_config_ext.h"
-#include "config/hba_params.h"
+#include "config/boot/boot_config.h"
+#include "config/boot/boot_config_ext.h"
+#include "config/hba_params/hba_params.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/target_records.h"
+#include "support/unit_command_run.h"
 
 inline constexpr const char* kPort = "FC_21:00:00:11:22:33:44:55";
 inline constexpr std::uint8_t kNoise = 0xA5;

@@ -42,14 +42,14 @@ bool IsKnown(StatusCode status) {
 }
 
 template <class Settings>
-void Check(const Words& words, std::size_t value_size) {
-  const StagedFile file(g_file.Path(), value_size);
+void Check(const Words& words) {
+  const StagedFile file(g_file.Path(), Settings::kNode.value_size);
   g_file.Write("Data_Rate=2\nConnection_Options=1\nOperation_Mode=6\n");
-  Settings settings;
-  Require(settings.SelectPort(words) == kSuccess);
+  TestRun test(words);
+  Settings settings(g_host.fc);
   StagedValues values;
-  StatusCode status = settings.Prepare(words);
-  if (status == kSuccess) status = settings.CheckOptions(words, file, values);
+  StatusCode status = settings.Open(test.run, StagedCommand::kSetFile);
+  if (status == kSuccess) status = settings.TakeOptions(test.run, file, values);
   if (status != kSuccess) {
     Require(IsKnown(status));
     return;
@@ -57,13 +57,12 @@ void Check(const Words& words, std::size_t value_size) {
   for (const auto& [key, value] : values) {
     Require(!key.empty() && value.size() < 256 && value.find_first_of(" \t\n\v\f\r#") == std::string::npos);
   }
-  Require(file.Write(values) == kSuccess);
+  Require(file.Write(test.run, values) == kSuccess);
   for (const auto& [key, value] : values) {
     std::string found = "nothing";
     Require(file.Find(key, found) && found == value);
   }
-  Require(settings.ReadDevice() == kSuccess);
-  Require(settings.ReadFile(file) == kSuccess);
+  Require(settings.ReadFile(test.run, file) == kSuccess);
 }
 
 }  // namespace
@@ -80,17 +79,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Words words = WordsOf(data + sizeof header, size - sizeof header);
   switch (header.node % 4) {
     case 0:
-      Check<HbaParams>(words, 512);
+      Check<HbaParams>(words);
       break;
     case 1:
       pci.device_id = 0x3522;  // of a family that has it
-      Check<Bbcr>(words, 512);
+      Check<Bbcr>(words);
       break;
     case 2:
-      Check<BootConfig>(words, 512);
+      Check<BootConfig>(words);
       break;
     default:
-      Check<BootConfigExt>(words, 256);
+      Check<BootConfigExt>(words);
       break;
   }
   return 0;

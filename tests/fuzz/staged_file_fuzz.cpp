@@ -3,12 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "config/file_ops.h"
+#include "config/staged/file_ops.h"
 #include "config_host.h"
 
 namespace {
-
-constexpr std::size_t kValueSize = 512;
 
 // Bytes that no key names keep what the device gave.
 template <class Record>
@@ -23,17 +21,18 @@ void RequireRange(std::uint32_t value, std::uint32_t limit) {
 }
 
 template <class Settings>
-StatusCode ReadBy(Settings& settings, const Words& words, std::size_t value_size) {
-  Require(settings.SelectPort(words) == kSuccess && settings.Prepare(words) == kSuccess);
-  Require(settings.ReadDevice() == kSuccess);
-  const StatusCode status = settings.ReadFile({g_file.Path(), value_size});
+StatusCode ReadBy(Settings& settings, const Words& words) {
+  TestRun test(words);
+  Require(settings.Open(test.run, StagedCommand::kGet) == kSuccess);
+  const StatusCode status =
+      settings.ReadFile(test.run, StagedFile(g_file.Path(), Settings::kNode.value_size));
   Require(status == kSuccess || status == kInvalidParameter);
   return status;
 }
 
 void ReadParams() {
-  HbaParams params;
-  if (ReadBy(params, {kPort}, kValueSize) != kSuccess) return;
+  HbaParams params(g_host.fc);
+  if (ReadBy(params, {kPort}) != kSuccess) return;
   const HBAParamsInfo& record = params.Record();
   RequireRange(record.data_rate, 7);
   RequireRange(record.connection_options, 2);
@@ -54,8 +53,8 @@ void ReadParams() {
 }
 
 void ReadBbcr() {
-  Bbcr bbcr;
-  if (ReadBy(bbcr, {kPort}, kValueSize) != kSuccess) return;
+  Bbcr bbcr(g_host.fc);
+  if (ReadBy(bbcr, {kPort}) != kSuccess) return;
   Require(bbcr.Record().status == kNoise || bbcr.Record().status <= 1);
   Require(bbcr.Record().configured == kNoise || bbcr.Record().configured <= 15);
 }
@@ -78,13 +77,13 @@ void RequireBootRecord(const HBAParamsInfo& record) {
 }
 
 void ReadBoot() {
-  BootConfig boot;
-  if (ReadBy(boot, {kPort}, kValueSize) == kSuccess) RequireBootRecord(boot.Record());
+  BootConfig boot(g_host.fc);
+  if (ReadBy(boot, {kPort}) == kSuccess) RequireBootRecord(boot.Record());
 }
 
 void ReadBootExt() {
-  BootConfigExt boot;
-  if (ReadBy(boot, {kPort, "-b", "NVME"}, 256) != kSuccess) return;
+  BootConfigExt boot(g_host.fc);
+  if (ReadBy(boot, {kPort, "-b", "NVME"}) != kSuccess) return;
   RequireBootRecord(boot.Record());
   const NVMeBootRecord& nvme = boot.NvmeRecord();
   RequireNoise(nvme, 0, 16);
@@ -92,7 +91,7 @@ void ReadBootExt() {
   for (const NVMeBootEntry& entry : nvme.entries) Require(entry.enable == kNoise || entry.enable <= 1);
 }
 
-// What is found is a word, and what is written stands in the file.
+// What is found is a word, and what is written is in the file.
 void ReadAndWrite() {
   const std::string path = g_file.Path();
   char value[16];

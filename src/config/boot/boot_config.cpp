@@ -6,7 +6,6 @@
 
 #include "config/boot/boot_drives.h"
 #include "config/options.h"
-#include "framework/report.h"
 
 namespace {
 
@@ -87,10 +86,6 @@ StatusCode BootConfig::ReadFile(CommandRun& run, const StagedFile& file) {
 
 StatusCode BootConfig::WriteDevice(CommandRun& run) {
   return record_.WriteDevice(run);
-}
-
-bool BootConfig::NeedsReboot(CommandRun& run) const {
-  return IsRebootRequired(run);
 }
 
 StatusCode BootConfig::Display(CommandRun& run, RebootField reboot) const {

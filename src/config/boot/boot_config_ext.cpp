@@ -9,7 +9,6 @@
 #include "config/staged/staged_parameter.h"
 #include "framework/device_library/families.h"
 #include "framework/library_call.h"
-#include "framework/report.h"
 #include "framework/report_lines.h"
 
 namespace {
@@ -115,10 +114,6 @@ StatusCode BootConfigExt::WriteDevice(CommandRun& run) {
   nvme_ = {};
   return CallLibrary(run, "Get NVMe boot entries", kReadFailed,
                      [&] { return TORPI_GetNVMeBootDeviceEntries(&fc_.handle, &nvme_); });
-}
-
-bool BootConfigExt::NeedsReboot(CommandRun& run) const {
-  return IsRebootRequired(run);
 }
 
 StatusCode BootConfigExt::Display(CommandRun& run, RebootField reboot) const {

@@ -27,7 +27,6 @@ class BootConfigExt {
   StatusCode TakeOptions(CommandRun& run, const StagedFile& file, StagedValues& changes) const;
   StatusCode ReadFile(CommandRun& run, const StagedFile& file);
   StatusCode WriteDevice(CommandRun& run);
-  bool NeedsReboot(CommandRun& run) const;
   StatusCode Display(CommandRun& run, RebootField reboot) const;
 
   BootMode Mode() const { return mode_; }

@@ -6,7 +6,6 @@
 
 #include "config/staged/staged_file.h"
 #include "framework/command_run.h"
-#include "framework/device_library/pci_identity.h"
 #include "framework/device_library/port_entry.h"
 #include "framework/status.h"
 

@@ -17,14 +17,6 @@ void Change(HbaChecks& checks, HbaParam id, std::uint32_t number) {
   checks.changes[KeyOf(id)] = std::to_string(number);
 }
 
-// The row of the code whose text the user gave, null for any other word.
-const CodeText* FindCode(std::span<const CodeText> table, const std::string& value) {
-  for (const CodeText& row : table) {
-    if (EqualNoCase(value, row.text)) return &row;
-  }
-  return nullptr;
-}
-
 // True for the adapters whose fast data rates exclude a loop. Slower families have no such rate.
 bool LoopExcludesFastRates(const PciIdentity& pci) {
   return IsAnyOf(pci, kElmOnly | kHazel | kIris | kDahlia);

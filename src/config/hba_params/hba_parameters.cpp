@@ -12,24 +12,9 @@ namespace {
 
 // Adapters.
 
-bool HasLoop(const PciIdentity& pci) {
-  return !IsDeviceGroupCedar(pci);
-}
-
-bool HasInterruptModes(const PciIdentity& pci) {
-  return !IsDeviceGinkgo(pci);
-}
-
-bool HasExecutionThrottle(const PciIdentity& pci) {
-  return !IsAnyOf(pci, kElm | kHazel | kIris | kDahlia);
-}
-
-bool ShowsExecutionThrottle(const PciIdentity& pci) {
-  return !IsDeviceGroupFernOnly(pci);
-}
-
-bool HasLr(const PciIdentity& pci) {
-  return !IsDeviceGroupAster(pci) && !IsDeviceGinkgo(pci);
+template <FamilySet families>
+bool IsOutside(const PciIdentity& pci) {
+  return !IsAnyOf(pci, families);
 }
 
 // Words.
@@ -100,7 +85,7 @@ constexpr HbaParameter kParameters[] = {
     {.id = HbaParam::kOperationMode,
      .staged = Number("Operation_Mode", "OperationMode", offsetof(Record, operation_mode),
                       {.only = kOperationModeValues}, {"--operation-mode", "-m"}),
-     .has = &HasInterruptModes,
+     .has = &IsOutside<kGinkgo>,
      .take = &TakeOperationMode,
      .label = "Operation Mode",
      .word = &OperationModeWord},
@@ -112,7 +97,7 @@ constexpr HbaParameter kParameters[] = {
     {.id = HbaParam::kHardLoopId,
      .staged = Number("Hard_Loop_ID", "HardLoopId", offsetof(Record, hard_loop_id), {.limit = 125},
                       {"--hard-loop-id", "-l"}),
-     .has = &HasLoop,
+     .has = &IsOutside<kCedar>,
      .label = "Hard Loop Id"},
     {.id = HbaParam::kLoopResetDelay,
      .staged = Number("Loop_Reset_Delay", "LoopResetDelay", offsetof(Record, loop_reset_delay),
@@ -121,15 +106,15 @@ constexpr HbaParameter kParameters[] = {
     {.id = HbaParam::kInterruptDelayTimer,
      .staged = Number("Interrupt_Delay_Timer", "InterruptDelayTimer", offsetof(Record, interrupt_delay_timer),
                       {.limit = 255}, {"--interrupt-delay-timer", "-e"}),
-     .has = &HasInterruptModes,
+     .has = &IsOutside<kGinkgo>,
      .take = &TakeInterruptDelay,
      .label = "Interrupt Delay Timer In 100us"},
     // Intended: shown on adapters that refuse the option for it.
     {.id = HbaParam::kExecutionThrottle,
      .staged = Number("Execution_Throttle", "ExecutionThrottle", offsetof(Record, execution_throttle),
                       {.limit = 65535}, {"--execution-throttle", "-x"}),
-     .has = &HasExecutionThrottle,
-     .shows = &ShowsExecutionThrottle,
+     .has = &IsOutside<kElm | kHazel | kIris | kDahlia>,
+     .shows = &IsOutside<kFernOnly>,
      .label = "Execution Throttle"},
     {.id = HbaParam::kLoginRetryCount,
      .staged = Number("Login_Retry_Count", "LoginRetryCount", offsetof(Record, login_retry_count),
@@ -154,7 +139,7 @@ constexpr HbaParameter kParameters[] = {
     {.id = HbaParam::kEnableHardLoopId,
      .staged = Flag("Enable_Hard_Loop_Id", "EnableHardLoopId", offsetof(Record, enable_hard_loop_id),
                     {"--enable-hard-loop-id", "-p"}),
-     .has = &HasLoop,
+     .has = &IsOutside<kCedar>,
      .label = "Enable Hard Loop Id"},
     {.id = HbaParam::kFcTape,
      .staged = Flag("Enable_Fibre_Channel_Tape_Support", "EnableFibreChannelTapeSupport",
@@ -163,7 +148,7 @@ constexpr HbaParameter kParameters[] = {
     {.id = HbaParam::kLipFullLogin,
      .staged = Flag("Enable_Lip_Full_Login", "EnableLipFullLogin", offsetof(Record, enable_lip_full_login),
                     {"--enable-lip-full-login", "-g"}),
-     .has = &HasLoop,
+     .has = &IsOutside<kCedar>,
      .label = "Enable Lip Full Login"},
     {.id = HbaParam::kTargetReset,
      .staged = Flag("Enable_Target_Reset", "EnableTargetReset", offsetof(Record, enable_target_reset),
@@ -175,7 +160,7 @@ constexpr HbaParameter kParameters[] = {
                     offsetof(Record, receive_out_of_order), {})},
     {.id = HbaParam::kLr,
      .staged = Flag("Enable_LR", "EnableLRBit", offsetof(Record, enable_lr), {"--enable-lr", "-k"}),
-     .has = &HasLr,
+     .has = &IsOutside<kAster | kGinkgo>,
      .label = "Enable LR"},
     {.id = HbaParam::kFabricAssignedWwn,
      .staged = Flag("Enable_Fabric_Assign_WWN", "EnableFabricAssignWWN",

@@ -74,10 +74,6 @@ StatusCode HbaParams::WriteDevice(CommandRun& run) {
                      [&] { return TORPI_UpdateHBAParameters(&fc_.handle, &record_); });
 }
 
-bool HbaParams::NeedsReboot(CommandRun& run) const {
-  return IsRebootRequired(run);
-}
-
 StatusCode HbaParams::Display(CommandRun& run, RebootField reboot) const {
   const Document document(run, kHbaParamsFrame.structure, "Success", reboot);
   const ListField list(run.out, kHbaParamsFrame.field);

@@ -25,7 +25,6 @@ class HbaParams {
   StatusCode TakeOptions(CommandRun& run, const StagedFile& file, StagedValues& changes) const;
   StatusCode ReadFile(CommandRun& run, const StagedFile& file);
   StatusCode WriteDevice(CommandRun& run);
-  bool NeedsReboot(CommandRun& run) const;
   StatusCode Display(CommandRun& run, RebootField reboot) const;
 
   const HBAParamsInfo& Record() const { return record_; }

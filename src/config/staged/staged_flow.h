@@ -8,6 +8,7 @@
 #include "config/staged/staged_file.h"
 #include "discovery/port_lookup.h"
 #include "framework/command_run.h"
+#include "framework/report.h"
 #include "framework/report_frame.h"
 #include "framework/status.h"
 
@@ -21,6 +22,7 @@ struct StagedNode {
   const char* read;
   const char* display;
   std::size_t value_size = StagedFile::kValueSize;
+  bool always_needs_reboot = false;  // without asking the library, and also when nothing has changed
 };
 
 // What a node brings: the settings of one port, for the length of one command, made of the port's entry. Each
@@ -38,8 +40,6 @@ concept StagedSettings = requires(Settings settings, const Settings& held, Comma
   // Puts the file's values over those of the record.
   { settings.ReadFile(run, file) } -> std::same_as<StatusCode>;
   { settings.WriteDevice(run) } -> std::same_as<StatusCode>;
-  // Asked after a successful write.
-  { held.NeedsReboot(run) } -> std::same_as<bool>;
   // Writes the document of a success, or that of kMemoryError when the report's memory cannot be had.
   { held.Display(run, RebootField{}) } -> std::same_as<StatusCode>;
 };
@@ -127,7 +127,8 @@ StatusCode CmdSetCommon(CommandRun& run) {
   status = ReadFile(run, settings, file);
   if (status == kSuccess) status = settings.WriteDevice(run);
   if (status != kSuccess) return fail(status);
-  status = Display(run, settings, {RebootField::kAfterMessage, settings.NeedsReboot(run)});
+  const bool needs_reboot = Settings::kNode.always_needs_reboot || IsRebootRequired(run);
+  status = Display(run, settings, {RebootField::kAfterMessage, needs_reboot});
   file.Remove();
   return status;
 }

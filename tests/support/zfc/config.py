@@ -1,7 +1,7 @@
-"""What the tests of a port's configuration stand on: records laid out byte by byte, staged files, and runs of both forms
+"""What the tests of a port's configuration need: records laid out byte by byte, staged files, and runs of both forms
 of a command from the same staged file.
 
-The offsets stand here a second time, apart from the program's own headers. Whatever a record does not name is noise, so
+The offsets are here a second time, apart from the program's own headers. Whatever a record does not name is noise, so
 that a byte that does not pass through shows.
 """
 
@@ -168,7 +168,7 @@ class NvmeEntry:
     controller: int = 0
     enable: int = 0
     nqn: bytes = b""
-    behind: bytes = bytes(256)  # what stands behind the NQN's terminator
+    after: bytes = bytes(256)  # what follows the NQN's terminator
 
 
 def with_nvme(record, entries):
@@ -178,7 +178,7 @@ def with_nvme(record, entries):
         at = 16 + 284 * number
         struct.pack_into("<8s8sIH", record, at, octets(entry.wwpn), octets(entry.wwnn), entry.namespace, entry.controller)
         record[at + 24] = entry.enable
-        nqn = entry.nqn if len(entry.nqn) == 256 else (entry.nqn + b"\0" + entry.behind)[:256]
+        nqn = entry.nqn if len(entry.nqn) == 256 else (entry.nqn + b"\0" + entry.after)[:256]
         record[at + 28 : at + 284] = nqn
     return bytes(record)
 
@@ -194,7 +194,7 @@ def bbcr(status=1, configured=5, state=1, negotiated=7, reason=b""):
 
 
 def statistics(correctable=0, uncorrectable=0):
-    """The firmware's statistics block, with something behind the last counter."""
+    """The firmware's statistics block, with something after the last counter."""
     block = bytearray([NOISE]) * 600
     struct.pack_into("<Q", block, 256, correctable)
     struct.pack_into("<Q", block, 520, uncorrectable)
@@ -231,7 +231,7 @@ class Both:
     """The two forms of a command, each run from the same staged file."""
 
     calls: list  # of the command; the same for both
-    staged: bytes | None  # the staged file behind it; the same for both
+    staged: bytes | None  # the staged file after it; the same for both
     code: int | None  # the command's code; None unless the runs logged it
 
     @property
@@ -265,7 +265,7 @@ def lines(values):
 
 
 def changed(content, **values):
-    """A staged file with the values of some keys replaced where they stand."""
+    """A staged file with the values of some keys replaced at their places."""
     found = dict(line.split("=", 1) for line in content.decode().splitlines())
     assert set(values) <= set(found), f"no such keys: {set(values) - set(found)}"
     return lines({**found, **{key: str(value) for key, value in values.items()}})
@@ -283,12 +283,12 @@ def run_both(zfc, node, command, family, name, *, words=(IDENTIFIER,), staged=No
     options = {"host": one_port(), "chatter": BRACKETED, **options}
     staging = Staging(zfc, family)
     results, files = [], []
-    for form, ending, behind in (("", ".xml", ""), ("cli", ".txt", usage)):
+    for form, ending, usage_shown in (("", ".xml", ""), ("cli", ".txt", usage)):
         staging.clear()
         if staged is not None:
             staging.write(staged)
         result = zfc(["-t", "port", "-s", node, command + form, *words], **options)
-        documents.check(result.stdout, name + ending, usage=behind, **(values or {}))
+        documents.check(result.stdout, name + ending, usage=usage_shown, **(values or {}))
         if "spoil_log" in options:
             zfc.mend_log()
         assert {found.name for found in staging.folder.iterdir()} <= {staging.path.name}
@@ -298,3 +298,25 @@ def run_both(zfc, node, command, family, name, *, words=(IDENTIFIER,), staged=No
     assert files[0] == files[1]
     code = results[0].code if options.get("debug") else None
     return Both(results[0].command_calls, files[0], code)
+
+
+def logged(zfc, words, *, staged=None, **options):
+    """The run of a text command with the whole debug log. words: the node, the command without "cli", its arguments;
+    staged: a file's family and content."""
+    if staged is not None:
+        Staging(zfc, staged[0]).write(staged[1])
+    node, command, *arguments = words
+    buffers = {"params": params(), "bbcr": bbcr(), "boot": boot(), "nvme": nvme(), **options.pop("buffers", {})}
+    options = {"host": one_port(), "chatter": BRACKETED, "buffers": buffers, **options}
+    return zfc(["-t", "port", "-s", node, f"{command}cli", *arguments], debug=65535, **options)
+
+
+def steps(result, function):
+    """The lines of one function at the trace level, between its entry and its exit; those of the functions that it calls
+    have other names."""
+    head = f"{function}: "
+    return [message.removeprefix(head) for level, message in result.log if level == 1 and message.startswith(head)]
+
+
+NO_LIBRARY_LOG = "Failed to open /var/tmp/torpi-output.log file"
+NO_PORT = "Get phy port failed err=6"

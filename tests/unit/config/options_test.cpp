@@ -46,6 +46,14 @@ TEST(ReadTrueFalseTest, InAnyCase) {
   }
 }
 
+TEST(FindCodeTest, InAnyCase) {
+  constexpr CodeText kTable[] = {{7, "Seven"}, {0, "None"}};
+  ASSERT_NE(FindCode(kTable, "sEVEN"), nullptr);
+  EXPECT_EQ(FindCode(kTable, "sEVEN")->code, 7u);
+  EXPECT_EQ(FindCode(kTable, "Seven "), nullptr);
+  EXPECT_EQ(FindCode(kTable, ""), nullptr);
+}
+
 class TakeOptionTest : public testing::Test {
  protected:
   // The value that the check sees; "none" when it is not called.

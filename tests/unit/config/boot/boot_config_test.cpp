@@ -41,7 +41,7 @@ TEST_F(BootTest, DrivesMustBeVisible) {
 
 TEST_F(BootTest, AnNvmeTargetIsNoDrive) {
   EXPECT_EQ(Checked({"-j", Drive(kFlashText, "1")}), "36");
-  EXPECT_EQ(Checked({"-j", Drive(kFlashText, "2")}), "6");  // the namespace is looked at first
+  EXPECT_EQ(Checked({"-j", Drive(kFlashText, "2")}), "6");  // the namespace is checked first
 }
 
 TEST_F(BootTest, TheFirstTargetOfANameCounts) {

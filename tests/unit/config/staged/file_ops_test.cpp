@@ -9,6 +9,7 @@
 #include <string>
 
 #include "support/unit_files.h"
+#include "support/unit_debug_log.h"
 
 namespace {
 
@@ -191,6 +192,38 @@ TEST_F(FileOpsTest, AReadNeedsPathKeyAndBuffer) {
   EXPECT_STREQ(value, "before");
   EXPECT_EQ(FileOps::GetKeyValueFromFile(path_.c_str(), "A", value, sizeof value, '='), 1);
   EXPECT_STREQ(value, "1");
+}
+
+class FileOpsLogTest : public DebugLogTest {};
+
+TEST_F(FileOpsLogTest, EveryFailureHasALine) {
+  const std::string gone = "/no/such/file";
+  char value[8] = "";
+  SetMask("4");
+  FileOps::IsFilePresent(gone.c_str());
+  FileOps::GetKeyValueFromFile(nullptr, "A", value, sizeof value, '=');
+  FileOps::GetKeyValueFromFile(gone.c_str(), "A", nullptr, sizeof value, '=');
+  FileOps::GetKeyValueFromFile(gone.c_str(), "A", value, sizeof value, '=');
+  FileOps::UpdateKeyValueInFile(gone.c_str(), "A", "1");
+  FileOps::RemoveFile(gone.c_str());
+  const std::string head = Head("DEBUG      ") + "FileOps::";
+  EXPECT_EQ(Lines(), (std::vector<std::string>{
+                         head + "GetKeyValueFromFile: no path, key or buffer: (none)",
+                         head + "GetKeyValueFromFile: no path, key or buffer: /no/such/file",
+                         head + "GetKeyValueFromFile: cannot read /no/such/file",
+                         head + "UpdateKeyValueInFile: cannot create /no/such/file",
+                         head + "RemoveFile: cannot remove /no/such/file",
+                     }));
+}
+
+TEST_F(FileOpsLogTest, StepsHaveTheirValues) {
+  WriteContent("/var/tmp/steps", "A=1\n");
+  char value[8] = "";
+  SetMask("1");
+  FileOps::GetKeyValueFromFile("/var/tmp/steps", "A", value, sizeof value, '=');
+  const std::string head = Head("INFORMATION") + "FileOps::GetKeyValueFromFile: ";
+  EXPECT_EQ(Lines(), (std::vector<std::string>{head + "Entered", head + "/var/tmp/steps: A", head + "A=1",
+                                               head + "Exiting"}));
 }
 
 TEST_F(FileOpsTest, AReadTakesAnySeparator) {
