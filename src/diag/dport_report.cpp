@@ -1,10 +1,8 @@
 #include "diag/dport_report.h"
 
-#include <dlfcn.h>
-
-#include <limits>
 #include <string_view>
 
+#include "diag/logarithm.h"
 #include "framework/report_lines.h"
 
 namespace {
@@ -125,18 +123,6 @@ void FailedLines(ReportText& text, const DPortResultRecord& record) {
   text.Line("      %s: 0\n", "Allowable Power Loss");
   PowerLine(text, "Egress Power", {0.0F, remote_rx, 0.0F});
   PowerLine(text, "Ingress Power", {remote_tx, 0.0F, 0.0F});
-}
-
-// The C library's log10f, from the part of it that only this report needs: looked up at the first use,
-// because to have it mapped costs a twentieth of every start of the program. Not a number should the host
-// lack it.
-float Log10(float value) {
-  using Function = float(float);
-  static Function* const log10_of = [] {
-    void* const library = dlopen("libm.so.6", RTLD_LAZY);
-    return library == nullptr ? nullptr : reinterpret_cast<Function*>(dlsym(library, "log10f"));
-  }();
-  return log10_of == nullptr ? std::numeric_limits<float>::quiet_NaN() : log10_of(value);
 }
 
 }  // namespace

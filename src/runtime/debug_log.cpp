@@ -1,6 +1,5 @@
 #include "runtime/debug_log.h"
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -27,11 +26,9 @@ constexpr std::size_t kTimeLimit = 64;
 
 void BuildLogFileName() {
   constexpr char kNoPath[] = "/viplugin";
-  Dl_info module{};
-  const void* here = reinterpret_cast<const void*>(&BuildLogFileName);
-  const char* component = nullptr;
-  if (dladdr(here, &module) != 0 && module.dli_fname != nullptr)
-    component = std::strrchr(module.dli_fname, '/');
+  // The path that the executable was started by: what dladdr answers for a function of an executable, without
+  // the library that dladdr is in before version 2.34 of the C library.
+  const char* component = std::strrchr(program_invocation_name, '/');
   if (component == nullptr) component = kNoPath;
   const char* suffix = std::strstr(component, ".so");
   const std::size_t length =

@@ -12,7 +12,6 @@ from zfc.runner import BUILD, EXECUTABLE, LIBRARIES, ROOT, SANITIZED, SESSION_EN
 SERVICES = {"CoreLogMessage", "CoreMalloc", "CoreZMalloc", "CoreFree", "TranslateMessageTypeToString"}
 # They came with the tables of the SFP report.
 ARRAYS = {"valueArray", "slopeArray", "offsetArray", "rxPowerArray"} if (ROOT / "src/port/sfp").is_dir() else set()
-C_LIBRARY = re.compile(r"(libc|libm|libdl|librt|libpthread|ld-linux[\w-]*)\.so\.\d+")
 
 release_only = pytest.mark.skipif(SANITIZED, reason="sanitizers add libraries and symbols of their own")
 
@@ -45,14 +44,6 @@ def test_exported_arrays_are_plain_data_of_their_size():
     lines = [line.split() for line in tool_lines("readelf", "--dyn-syms", "--wide")]
     sizes = {line[-1]: int(line[2]) for line in lines if line[3:6] == ["OBJECT", "GLOBAL", "DEFAULT"] and line[-1] in ARRAYS}
     assert sizes == {"valueArray": 100, "slopeArray": 20, "offsetArray": 20, "rxPowerArray": 20}
-
-
-@release_only
-def test_needs_the_device_library_and_the_c_library_only():
-    needed = [re.search(r"\[(.*)\]", line)[1] for line in dynamic("NEEDED")]
-    assert "libtorpifconly.so" in needed
-    assert [name for name in needed if name != "libtorpifconly.so" and not C_LIBRARY.fullmatch(name)] == []
-    assert "libm.so.6" not in needed, "mapped at every start, though one report alone takes logarithms"
 
 
 def test_has_a_runpath_that_the_environment_overrides():

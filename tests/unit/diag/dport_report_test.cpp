@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <string>
 
+#include "diag/logarithm.h"
+
 namespace {
 
 std::string Printed(float dbm) {
@@ -39,6 +41,24 @@ TEST(PowerToDbm, AppliesItsFactorsInOrder) {
 TEST(PowerToDbm, NoPowerIsNegativeInfinity) {
   EXPECT_TRUE(std::isinf(PowerToDbm(0)));
   EXPECT_LT(PowerToDbm(0), 0.0F);
+}
+
+// The build machine's C library is the measure: Debian 12's, glibc 2.36.
+TEST(PowerToDbm, EveryPowerHasTheBitsOfTheCLibrary) {
+  for (std::uint32_t raw = 1; raw <= UINT16_MAX; ++raw) {
+    const float milliwatts = static_cast<float>(raw) * 0.1F * 0.001F;
+    ASSERT_EQ(PowerToDbm(static_cast<std::uint16_t>(raw)), 10.0F * std::log10(milliwatts)) << raw;
+  }
+}
+
+TEST(Log10, EveryPowerIsWithinTwoUnitsOfTheLogarithm) {
+  for (std::uint32_t raw = 1; raw <= UINT16_MAX; ++raw) {
+    const float milliwatts = static_cast<float>(raw) * 0.1F * 0.001F;
+    const long double exact = std::log10(static_cast<long double>(milliwatts));
+    const float size = std::fabs(static_cast<float>(exact));
+    const long double unit = static_cast<long double>(std::nextafter(size, INFINITY)) - size;
+    ASSERT_LE(std::fabs(static_cast<long double>(Log10(milliwatts)) - exact), 2 * unit) << raw;
+  }
 }
 
 TEST(PowerToDbmOrZero, DiffersOnlyForNoPower) {
