@@ -11,7 +11,6 @@ namespace {
 constexpr const char* kClassName = "AdapterPersonalityCmdsProcessor";
 constexpr const char* kStructure = "AdapterPersonality";
 
-enum Personality : std::uint8_t { kFc = 0, kCna = 1 };
 constexpr const char* kPersonalityTexts[] = {"FC", "CNA"};
 
 const char* PersonalityText(std::uint8_t personality) {
@@ -55,7 +54,7 @@ StatusCode CmdGetCommon(Serializer& out, Words& words, OutputMode mode) {
     DebugLogLevel(kDebugFailure, "%s::%s: Command not supported for vport", kClassName, __func__);
     return DisplayError(out, kVirtualPort, mode);
   }
-  std::uint8_t personality = IsAnyOf(fc.pci, kCedarDevice | kGinkgo) ? kCna : kFc;
+  std::uint8_t personality = IsAnyOf(fc.pci, kCedarDevice | kGinkgo) ? kCnaPersonality : kFcPersonality;
   if (IsDeviceGroupElm(fc.pci) && TORPI_GetPersonalityType(&fc.handle, &personality) != kLibrarySuccess) {
     DebugLogLevel(kDebugFailure, "%s::%s: failed to read personality", kClassName, __func__);
     return DisplayError(out, kReadFailed, mode);
@@ -83,9 +82,9 @@ StatusCode CmdSetCommon(Serializer& out, Words& words, OutputMode mode) {
   }
   if (words.size() < 2) return fail(kInvalidParameter);
   // Deliberately without an error for an unknown word: it asks for "FC".
-  const std::uint8_t wanted = EqualNoCase(words[1], "CNA") ? kCna : kFc;
+  const std::uint8_t wanted = EqualNoCase(words[1], "CNA") ? kCnaPersonality : kFcPersonality;
 
-  std::uint8_t current = kFc;
+  std::uint8_t current = kFcPersonality;
   if (TORPI_GetPersonalityType(&fc.handle, &current) != kLibrarySuccess) return fail(kReadFailed);
   if (current != wanted) {
     const LibraryStatus result = TORPI_ChangePersonalityType(&fc.handle, wanted);

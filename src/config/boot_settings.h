@@ -6,9 +6,6 @@
 #include "config/staged_settings.h"
 #include "framework/device_library/config_records.h"
 
-// The mode that the device library keeps for the whole process, in its own numbers.
-enum class BootMode : std::uint8_t { kBios = 1, kUefi = 2, kNvme = 4 };
-
 // A mode that a node knows: its word on the command line and its number in a staged file.
 struct BootModeName {
   BootMode mode;
