@@ -18,9 +18,7 @@ constexpr NamedNumber kEvents[] = {
 };
 constexpr NamedNumber kSeverities[] = {{"none", 0}, {"warning", 0xF1}, {"alarm", 0xF7}};
 constexpr NamedNumber kFabricFlags[] = {{"completed", 1}, {"brocade", 2}, {"cisco", 4}};
-constexpr NamedNumber kStates[] = {{"healthy", 0}, {"congested", 1}};
 constexpr NamedNumber kLanes[] = {{"none", 0}, {"operational", 1}, {"non-operational", 2}};
-constexpr NamedNumber kThrottling[] = {{"disabled", 0}, {"none", 1}, {"active", 2}};
 constexpr NamedNumber kManagements[] = {{"driver", 0}, {"nvram", 1}};
 constexpr NamedNumber kProfiles[] = {
     {"monitor-only", 0}, {"conservative", 1}, {"moderate", 2}, {"aggressive", 3}, {"defensive", 4}};
@@ -101,7 +99,8 @@ constexpr KeyRow<CongestionSetup> kStatisticsKeys[] = {
 
 constexpr KeyRow<Entry> kCongestionKeys[] = {
     {"enabled", [](const Value& value, Entry& into) { value.Into(into.congestion.enabled); }},
-    {"state", [](const Value& value, Entry& into) { value.CodeInto(kStates, into.record.congestion_state); }},
+    {"state", [](const Value& value,
+                 Entry& into) { value.CodeInto(kCongestionStates, into.record.congestion_state); }},
     {"severity",
      [](const Value& value, Entry& into) { value.CodeInto(kSeverities, into.record.congestion_severity); }},
     {"notifications",

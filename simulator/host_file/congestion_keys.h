@@ -6,6 +6,10 @@
 
 namespace lab {
 
+// Codes that ports and targets share.
+inline constexpr NamedNumber kCongestionStates[] = {{"healthy", 0}, {"congested", 1}};
+inline constexpr NamedNumber kThrottling[] = {{"disabled", 0}, {"none", 1}, {"active", 2}};
+
 // Reads the map under a port's key `congestion`, into its record too.
 void ReadCongestion(const Value& map, Entry& entry);
 

@@ -1,11 +1,11 @@
 #include "host_file/target_keys.h"
 
-#include <algorithm>
-#include <cstring>
 #include <set>
 
 #include "base/named_number.h"
 #include "base/text.h"
+#include "host_file/congestion_keys.h"
+#include "host_file/lun_keys.h"
 
 namespace lab {
 namespace {
@@ -23,123 +23,14 @@ constexpr NamedNumber kSessions[] = {{"none", static_cast<std::uint32_t>(Session
                                      {"failed", static_cast<std::uint32_t>(Session::kFailed)},
                                      {"complete", static_cast<std::uint32_t>(Session::kComplete)},
                                      {"terminated", static_cast<std::uint32_t>(Session::kTerminated)}};
-constexpr NamedNumber kCongestionStates[] = {{"healthy", 0}, {"congested", 1}};
 constexpr NamedNumber kLanes[] = {{"none", 0}, {"slow", 1}, {"normal", 2}, {"fast", 3}};
-constexpr NamedNumber kThrottling[] = {{"disabled", 0}, {"none", 1}, {"active", 2}};
 
 constexpr std::uint32_t kTargetNumbers = 65536;
-constexpr std::uint32_t kLargestLun = 65535;
-constexpr std::uint64_t kLunLimit = 1u << 20;
 
 constexpr const char* kVendor = "LABSTOR";
 constexpr const char* kProduct = "VirtualArray";
-constexpr const char* kLunProduct = "VirtualDisk";
 constexpr const char* kFcpRevision = "2.10";
 constexpr const char* kNvmeRevision = "2.10.4";
-constexpr std::uint32_t kLunSizeMb = 102400;
-
-// Calls read(Value) for every item of a list, or for a value that is no list.
-template <typename Read>
-void EachOrOne(const Value& value, Read read) {
-  if (value.IsList()) {
-    value.EachItem(read);
-  } else {
-    read(value);
-  }
-}
-
-// "5" or "0-63".
-bool ReadRange(std::string_view text, std::uint32_t& first, std::uint32_t& last) {
-  const std::size_t hyphen = text.find('-');
-  std::uint64_t low = 0;
-  std::uint64_t high = 0;
-  if (!ReadNumber(text.substr(0, hyphen), kLargestLun, low)) return false;
-  if (hyphen == std::string_view::npos) {
-    high = low;
-  } else if (!ReadNumber(text.substr(hyphen + 1), kLargestLun, high)) {
-    return false;
-  }
-  first = static_cast<std::uint32_t>(low);
-  last = static_cast<std::uint32_t>(high);
-  return low <= high;
-}
-
-struct LunReading {
-  LunRange& range;
-  bool is_nvme;
-};
-
-void ReadLunNumbers(const Value& value, LunReading& into) {
-  if (!value.IsText() || !ReadRange(value.Text(64), into.range.first, into.range.last)) {
-    value.Expected("a number or a range like 0-63, up to 65535");
-  }
-}
-
-template <std::size_t N>
-void ReadOctetList(const Value& value, std::uint8_t (&octets)[N], std::uint8_t& length) {
-  const std::string text = value.Text(3 * N);
-  const std::size_t count = (text.size() + 1) / 3;
-  std::uint8_t read[N] = {};
-  if (count > N || (!text.empty() && !ReadOctets(text, {read, count}))) {
-    value.Expected("at most " + std::to_string(N) + " hexadecimal octets joined by ':'");
-  }
-  std::memcpy(octets, read, N);
-  length = static_cast<std::uint8_t>(count);
-}
-
-constexpr KeyRow<LunReading> kLunKeys[] = {
-    {"number", ReadLunNumbers},
-    {"vendor", [](const Value& value, LunReading& into) { value.Into(into.range.lun.vendor_id); }},
-    {"product", [](const Value& value, LunReading& into) { value.Into(into.range.lun.product_id); }},
-    {"revision",
-     [](const Value& value, LunReading& into) {
-       into.is_nvme ? value.Into(into.range.lun.nvme_revision) : value.Into(into.range.lun.fcp_revision);
-     }},
-    {"size",
-     [](const Value& value, LunReading& into) {
-       const std::uint64_t size = value.Number(0, into.is_nvme ? UINT64_MAX : UINT32_MAX);
-       StoreNumber(into.range.lun.fcp_size_mb, static_cast<std::uint32_t>(size));
-       StoreNumber(into.range.lun.nvme_size_mb, size);
-     }},
-    {"unique-id",
-     [](const Value& value, LunReading& into) {
-       LunEntry& lun = into.range.lun;
-       ReadOctetList(value, lun.unique_id, lun.fcp_unique_id_length);
-       lun.nvme_unique_id_length = lun.fcp_unique_id_length;
-       into.range.own_id = true;
-     }},
-};
-
-LunRange MakeRange(const TargetEntry& target) {
-  LunRange range;
-  range.lun.vendor_id = target.vendor_id;
-  StoreText(range.lun.product_id, kLunProduct);
-  range.lun.fcp_revision = target.fcp_revision;
-  range.lun.nvme_revision = target.nvme_revision;
-  StoreNumber(range.lun.fcp_size_mb, kLunSizeMb);
-  StoreNumber(range.lun.nvme_size_mb, std::uint64_t{kLunSizeMb});
-  return range;
-}
-
-void ReadLuns(const Value& luns, TargetGroup& group) {
-  std::vector<bool> seen(kLargestLun + 1);
-  EachOrOne(luns, [&](const Value& item) {
-    LunRange& range = group.luns.emplace_back(MakeRange(group.first));
-    LunReading reading{range, IsNvmeTarget(group.first)};
-    if (item.IsMap()) {
-      ReadMap(item, kLunKeys, reading);
-    } else {
-      ReadLunNumbers(item, reading);
-    }
-    for (std::uint32_t number = range.first; number <= range.last; ++number) {
-      if (seen[number]) item.Wrong(item.Key() + ": number " + std::to_string(number) + " stands here twice");
-      seen[number] = true;
-    }
-  });
-  if (group.LunsPerTarget() * group.count > kLunLimit) {
-    luns.Expected("no more than " + std::to_string(kLunLimit) + " in all targets of one item");
-  }
-}
 
 constexpr KeyRow<TargetEntry> kCongestionKeys[] = {
     {"state",
@@ -325,7 +216,7 @@ void ReadTarget(const Value& map, TargetGroup group, TargetSet& set, std::set<st
 
 void ReadTargets(const Value& value, const TargetDefaults& defaults, Entry& entry) {
   std::set<std::uint64_t> names;
-  EachOrOne(value, [&](const Value& item) {
+  value.EachOrOne([&](const Value& item) {
     ReadTarget(item, MakeGroup(defaults, entry.record, entry.targets.Count()), entry.targets, names);
   });
 }

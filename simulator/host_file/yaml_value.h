@@ -92,6 +92,16 @@ class Value {
     for (const YAML::Node& item : node_) visit(Value(item, key_, item.Mark().line + 1, document_));
   }
 
+  // Calls visit(Value) for every item of a list, or for this value when it is no list.
+  template <typename Visit>
+  void EachOrOne(Visit visit) const {
+    if (IsList()) {
+      EachItem(visit);
+    } else {
+      visit(*this);
+    }
+  }
+
   // Calls visit(Value, place) for every item of a list of at most `limit`; `no_more` words the limit.
   template <typename Visit>
   void EachItemUpTo(std::size_t limit, const char* no_more, Visit visit) const {

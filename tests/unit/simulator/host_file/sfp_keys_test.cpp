@@ -1,0 +1,115 @@
+// The key `sfp` of a port: files of real modules, and mistakes.
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "unit/simulator/sfp_fixture.h"
+
+namespace {
+
+using SfpKeys = SfpTest;
+
+TEST_F(SfpKeys, FileOfARealModuleIsServedAsItIs) {
+  const Memory sfp = Composed("{image: " + RealModule("sfpp-10g-sr-finisar-a") + "}");
+  EXPECT_EQ(Text(sfp, 20, 16), "FINISAR CORP.   ");
+  EXPECT_EQ(sfp[63], Sum(sfp, 0, 63));
+  EXPECT_EQ(sfp[95], Sum(sfp, 64, 95));
+  EXPECT_EQ(sfp[351], Sum(sfp, 256, 351));
+  EXPECT_EQ(Text(Composed("{image: " + RealModule("qsfp28-100g-finisar") + "}"), 168, 12), "FTLC9551REPM");
+}
+
+TEST_F(SfpKeys, PathOfAnImageBeginsAtTheHostFile) {
+  const Memory memory = Composed("{serial: SAVED}");
+  EXPECT_EQ(TORPI_SaveSFPDataToFile(HandleAt(0), Path("saved.bin").c_str()), 0u);
+  EXPECT_EQ(Composed("{image: saved.bin}"), memory);
+}
+
+struct BadModule {
+  const char* name;
+  const char* module;
+  const char* message;  // after the name of the file
+};
+
+constexpr BadModule kBadModules[] = {
+    {"Word", "some", ":5: sfp: expected a map, or none, got 'some'"},
+    {"Key", "{colour: red}",
+     ":5: colour: expected one of the keys form, vendor, oui, part, revision, serial, date, speeds, "
+     "ethernet, media, "
+     "transmitter, distance, connector, wavelength, measured, after-refresh, update-fails, diagnostics, "
+     "thresholds, "
+     "calibration, firmware"},
+    {"SfpKeyOfAQsfp", "{form: qsfp, thresholds: {}}",
+     ":5: thresholds: expected one of the keys form, vendor, oui, part, revision, serial, date, speeds, "
+     "ethernet, "
+     "media, transmitter, distance, connector, wavelength, measured, after-refresh, update-fails"},
+    {"KeyBesideImage", "{vendor: X, image: x.hex}",
+     ":5: vendor: expected one of the keys image, update-fails"},
+    {"MissingImage", "{image: x.hex}",
+     ":5: image: expected a file that can be read (No such file or directory), got 'x.hex'"},
+    {"Form", "{form: xfp}", ":5: form: expected one of sfp, qsfp, got 'xfp'"},
+    {"Vendor", "{vendor: A NAME OF SEVENTEEN}",
+     ":5: vendor: expected a text of at most 16 bytes, got 'A NAME OF SEVENTEEN'"},
+    {"QsfpRevision", "{form: qsfp, revision: A10}",
+     ":5: revision: expected a text of at most 2 bytes, got 'A10'"},
+    {"Date", "{date: 2025-02-29}", ":5: date: expected a date like 2026-01-14, got '2025-02-29'"},
+    {"Speed", "{speeds: [5]}", ":5: speeds: expected one of 1, 2, 4, 8, 10, 16, 32, 64, 128, got '5'"},
+    {"QsfpSpeed", "{form: qsfp, speeds: [64]}",
+     ":5: speeds: expected one of 1, 2, 4, 8, 10, 16, 32, got '64'"},
+    {"Ethernet", "{ethernet: [40]}", ":5: ethernet: expected one of 10, got '40'"},
+    {"Temperature", "{measured: {temperature: 200}}",
+     ":5: temperature: expected a number from -128 to 127.99, got '200'"},
+    {"Power", "{measured: {rx-power: lots}}", ":5: rx-power: expected a number from 0 to 6.5535, got 'lots'"},
+    {"Exponent", "{measured: {bias: 1e1}}", ":5: bias: expected a number from 0 to 131.07, got '1e1'"},
+    {"Threshold", "{thresholds: {voltage: {high: 3}}}",
+     ":5: high: expected one of the keys high-alarm, low-alarm, high-warning, low-warning"},
+    {"Calibration", "{calibration: external}",
+     ":5: calibration: expected internal, or a map of the constants of external calibration, got 'external'"},
+    {"Offset", "{calibration: {bias: {offset: 0.5}}}",
+     ":5: offset: expected a whole number from -32768 to 32767, got '0.5'"},
+    {"FourCoefficients", "{calibration: {rx-power: [0, 1, 0, 0]}}",
+     ":5: rx-power: expected five numbers, got a list"},
+    {"SixCoefficients", "{calibration: {rx-power: [0, 1, 0, 0, 0, 0]}}",
+     ":5: rx-power: expected five numbers and no more, got '0'"},
+    {"Firmware", "{firmware: 2.7.1}", ":5: firmware: expected a version like 2.07, got '2.7.1'"},
+};
+
+class BadSfp : public SfpTest, public testing::WithParamInterface<BadModule> {};
+
+TEST_P(BadSfp, IsReportedWithItsLine) {
+  UseHost(HostWithModule(GetParam().module));
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), Path("lab.yaml") + GetParam().message + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Sfp, BadSfp, testing::ValuesIn(kBadModules),
+                         [](const auto& test) { return test.param.name; });
+
+TEST_F(SfpKeys, FileThatIsNoMemoryIsReported) {
+  const std::string expected =
+      Path("lab.yaml") + ":5: image: expected a file of 512 bytes or of 32 lines like '0010: 08 03 00 ...', ";
+  std::ifstream real(RealModule("sfpp-10g-sr-finisar-a"));
+  const std::string good(std::istreambuf_iterator<char>(real), {});
+  const struct {
+    std::string content;
+    const char* reported;
+  } rows[] = {
+      {"", "of which there are 0, got 'bad.hex'\n"},
+      {"# a remark\n\n0000: 03 04\n", "which line 3 is not, got 'bad.hex'\n"},
+      {good.substr(0, good.size() - 54), "of which there are 31, got 'bad.hex'\n"},
+      {good + "0200: 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00\n",
+       "which line 33 is not, got 'bad.hex'\n"},
+      {"0010" + good.substr(4), "which line 1 is not, got 'bad.hex'\n"},
+      {std::string(513, 'x'), "which line 1 is not, got 'bad.hex'\n"},
+  };
+  for (const auto& row : rows) {
+    Write("bad.hex", row.content);
+    UseHost(HostWithModule("{image: bad.hex}"));
+    NextRun();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), expected + row.reported);
+  }
+}
+
+}  // namespace
