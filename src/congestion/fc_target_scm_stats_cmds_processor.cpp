@@ -6,7 +6,6 @@
 #include "congestion/target_statistics.h"
 #include "congestion/vocabulary.h"
 #include "discovery/host_walk.h"
-#include "discovery/identifiers.h"
 #include "framework/report.h"
 #include "framework/report_lines.h"
 #include "runtime/debug_log.h"

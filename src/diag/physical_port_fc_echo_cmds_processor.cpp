@@ -5,7 +5,6 @@
 
 #include "diag/remote_test.h"
 #include "diag/test_passes.h"
-#include "discovery/identifiers.h"
 #include "framework/report.h"
 #include "runtime/text.h"
 #include "runtime/timing_scope.h"

@@ -7,7 +7,6 @@
 #include "diag/test_port.h"
 #include "diag/test_words.h"
 #include "discovery/host_walk.h"
-#include "discovery/identifiers.h"
 #include "runtime/debug_log.h"
 #include "runtime/text.h"
 

@@ -5,7 +5,6 @@
 
 #include "congestion/vocabulary.h"
 #include "discovery/host_walk.h"
-#include "discovery/identifiers.h"
 #include "discovery/port_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/report_lines.h"
