@@ -10,7 +10,6 @@ namespace {
 
 constexpr const char* kStructure = "AdapterPersonality";
 
-enum Personality : std::uint8_t { kFc = 0, kCna = 1 };
 constexpr const char* kPersonalityTexts[] = {"FC", "CNA"};
 
 const char* PersonalityText(std::uint8_t personality) {
@@ -51,7 +50,7 @@ StatusCode CmdGetCommon(CommandRun& run) {
   }
   const FCProtocolEntry& fc = *selected.fc;
   if (const StatusCode status = CheckPhysical(run, fc); status != kSuccess) return DisplayError(run, status);
-  std::uint8_t personality = IsAnyOf(fc.pci, kCedarDevice | kGinkgo) ? kCna : kFc;
+  std::uint8_t personality = IsAnyOf(fc.pci, kCedarDevice | kGinkgo) ? kCnaPersonality : kFcPersonality;
   if (IsDeviceGroupElm(fc.pci) && TORPI_GetPersonalityType(&fc.handle, &personality) != kLibrarySuccess) {
     return DisplayError(run, run.Refuse(kReadFailed, "failed to read personality"));
   }
@@ -74,9 +73,9 @@ StatusCode CmdSetCommon(CommandRun& run) {
   }
   if (run.words.size() < 2) return fail(run.Refuse(kInvalidParameter, "personality not given"));
   // An unknown word is no error: it asks for "FC".
-  const std::uint8_t wanted = EqualNoCase(run.words[1], "CNA") ? kCna : kFc;
+  const std::uint8_t wanted = EqualNoCase(run.words[1], "CNA") ? kCnaPersonality : kFcPersonality;
 
-  std::uint8_t current = kFc;
+  std::uint8_t current = kFcPersonality;
   if (TORPI_GetPersonalityType(&fc.handle, &current) != kLibrarySuccess) {
     return fail(run.Refuse(kReadFailed, "failed to read personality"));
   }

@@ -6,7 +6,6 @@
 #include "diag/diagnostic_messages.h"
 #include "diag/pass_loop.h"
 #include "diag/remote_port_exchange.h"
-#include "discovery/identifiers.h"
 #include "framework/report.h"
 #include "runtime/text.h"
 

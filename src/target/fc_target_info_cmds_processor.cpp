@@ -87,9 +87,8 @@ RemotePort ReadRemotePort(const CommandRun& run, const FCProtocolEntry& fc, cons
 }
 
 const char* StatusText(const TargetEntry& target) {
-  const bool online = (target.state_flags[2] & 0x02u) != 0 && (target.state_flags[4] & 0x01u) != 0;
-  if (online) return "Online";
-  return (target.state_flags[0] & 0x40u) != 0 ? "Unconfigured" : "Offline";
+  if (IsOnline(target)) return "Online";
+  return IsUnconfigured(target) ? "Unconfigured" : "Offline";
 }
 
 void IdentityLines(ReportText& text, const TargetEntry& target, bool is_nvme) {

@@ -1,11 +1,8 @@
 // The values of HBA parameters that have names.
 #pragma once
 
-#include <cstdint>
-
 #include "framework/code_text.h"
-
-enum ConnectionOption : std::uint8_t { kLoopOnly = 0, kPointToPointOnly = 1, kLoopPreferred = 2 };
+#include "framework/device_library/config_records.h"
 
 inline constexpr CodeText kConnectionOptions[] = {
     {kLoopOnly, "Loop_Only"},
@@ -14,13 +11,6 @@ inline constexpr CodeText kConnectionOptions[] = {
 };
 
 inline constexpr const char* kDataRateAutoText = "Auto";
-
-// When an interrupt is raised.
-enum OperationMode : std::uint8_t {
-  kInterruptPerCompletion = 0,
-  kInterruptOnTimer = 5,
-  kInterruptOnTimerOrIdle = 6,
-};
 
 inline constexpr CodeText kOperationModes[] = {
     {kInterruptPerCompletion, "Interrupt_For_Every_I/O_Completion"},

@@ -68,7 +68,7 @@ static_assert(offsetof(AdapterEntry, ports) == 384);
 static_assert(offsetof(AdapterEntry, next) == 392);
 
 struct AdapterList {
-  std::uint32_t count;  // for the log only: the chain decides
+  std::uint32_t count;  // for the log only: the chain has its own end
   std::byte reserved_4[4];
   const AdapterEntry* first;
 };

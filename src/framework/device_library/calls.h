@@ -18,6 +18,9 @@
 #include "framework/device_library/port_records.h"
 #include "framework/device_library/target_statistics_records.h"
 
+// What an adapter with a personality works as.
+enum AdapterPersonality : std::uint8_t { kFcPersonality = 0, kCnaPersonality = 1 };
+
 #pragma GCC visibility push(default)
 extern "C" {
 
@@ -38,7 +41,7 @@ LibraryStatus TORPI_UpdateAdapterPEPCfgFromFile(const DeviceHandle*, const char*
 LibraryStatus TORPI_GetFlashComponentVersion(const DeviceHandle*, FlashComponentVersions* out);
 LibraryStatus TORPI_GetAdapterFlashMemoBlock(const DeviceHandle*, FlashMemoBlock* out);
 
-// Personality: 0 FC, 1 CNA. The check answers 1, in its low 8 bits, when the user may change it.
+// AdapterPersonality. The check answers 1, in its low 8 bits, when the user may change it.
 std::uint32_t TORPI_CheckOrindaPersonalityChangeOption(const DeviceHandle*);
 LibraryStatus TORPI_GetPersonalityType(const DeviceHandle*, std::uint8_t* out_personality);
 LibraryStatus TORPI_ChangePersonalityType(const DeviceHandle*, std::uint8_t personality);
@@ -76,7 +79,7 @@ LibraryStatus TORPI_FCSetFECSupportInfo(const DeviceHandle*, std::uint32_t setti
 LibraryStatus TORPI_GetFWPrivateStats(const DeviceHandle*, FWPrivateStats** out, std::uint32_t* out_size);
 LibraryStatus TORPI_ResetFECCounters(const DeviceHandle*);
 LibraryStatus TORPI_IsMezzAdapter(const DeviceHandle*, std::uint8_t* out_is_mezz);
-std::uint32_t TORPI_GetBfsConfigMode();  // 1 BIOS, 2 UEFI, 4 NVMe, in the low 8 bits
+std::uint32_t TORPI_GetBfsConfigMode();  // BootMode, in the low 8 bits
 LibraryStatus TORPI_SetBfsConfigMode(std::uint32_t mode);
 LibraryStatus TORPI_GetBootDeviceInfo(const DeviceHandle*, HBAParamsInfo* out, std::uint32_t zero);
 LibraryStatus TORPI_SetBootDeviceInfo(const DeviceHandle*, const HBAParamsInfo*);

@@ -11,6 +11,17 @@
 #include "framework/device_library/fixed_text.h"
 #include "framework/device_library/world_wide_name.h"
 
+// HBAParamsInfo::connection_options.
+enum ConnectionOption : std::uint8_t { kLoopOnly = 0, kPointToPointOnly = 1, kLoopPreferred = 2 };
+
+// HBAParamsInfo::operation_mode: when an interrupt is raised.
+inline constexpr std::uint8_t kInterruptPerCompletion = 0;
+inline constexpr std::uint8_t kInterruptOnTimer = 5;
+inline constexpr std::uint8_t kInterruptOnTimerOrIdle = 6;
+
+// The boot mode, which the device library keeps for the whole process.
+enum class BootMode : std::uint8_t { kBios = 1, kUefi = 2, kNvme = 4 };
+
 // A target that the host can boot from.
 struct BootDrive {
   WorldWideName port_name;  // all zero: none
@@ -23,7 +34,7 @@ static_assert(sizeof(BootDrive) == 10);
 // What the parameter calls and the boot calls exchange: both use this layout, each fills its own fields.
 struct HBAParamsInfo {
   std::uint32_t data_rate;           // LinkSpeed::data_rate, or kDataRateAuto
-  std::uint32_t connection_options;  // 0: loop only; 1: point to point only; 2: loop preferred
+  std::uint32_t connection_options;  // ConnectionOption
   std::uint32_t enable_fc_tape;
   std::uint32_t max_luns_per_target;
   std::uint32_t enable_hard_loop_id;
@@ -38,7 +49,7 @@ struct HBAParamsInfo {
   std::uint32_t port_down_retry_count;
   std::uint32_t execution_throttle;
   std::byte reserved_60[8];
-  std::uint32_t operation_mode;         // when an interrupt is raised: 0, 5 or 6
+  std::uint32_t operation_mode;         // kInterrupt*
   std::uint32_t interrupt_delay_timer;  // units of 100 microseconds
   std::uint32_t link_down_timeout;      // seconds
   std::byte reserved_80[20];
@@ -158,7 +169,7 @@ struct NVMeBootRecord {
 static_assert(offsetof(NVMeBootRecord, entries) == 16);
 static_assert(sizeof(NVMeBootRecord) == 2560);
 
-// Counters of the firmware. The library allocates the block, which is longer than told here; the caller
+// Counters of the firmware. The library allocates the block, which is longer than shown here; the caller
 // releases it with free().
 struct FWPrivateStats {
   std::byte reserved_0[256];

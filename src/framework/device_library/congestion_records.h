@@ -6,7 +6,9 @@
 
 #include "framework/device_library/world_wide_name.h"
 
-enum class StatisticsElementKind : std::uint32_t { kPhysicalPort = 0x80 };  // all others: not told apart here
+enum class StatisticsElementKind : std::uint32_t {
+  kPhysicalPort = 0x80
+};  // no other kind has a meaning here
 
 // The counters of a port or of one of its targets: an element of the library's list, which belongs to the
 // caller until it hands the list back.

@@ -9,7 +9,7 @@
 #include "framework/device_library/port_entry.h"
 #include "framework/device_library/port_id.h"
 
-// What a diagnostic port's link test found. Fields marked BE are big-endian as the switch sent them.
+// What a diagnostic port's link test found. Fields marked BE are big-endian, as the switch sends them.
 struct DPortResultRecord {
   std::byte reserved_0[8];
   std::uint32_t roundtrip_latency_ns;  // BE

@@ -65,7 +65,7 @@ struct TargetEntry {
   FixedText<8> vendor_id;
   FixedText<16> product_id;
   FixedText<4> fcp_revision;
-  std::uint8_t state_flags[6];  // byte 0 bit 6, byte 2 bit 1, byte 4 bit 0: state; byte 5 bit 3: NVMe target
+  std::uint8_t state_flags[6];  // read by the functions below
   std::byte reserved_198[26];
   std::uint32_t lun_count;
   std::byte reserved_228[4];
@@ -133,6 +133,14 @@ static_assert(offsetof(TargetEntry, controller_id) == 542);
 static_assert(offsetof(TargetEntry, nqn) == 560);
 static_assert(offsetof(TargetEntry, next) == 1488);
 static_assert(sizeof(TargetEntry) == 1496);
+
+inline bool IsOnline(const TargetEntry& target) {
+  return (target.state_flags[2] & 0x02u) != 0 && (target.state_flags[4] & 0x01u) != 0;
+}
+
+inline bool IsUnconfigured(const TargetEntry& target) {
+  return (target.state_flags[0] & 0x40u) != 0;
+}
 
 inline bool IsNvmeTarget(const TargetEntry& target) {
   return (target.state_flags[5] & 0x08u) != 0;

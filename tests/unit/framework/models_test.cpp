@@ -1,4 +1,4 @@
-// Adapter models that are told by the subsystem too.
+// Adapter models that differ by the subsystem too.
 #include <gtest/gtest.h>
 
 #include <initializer_list>

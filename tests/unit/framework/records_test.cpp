@@ -153,6 +153,50 @@ TEST(TargetEntry, HasItsFieldsInPlace) {
   EXPECT_EQ((WithValueAt<TargetEntry>(232, &lun).first_lun), &lun);
 }
 
+TEST(FCProtocolEntry, SaysWhatStateItsPortIsIn) {
+  EXPECT_TRUE(IsLinkUp(WithValueAt<FCProtocolEntry>(612, std::uint8_t{1})));
+  EXPECT_FALSE(IsLinkUp(WithValueAt<FCProtocolEntry>(612, std::uint8_t{3})));
+  EXPECT_FALSE(IsLinkUp(WithValueAt<FCProtocolEntry>(612, std::uint8_t{0})));
+  EXPECT_TRUE(IsVirtualPort(WithValueAt<FCProtocolEntry>(462, std::uint16_t{3})));
+  EXPECT_FALSE(IsVirtualPort(WithValueAt<FCProtocolEntry>(462, std::uint16_t{1})));
+}
+
+TEST(FCProtocolEntry, IsInMaintenanceModeWithBothFlags) {
+  FCProtocolEntry fc = {};
+  for (unsigned driver = 0; driver <= 0xFF; ++driver) {
+    for (unsigned port = 0; port <= 0xFF; ++port) {
+      fc.driver_flags = static_cast<std::uint8_t>(driver);
+      fc.port_flags = static_cast<std::uint8_t>(port);
+      ASSERT_EQ(IsInMaintenanceMode(fc), (driver & 4u) != 0 && (port & 1u) != 0) << driver << " " << port;
+    }
+  }
+}
+
+TEST(FCProtocolEntry, HasItsCapabilities) {
+  const FCProtocolEntry fc = WithValueAt<FCProtocolEntry>(160, std::uint32_t{0x24000000});
+  EXPECT_TRUE(HasCapability(fc, kSecondCongestionStatistics));
+  EXPECT_TRUE(HasCapability(fc, kSecondLinkTest));
+  EXPECT_FALSE(HasCapability(fc, kFirstCongestionStatistics));
+  EXPECT_FALSE(HasCapability(fc, kVirtualLanes));
+  EXPECT_FALSE(HasCapability(fc, kIoThrottling));
+  EXPECT_TRUE(HasCapability(fc, kFirstCongestionStatistics | kSecondCongestionStatistics));
+}
+
+TEST(TargetEntry, IsOnlineWithBothBits) {
+  TargetEntry target = {};
+  target.state_flags[2] = 0x02;
+  EXPECT_FALSE(IsOnline(target));
+  target.state_flags[4] = 0x01;
+  EXPECT_TRUE(IsOnline(target));
+  target.state_flags[2] = 0xFD;
+  EXPECT_FALSE(IsOnline(target));
+  EXPECT_FALSE(IsUnconfigured(target));
+  target.state_flags[0] = 0x40;
+  EXPECT_TRUE(IsUnconfigured(target));
+  target.state_flags[0] = 0xBF;
+  EXPECT_FALSE(IsUnconfigured(target));
+}
+
 TEST(IsNvmeTarget, LooksAtBit3OfByte197) {
   EXPECT_TRUE(IsNvmeTarget(WithValueAt<TargetEntry>(197, std::uint8_t{0x08})));
   EXPECT_FALSE(IsNvmeTarget(WithValueAt<TargetEntry>(197, std::uint8_t{0xF7})));
@@ -175,7 +219,7 @@ TEST(LunEntry, HasItsFieldsInPlace) {
   EXPECT_EQ((WithValueAt<LunEntry>(384, &next).next), &next);
 }
 
-// The widths of texts whose fields are told by where the next one begins.
+// The widths of texts whose fields end where the next one begins.
 TEST(Texts, EndWhereTheNextFieldBegins) {
   EXPECT_EQ(sizeof AdapterEntry::manufacturer, 80u);
   EXPECT_EQ(sizeof AdapterEntry::serial_number, 32u);

@@ -11,7 +11,7 @@
 
 namespace {
 
-// The name that a text begins with and what is left behind it, or "nothing".
+// The name that a text begins with and what follows it, or "nothing".
 std::string ReadAs(const char* text) {
   WorldWideName name = {};
   const char* const end = ReadName(text, name);
