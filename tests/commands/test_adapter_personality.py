@@ -302,7 +302,7 @@ SET_COMMON = f"{CLASS}::CmdSetCommon"
         (f"set {IDENTIFIER} FC", {}, [f"{SET_COMMON}: feature not supported for this adapter"]),
         (
             f"set {IDENTIFIER} FC",
-            {"host": one(0x3432, fc=Fc(interface=3))},
+            {"host": VIRTUAL_ELM},
             [f"{SET_COMMON}: Command not supported for vport"],
         ),
         (

@@ -112,6 +112,21 @@ def test_constructor_and_destructor_are_timed(zfc, name):
         assert started < ended
 
 
+def test_root_traces_its_functions_around_the_command(zfc):
+    log = zfc("-t adapter help", debug=1).debug_log
+    lines = re.findall(rb"(\w+CmdsProcessor::\w+: (?:Entered|Exiting))\r\n", log)
+    assert lines == [
+        b"MainCmdsProcessor::Initialize: Entered",
+        b"MainCmdsProcessor::Initialize: Exiting",
+        b"MainCmdsProcessor::Execute: Entered",
+        b"AdapterCmdsProcessor::CmdHelp: Entered",
+        b"AdapterCmdsProcessor::CmdHelp: Exiting",
+        b"MainCmdsProcessor::Execute: Exiting",
+        b"MainCmdsProcessor::Uninitialize: Entered",
+        b"MainCmdsProcessor::Uninitialize: Exiting",
+    ]
+
+
 def test_read_only_folder_loses_the_lines_and_nothing_else(zfc):
     """The library output file is blocked as well then, so nothing is printed; but the run ends as ever."""
     result = zfc(NOBODY, debug=65535, read_only_var_tmp=True)

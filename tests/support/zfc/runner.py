@@ -103,12 +103,14 @@ class Result:
     @property
     def log(self):
         """The lines of the debug log as (level, message): level 1 for steps, 4 for failures, 0 for lines without
-        a tag. The messages come without the line end that the log adds."""
+        a tag. The messages come without the line end that the log adds. What the root logs around a command is
+        left out."""
         starts = list(_LOG_HEAD.finditer(self.debug_log or b""))
         ends = [match.start() for match in starts[1:]] + [len(self.debug_log or b"")]
         return [
             (_LOG_LEVELS[match[1]], self.debug_log[match.end() : end].removesuffix(b"\r\n").decode(errors="replace"))
             for match, end in zip(starts, ends)
+            if not self.debug_log.startswith(b"MainCmdsProcessor::", match.end())
         ]
 
     @property
