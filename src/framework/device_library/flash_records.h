@@ -44,7 +44,7 @@ static_assert(offsetof(FlashComponentVersions, mpi_softrom) == 55);
 static_assert(offsetof(FlashComponentVersions, pcie_serdes) == 61);
 static_assert(sizeof(FlashComponentVersions) == 256);
 
-// Tells which multi-boot image (MBI) is on the flash, who wrote it, with which tool and when.
+// Which multi-boot image (MBI) is on the flash, who wrote it, with which tool and when.
 struct FlashMemoBlock {
   char signature[4];  // "FMBS"
   std::byte reserved_4[12];
