@@ -1,6 +1,7 @@
 """The shape of the sources: which folder may include which, and what no source may hold."""
 
 import re
+from collections import Counter
 from pathlib import Path
 
 import pytest
@@ -21,6 +22,15 @@ FLOORS = [
 ]
 FLOOR_OF = {folder: floor for floor, folders in enumerate(FLOORS) for folder in folders}
 
+# The rooms of the simulated library, from top to bottom. A room includes itself and rooms after it; TOP is the files
+# directly in simulator/.
+TOP = "simulator"
+ROOMS = ["calls", TOP, "state", "host_file", "images", "device", "base"]
+
+# How many sources a folder may hold, and the folders that may hold more.
+FOLDER_SIZE = 25
+LARGE_FOLDERS = {"src/framework": 45, "src/diag": 30}
+
 STREAM_HEADERS = {"iostream", "ostream", "istream", "fstream", "sstream", "iomanip"}
 INCLUDE = re.compile(r'^\s*#\s*include\s+(["<])([^">]+)[">]', re.MULTILINE)
 
@@ -40,8 +50,14 @@ def name_of(path):
 
 
 def folder_of(path):
-    """The folder of a source below src, or its own name when it stands at the top."""
+    """The folder of a source below src, or its own name when it is at the top."""
     return path.relative_to(SRC).parts[0]
+
+
+def room_of(name):
+    """The room of a source by its name from simulator/."""
+    parts = Path(name).parts
+    return parts[0] if len(parts) > 1 else TOP
 
 
 def offences(paths, offends):
@@ -57,7 +73,7 @@ def test_there_are_sources():
     assert sum(len(includes(path)[0]) for path in sources(SRC)) > 20
 
 
-def test_every_folder_stands_on_a_floor():
+def test_every_folder_has_a_floor():
     assert {folder_of(path) for path in sources(SRC)} - {*FLOOR_OF} == set()
 
 
@@ -79,7 +95,7 @@ def test_includes_are_named_from_src():
     assert offences(sources(SRC), offends) == {}
 
 
-def test_record_headers_stand_alone():
+def test_record_headers_include_nothing_else():
     """The simulated library builds on them, so they lead to nothing else."""
 
     def offends(path):
@@ -95,17 +111,35 @@ def test_spare_classes_of_the_runtime_are_used_by_nothing():
     assert offences([path for path in sources(SRC) if "extras" not in path.parts], offends) == {}
 
 
+def is_record_header(name):
+    return name.startswith("framework/device_library/") and (SRC / name).is_file()
+
+
 def test_simulated_library_uses_the_record_headers_only():
+    """Its own includes are named from simulator/."""
+
     def offends(path):
-        def is_own(name):
-            return (SIMULATOR / name).is_file() or (path.parent / name).is_file()
-
-        def is_record(name):
-            return name.startswith("framework/device_library/") and (SRC / name).is_file()
-
-        return [name for name in includes(path)[0] if not is_own(name) and not is_record(name)]
+        return [name for name in includes(path)[0] if not (SIMULATOR / name).is_file() and not is_record_header(name)]
 
     assert offences(sources(SIMULATOR), offends) == {}
+
+
+def test_every_room_of_the_simulated_library_has_its_place():
+    assert {room_of(path.relative_to(SIMULATOR)) for path in sources(SIMULATOR)} == {*ROOMS}
+
+
+def test_rooms_of_the_simulated_library_include_downwards():
+    def offends(path):
+        allowed = ROOMS[ROOMS.index(room_of(path.relative_to(SIMULATOR))) :]
+        return [name for name in includes(path)[0] if not is_record_header(name) and room_of(name) not in allowed]
+
+    assert offences(sources(SIMULATOR), offends) == {}
+
+
+def test_no_folder_is_too_full():
+    held = Counter(name_of(path.parent) for path in sources(SRC) + sources(SIMULATOR))
+    too_full = {name: count for name, count in held.items() if count > LARGE_FOLDERS.get(name, FOLDER_SIZE)}
+    assert too_full == {}
 
 
 def test_no_stream_classes_in_the_program():
