@@ -13,7 +13,8 @@ from lxml import etree
 
 from .runner import ROOT, Result
 
-EXPECTED = ROOT / "tests" / "commands" / "expected"
+COMMANDS = ROOT / "tests" / "commands"
+EXPECTED = COMMANDS / "expected"
 
 
 def check(actual, name, *, well_formed=True, usage="", **values):
