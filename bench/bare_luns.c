@@ -1,10 +1,11 @@
 /* A device library that costs as little as one with many LUNs can: 8 ports with 256 targets of 64 LUNs each,
-   in records that hold what the lists need, in memory that is taken once. */
+   or as many LUNs as BENCH_LUNS says, in records that hold what the lists need, in memory that is taken once.
+ */
 #include <stddef.h>
 #include <stdint.h>
 #include <stdlib.h>
 
-enum { kPorts = 8, kTargets = 256, kLuns = 64 };
+enum { kPorts = 8, kTargets = 256, kLuns = 64, kMostLuns = 1024 };
 
 typedef struct Lun {
   uint16_t number;
@@ -70,9 +71,16 @@ static void Name(uint8_t* name, unsigned port, unsigned target) {
   for (unsigned i = 0; i < sizeof bytes; ++i) name[i] = bytes[i];
 }
 
+static unsigned LunsOfATarget(void) {
+  const char* const wanted = getenv("BENCH_LUNS");
+  const long luns = wanted == NULL ? kLuns : strtol(wanted, NULL, 10);
+  return luns >= 1 && luns <= kMostLuns ? (unsigned)luns : kLuns;
+}
+
 static const void* BuildLists(void) {
+  const unsigned luns = LunsOfATarget();
   Target* target = calloc((size_t)kPorts * kTargets, sizeof *target);
-  Lun* lun = calloc((size_t)kPorts * kTargets * kLuns, sizeof *lun);
+  Lun* lun = calloc((size_t)kPorts * kTargets * luns, sizeof *lun);
   if (target == NULL || lun == NULL) return NULL;
   for (unsigned p = 0; p < kPorts; ++p) {
     ports[p].number = p;
@@ -85,9 +93,9 @@ static const void* BuildLists(void) {
       Name(target->port_name, p, t);
       target->luns = lun;
       target->next = t + 1 < kTargets ? target + 1 : NULL;
-      for (unsigned n = 0; n < kLuns; ++n, ++lun) {
+      for (unsigned n = 0; n < luns; ++n, ++lun) {
         lun->number = (uint16_t)n;
-        lun->next = n + 1 < kLuns ? lun + 1 : NULL;
+        lun->next = n + 1 < luns ? lun + 1 : NULL;
       }
     }
   }

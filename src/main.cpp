@@ -4,6 +4,7 @@
 
 #include "adapter/adapter_cmds_processor.h"
 #include "framework/main_cmds_processor.h"
+#include "framework/output_bracket.h"
 #include "framework/run_flags.h"
 #include "framework/signals.h"
 #include "port/physical_port_cmds_processor.h"
@@ -38,6 +39,7 @@ StatusCode RunTree(Words words) {
 
 // The exit status is 0 whatever happened: what a command has to say is in its output.
 int main(int argc, char** argv) {
+  ReserveStandardOutput();
   InitDebugLog();
   std::srand(static_cast<unsigned>(std::time(nullptr)));
   int first = 1;

@@ -1,6 +1,7 @@
 #include "discovery/identifiers.h"
 
 #include <charconv>
+#include <limits>
 
 namespace {
 
@@ -9,11 +10,7 @@ constexpr std::string_view kTargetWord = "_Target_";
 constexpr std::string_view kLunWord = "_LUN_";
 constexpr std::string_view kNamespaceWord = "_NSID_";
 
-void AppendNumber(std::string& text, std::uint32_t number) {
-  char digits[10];
-  char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-  text.append(digits, end);
-}
+constexpr std::size_t kMostDigits = std::numeric_limits<decltype(LunEntry::number)>::digits10 + 1;
 
 bool TakeWord(std::string_view& text, std::string_view word) {
   if (!text.starts_with(word)) return false;
@@ -43,12 +40,12 @@ LunIdentifiers::LunIdentifiers(const FCProtocolEntry& entry, const TargetEntry& 
     : text_(TargetIdentifier(entry, target)) {
   text_ += IsNvmeTarget(target) ? kNamespaceWord : kLunWord;
   common_length_ = text_.size();
+  text_.resize(common_length_ + kMostDigits);
 }
 
-const std::string& LunIdentifiers::Of(const LunEntry& lun) {
-  text_.resize(common_length_);
-  AppendNumber(text_, lun.number);
-  return text_;
+std::string_view LunIdentifiers::Of(const LunEntry& lun) {
+  char* const text = text_.data();
+  return {text, std::to_chars(text + common_length_, text + text_.size(), lun.number).ptr};
 }
 
 bool TakePort(std::string_view& text, WorldWideName& port_name) {

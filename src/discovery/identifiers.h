@@ -25,10 +25,10 @@ class LunIdentifiers {
   LunIdentifiers(const FCProtocolEntry& entry, const TargetEntry& target);
 
   // The identifier of a LUN of the target; valid until the next call.
-  const std::string& Of(const LunEntry& lun);
+  std::string_view Of(const LunEntry& lun);
 
  private:
-  std::string text_;
+  std::string text_;  // what they have in common, and room for a number
   std::size_t common_length_;
 };
 

@@ -27,6 +27,7 @@ OutputBracket::OutputBracket(const FunctionName& function, const char* step)
     : standard_output_(stdout), library_output_(OpenLibraryOutput()) {
   if (IsOpen()) {
     stdout = library_output_;
+    close_.Plan([](void* bracket) { static_cast<OutputBracket*>(bracket)->Close(); }, this);
   } else {
     DebugLogLevel(kDebugFailure, "%s::%s: Failed to open %s file%s", function.class_name, function.function,
                   kLibraryOutputFile, step);
@@ -38,6 +39,17 @@ void OutputBracket::Close() {
   std::fclose(library_output_);
   library_output_ = nullptr;
   stdout = standard_output_;
+  close_.Drop();
+}
+
+void ReserveStandardOutput() {
+  for (const int closed : {STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(closed, F_GETFD) >= 0) continue;
+    const int nowhere = open("/dev/null", O_WRONLY);
+    if (nowhere < 0 || nowhere == closed) continue;
+    dup2(nowhere, closed);  // a closed standard input stays closed
+    close(nowhere);
+  }
 }
 
 void SilenceStandardOutput() {

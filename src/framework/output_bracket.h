@@ -4,14 +4,16 @@
 #include <cstdio>
 
 #include "framework/command_run.h"
+#include "runtime/out_of_memory.h"
 #include "runtime/timing_scope.h"
 
 inline constexpr const char* kLibraryOutputFile = "/var/tmp/torpi-output.log";
 
 // While an object of this class is open, standard output is the library output file: the stream pointer of
 // the C library itself is replaced, so that everything printed in this process lands there. The object opens
-// in its constructor and puts standard output back in its destructor at the latest; a file that cannot be
-// opened leaves standard output in place, so that the command can report it.
+// in its constructor and puts standard output back in its destructor at the latest, or when the program ends
+// without memory; a file that cannot be opened leaves standard output in place, so that the command can
+// report it.
 class OutputBracket {
  public:
   // `function` and `step` (such as " before RDP") only word the log line of a failure.
@@ -30,7 +32,12 @@ class OutputBracket {
  private:
   std::FILE* standard_output_;
   std::FILE* library_output_;
+  EndStep close_;
 };
+
+// Gives a closed standard output and a closed standard error to /dev/null. Otherwise the next file to be
+// opened gets the number, and with it the document or a message.
+void ReserveStandardOutput();
 
 // Throws away all that is printed to standard output from here on.
 void SilenceStandardOutput();

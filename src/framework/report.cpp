@@ -81,9 +81,12 @@ IdentifierList::~IdentifierList() {
 }
 
 void IdentifierList::Write(std::string_view identifier) {
-  item_.resize(before_length_);
-  item_.append(identifier).append(after_);
-  out_.WriteText(item_);
+  const std::size_t length = before_length_ + identifier.size() + after_.size();
+  if (item_.size() < length) item_.resize(length);
+  char* const text = item_.data();
+  identifier.copy(text + before_length_, identifier.size());
+  after_.copy(text + length - after_.size(), after_.size());
+  out_.WriteText({text, length});
 }
 
 bool IsRebootRequired(CommandRun& run) {

@@ -86,7 +86,7 @@ class IdentifierList {
 
  private:
   Serializer& out_;
-  std::string item_;  // the text before an identifier, and the identifier written last with the text after it
+  std::string item_;  // the text before an identifier, then room for the identifier and the text after it
   std::size_t before_length_;
   std::string after_;
 };

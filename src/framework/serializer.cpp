@@ -24,23 +24,60 @@ StatusCode Serializer::Print(const char* xml_format, const char* cli_format, ...
 
 StatusCode Serializer::Open(OutputMode mode) {
   mode_ = mode;
-  return Print("<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n", kRuler);
+  open_count_ = 0;
+  const StatusCode status = Print("<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n", kRuler);
+  if (status == kSuccess) {
+    end_document_.Plan(&EndDocument, this);
+  } else {
+    end_document_.Drop();
+  }
+  return status;
 }
 
 StatusCode Serializer::Close() {
   const StatusCode status = Print("</output>\n", kRuler);
   if (status == kSuccess) mode_ = OUTPUT_NONE;
+  end_document_.Drop();
   return status;
+}
+
+StatusCode Serializer::Began(StatusCode status, Part part) {
+  if (status == kSuccess && open_count_ < kMostOpen) open_[open_count_++] = part;
+  return status;
+}
+
+StatusCode Serializer::Ended(StatusCode status, Part part) {
+  const bool is_innermost = open_count_ > 0 && open_[open_count_ - 1] == part;
+  if (status == kSuccess && is_innermost) --open_count_;
+  return status;
+}
+
+void Serializer::EndDocument(void* serializer) {
+  auto& self = *static_cast<Serializer*>(serializer);
+  while (self.open_count_ > 0) {
+    switch (self.open_[self.open_count_ - 1]) {
+      case Part::kList:
+        self.Serializer::EndList();
+        break;
+      case Part::kStructure:
+        self.Serializer::EndStructure();
+        break;
+      case Part::kField:
+        self.Serializer::EndField();
+        break;
+    }
+  }
+  self.Serializer::Close();
 }
 
 StatusCode Serializer::BeginList(ListKind kind) {
   static constexpr const char* kTypes[] = {"string", "int", "bool", "structure"};
   if (kind >= std::size(kTypes)) return mode_ == OUTPUT_CLI ? kSuccess : kBadMode;
-  return Print("<list type=\"%s\">\n", "", kTypes[kind]);
+  return Began(Print("<list type=\"%s\">\n", "", kTypes[kind]), Part::kList);
 }
 
 StatusCode Serializer::EndList() {
-  return Print("</list>\n", "");
+  return Ended(Print("</list>\n", ""), Part::kList);
 }
 
 StatusCode Serializer::WriteStringList(const std::vector<std::string>& values) {
@@ -59,19 +96,19 @@ StatusCode Serializer::WriteBoolList(const std::vector<bool>& values) {
 }
 
 StatusCode Serializer::BeginStructure(const char* name) {
-  return Print("<structure typeName=\"%s\">\n", "%s:\n", name);
+  return Began(Print("<structure typeName=\"%s\">\n", "%s:\n", name), Part::kStructure);
 }
 
 StatusCode Serializer::EndStructure() {
-  return Print("</structure>\n", "");
+  return Ended(Print("</structure>\n", ""), Part::kStructure);
 }
 
 StatusCode Serializer::BeginField(const char* name) {
-  return Print("<field name=\"%s\">\n", "%s: ", name);
+  return Began(Print("<field name=\"%s\">\n", "%s: ", name), Part::kField);
 }
 
 StatusCode Serializer::EndField() {
-  return Print("</field>\n", "");
+  return Ended(Print("</field>\n", ""), Part::kField);
 }
 
 StatusCode Serializer::WriteStringField(const char* name, const char* value) {

@@ -4,12 +4,14 @@
 // different.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "framework/status.h"
+#include "runtime/out_of_memory.h"
 
 enum OutputMode : std::uint32_t {
   OUTPUT_NONE = 0,  // outside Open and Close
@@ -27,6 +29,9 @@ enum IntKind : std::uint32_t {
   kHexadecimal32 = 4,  // hexadecimal in text, signed decimal in XML
 };
 
+// A document that is open when the program ends without memory is ended: the fields, structures and lists
+// that are open, then the document itself.
+//
 // Every operation prints straight through the C library and returns kSuccess, or kBadMode, having printed
 // nothing, outside Open and Close. Nothing is escaped: the reading side takes values as they are.
 class Serializer {
@@ -72,8 +77,22 @@ class Serializer {
   StatusCode WriteText(std::string_view text) const;
 
  private:
+  // What can be open inside a document.
+  enum class Part : std::uint8_t { kList, kStructure, kField };
+  static constexpr std::size_t kMostOpen = 16;  // a third is in use
+
   // Prints with the format of the present mode; both take the same arguments.
   StatusCode Print(const char* xml_format, const char* cli_format, ...) const;
 
+  // Count the part in or out when what begins or ends it was printed. Return `status`.
+  StatusCode Began(StatusCode status, Part part);
+  StatusCode Ended(StatusCode status, Part part);
+
+  // The step of an end without memory.
+  static void EndDocument(void* serializer);
+
   OutputMode mode_ = OUTPUT_NONE;
+  std::uint32_t open_count_ = 0;
+  Part open_[kMostOpen];  // from the outermost to the innermost
+  EndStep end_document_;
 };

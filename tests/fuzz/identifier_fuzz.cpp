@@ -66,7 +66,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Build(host, bytes);
   const std::string port = PortIdentifier(host.fc);
   const std::string target = TargetIdentifier(host.fc, host.target);
-  const std::string lun = LunIdentifiers(host.fc, host.target).Of(host.lun);
+  LunIdentifiers luns(host.fc, host.target);
+  const std::string lun(luns.Of(host.lun));
 
   std::string word(data + taken, data + size);
   std::erase(word, '\0');  // a word holds none

@@ -10,6 +10,7 @@
 
 #include "framework/words.h"
 #include "runtime/debug_log.h"
+#include "runtime/out_of_memory.h"
 #include "runtime/text.h"
 #include "runtime/timing_scope.h"
 
@@ -116,7 +117,7 @@ int FileOps::IsFilePresent(const char* path) {
 int FileOps::UpdateKeyValueInFile(const char* path, const char* key, const char* value) {
   const TraceScope trace({kClass, __func__});
   DebugLogLevel(kDebugTrace, "FileOps::%s: %s: %s=%s", __func__, path, key, value);
-  const std::string temporary = std::string(path) + "_tmp";
+  std::string temporary = std::string(path) + "_tmp";
   const std::string line = std::string(key) + "=" + value + "\n";
 
   File source(std::fopen(path, "r"));
@@ -127,7 +128,9 @@ int FileOps::UpdateKeyValueInFile(const char* path, const char* key, const char*
   if (target == nullptr) {
     return Fail(kFailed, __func__, "cannot open", temporary.c_str());
   }
+  EndStep remove_temporary([](void* name) { std::remove(static_cast<const char*>(name)); }, temporary.data());
   const bool copied = CopyWithLine(source.get(), target.get(), key, line);
+  remove_temporary.Drop();  // from here on nothing takes memory
   source.reset();
   if (!Finish(std::move(target)) || !copied) {
     std::remove(temporary.c_str());

@@ -2,18 +2,21 @@
 
 void AppendOctets(std::string& text, std::span<const std::uint8_t> octets, std::string_view separator) {
   constexpr char kDigits[] = "0123456789abcdef";
-  bool first = true;
+  if (octets.empty()) return;
+  const std::size_t begin = text.size();
+  text.resize(begin + octets.size() * (2 + separator.size()) - separator.size());
+  char* to = text.data() + begin;
   for (const std::uint8_t octet : octets) {
-    if (!first) text += separator;
-    first = false;
-    text += kDigits[octet >> 4];
-    text += kDigits[octet & 0x0fu];
+    if (to != text.data() + begin) {
+      for (const char character : separator) *to++ = character;
+    }
+    *to++ = kDigits[octet >> 4];
+    *to++ = kDigits[octet & 0x0fu];
   }
 }
 
 std::string OctetText(std::span<const std::uint8_t> octets, std::string_view separator) {
   std::string text;
-  text.reserve(octets.size() * (2 + separator.size()));
   AppendOctets(text, octets, separator);
   return text;
 }

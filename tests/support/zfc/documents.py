@@ -13,6 +13,9 @@ from lxml import etree
 
 from .runner import ROOT, Result
 
+XML_HEAD = b'<?xml version="1.0"?><output xmlns:esxcli="znfc">\n'
+RULER = b"*" * 52 + b"\n"  # begins and ends a text document
+
 COMMANDS = ROOT / "tests" / "commands"
 EXPECTED = COMMANDS / "expected"
 

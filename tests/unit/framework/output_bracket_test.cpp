@@ -1,11 +1,13 @@
 #include "framework/output_bracket.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <filesystem>
 #include <string>
 
+#include "runtime/out_of_memory.h"
 #include "support/unit_captured_stdout.h"
 #include "support/unit_files.h"
 
@@ -125,6 +127,23 @@ TEST_F(Bracket, StandsInAnother) {
   EXPECT_EQ(stdout, standard_output_);
   // The inner stream is written out first, at its close.
   EXPECT_EQ(ContentOf(kFile), "inner\nouter\nouter again\n");
+}
+
+// The child's standard output goes where its standard error goes, which alone can be checked.
+using BracketDeathTest = Bracket;
+
+TEST_F(BracketDeathTest, ClosesWhenMemoryGivesOut) {
+  EXPECT_EXIT(
+      {
+        dup2(STDERR_FILENO, STDOUT_FILENO);
+        std::printf("ahead, ");
+        const EndStep after([](void*) { std::printf("after, "); }, nullptr);
+        const OutputBracket bracket(kFunction);
+        std::printf("library text");
+        EndWithoutMemory();
+      },
+      testing::ExitedWithCode(0), "^ahead, after, zfcesxcli: out of memory\n$");
+  EXPECT_EQ(ContentOf(kFile), "library text");
 }
 
 TEST_F(Bracket, DoesNotOpenAFolder) {

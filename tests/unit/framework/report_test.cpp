@@ -317,6 +317,27 @@ TEST(IdentifierList, EndsItsDocumentWithItsScope) {
   EXPECT_EQ(xml.out.EndList(), kBadMode);
 }
 
+// What a crash in the middle of a long list loses: the stream's buffer, and nothing on top of it.
+TEST(IdentifierList, KeepsNothingBackButTheStreamsBuffer) {
+  constexpr std::size_t kStreamBuffer = 4096;
+  constexpr std::size_t kItems = 1000;
+  const std::string item = "AdapterList:\nAdapters: Adapter_ZX100_A1\n";
+  TestRun cli({}, OUTPUT_CLI);
+  const CapturedStdout captured;
+  IdentifierList list(cli.run, "AdapterList", "Adapters");
+  for (std::size_t i = 0; i < kItems; ++i) list.Write("Adapter_ZX100_A1");
+  EXPECT_GE(captured.BytesWritten() + kStreamBuffer, std::string(kRuler).size() + kItems * item.size());
+}
+
+TEST(IdentifierList, WritesAShortIdentifierAfterALongOne) {
+  TestRun cli({}, OUTPUT_CLI);
+  const std::string longest(5000, 'x');
+  EXPECT_EQ(PrintedBy([&] {
+              WriteIdentifiers(cli.run, {longest, "y"});
+            }),
+            kRuler + ("AdapterList:\nAdapters: " + longest) + "\nAdapterList:\nAdapters: y\n" + kRuler);
+}
+
 // A field with two structures between the fields of a document.
 void WriteNested(CommandRun& run) {
   const Document document(run, "D", "Success");

@@ -1,6 +1,7 @@
 #include "framework/serializer.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdint>
 #include <functional>
@@ -370,6 +371,75 @@ TEST(Serializer, BreaksLinesAsTheOperationsDo) {
             "AdapterList:\n"
             "Adapters: Adapter_ZX100_AB12345\n"
             "****************************************************\n");
+}
+
+// What a document looks like when memory gives out after `operation`.
+void ExpectEnded(OutputMode mode, const Operation& operation, const std::string& document) {
+  EXPECT_EXIT(
+      {
+        dup2(STDERR_FILENO, STDOUT_FILENO);  // standard error alone can be checked
+        Serializer out;
+        out.Open(mode);
+        operation(out);
+        EndWithoutMemory();
+      },
+      testing::ExitedWithCode(0), testing::Eq(document + "zfcesxcli: out of memory\n"));
+}
+
+StatusCode BeginAReport(Serializer& out) {
+  out.BeginStructure("S");
+  out.WriteStringField("Message", "Success");
+  out.BeginField("F");
+  out.BeginList(kStructureList);
+  out.BeginStructure("Past");
+  out.EndStructure();
+  out.BeginStructure("T");
+  return out.BeginField("Data");
+}
+
+TEST(SerializerDeathTest, EndsWhatIsOpenWhenMemoryGivesOut) {
+  ExpectEnded(OUTPUT_XML, &BeginAReport,
+              kXmlHead +
+                  std::string("<structure typeName=\"S\">\n"
+                              "<field name=\"Message\">\n<string>Success</string></field>\n"
+                              "<field name=\"F\">\n<list type=\"structure\">\n"
+                              "<structure typeName=\"Past\">\n</structure>\n"
+                              "<structure typeName=\"T\">\n<field name=\"Data\">\n"
+                              "</field>\n</structure>\n</list>\n</field>\n</structure>\n") +
+                  kXmlEnd);
+  ExpectEnded(OUTPUT_CLI, &BeginAReport, kRuler + "S:\nMessage: Success\nF: Past:\nT:\nData: " + kRuler);
+}
+
+TEST(SerializerDeathTest, EndsNoDocumentThatIsNotOpen) {
+  const Operation close = [](Serializer& out) { return out.Close(); };
+  ExpectEnded(OUTPUT_XML, close, kXmlHead + std::string(kXmlEnd));
+  ExpectEnded(OUTPUT_CLI, close, kRuler + kRuler);
+  ExpectEnded(OUTPUT_NONE, &BeginAReport, "");
+}
+
+TEST(SerializerDeathTest, EndsTheDocumentThatWasOpenedLast) {
+  ExpectEnded(
+      OUTPUT_XML,
+      [](Serializer& out) {
+        out.BeginStructure("S");
+        out.Open(OUTPUT_XML);
+        return out.BeginField("F");
+      },
+      kXmlHead + std::string("<structure typeName=\"S\">\n") + kXmlHead + "<field name=\"F\">\n</field>\n" +
+          kXmlEnd);
+  ExpectEnded(
+      OUTPUT_XML, [](Serializer& out) { return out.Open(OUTPUT_NONE); }, kXmlHead);
+}
+
+// An end without a beginning prints, as everywhere, and ends nothing else.
+TEST(SerializerDeathTest, EndsWhatStrayEndsLeaveOpen) {
+  ExpectEnded(
+      OUTPUT_XML,
+      [](Serializer& out) {
+        out.BeginList(kStructureList);
+        return out.EndField();
+      },
+      kXmlHead + std::string("<list type=\"structure\">\n</field>\n</list>\n") + kXmlEnd);
 }
 
 }  // namespace
