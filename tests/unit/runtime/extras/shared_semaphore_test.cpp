@@ -9,23 +9,13 @@
 #include <cstdlib>
 #include <string>
 
+#include "support/unit_files.h"
+
 namespace {
 
 // Works in a folder of its own, and swallows what semaphore_create prints unless a test asks for it.
 class SharedSemaphoreTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    char folder[] = "/tmp/zfc_semaphore_XXXXXX";
-    ASSERT_NE(mkdtemp(folder), nullptr);
-    folder_ = folder;
-    path_ = folder_ + "/semaphore";
-  }
-
-  void TearDown() override {
-    unlink(path_.c_str());
-    rmdir(folder_.c_str());
-  }
-
   SharedSemaphore* Create(const std::string& path) {
     ::testing::internal::CaptureStdout();
     SharedSemaphore* semaphore = semaphore_create(path.c_str());
@@ -33,8 +23,8 @@ class SharedSemaphoreTest : public ::testing::Test {
     return semaphore;
   }
 
-  std::string folder_;
-  std::string path_;
+  const ScratchFolder folder_;
+  const std::string path_ = folder_ / "semaphore";
   std::string printed_;
 };
 
@@ -69,7 +59,7 @@ TEST_F(SharedSemaphoreTest, CreateOpensAnExistingOne) {
 }
 
 TEST_F(SharedSemaphoreTest, CreateInAFolderThatIsNotThereReturnsNull) {
-  EXPECT_EQ(Create(folder_ + "/none/semaphore"), nullptr);
+  EXPECT_EQ(Create(folder_ / "none/semaphore"), nullptr);
   EXPECT_EQ(printed_, "semaphore_create In\nsemaphore_create Out\n");
 }
 
@@ -141,7 +131,7 @@ TEST_F(SharedSemaphoreTest, RefusesNull) {
 TEST_F(SharedSemaphoreTest, CloseReturnsFalseForANameThatIsNotThere) {
   SharedSemaphore* semaphore = Create(path_);
   ASSERT_NE(semaphore, nullptr);
-  EXPECT_FALSE(semaphore_close(semaphore, (folder_ + "/other").c_str()));
+  EXPECT_FALSE(semaphore_close(semaphore, (folder_ / "other").c_str()));
   EXPECT_EQ(access(path_.c_str(), F_OK), 0);
 }
 

@@ -8,8 +8,8 @@
 #include <cstdio>
 #include <string>
 
-#include "support/unit_debug_log.h"
 #include "runtime/core_services.h"
+#include "support/unit_debug_log.h"
 
 namespace {
 
@@ -27,12 +27,12 @@ class ApiLogTest : public ::testing::Test {
 TEST_F(ApiLogTest, WriterAppendsTheLineInQuotes) {
   WriteApiLog("first");
   WriteApiLog("100% %s");
-  EXPECT_EQ(ReadWholeFile(kPath), "Debug:\"first\" \nDebug:\"100% %s\" \n");
+  EXPECT_EQ(ContentOf(kPath), "Debug:\"first\" \nDebug:\"100% %s\" \n");
 }
 
 TEST_F(ApiLogTest, DebugPrintWritesTagAndTextToTheApiLog) {
   ZNDM_DebugPrint("tag", "text %d");
-  EXPECT_EQ(ReadWholeFile(kPath), "Debug:\"ZNDM_DebugPrint: tag : text %d\n\" \n");
+  EXPECT_EQ(ContentOf(kPath), "Debug:\"ZNDM_DebugPrint: tag : text %d\n\" \n");
 }
 
 TEST_F(ApiLogTest, DebugPrintGoesToCoreLogMessageToo) {
@@ -44,13 +44,13 @@ TEST_F(ApiLogTest, DebugPrintGoesToCoreLogMessageToo) {
 
 TEST_F(ApiLogTest, DebugPrintTakesAtMost511CharactersOfEach) {
   ZNDM_DebugPrint(std::string(600, 'a').c_str(), std::string(600, 'b').c_str());
-  EXPECT_EQ(ReadWholeFile(kPath),
+  EXPECT_EQ(ContentOf(kPath),
             "Debug:\"ZNDM_DebugPrint: " + std::string(511, 'a') + " : " + std::string(511, 'b') + "\n\" \n");
 }
 
 TEST_F(ApiLogTest, DebugPrintTakesNullAsEmpty) {
   ZNDM_DebugPrint(nullptr, nullptr);
-  EXPECT_EQ(ReadWholeFile(kPath), "Debug:\"ZNDM_DebugPrint:  : \n\" \n");
+  EXPECT_EQ(ContentOf(kPath), "Debug:\"ZNDM_DebugPrint:  : \n\" \n");
 }
 
 TEST_F(ApiLogTest, FailedOpenIsReportedWithTheWorkingDirectory) {
