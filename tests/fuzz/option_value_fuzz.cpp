@@ -1,8 +1,10 @@
-// The options of `setFile`: the first bytes choose the node and make the adapter, the others are the words,
-// with a line end between two. Whatever passes the checks must come back from the file without a failure.
+// The options of `setFile`. An input is commands, each ended by a zero byte: its first bytes choose the node
+// and make the adapter, the others are the words, with a line end between two. Whatever passes the checks
+// must come back from the file without a failure.
 #include <algorithm>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "config_host.h"
 
@@ -21,13 +23,13 @@ struct Header {
   std::uint8_t speeds;
 };
 
-Words WordsOf(const std::uint8_t* data, std::size_t size) {
+Words WordsOf(std::string_view text) {
   Words words = {kPort, ""};
-  for (std::size_t i = 0; i < size; ++i) {
-    if (data[i] == '\n') {
+  for (const char c : text) {
+    if (c == '\n') {
       words.emplace_back();
-    } else if (data[i] != '\0') {  // a word holds none
-      words.back() += static_cast<char>(data[i]);
+    } else {
+      words.back() += c;
     }
   }
   return words;
@@ -65,18 +67,13 @@ void Check(const Words& words) {
   Require(settings.ReadFile(test.run, file) == kSuccess);
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  Header header = {};
-  if (size < sizeof header) return 0;
-  std::memcpy(&header, data, sizeof header);
+void RunCommand(const Header& header, std::string_view text) {
   PciIdentity& pci = g_host.fc.pci;
   pci.device_id = kDevices[header.device % std::size(kDevices)];
   pci.subsystem_device_id = kSubsystems[header.subsystem % std::size(kSubsystems)];
   pci.subsystem_vendor_id = (header.partner & 1) != 0 ? 0x1D4A : 0x1C9E;
   g_host.fc.supported_speeds = header.speeds;
-  const Words words = WordsOf(data + sizeof header, size - sizeof header);
+  const Words words = WordsOf(text);
   switch (header.node % 4) {
     case 0:
       Check<HbaParams>(words);
@@ -91,6 +88,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     default:
       Check<BootConfigExt>(words);
       break;
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Header header = {};
+  std::string_view rest(reinterpret_cast<const char*>(data), size);
+  while (rest.size() >= sizeof header) {
+    std::memcpy(&header, rest.data(), sizeof header);
+    rest.remove_prefix(sizeof header);
+    const std::size_t end = std::min(rest.find('\0'), rest.size());
+    RunCommand(header, rest.substr(0, end));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
   }
   return 0;
 }

@@ -12,18 +12,7 @@
 #include <vector>
 
 #include "runtime/debug_log.h"
-
-// Reads the whole of a file; "" when there is none.
-inline std::string ReadWholeFile(const std::string& path) {
-  std::string content;
-  std::FILE* file = std::fopen(path.c_str(), "r");
-  if (file == nullptr) return content;
-  char buffer[4096];
-  for (std::size_t count = 0; (count = std::fread(buffer, 1, sizeof buffer, file)) > 0;)
-    content.append(buffer, count);
-  std::fclose(file);
-  return content;
-}
+#include "support/unit_files.h"
 
 // Returns where the debug log of a program lies that was started as `started_as`.
 inline std::string DebugLogPath(const std::string& started_as) {
@@ -67,7 +56,7 @@ class DebugLogTest : public ::testing::Test {
     InitDebugLog();
   }
 
-  std::string Content() const { return ReadWholeFile(path_); }
+  std::string Content() const { return ContentOf(path_); }
 
   // The lines so far without their times, line ends left out.
   std::vector<std::string> Lines() const {
@@ -122,7 +111,7 @@ std::vector<std::string> LoggedAt(std::int32_t level, Action&& action) {
   const std::string head =
       std::string("CIM Provider ") + DebugLevelTag(level) + " " + std::to_string(getpid()) + ": ";
   std::vector<std::string> messages;
-  std::string content = ReadWholeFile(path);
+  std::string content = ContentOf(path);
   unlink(path.c_str());
   for (std::size_t end = 0; (end = content.find("\r\n")) != std::string::npos; content.erase(0, end + 2)) {
     const std::string line = WithoutTime(content.substr(0, end));

@@ -406,8 +406,7 @@ def test_failures_in_the_log(zfc, words, options, failures):
 
 def test_steps_in_the_log(zfc):
     """Entry and exit of each function, and the message of a failure."""
-    steps = [message for level, message in zfc(f"{GET} help", debug=1).log if level == 1]
-    assert steps == [
+    assert zfc(f"{GET} help", debug=1).steps == [
         f"{CLASS}::CmdGet: Entered",
         f"{CLASS}::CmdGetCommon: Entered",
         f"{LOOK_UP}: Entered",

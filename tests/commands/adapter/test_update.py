@@ -283,5 +283,5 @@ def test_failures_in_the_log(zfc, words, options, failures):
 
 def test_success_in_the_log(zfc):
     zfc.file("image")
-    log = zfc(f"-t adapter update {IDENTIFIER} image MBI", debug=1).log
-    assert (1, f"{COMMON}: Update operation successful") in log
+    result = zfc(f"-t adapter update {IDENTIFIER} image MBI", debug=1)
+    assert f"{COMMON}: Update operation successful" in result.steps

@@ -8,7 +8,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST, Adapter, Host, Port
 from zfc.port import entry
-from zfc.steps import around, steps_of
+from zfc.steps import around
 from zfc.target import IDENTIFIER as TARGET
 from zfc.target import lun, luns, one_target, target
 
@@ -166,7 +166,7 @@ def test_failures_in_the_debug_log(zfc, identifier, lines, code):
 
 def test_steps_in_the_debug_log(zfc):
     result = zfc(f"{GET} {LUN}", host=with_lun(), debug=65535)
-    assert steps_of(result, CLASS, "FCLunCmdsProcessor") == around(
+    assert result.steps_of(CLASS, "FCLunCmdsProcessor") == around(
         f"{CLASS}::CmdGet",
         *around(
             f"{CLASS}::CmdGetCommon",

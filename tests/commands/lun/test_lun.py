@@ -6,7 +6,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST, Adapter, Host, Port
 from zfc.port import entry
-from zfc.steps import around, steps_of
+from zfc.steps import around
 from zfc.target import IDENTIFIER as TARGET
 from zfc.target import luns, one_target, target
 
@@ -104,7 +104,7 @@ def test_code(zfc, host, words, code):
 def test_debug_log_of_the_list(zfc, host, failures):
     name = "FCLunCmdsProcessor"
     result = zfc("-t lun listcli", host=host, debug=65535)
-    assert steps_of(result, name) == around(f"{name}::CmdListCli", *around(f"{name}::CmdListCommon"))
+    assert result.steps_of(name) == around(f"{name}::CmdListCli", *around(f"{name}::CmdListCommon"))
     assert result.failures == failures
 
 

@@ -19,7 +19,6 @@ from zfc.config import (
     logged,
     one_port,
     run_both,
-    steps,
 )
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_LIST, every_device
 
@@ -288,16 +287,16 @@ def test_failure_lines(zfc, words, options, failures):
 
 def test_steps_of_a_staged_change(zfc):
     result = logged(zfc, ["bbcr", "setFile", IDENTIFIER, "-c", "3"])
-    assert steps(result, f"{CLASS}CmdSetFileCommon") == ["Entered", "BBCR_Status=1", "BBCR_Count=5", "Exiting"]
-    assert steps(result, f"{CLASS}CreateBBCRFile") == ["Entered", "Exiting"]
-    assert steps(result, f"{CLASS}UpdateBBCRInFile") == ["Entered", "Exiting"]
-    assert steps(result, f"{CLASS}ReadBBCRFromFile") == ["Entered", "BBCR_Status=1", "BBCR_Count=3", "Exiting"]
-    assert steps(result, f"{CLASS}DisplayBBCRInfo") == ["Entered", "Message=Success", "Exiting"]
+    assert result.steps_in(f"{CLASS}CmdSetFileCommon: ") == ["Entered", "BBCR_Status=1", "BBCR_Count=5", "Exiting"]
+    assert result.steps_in(f"{CLASS}CreateBBCRFile: ") == ["Entered", "Exiting"]
+    assert result.steps_in(f"{CLASS}UpdateBBCRInFile: ") == ["Entered", "Exiting"]
+    assert result.steps_in(f"{CLASS}ReadBBCRFromFile: ") == ["Entered", "BBCR_Status=1", "BBCR_Count=3", "Exiting"]
+    assert result.steps_in(f"{CLASS}DisplayBBCRInfo: ") == ["Entered", "Message=Success", "Exiting"]
     assert result.failures == []
 
 
 def test_a_refused_option_is_a_step(zfc):
     result = logged(zfc, ["bbcr", "setFile", IDENTIFIER, "-c", "16"])
-    assert steps(result, f"{CLASS}UpdateBBCRInFile") == ["Entered", "--bbcr-configured=16: out of range", "Exiting"]
-    assert steps(result, f"{CLASS}DisplayError") == ["Entered", f"Message={INVALID}", "Exiting"]
+    assert result.steps_in(f"{CLASS}UpdateBBCRInFile: ") == ["Entered", "--bbcr-configured=16: out of range", "Exiting"]
+    assert result.steps_in(f"{CLASS}DisplayError: ") == ["Entered", f"Message={INVALID}", "Exiting"]
     assert result.failures == []

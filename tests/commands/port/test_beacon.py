@@ -17,7 +17,6 @@ from zfc.config import (
     logged,
     one_port,
     run_both,
-    steps,
     turns,
 )
 from zfc.host import ASTER, BIRCH, DAHLIA, ELM_ONLY, HAZEL, IRIS, NO_LIST, every_device
@@ -213,13 +212,13 @@ def test_failure_lines_of_set(zfc, words, results, failures):
 
 
 def test_documents_have_their_functions(zfc):
-    assert steps(logged(zfc, ["beacon", "get", IDENTIFIER]), f"{CLASS}DisplayBeaconInfo") == [
+    assert logged(zfc, ["beacon", "get", IDENTIFIER]).steps_in(f"{CLASS}DisplayBeaconInfo: ") == [
         "Entered",
         "Message=Success",
         "Exiting",
     ]
     zfc.var_tmp.joinpath("zfcesxcli.log").unlink()
-    assert steps(logged(zfc, ["beacon", "set", IDENTIFIER]), f"{CLASS}DisplayError") == [
+    assert logged(zfc, ["beacon", "set", IDENTIFIER]).steps_in(f"{CLASS}DisplayError: ") == [
         "Entered",
         f"Message={INVALID}",
         "Exiting",

@@ -52,7 +52,6 @@ from zfc.config import (
     logged,
     one_port,
     run_both,
-    steps,
     target,
     with_boot,
 )
@@ -482,11 +481,11 @@ def test_the_record_has_its_own_names_in_the_log(zfc):
     for drive in range(1, 8):
         read += [f"Alt{drive}BootPortName=50:06:01:60:3b:20:41:0{drive}", f"Alt{drive}BootLunNumber={10 + drive}"]
     result = logged(zfc, ["bootconfig", "setFile", IDENTIFIER])
-    assert steps(result, f"{CLASS}CmdSetFileCommon") == ["Entered", "uUserMode=1", *read, "Exiting"]
-    assert steps(result, f"{CLASS}CreateBootConfigFile") == ["Entered", "Exiting"]
-    assert steps(result, f"{CLASS}UpdateBootConfigInFile") == ["Entered", "Exiting"]
-    assert steps(result, f"{CLASS}ReadBootConfigFromFile") == ["Entered", "uUserMode=1", *read, "Exiting"]
-    assert steps(result, f"{CLASS}DisplayBootConfigInfo") == ["Entered", "Message=Success", "Exiting"]
+    assert result.steps_in(f"{CLASS}CmdSetFileCommon: ") == ["Entered", "uUserMode=1", *read, "Exiting"]
+    assert result.steps_in(f"{CLASS}CreateBootConfigFile: ") == ["Entered", "Exiting"]
+    assert result.steps_in(f"{CLASS}UpdateBootConfigInFile: ") == ["Entered", "Exiting"]
+    assert result.steps_in(f"{CLASS}ReadBootConfigFromFile: ") == ["Entered", "uUserMode=1", *read, "Exiting"]
+    assert result.steps_in(f"{CLASS}DisplayBootConfigInfo: ") == ["Entered", "Message=Success", "Exiting"]
 
 
 @pytest.mark.parametrize(
@@ -504,10 +503,10 @@ def test_the_record_has_its_own_names_in_the_log(zfc):
 )
 def test_a_refused_option_is_a_step(zfc, options, fields, line):
     result = logged(zfc, ["bootconfig", "setFile", IDENTIFIER, *options], host=port(**fields))
-    assert steps(result, f"{CLASS}UpdateBootConfigInFile") == ["Entered", line, "Exiting"]
+    assert result.steps_in(f"{CLASS}UpdateBootConfigInFile: ") == ["Entered", line, "Exiting"]
     assert result.failures == []
 
 
 def test_a_refused_mode_is_a_step(zfc):
     result = logged(zfc, ["bootconfig", "get", IDENTIFIER, "-b", "NVME"])
-    assert steps(result, f"{CLASS}CmdGetCommon") == ["Entered", "--boot-mode=NVME: no boot mode", "Exiting"]
+    assert result.steps_in(f"{CLASS}CmdGetCommon: ") == ["Entered", "--boot-mode=NVME: no boot mode", "Exiting"]

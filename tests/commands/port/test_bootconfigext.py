@@ -51,7 +51,6 @@ from zfc.config import (
     nvme,
     one_port,
     run_both,
-    steps,
     target,
     turns,
     with_boot,
@@ -626,8 +625,8 @@ def test_the_record_and_the_mode_have_their_own_names_in_the_log(zfc, word, mode
     for drive in range(1, 8):
         read += [f"Alt{drive}BootPortName=50:06:01:60:3b:20:41:0{drive}", f"Alt{drive}BootLunNumber={10 + drive}"]
     result = logged(zfc, ["bootconfigext", "get", IDENTIFIER, "-b", word])
-    assert steps(result, f"{CLASS}CmdGetCommon") == ["Entered", f"uUserMode={mode}", *read, "Exiting"]
-    assert steps(result, f"{CLASS}DisplayBootConfigInfo") == ["Entered", "Message=Success", "Exiting"]
+    assert result.steps_in(f"{CLASS}CmdGetCommon: ") == ["Entered", f"uUserMode={mode}", *read, "Exiting"]
+    assert result.steps_in(f"{CLASS}DisplayBootConfigInfo: ") == ["Entered", "Message=Success", "Exiting"]
 
 
 @pytest.mark.parametrize(
@@ -644,5 +643,5 @@ def test_the_record_and_the_mode_have_their_own_names_in_the_log(zfc, word, mode
 )
 def test_a_refused_option_is_a_step(zfc, options, line):
     result = logged(zfc, ["bootconfigext", "setFile", IDENTIFIER, *options], host=port())
-    assert steps(result, f"{CLASS}UpdateBootConfigInFile") == ["Entered", line, "Exiting"]
+    assert result.steps_in(f"{CLASS}UpdateBootConfigInFile: ") == ["Entered", line, "Exiting"]
     assert result.failures == []

@@ -15,7 +15,6 @@ from zfc.diag import (
     port_failures,
     script,
     step,
-    steps,
 )
 from zfc.documents import check_both
 from zfc.host import NO_LIST, every_device
@@ -320,7 +319,7 @@ class TestDebugLog:
     def test_steps(self, zfc, form, function, result, message):
         env = script(DiagnosticsCTCommand=[step(result)])
         made = zfc([*f"{RUN}{form}".split(), *WORDS], host=one_port(), env=env, debug=65535)
-        assert steps(made) == [
+        assert made.steps == [
             f"{self.CLASS}::{function}: Entered",
             f"{self.FUNCTION}: Entered",
             f"{LOOKUP}: Entered",

@@ -16,7 +16,6 @@ from zfc.diag import (
     port_failures,
     script,
     step,
-    steps,
 )
 from zfc.documents import check_both
 from zfc.host import DAHLIA, ELM_ONLY, HAZEL, IRIS, NO_LIST, every_device
@@ -632,7 +631,7 @@ class TestDebugLog:
     def test_steps(self, zfc, form, end, command, env, display, message):
         made = zfc(f"{NODE} {command}{form} {IDENTIFIER} true", host=one_port(), env=env, debug=1, reboot=0)
         function = f"{self.CLASS}::Cmd{command.capitalize()}"
-        assert steps(made) == [
+        assert made.steps == [
             f"{function}{end}: Entered",
             f"{function}Common: Entered",
             f"{LOOKUP}: Entered",
@@ -648,7 +647,7 @@ class TestDebugLog:
         record = dport_record(start="first\n", stop="last\n", hba=(0x7, 3), mailbox=(0x4002, 4), length=25, latency=99)
         made = zfc(f"{NODE} run {IDENTIFIER}", host=one_port(), env=run_v2(step(0, record)), debug=1)
         display = f"{self.CLASS}::DisplayDPortDiagResult"
-        lines = steps(made)
+        lines = made.steps
         assert lines[lines.index(f"{display}: Entered") : lines.index(f"{display}: Exiting") + 1] == [
             f"{display}: Entered",
             "Start Time: first\n",

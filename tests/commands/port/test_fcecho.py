@@ -18,7 +18,6 @@ from zfc.diag import (
     port_failures,
     script,
     step,
-    steps,
 )
 from zfc.documents import check_both
 from zfc.host import NO_LIST
@@ -332,7 +331,7 @@ class TestDebugLog:
     @pytest.mark.parametrize("answer, message", [(GOOD, "Success"), (FAILED, TEST_FAILED), (step(150), MAINTENANCE)])
     def test_steps(self, zfc, form, function, answer, message):
         made = zfc([*f"{RUN}{form}".split(), *words()], host=one_port(), env=echoes(answer), debug=65535)
-        assert steps(made) == [
+        assert made.steps == [
             f"{self.CLASS}::{function}: Entered",
             f"{self.FUNCTION}: Entered",
             f"{LOOKUP}: Entered",

@@ -18,7 +18,6 @@ from zfc.config import (
     one_port,
     run_both,
     statistics,
-    steps,
 )
 from zfc.host import DAHLIA, ELM_ONLY, HAZEL, IRIS, NO_LIST, every_device
 
@@ -337,5 +336,5 @@ def test_failure_lines_of_the_options(zfc, words, mezz, results, failures):
 
 def test_steps_of_a_report(zfc):
     result = logged(zfc, ["fec", "get", IDENTIFIER], env=fec_environment(0))
-    assert steps(result, f"{CLASS}CmdGetCommon") == ["Entered", "Exiting"]
-    assert steps(result, f"{CLASS}DisplayFECInfo") == ["Entered", "Message=Success", "Exiting"]
+    assert result.steps_in(f"{CLASS}CmdGetCommon: ") == ["Entered", "Exiting"]
+    assert result.steps_in(f"{CLASS}DisplayFECInfo: ") == ["Entered", "Message=Success", "Exiting"]

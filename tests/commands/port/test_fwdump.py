@@ -191,8 +191,8 @@ def test_failure_lines(zfc, words, options, lines):
     [("dump", "DisplayFwDumpInfo: Message=Success"), ("no/dump", "DisplayError: Message=Failed, File not found")],
 )
 def test_function_that_writes_the_document(zfc, word, step):
-    log = zfc(f"{GET} {IDENTIFIER} {word}", host=one_port(), debug=65535).log
-    assert [line for level, line in log if level == 1 and "Message=" in line] == [f"{CLASS}{step}"]
+    result = zfc(f"{GET} {IDENTIFIER} {word}", host=one_port(), debug=65535)
+    assert [line for line in result.steps if "Message=" in line] == [f"{CLASS}{step}"]
 
 
 @pytest.mark.parametrize("words", ["help", "HELP", "help ?", "help more"])

@@ -27,7 +27,6 @@ from zfc.config import (
     one_port,
     params,
     run_both,
-    steps,
     turns,
     with_params,
 )
@@ -665,12 +664,12 @@ def test_the_record_has_its_own_names_in_the_log(zfc):
         "EnableVirtualLane=0",
     ]
     result = logged(zfc, ["hbaparams", "setFile", IDENTIFIER, "-u", "3"])
-    assert steps(result, f"{CLASS}CmdSetFileCommon") == ["Entered", *read, "Exiting"]
-    assert steps(result, f"{CLASS}CreateHBAParamsFile") == ["Entered", "Exiting"]
-    assert steps(result, f"{CLASS}UpdateHBAParamsInFile") == ["Entered", "Exiting"]
+    assert result.steps_in(f"{CLASS}CmdSetFileCommon: ") == ["Entered", *read, "Exiting"]
+    assert result.steps_in(f"{CLASS}CreateHBAParamsFile: ") == ["Entered", "Exiting"]
+    assert result.steps_in(f"{CLASS}UpdateHBAParamsInFile: ") == ["Entered", "Exiting"]
     staged = ["LoginRetryCount=3" if line == "LoginRetryCount=8" else line for line in read]
-    assert steps(result, f"{CLASS}ReadHBAParamsFromFile") == ["Entered", *staged, "Exiting"]
-    assert steps(result, f"{CLASS}DisplayHBAParamsInfo") == ["Entered", "Message=Success", "Exiting"]
+    assert result.steps_in(f"{CLASS}ReadHBAParamsFromFile: ") == ["Entered", *staged, "Exiting"]
+    assert result.steps_in(f"{CLASS}DisplayHBAParamsInfo: ") == ["Entered", "Message=Success", "Exiting"]
 
 
 @pytest.mark.parametrize(
@@ -683,7 +682,7 @@ def test_the_record_has_its_own_names_in_the_log(zfc):
 )
 def test_each_failure_document_has_its_function(zfc, words, function, message):
     result = logged(zfc, ["hbaparams", *words])
-    assert steps(result, f"{CLASS}{function}") == ["Entered", f"Message={message}", "Exiting"]
+    assert result.steps_in(f"{CLASS}{function}: ") == ["Entered", f"Message={message}", "Exiting"]
 
 
 @pytest.mark.parametrize(
@@ -699,5 +698,5 @@ def test_each_failure_document_has_its_function(zfc, words, function, message):
 )
 def test_a_refused_option_is_a_step(zfc, options, fields, line):
     result = logged(zfc, ["hbaparams", "setFile", IDENTIFIER, *options], host=one_port(**fields))
-    assert steps(result, f"{CLASS}UpdateHBAParamsInFile") == ["Entered", line, "Exiting"]
+    assert result.steps_in(f"{CLASS}UpdateHBAParamsInFile: ") == ["Entered", line, "Exiting"]
     assert result.failures == []

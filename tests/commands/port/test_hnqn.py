@@ -14,7 +14,6 @@ from zfc.diag import (
     port_failures,
     script,
     step,
-    steps,
 )
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_LIST, every_device
@@ -244,7 +243,7 @@ class TestDebugLog:
     def test_steps(self, zfc, command, functions, library_step, form, end, result, display, message):
         env = script(**{CALL_NAMES[command]: [step(result)]})
         made = zfc(f"{NODE} {command}{form} {IDENTIFIER}", host=one_port(), env=env, debug=1)
-        assert steps(made) == [
+        assert made.steps == [
             f"{self.CLASS}::{functions}{end}: Entered",
             f"{self.CLASS}::{functions}Common: Entered",
             f"{LOOKUP}: Entered",

@@ -576,7 +576,7 @@ def test_failure_lines(zfc, form, words, options, lines):
 )
 def test_functions_in_the_debug_log(zfc, word, display, message):
     result = zfc(f"{GET} {word}", host=one_port(), debug=65535)
-    assert [line.removeprefix(CLASS) for level, line in result.log if level == 1 and line.startswith(CLASS)] == [
+    assert result.steps_in(CLASS) == [
         "CmdGet: Entered",
         "CmdGetCommon: Entered",
         f"{display}: Entered",
@@ -598,8 +598,8 @@ def test_report_without_memory(zfc):
 
 def test_lines_of_the_report_are_in_the_debug_log(zfc):
     result = zfc(f"{GET} {IDENTIFIER}", host=one_port(model="ZX9"), debug=65535)
-    assert (1, "Model: ZX9\n") in result.log
-    assert (1, "      Port Type: Node Port\n") in result.log
+    assert "Model: ZX9\n" in result.steps
+    assert "      Port Type: Node Port\n" in result.steps
 
 
 class TestEdgeCases:

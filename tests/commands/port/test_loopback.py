@@ -16,7 +16,6 @@ from zfc.diag import (
     request,
     script,
     step,
-    steps,
 )
 from zfc.documents import check_both
 from zfc.host import ASTER, BIRCH, FERN, NO_LIST, every_device
@@ -513,7 +512,7 @@ class TestDebugLog:
     def test_steps(self, zfc, form, function, arguments, display, message):
         made = zfc([*f"{RUN}{form}".split(), *arguments], host=one_port(), env=passes(GOOD), debug=1)
         usage = [f"{self.CLASS}::Usage: Entered", f"{self.CLASS}::Usage: Exiting"]
-        assert steps(made) == [
+        assert made.steps == [
             f"{self.CLASS}::{function}: Entered",
             f"{self.FUNCTION}: Entered",
             f"{LOOKUP}: Entered",

@@ -321,7 +321,7 @@ def test_failure_lines_of_updatenvram(zfc, form, words, options, lines):
 def test_steps_in_the_debug_log(zfc):
     result = zfc(["-t", "port", "updatenvramcli", IDENTIFIER, "nvram"], host=one_port(), debug=65535)
     own = "PhysicalPortCmdsProcessor::"
-    assert [line.removeprefix(own) for level, line in result.log if level == 1 and line.startswith(own)] == [
+    assert result.steps_in(own) == [
         "CmdUpdateNvramCli: Entered",
         "CmdUpdateNvramCommon: Entered",
         "GetPhyPortFromPortString: Entered",

@@ -672,7 +672,7 @@ def test_report_without_memory(zfc):
 def steps(zfc, response):
     """What the log says from the document's head on, without the lines of the report."""
     result = zfc(f"{GET} {IDENTIFIER}", host=one_port(), buffers={"rdp": response}, debug=65535)
-    lines = [line.removeprefix(CLASS) for level, line in result.log if level == 1 and line.startswith(CLASS)]
+    lines = result.steps_in(CLASS)
     return lines[lines.index("DisplayRDPInfo: Entered") : lines.index("DisplayRDPInfo: Exiting")]
 
 

@@ -16,7 +16,6 @@ from zfc.diag import (
     rw_node,
     script,
     step,
-    steps,
 )
 from zfc.documents import check_both
 from zfc.host import NO_LIST, every_device
@@ -369,7 +368,7 @@ class TestDebugLog:
     )
     def test_steps(self, zfc, form, function, answer, display, message):
         made = zfc([*f"{RUN}{form}".split(), *words()], host=one_port(), env=passes(answer), debug=1)
-        assert steps(made) == [
+        assert made.steps == [
             f"{self.CLASS}::{function}: Entered",
             f"{self.FUNCTION}: Entered",
             f"{LOOKUP}: Entered",

@@ -23,7 +23,7 @@ from zfc.congestion import (
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, every_device
 from zfc.port import IDENTIFIER
-from zfc.steps import around, steps_of
+from zfc.steps import around
 
 GET = "-t port -s scmchk get"
 USAGE = "Usage: get [port identifier]\r\n"
@@ -211,7 +211,7 @@ def test_bad_identifier_in_the_debug_log(zfc):
 def test_steps_in_the_debug_log(zfc):
     result = zfc(f"{GET} {IDENTIFIER}", host=one_port(), debug=65535)
     display = f"{CLASS}::DisplayPortSCMChk"
-    assert steps_of(result, CLASS) == around(
+    assert result.steps_of(CLASS) == around(
         f"{CLASS}::CmdGet", *around(f"{CLASS}::CmdGetCommon", *around(display, f"{display}: Message=Success"))
     )
     assert result.failures == []

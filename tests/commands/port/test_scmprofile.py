@@ -18,7 +18,7 @@ from zfc.congestion import (
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, every_device
 from zfc.port import IDENTIFIER
-from zfc.steps import around, steps_of
+from zfc.steps import around
 
 GET = "-t port -s scmprofile get"
 SET = "-t port -s scmprofile set"
@@ -318,7 +318,7 @@ def test_failures_of_a_change_in_the_debug_log(zfc, words, options, lines):
 )
 def test_steps_in_the_debug_log(zfc, results, display, message):
     result = zfc(f"{SET}cli {IDENTIFIER}", host=one_port(), results=results, debug=65535)
-    assert steps_of(result, CLASS) == around(
+    assert result.steps_of(CLASS) == around(
         f"{CLASS}::CmdSetCli",
         *around(f"{CLASS}::CmdSetCommon", *around(f"{CLASS}::{display}", f"{CLASS}::{display}: Message={message}")),
     )

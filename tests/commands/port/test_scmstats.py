@@ -37,7 +37,7 @@ from zfc.congestion import (
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, every_device
 from zfc.port import IDENTIFIER
-from zfc.steps import around, steps_of
+from zfc.steps import around
 
 GET = "-t port -s scmstats get"
 CLEAR = "-t port -s scmstats clear"
@@ -466,7 +466,7 @@ def test_steps_in_the_debug_log(zfc, words, capabilities, command, display):
     env = statistics_list(zfc, element())
     result = zfc(f"{words} {IDENTIFIER}", host=one_port(capabilities=capabilities), env=env, debug=65535)
     form, common = command
-    assert steps_of(result, CLASS) == around(
+    assert result.steps_of(CLASS) == around(
         f"{CLASS}::{form}",
         *around(f"{CLASS}::{common}", *around(f"{CLASS}::{display}", f"{CLASS}::{display}: Message=Success")),
     )

@@ -178,8 +178,8 @@ def test_report_without_memory(zfc, mode, display):
     ],
 )
 def test_function_that_writes_the_document(zfc, words, steps):
-    log = zfc(f"-t port -s stats {words}", host=one_port(), debug=65535).log
-    assert [line.removeprefix(CLASS) for level, line in log if level == 1 and "Message=" in line] == steps
+    result = zfc(f"-t port -s stats {words}", host=one_port(), debug=65535)
+    assert [line for line in result.steps_in(CLASS) if "Message=" in line] == steps
 
 
 class TestEdgeCases:

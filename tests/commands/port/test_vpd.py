@@ -267,7 +267,7 @@ def test_steps_in_the_debug_log(zfc):
     """A line for each field of the image, and the functions that read it."""
     image = vpd_string(b"Board") + vpd_resource(0x90, vpd_item(b"PN", b"A 1"), vpd_item(b"RV", b"\x5a\xff")) + VPD_END
     result = zfc(f"{GET} {IDENTIFIER}", host=one_port(), buffers={"vpd": image}, sizes={"vpd": len(image)}, debug=65535)
-    lines = [line for level, line in result.log if level == 1]
+    lines = result.steps
     first = lines.index(f"{CLASS}DisplayVPDInfo: Entered")
 
     def field(line):

@@ -8,7 +8,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, Adapter, Host, Port, every_device
 from zfc.port import entry
-from zfc.steps import around, steps_of
+from zfc.steps import around
 from zfc.target import (
     IDENTIFIER,
     current_record,
@@ -202,7 +202,7 @@ class TestCurrentRecord:
         result = zfc(f"{GET} {IDENTIFIER}", host=one_target(found, **CURRENT), debug=65535)
         display = f"{CLASS}::DisplayTargetInfo"
         lines = [f"{display}: Got Remote Port Info"] if fits else []
-        assert steps_of(result, CLASS, "FCTargetCmdsProcessor") == around(
+        assert result.steps_of(CLASS, "FCTargetCmdsProcessor") == around(
             f"{CLASS}::CmdGet",
             *around(
                 f"{CLASS}::CmdGetCommon",

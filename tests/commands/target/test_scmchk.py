@@ -22,7 +22,7 @@ from zfc.congestion import (
 )
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, every_device
-from zfc.steps import around, steps_of
+from zfc.steps import around
 from zfc.target import IDENTIFIER
 
 GET = "-t target -v scmchk get"
@@ -177,7 +177,7 @@ def test_failures_in_the_debug_log(zfc, identifier, host, options, lines):
 def test_steps_in_the_debug_log(zfc):
     result = zfc(f"{GET}cli {IDENTIFIER}", host=one_target(), debug=65535)
     display = f"{CLASS}::DisplayTargetSCMChk"
-    assert steps_of(result, CLASS) == around(
+    assert result.steps_of(CLASS) == around(
         f"{CLASS}::CmdGetCli", *around(f"{CLASS}::CmdGetCommon", *around(display, f"{display}: Message=Success"))
     )
     assert result.failures == []

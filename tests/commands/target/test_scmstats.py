@@ -37,7 +37,7 @@ from zfc.congestion import (
 )
 from zfc.documents import check_both
 from zfc.host import DAHLIA, HAZEL, IRIS, NO_ADAPTERS, NO_LIST, NOISE, every_device
-from zfc.steps import around, steps_of
+from zfc.steps import around
 from zfc.target import IDENTIFIER
 
 GET = "-t target -v scmstats get"
@@ -408,7 +408,7 @@ def test_list_without_the_target_in_the_debug_log(zfc, elements, line):
 def test_steps_in_the_debug_log(zfc, capabilities, display):
     env = statistics_list(zfc, PORT_ELEMENT, FOUND)
     result = zfc(f"{GET} {IDENTIFIER}", host=one_target(capabilities=capabilities), env=env, debug=65535)
-    assert steps_of(result, CLASS) == around(
+    assert result.steps_of(CLASS) == around(
         f"{CLASS}::CmdGet",
         *around(
             f"{CLASS}::CmdGetCommon", *around(f"{CLASS}::{display}", f"{CLASS}::{display}: Message=Success")

@@ -5,7 +5,7 @@ import pytest
 from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST, every_device
-from zfc.steps import around, steps_of
+from zfc.steps import around
 from zfc.target import IDENTIFIER, one_target, statistics
 
 GET = "-t target -v stats get"
@@ -108,7 +108,7 @@ def test_failures_in_the_debug_log(zfc, words, options, lines):
 def test_steps_in_the_debug_log(zfc):
     result = zfc(f"{GET}cli {IDENTIFIER}", host=one_target(), debug=65535)
     name = "FCTargetStatsCmdsProcessor"
-    assert steps_of(result, name, "FCTargetCmdsProcessor") == around(
+    assert result.steps_of(name, "FCTargetCmdsProcessor") == around(
         f"{name}::CmdGetCli",
         *around(
             f"{name}::CmdGetCommon",

@@ -6,7 +6,7 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST, Adapter, Host, Port, Target
 from zfc.port import entry
-from zfc.steps import around, steps_of
+from zfc.steps import around
 from zfc.target import IDENTIFIER, one_target
 
 LIST = "-t target list"
@@ -147,7 +147,7 @@ def test_switch_pairs_are_found_anywhere_and_in_any_case(zfc, words):
 def test_debug_log_of_the_list(zfc, words, host, failures):
     name = "FCTargetCmdsProcessor"
     result = zfc(f"-t target {words}", host=host, debug=65535)
-    assert steps_of(result, name) == around(f"{name}::CmdList", *around(f"{name}::CmdListCommon"))
+    assert result.steps_of(name) == around(f"{name}::CmdList", *around(f"{name}::CmdListCommon"))
     assert result.failures == failures
 
 

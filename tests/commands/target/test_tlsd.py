@@ -5,7 +5,7 @@ import pytest
 from zfc import documents
 from zfc.documents import check_both
 from zfc.host import CEDAR, NO_ADAPTERS, NO_LIST, every_device
-from zfc.steps import around, steps_of
+from zfc.steps import around
 from zfc.target import IDENTIFIER, one_target, target
 
 GET = "-t target -v tlsd get"
@@ -114,7 +114,7 @@ class TestGet:
     def test_debug_log_shows_a_speed_above_the_maximum(self, zfc, mask, lines):
         host = one_target(supported=mask)
         result = zfc(f"{GET} {IDENTIFIER}", host=host, env={"HOSTILE_LINK_SPEED": "100"}, debug=65535)
-        assert steps_of(result, CLASS) == around(
+        assert result.steps_of(CLASS) == around(
             f"{CLASS}::CmdGet",
             *around(
                 f"{CLASS}::CmdGetCommon",

@@ -311,12 +311,5 @@ def logged(zfc, words, *, staged=None, **options):
     return zfc(["-t", "port", "-s", node, f"{command}cli", *arguments], debug=65535, **options)
 
 
-def steps(result, function):
-    """The lines of one function at the trace level, between its entry and its exit; those of the functions that it calls
-    have other names."""
-    head = f"{function}: "
-    return [message.removeprefix(head) for level, message in result.log if level == 1 and message.startswith(head)]
-
-
 NO_LIBRARY_LOG = "Failed to open /var/tmp/torpi-output.log file"
 NO_PORT = "Get phy port failed err=6"

@@ -137,18 +137,12 @@ class FreshLog:
         self._zfc = zfc
 
     def __call__(self, words, **options):
-        spoiled = self._zfc.var_tmp / "torpi-output.log"
-        if spoiled.is_dir():
-            spoiled.rmdir()
+        if (self._zfc.var_tmp / "torpi-output.log").is_dir():
+            self._zfc.mend_log()
         return self._zfc(words, **options)
 
     def __getattr__(self, name):
         return getattr(self._zfc, name)
-
-
-def steps(result):
-    """The messages of the debug log at the trace level."""
-    return [message for level, message in result.log if level == 1]
 
 
 LOOKUP = "PhysicalPortCmdsProcessor::GetPhyPortFromPortString"

@@ -114,6 +114,20 @@ class Result:
         ]
 
     @property
+    def steps(self):
+        """The messages of the lines at the level of steps."""
+        return [message for level, message in self.log if level == 1]
+
+    def steps_of(self, *classes):
+        """The steps that these classes head."""
+        heads = tuple(f"{name}::" for name in classes)
+        return [message for message in self.steps if message.startswith(heads)]
+
+    def steps_in(self, head):
+        """The steps that begin with this text, without it."""
+        return [message.removeprefix(head) for message in self.steps if message.startswith(head)]
+
+    @property
     def failures(self):
         """The messages of the lines at the failure level."""
         return [message for level, message in self.log if level == 4]

@@ -1,11 +1,4 @@
-"""The steps that the debug log shows of a run."""
-
-
-def steps_of(result, *classes):
-    """The lines at the level of steps that these classes head, in their order. The run must have been made with that
-    level on."""
-    heads = tuple(f"{name}::" for name in classes)
-    return [message for level, message in result.log if level == 1 and message.startswith(heads)]
+"""The steps that the debug log shows of a run; Result of runner.py reads them."""
 
 
 def around(name, *inside):

@@ -1,32 +1,16 @@
-// The reports when there is no memory for their text: the linker turns calloc into the function below.
-#include <cstdlib>
-
+// The reports when there is no memory for their text.
 #include "config/physical_port_bbcr_cmds_processor.h"
 #include "config/physical_port_boot_config_cmds_processor.h"
 #include "config/physical_port_boot_config_ext_cmds_processor.h"
 #include "support/unit_captured_stdout.h"
+#include "support/unit_refused_memory.h"
 #include "unit/config/staged_fixture.h"
-
-namespace {
-
-std::size_t refused_size = 0;
-
-}  // namespace
-
-extern "C" {
-void* __real_calloc(std::size_t count, std::size_t size);
-void* __wrap_calloc(std::size_t count, std::size_t size);
-void* __wrap_calloc(std::size_t count, std::size_t size) {
-  return refused_size != 0 && count * size == refused_size ? nullptr : __real_calloc(count, size);
-}
-}
 
 namespace {
 
 class ReportMemoryTest : public StagedFixture {
  protected:
   explicit ReportMemoryTest(const char* family = "BBCR") : StagedFixture(family) {}
-  ~ReportMemoryTest() override { refused_size = 0; }
 
   // What the node's command prints in text form when the report's buffer of `size` bytes cannot be had.
   template <class Node>
@@ -40,9 +24,8 @@ class ReportMemoryTest : public StagedFixture {
     Words words = With(options);
     StatusCode status = kSuccess;
     std::string text = PrintedBy([&] {
-      refused_size = size;
+      const RefusedMemory refused(size);
       status = leaf->Execute(words);
-      refused_size = 0;
     });
     EXPECT_EQ(status, kMemoryError);
     return text;

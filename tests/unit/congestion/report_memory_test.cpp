@@ -1,7 +1,6 @@
-// The reports when there is no memory for their text: the linker turns calloc into the function below.
+// The reports when there is no memory for their text.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "congestion/fc_target_scm_chk_cmds_processor.h"
@@ -12,23 +11,8 @@
 #include "support/unit_captured_stdout.h"
 #include "support/unit_fake_library.h"
 #include "support/unit_host_records.h"
+#include "support/unit_refused_memory.h"
 #include "unit/congestion/fake_congestion_calls.h"
-
-namespace {
-
-std::size_t refused_size = 0;
-
-}  // namespace
-
-// The names that the linker asks for. NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
-extern "C" {
-void* __real_calloc(std::size_t count, std::size_t size);
-void* __wrap_calloc(std::size_t count, std::size_t size);
-void* __wrap_calloc(std::size_t count, std::size_t size) {
-  return refused_size != 0 && count * size == refused_size ? nullptr : __real_calloc(count, size);
-}
-}
-// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace {
 
@@ -51,7 +35,6 @@ class ReportMemory : public testing::Test {
     fc_.interface_type = PortInterfaceType::kPhysical;
     records_.AddTarget(fc_, 0x02);
   }
-  ~ReportMemory() override { refused_size = 0; }
 
   // Runs `getcli` of a node of class Node while buffers of `size` bytes are refused; returns what it prints.
   template <class Node>
@@ -62,9 +45,8 @@ class ReportMemory : public testing::Test {
     Words words = {"getcli", identifier};
     CmdProcessor* const leaf = node.FindChild(words);
     CapturedStdout captured;
-    refused_size = size;
+    const RefusedMemory refused(size);
     EXPECT_EQ(leaf->Execute(words), code);
-    refused_size = 0;
     return captured.Text();
   }
 

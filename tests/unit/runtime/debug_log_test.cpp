@@ -309,7 +309,7 @@ std::string LogOfAProgramStartedAs(const char* name) {
   int status = 0;
   waitpid(child, &status, 0);
   EXPECT_EQ(status, 0);
-  const std::string content = ReadWholeFile(path);
+  const std::string content = ContentOf(path);
   unlink(path.c_str());
   return content.empty() ? "no log file"
                          : WithoutTime(content).substr(0, 13) + content.substr(content.rfind(':'));

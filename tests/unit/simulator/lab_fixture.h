@@ -4,19 +4,15 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "framework/device_library/calls.h"
 #include "lab.h"
+#include "support/unit_files.h"
 
 class LabTest : public testing::Test {
  protected:
   LabTest() {
-    std::string folder = (std::filesystem::temp_directory_path() / "lab-XXXXXX").string();
-    folder_ = mkdtemp(folder.data());
     ForgetVariables();
     lab::Lab::Reset();
     setenv("TORPI_LAB_TRACE", Path("trace").c_str(), 1);
@@ -24,20 +20,16 @@ class LabTest : public testing::Test {
   ~LabTest() override {
     lab::Lab::Reset();
     ForgetVariables();
-    std::filesystem::remove_all(folder_);
   }
 
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string Path(const std::string& name) const { return folder_ / name.c_str(); }
 
   // Writes a file into the test's folder and returns its path.
   std::string Write(const std::string& name, const std::string& text) const {
-    std::ofstream(Path(name), std::ios::binary) << text;
+    WriteContent(Path(name), text);
     return Path(name);
   }
-  std::string Read(const std::string& name) const {
-    std::ifstream file(Path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string Read(const std::string& name) const { return ContentOf(Path(name)); }
 
   void UseHost(const std::string& yaml) const {
     setenv("TORPI_LAB_HOST", Write("lab.yaml", yaml).c_str(), 1);
@@ -72,5 +64,5 @@ class LabTest : public testing::Test {
     }
   }
 
-  std::filesystem::path folder_;
+  const ScratchFolder folder_;
 };

@@ -2,17 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <set>
 #include <string>
 
+#include "support/unit_files.h"
+
 namespace {
 
 TEST(CallTable, NamesTheCallsOfTheInterface) {
-  std::ifstream file(ZFC_SOURCE_DIR "/src/framework/device_library/calls.h");
-  const std::string header{std::istreambuf_iterator<char>(file), {}};
+  const std::string header = ContentOf(ZFC_SOURCE_DIR "/src/framework/device_library/calls.h");
   const std::regex declaration("(TORPI_\\w+)\\(");
   std::set<std::string> declared;
   for (std::sregex_iterator it(header.begin(), header.end(), declaration), end; it != end; ++it) {

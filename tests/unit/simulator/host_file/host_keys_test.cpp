@@ -188,8 +188,7 @@ TEST_F(HostFile, ReadyExamplesAreAccepted) {
 }
 
 TEST_F(HostFile, DocumentedHostsAreAccepted) {
-  std::ifstream file(ZFC_SOURCE_DIR "/docs/lab-host.md");
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  const std::string text = ContentOf(ZFC_SOURCE_DIR "/docs/lab-host.md");
   constexpr std::string_view kOpen = "```yaml\n";
   std::size_t hosts = 0;
   for (std::size_t at = text.find(kOpen); at != text.npos; at = text.find(kOpen, at)) {

@@ -1,6 +1,4 @@
 // The key `sfp` of a port: files of real modules, and mistakes.
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "unit/simulator/sfp_fixture.h"
@@ -88,8 +86,7 @@ INSTANTIATE_TEST_SUITE_P(Sfp, BadSfp, testing::ValuesIn(kBadModules),
 TEST_F(SfpKeys, FileThatIsNoMemoryIsReported) {
   const std::string expected =
       Path("lab.yaml") + ":5: image: expected a file of 512 bytes or of 32 lines like '0010: 08 03 00 ...', ";
-  std::ifstream real(RealModule("sfpp-10g-sr-finisar-a"));
-  const std::string good(std::istreambuf_iterator<char>(real), {});
+  const std::string good = ContentOf(RealModule("sfpp-10g-sr-finisar-a"));
   const struct {
     std::string content;
     const char* reported;

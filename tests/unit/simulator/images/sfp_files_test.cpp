@@ -1,6 +1,4 @@
 // Saved memories of modules, and files with their firmware.
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "unit/simulator/sfp_fixture.h"
@@ -21,8 +19,7 @@ TEST_F(SfpFiles, SavedFilesServeAsImages) {
 TEST_F(SfpFiles, TextIsTheFormOfTheRealModules) {
   Composed("{image: " + RealModule("sfpp-10g-sr-finisar-a") + "}");
   EXPECT_EQ(TORPI_SaveSFPDataToTextFile(HandleAt(0), Path("saved.hex").c_str()), 0u);
-  std::ifstream original(RealModule("sfpp-10g-sr-finisar-a"));
-  EXPECT_EQ(Read("saved.hex"), std::string(std::istreambuf_iterator<char>(original), {}));
+  EXPECT_EQ(Read("saved.hex"), ContentOf(RealModule("sfpp-10g-sr-finisar-a")));
 }
 
 TEST_F(SfpFiles, FilesThatCannotBeWrittenAreRefused) {
