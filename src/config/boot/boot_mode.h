@@ -7,6 +7,7 @@
 #include "config/staged/staged_file.h"
 #include "framework/command_run.h"
 #include "framework/device_library/port_entry.h"
+#include "framework/inline_text.h"
 #include "framework/status.h"
 
 // The mode that the device library keeps for the whole process, in its own numbers.
@@ -15,7 +16,7 @@ enum class BootMode : std::uint8_t { kBios = 1, kUefi = 2, kNvme = 4 };
 // A mode that a node knows: its word on the command line and its number in a staged file.
 struct BootModeName {
   BootMode mode;
-  const char* word;
+  InlineText<4> word;
   std::uint32_t staged;
 };
 
