@@ -7,6 +7,7 @@
 #include "framework/output_bracket.h"
 #include "framework/run_flags.h"
 #include "framework/signals.h"
+#include "framework/table.h"
 #include "port/physical_port_cmds_processor.h"
 #include "runtime/debug_log.h"
 #include "target/fc_lun_cmds_processor.h"
@@ -25,7 +26,7 @@ constexpr SubNode kTopLevelNodes[] = {
 
 StatusCode RunTree(Words words) {
   MainCmdsProcessor* const root = GetMainProcessor();
-  root->SetTopLevelNodes(kTopLevelNodes);
+  root->SetTopLevelNodes(TableOf<kTopLevelNodes>());
   StatusCode code = kInitFailed;
   if (root->Initialize(words) == kSuccess) code = root->Execute(words);
   if (const StatusCode end = root->Uninitialize(words); end != kSuccess) {

@@ -8,6 +8,7 @@
 #include "discovery/host_walk.h"
 #include "discovery/listing.h"
 #include "framework/report.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -34,15 +35,14 @@ constexpr SubNode kSubNodes[] = {
      &MakeNode<AdapterFlashInfoCmdsProcessor>},
 };
 
-constexpr NodeClass kClass = {
-    .name = "AdapterCmdsProcessor",
-    .help_words = "Adapter",
-    .commands = kCommands,
-    .sub_nodes = kSubNodes,
-    .help_description = "List of available commands",
-};
-
 }  // namespace
 
-AdapterCmdsProcessor::AdapterCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass AdapterCmdsProcessor() {
+  return {
+      .name = "AdapterCmdsProcessor",
+      .help_words = "Adapter",
+      .commands = TableOf<kCommands>(),
+      .sub_nodes = TableOf<kSubNodes>(),
+      .help_description = "List of available commands",
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class AdapterCmdsProcessor : public CommandNode {
- public:
-  AdapterCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass AdapterCmdsProcessor();

@@ -7,8 +7,10 @@
 #include "discovery/adapter_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
+#include "framework/inline_text.h"
 #include "framework/library_call.h"
 #include "framework/report_text.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -22,8 +24,8 @@ constexpr StatusMessage kMessages[] = {
 };
 
 struct FlashTool {
-  std::string_view id;
-  const char* name;
+  InlineText<4> id;
+  InlineText<40> name;
 };
 
 constexpr FlashTool kFlashTools[] = {
@@ -109,15 +111,14 @@ constexpr CommandRow kCommands[] = {
     {"get", "get Sorvex Adapter information", "Usage: get [adapter identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "AdapterFlashInfoCmdsProcessor",
-    .help_words = "Adapter flashinfo",
-    .commands = kCommands,
-    .frame = {"AdapterFlashInformation", "Flash Info", "FlashInfoList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-AdapterFlashInfoCmdsProcessor::AdapterFlashInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass AdapterFlashInfoCmdsProcessor() {
+  return {
+      .name = "AdapterFlashInfoCmdsProcessor",
+      .help_words = "Adapter flashinfo",
+      .commands = TableOf<kCommands>(),
+      .frame = {"AdapterFlashInformation", "Flash Info", "FlashInfoList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -4,7 +4,4 @@
 
 #include "framework/command_node.h"
 
-class AdapterFlashInfoCmdsProcessor : public CommandNode {
- public:
-  AdapterFlashInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass AdapterFlashInfoCmdsProcessor();

@@ -5,8 +5,10 @@
 #include "discovery/adapter_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
+#include "framework/inline_text.h"
 #include "framework/library_call.h"
 #include "framework/report_lines.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -16,14 +18,14 @@ constexpr StatusMessage kMessages[] = {
     kInvalidParameter, kHostNotFound, kFileNotFound, kAdapterNotFound, kMemoryError,
 };
 
-constexpr const char* kTypeTexts[] = {
+constexpr InlineText<21> kTypeTexts[] = {
     "Unknown",       "Ethernet Adapter", "Fibre Channel Adapter",
     "iSCSI Adapter", "Tavora CNA",       "Ethernet CNA",
     "FCoE CNA",      "iSCSI CNA",        "RDMA CNA",
 };
 
 const char* TypeText(std::uint32_t type) {
-  return type < std::size(kTypeTexts) ? kTypeTexts[type] : "Unknown";
+  return type < std::size(kTypeTexts) ? kTypeTexts[type].CString() : "Unknown";
 }
 
 void IdLine(ReportText& text, const char* label, std::uint16_t value) {
@@ -107,15 +109,14 @@ constexpr CommandRow kCommands[] = {
     {"get", "get Sorvex Adapter information", "Usage: get [adapter identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "AdapterInfoCmdsProcessor",
-    .help_words = "Adapter info",
-    .commands = kCommands,
-    .frame = {"AdapterInformation", "General Parameters", "GeneralParametersList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-AdapterInfoCmdsProcessor::AdapterInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass AdapterInfoCmdsProcessor() {
+  return {
+      .name = "AdapterInfoCmdsProcessor",
+      .help_words = "Adapter info",
+      .commands = TableOf<kCommands>(),
+      .frame = {"AdapterInformation", "General Parameters", "GeneralParametersList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class AdapterInfoCmdsProcessor : public CommandNode {
- public:
-  AdapterInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass AdapterInfoCmdsProcessor();

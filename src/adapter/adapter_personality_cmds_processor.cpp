@@ -4,16 +4,18 @@
 #include "discovery/port_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
+#include "framework/inline_text.h"
 #include "framework/report.h"
+#include "framework/table.h"
 
 namespace {
 
 constexpr const char* kStructure = "AdapterPersonality";
 
-constexpr const char* kPersonalityTexts[] = {"FC", "CNA"};
+constexpr InlineText<3> kPersonalityTexts[] = {"FC", "CNA"};
 
 const char* PersonalityText(std::uint8_t personality) {
-  return personality < std::size(kPersonalityTexts) ? kPersonalityTexts[personality] : "Unknown";
+  return personality < std::size(kPersonalityTexts) ? kPersonalityTexts[personality].CString() : "Unknown";
 }
 
 constexpr StatusMessage kMessages[] = {
@@ -95,15 +97,14 @@ constexpr CommandRow kCommands[] = {
     {"set", "Set Sorvex Adapter Personality", "Usage: set [adapter identifier]\r\n", &CmdSetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "AdapterPersonalityCmdsProcessor",
-    .help_words = "Adapter personality",
-    .commands = kCommands,
-    .messages = kMessages,
-    .help_description = "List of available commands",
-};
-
 }  // namespace
 
-AdapterPersonalityCmdsProcessor::AdapterPersonalityCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass AdapterPersonalityCmdsProcessor() {
+  return {
+      .name = "AdapterPersonalityCmdsProcessor",
+      .help_words = "Adapter personality",
+      .commands = TableOf<kCommands>(),
+      .messages = TableOf<kMessages>(),
+      .help_description = "List of available commands",
+  };
+}

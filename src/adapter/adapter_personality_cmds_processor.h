@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class AdapterPersonalityCmdsProcessor : public CommandNode {
- public:
-  AdapterPersonalityCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass AdapterPersonalityCmdsProcessor();

@@ -6,12 +6,14 @@
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
 #include "framework/files.h"
+#include "framework/inline_text.h"
 #include "framework/output_bracket.h"
+#include "framework/table.h"
 
 namespace {
 
 enum RebootState { kNoReboot, kWarmReboot, kColdReboot };
-constexpr const char* kRebootTexts[] = {"false", "true", "Cold Boot Required"};
+constexpr InlineText<18> kRebootTexts[] = {"false", "true", "Cold Boot Required"};
 
 // In place of an answer, for an image type that the library cannot write.
 constexpr auto kNoUpdate = static_cast<LibraryStatus>(-1);
@@ -69,14 +71,14 @@ constexpr StatusMessage kMessages[] = {
 // One kind of flash image and the adapters that take it. The library's function is called through `write`, so
 // that it is bound only when used.
 struct ImageType {
-  const char* word;
-  const char* log_name;
+  InlineText<9> word;
+  InlineText<16> log_name;
   FamilySet families;  // kEveryAdapter: also those of no family
   LibraryStatus (*write)(const DeviceHandle* handle, const char* file);
 };
 
 constexpr FamilySet kEveryAdapter = 0;
-constexpr const char* kMultiBootImage = "MBI";
+constexpr char kMultiBootImage[] = "MBI";
 
 constexpr ImageType kImageTypes[] = {
     {kMultiBootImage, "Multi-boot image", kEveryAdapter,
@@ -121,7 +123,7 @@ RebootState RebootStateOf(LibraryStatus result, bool is_multi_boot, const PciIde
 // Writes the document of a success or a failure and returns its code.
 StatusCode DisplayUpdateInfo(CommandRun& run, StatusCode code, RebootState reboot_state) {
   const FunctionScope function(run, __func__);
-  const char* const message = MessageFor(kMessages, code);
+  const char* const message = MessageFor(TableOf<kMessages>(), code);
   run.out.Open(run.mode);
   run.out.BeginStructure("FlashUpdate");
   run.out.WriteStringField("Reboot Required", kRebootTexts[reboot_state]);
@@ -153,7 +155,7 @@ StatusCode CmdUpdateCommon(CommandRun& run) {
   OutputBracket bracket(run);
   if (!bracket.IsOpen()) return fail(kFileNotFound);
   if (type != nullptr && !IsAllowed(*type, pci)) {
-    run.LogFailure("%s update not supported for this adapter", type->log_name);
+    run.LogFailure("%s update not supported for this adapter", type->log_name.CString());
     bracket.Close();
     return fail(kFeatureNotSupported);
   }

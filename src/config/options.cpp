@@ -31,6 +31,6 @@ std::optional<std::uint32_t> ReadNumber(const std::string& text, const NumberRul
 
 StatusCode LogRefusal(const CommandRun& run, const OptionName& option, const std::string& value,
                       const CheckResult& result) {
-  run.Trace("%s=%s: %s", option.long_name, value.c_str(), result.reason);
+  run.Trace("%s=%s: %s", option.long_name.CString(), value.c_str(), result.reason);
   return result.status;
 }

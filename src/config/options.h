@@ -11,13 +11,14 @@
 
 #include "framework/code_text.h"
 #include "framework/command_run.h"
+#include "framework/inline_text.h"
 #include "framework/status.h"
 #include "framework/words.h"
 
 // The names of an option on the command line.
 struct OptionName {
-  const char* long_name = "";
-  const char* short_name = "";
+  InlineText<28> long_name = {};
+  InlineText<2> short_name = {};
 };
 
 // What a check came to. The reason appears in the debug log alone, where it separates the causes of one

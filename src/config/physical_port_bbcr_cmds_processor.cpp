@@ -1,6 +1,7 @@
 #include "config/physical_port_bbcr_cmds_processor.h"
 
 #include "config/bbcr.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -27,15 +28,14 @@ constexpr CommandRow kCommands[] = {
      &CmdSetCommon<Bbcr>},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortBBCRCmdsProcessor",
-    .help_words = "BBCR",
-    .commands = kCommands,
-    .frame = {"BBCRInfo", "BBCR", "BBCRList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortBBCRCmdsProcessor::PhysicalPortBBCRCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortBBCRCmdsProcessor() {
+  return {
+      .name = "PhysicalPortBBCRCmdsProcessor",
+      .help_words = "BBCR",
+      .commands = TableOf<kCommands>(),
+      .frame = {"BBCRInfo", "BBCR", "BBCRList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

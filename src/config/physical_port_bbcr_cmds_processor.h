@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortBBCRCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortBBCRCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortBBCRCmdsProcessor();

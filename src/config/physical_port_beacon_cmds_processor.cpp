@@ -7,6 +7,7 @@
 #include "framework/device_library/families.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -88,14 +89,13 @@ constexpr CommandRow kCommands[] = {
     {"set", "set Sorvex adapter's Beacon information", "Usage: set\r\n", &CmdSetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortBeaconCmdsProcessor",
-    .help_words = "Beacon",
-    .commands = kCommands,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortBeaconCmdsProcessor::PhysicalPortBeaconCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortBeaconCmdsProcessor() {
+  return {
+      .name = "PhysicalPortBeaconCmdsProcessor",
+      .help_words = "Beacon",
+      .commands = TableOf<kCommands>(),
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortBeaconCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortBeaconCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortBeaconCmdsProcessor();

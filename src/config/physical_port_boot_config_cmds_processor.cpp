@@ -1,6 +1,7 @@
 #include "config/physical_port_boot_config_cmds_processor.h"
 
 #include "config/boot/boot_config.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -30,16 +31,14 @@ constexpr CommandRow kCommands[] = {
     {"set", "set Sorvex HBA Boot Config information", "Usage: set\r\n", &CmdSetCommon<BootConfig>},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortBootConfigCmdsProcessor",
-    .help_words = "Boot Config",
-    .commands = kCommands,
-    .frame = kBootFrame,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortBootConfigCmdsProcessor::PhysicalPortBootConfigCmdsProcessor(CmdProcessor* parent,
-                                                                         const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortBootConfigCmdsProcessor() {
+  return {
+      .name = "PhysicalPortBootConfigCmdsProcessor",
+      .help_words = "Boot Config",
+      .commands = TableOf<kCommands>(),
+      .frame = kBootFrame,
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortBootConfigCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortBootConfigCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortBootConfigCmdsProcessor();

@@ -1,6 +1,7 @@
 #include "config/physical_port_boot_config_ext_cmds_processor.h"
 
 #include "config/boot/boot_config_ext.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -33,16 +34,14 @@ constexpr CommandRow kCommands[] = {
     {"set", "set Sorvex HBA Boot Config information", "Usage: set\r\n", &CmdSetCommon<BootConfigExt>},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortBootConfigExtCmdsProcessor",
-    .help_words = "Boot Config",
-    .commands = kCommands,
-    .frame = kBootFrame,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortBootConfigExtCmdsProcessor::PhysicalPortBootConfigExtCmdsProcessor(CmdProcessor* parent,
-                                                                               const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortBootConfigExtCmdsProcessor() {
+  return {
+      .name = "PhysicalPortBootConfigExtCmdsProcessor",
+      .help_words = "Boot Config",
+      .commands = TableOf<kCommands>(),
+      .frame = kBootFrame,
+      .messages = TableOf<kMessages>(),
+  };
+}

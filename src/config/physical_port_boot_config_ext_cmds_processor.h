@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortBootConfigExtCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortBootConfigExtCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortBootConfigExtCmdsProcessor();

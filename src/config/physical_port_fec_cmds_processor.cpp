@@ -12,6 +12,7 @@
 #include "framework/device_library/speeds.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -180,15 +181,14 @@ constexpr CommandRow kCommands[] = {
     {"set", "set Sorvex adapter's FEC information", "Usage: set\r\n", &CmdSetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortFECCmdsProcessor",
-    .help_words = "FEC",
-    .commands = kCommands,
-    .frame = kFrame,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortFECCmdsProcessor::PhysicalPortFECCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortFECCmdsProcessor() {
+  return {
+      .name = "PhysicalPortFECCmdsProcessor",
+      .help_words = "FEC",
+      .commands = TableOf<kCommands>(),
+      .frame = kFrame,
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortFECCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortFECCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortFECCmdsProcessor();

@@ -4,6 +4,7 @@
 #include "discovery/port_lookup.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -83,16 +84,14 @@ constexpr CommandRow kCommands[] = {
      .cli_description = "Save Sorvex HBA Parameters information in a file"},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortHBAParamsCmdsProcessor",
-    .help_words = "hbaparams",
-    .commands = kCommands,
-    .frame = kHbaParamsFrame,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortHBAParamsCmdsProcessor::PhysicalPortHBAParamsCmdsProcessor(CmdProcessor* parent,
-                                                                       const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortHBAParamsCmdsProcessor() {
+  return {
+      .name = "PhysicalPortHBAParamsCmdsProcessor",
+      .help_words = "hbaparams",
+      .commands = TableOf<kCommands>(),
+      .frame = kHbaParamsFrame,
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortHBAParamsCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortHBAParamsCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortHBAParamsCmdsProcessor();

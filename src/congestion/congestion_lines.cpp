@@ -5,6 +5,7 @@
 #include <string>
 
 #include "congestion/vocabulary.h"
+#include "framework/inline_text.h"
 
 namespace {
 
@@ -13,7 +14,7 @@ constexpr const char* kRuler = "-----------------------------------";
 using Entry = SCMRStatisticsEntry;
 
 struct ListedCounter {
-  const char* label;
+  InlineText<39> label;
   std::uint64_t Entry::*value;
   std::optional<StatisticsOwner> only = std::nullopt;  // empty: ports and targets
 };

@@ -6,6 +6,7 @@
 
 #include "framework/device_library/congestion_records.h"
 #include "framework/device_library/port_entry.h"
+#include "framework/inline_text.h"
 #include "framework/report_lines.h"
 #include "framework/report_text.h"
 
@@ -15,7 +16,7 @@ void PortLines(ReportText& text, const FCProtocolEntry& fc);
 // A bit of a notification mask and its words.
 struct NotificationWords {
   std::uint32_t bit;
-  const char* words;
+  InlineText<40> words;
 };
 
 // "      Congestion Notification: " and the words of the bits that are set. A mask without any bit is "None";
@@ -31,7 +32,7 @@ void YesNoLine(ReportText& text, const char* label, bool value);
 // A counter of a record and its label.
 template <class Record, class Number>
 struct Counter {
-  const char* label;
+  InlineText<39> label;
   Number Record::*value;
 };
 

@@ -3,6 +3,7 @@
 #include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
 #include "congestion/vocabulary.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -46,15 +47,14 @@ constexpr CommandRow kCommands[] = {
     {"get", "get Sorvex FC Target information", "Usage: get [port identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "FCTargetSCMChkCmdsProcessor",
-    .help_words = "FC Target scmchk",
-    .commands = kCommands,
-    .frame = {"TargetVCLMInformation", "Target VCLM Status", "TargetVCLMStatusList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-FCTargetSCMChkCmdsProcessor::FCTargetSCMChkCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass FCTargetSCMChkCmdsProcessor() {
+  return {
+      .name = "FCTargetSCMChkCmdsProcessor",
+      .help_words = "FC Target scmchk",
+      .commands = TableOf<kCommands>(),
+      .frame = {"TargetVCLMInformation", "Target VCLM Status", "TargetVCLMStatusList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

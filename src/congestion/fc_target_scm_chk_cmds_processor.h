@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class FCTargetSCMChkCmdsProcessor : public CommandNode {
- public:
-  FCTargetSCMChkCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass FCTargetSCMChkCmdsProcessor();

@@ -5,6 +5,7 @@
 #include "congestion/statistics.h"
 #include "congestion/vocabulary.h"
 #include "discovery/host_walk.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -126,15 +127,14 @@ constexpr CommandRow kCommands[] = {
     {"get", "get Sorvex FC Target information", "Usage: get [port identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "FCTargetSCMStatsCmdsProcessor",
-    .help_words = "FC Target scmstats",
-    .commands = kCommands,
-    .frame = {"TargetVCLMStatistics", "Target VCLM Stats", "TargetVCLMStatsList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-FCTargetSCMStatsCmdsProcessor::FCTargetSCMStatsCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass FCTargetSCMStatsCmdsProcessor() {
+  return {
+      .name = "FCTargetSCMStatsCmdsProcessor",
+      .help_words = "FC Target scmstats",
+      .commands = TableOf<kCommands>(),
+      .frame = {"TargetVCLMStatistics", "Target VCLM Stats", "TargetVCLMStatsList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class FCTargetSCMStatsCmdsProcessor : public CommandNode {
- public:
-  FCTargetSCMStatsCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass FCTargetSCMStatsCmdsProcessor();

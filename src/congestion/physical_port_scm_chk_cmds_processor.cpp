@@ -3,6 +3,7 @@
 #include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
 #include "congestion/vocabulary.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -60,15 +61,14 @@ constexpr CommandRow kCommands[] = {
      .cli_description = "get Sorvex Physical Port SCM information"},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortSCMChkCmdsProcessor",
-    .help_words = "port scmchk",
-    .commands = kCommands,
-    .frame = {"PortVCLMInformation", "Port VCLM Status", "PortVCLMStatusList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortSCMChkCmdsProcessor::PhysicalPortSCMChkCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortSCMChkCmdsProcessor() {
+  return {
+      .name = "PhysicalPortSCMChkCmdsProcessor",
+      .help_words = "port scmchk",
+      .commands = TableOf<kCommands>(),
+      .frame = {"PortVCLMInformation", "Port VCLM Status", "PortVCLMStatusList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortSCMChkCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortSCMChkCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortSCMChkCmdsProcessor();

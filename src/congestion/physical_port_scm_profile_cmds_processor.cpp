@@ -5,7 +5,9 @@
 #include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
 #include "framework/code_text.h"
+#include "framework/inline_text.h"
 #include "framework/library_call.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -77,8 +79,8 @@ bool Activate(const std::string& value, SCMRProfile& profile) {
 }
 
 struct ProfileOption {
-  const char* long_name;
-  const char* short_name;
+  InlineText<12> long_name;
+  InlineText<2> short_name;
   bool (*take)(const std::string& value, SCMRProfile& profile);
 };
 
@@ -95,7 +97,8 @@ StatusCode TakeOptions(const CommandRun& run, SCMRProfile& profile) {
     std::string value;
     if (!FindOption(run.words, option.long_name, option.short_name, value)) continue;
     if (!option.take(value, profile)) {
-      return run.Refuse(kInvalidParameter, "Invalid value %s of %s", value.c_str(), option.long_name);
+      return run.Refuse(kInvalidParameter, "Invalid value %s of %s", value.c_str(),
+                        option.long_name.CString());
     }
     ++found;
   }
@@ -143,16 +146,14 @@ constexpr CommandRow kCommands[] = {
     {"set", "set Sorvex Physical Port VCLM Profile information", "Usage: set\r\n", &CmdSetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortSCMProfileCmdsProcessor",
-    .help_words = "scmprofile",
-    .commands = kCommands,
-    .frame = {"PortVCLMProfile", "Congestion Profile", "CongestionProfileList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortSCMProfileCmdsProcessor::PhysicalPortSCMProfileCmdsProcessor(CmdProcessor* parent,
-                                                                         const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortSCMProfileCmdsProcessor() {
+  return {
+      .name = "PhysicalPortSCMProfileCmdsProcessor",
+      .help_words = "scmprofile",
+      .commands = TableOf<kCommands>(),
+      .frame = {"PortVCLMProfile", "Congestion Profile", "CongestionProfileList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

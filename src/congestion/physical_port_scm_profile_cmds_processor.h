@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortSCMProfileCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortSCMProfileCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortSCMProfileCmdsProcessor();

@@ -6,6 +6,7 @@
 #include "congestion/vocabulary.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -127,16 +128,14 @@ constexpr CommandRow kCommands[] = {
      "Usage: clear [port identifier]\r\n", &CmdClearCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortSCMStatsCmdsProcessor",
-    .help_words = "port scmstats",
-    .commands = kCommands,
-    .frame = {"PortVCLMStatistics", "Port VCLM Stats", "PortVCLMStatsList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortSCMStatsCmdsProcessor::PhysicalPortSCMStatsCmdsProcessor(CmdProcessor* parent,
-                                                                     const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortSCMStatsCmdsProcessor() {
+  return {
+      .name = "PhysicalPortSCMStatsCmdsProcessor",
+      .help_words = "port scmstats",
+      .commands = TableOf<kCommands>(),
+      .frame = {"PortVCLMStatistics", "Port VCLM Stats", "PortVCLMStatsList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortSCMStatsCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortSCMStatsCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortSCMStatsCmdsProcessor();

@@ -3,13 +3,14 @@
 #include <string_view>
 
 #include "diag/logarithm.h"
+#include "framework/inline_text.h"
 #include "framework/report_lines.h"
 
 namespace {
 
 struct ResultLabel {
   std::uint8_t status;
-  const char* label;
+  InlineText<17> label;
 };
 
 constexpr std::uint8_t kPassed = 1;
@@ -24,7 +25,7 @@ constexpr ResultLabel kResultLabels[] = {
 // Why a test failed, by the low four bits of mailbox register 2, and whether the far end's powers still
 // count.
 struct FailureReason {
-  const char* text;
+  InlineText<60> text;
   bool keeps_powers;
 };
 

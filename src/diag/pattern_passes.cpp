@@ -5,12 +5,13 @@
 #include <string>
 
 #include "diag/diagnostic_words.h"
+#include "framework/inline_text.h"
 #include "framework/words.h"
 
 namespace {
 
 struct ActionWord {
-  const char* word;
+  InlineText<6> word;
   OnErrorAction action;
 };
 
@@ -29,7 +30,7 @@ OnErrorAction ReadAction(std::string_view word) {
 }
 
 struct PatternWord {
-  const char* word;
+  InlineText<8> word;
   DataPatternKind kind;
 };
 

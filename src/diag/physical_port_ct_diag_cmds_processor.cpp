@@ -4,13 +4,15 @@
 
 #include "diag/diagnostic_words.h"
 #include "diag/remote_port_exchange.h"
+#include "framework/inline_text.h"
+#include "framework/table.h"
 
 namespace {
 
 // Which test runs, as the library takes it.
 struct TestType {
   std::uint32_t value;
-  const char* name;
+  InlineText<14> name;
 };
 
 constexpr TestType kTestTypes[] = {{1, "CTPing"}, {2, "CTFCTraceRoute"}};
@@ -52,14 +54,13 @@ constexpr CommandRow kCommands[] = {
      .cli_description = "run CTDiag Test on Sorvex adapter port"},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortCTDiagCmdsProcessor",
-    .help_words = "CTDiag",
-    .commands = kCommands,
-    .messages = kVerdictMessages,
-};
-
 }  // namespace
 
-PhysicalPortCTDiagCmdsProcessor::PhysicalPortCTDiagCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortCTDiagCmdsProcessor() {
+  return {
+      .name = "PhysicalPortCTDiagCmdsProcessor",
+      .help_words = "CTDiag",
+      .commands = TableOf<kCommands>(),
+      .messages = TableOf<kVerdictMessages>(),
+  };
+}

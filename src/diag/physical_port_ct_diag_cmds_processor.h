@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortCTDiagCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortCTDiagCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortCTDiagCmdsProcessor();

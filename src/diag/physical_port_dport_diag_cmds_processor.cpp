@@ -8,8 +8,10 @@
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
 #include "framework/device_library/speeds.h"
+#include "framework/inline_text.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -33,7 +35,7 @@ constexpr LibraryAnswer kLinkTestAnswers[] = {
 // Why the firmware refused a test, by mailbox register 2.
 struct Refusal {
   std::uint16_t reason;
-  const char* text;
+  InlineText<60> text;
 };
 
 constexpr Refusal kRefusals[] = {
@@ -178,16 +180,14 @@ constexpr CommandRow kCommands[] = {
     {"run", "run DPortDiag on Sorvex adapter port", "Usage: set\r\n", &CmdRunCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortDPortDiagCmdsProcessor",
-    .help_words = "DPortDiag",
-    .commands = kCommands,
-    .frame = kFrame,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortDPortDiagCmdsProcessor::PhysicalPortDPortDiagCmdsProcessor(CmdProcessor* parent,
-                                                                       const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortDPortDiagCmdsProcessor() {
+  return {
+      .name = "PhysicalPortDPortDiagCmdsProcessor",
+      .help_words = "DPortDiag",
+      .commands = TableOf<kCommands>(),
+      .frame = kFrame,
+      .messages = TableOf<kMessages>(),
+  };
+}

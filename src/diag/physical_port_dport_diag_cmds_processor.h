@@ -4,7 +4,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortDPortDiagCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortDPortDiagCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortDPortDiagCmdsProcessor();

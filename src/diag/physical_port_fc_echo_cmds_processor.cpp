@@ -7,6 +7,7 @@
 #include "diag/pass_loop.h"
 #include "diag/remote_port_exchange.h"
 #include "framework/report.h"
+#include "framework/table.h"
 #include "runtime/text.h"
 
 namespace {
@@ -100,15 +101,14 @@ constexpr CommandRow kCommands[] = {
      .cli_description = "run FCEcho Test on Sorvex adapter port"},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortFCEchoCmdsProcessor",
-    .help_words = "FCEcho",
-    .commands = kCommands,
-    .frame = kFrame,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortFCEchoCmdsProcessor::PhysicalPortFCEchoCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortFCEchoCmdsProcessor() {
+  return {
+      .name = "PhysicalPortFCEchoCmdsProcessor",
+      .help_words = "FCEcho",
+      .commands = TableOf<kCommands>(),
+      .frame = kFrame,
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortFCEchoCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortFCEchoCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortFCEchoCmdsProcessor();

@@ -1,6 +1,7 @@
 #include "diag/physical_port_fc_ping_cmds_processor.h"
 
 #include "diag/remote_port_exchange.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -27,14 +28,13 @@ constexpr CommandRow kCommands[] = {
      .cli_description = "run FCPing Test on Sorvex adapter port"},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortFCPingCmdsProcessor",
-    .help_words = "FCPing",
-    .commands = kCommands,
-    .messages = kVerdictMessages,
-};
-
 }  // namespace
 
-PhysicalPortFCPingCmdsProcessor::PhysicalPortFCPingCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortFCPingCmdsProcessor() {
+  return {
+      .name = "PhysicalPortFCPingCmdsProcessor",
+      .help_words = "FCPing",
+      .commands = TableOf<kCommands>(),
+      .messages = TableOf<kVerdictMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortFCPingCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortFCPingCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortFCPingCmdsProcessor();

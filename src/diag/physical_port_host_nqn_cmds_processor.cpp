@@ -7,6 +7,7 @@
 #include "framework/device_library/families.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -93,15 +94,14 @@ constexpr CommandRow kCommands[] = {
     {"deregister", "deregister NVMe Host NQN information", "Usage: deregister\r\n", &CmdDeregisterCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortHostNQNCmdsProcessor",
-    .help_words = "Host NQN",
-    .commands = kCommands,
-    .frame = kFrame,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortHostNQNCmdsProcessor::PhysicalPortHostNQNCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortHostNQNCmdsProcessor() {
+  return {
+      .name = "PhysicalPortHostNQNCmdsProcessor",
+      .help_words = "Host NQN",
+      .commands = TableOf<kCommands>(),
+      .frame = kFrame,
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortHostNQNCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortHostNQNCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortHostNQNCmdsProcessor();

@@ -10,7 +10,9 @@
 #include "discovery/port_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
+#include "framework/inline_text.h"
 #include "framework/report.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -31,7 +33,7 @@ constexpr std::size_t kTypeWord = 5;
 constexpr std::size_t kPatternWord = 6;
 
 struct TypeWord {
-  const char* word;
+  InlineText<10> word;
   LoopbackType type;
 };
 
@@ -121,16 +123,14 @@ constexpr CommandRow kCommands[] = {
      .cli_description = "run Loopback Test on Sorvex adapter port"},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortLoopbackCmdsProcessor",
-    .help_words = "LoopbackTest",
-    .commands = kCommands,
-    .frame = kFrame,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortLoopbackCmdsProcessor::PhysicalPortLoopbackCmdsProcessor(CmdProcessor* parent,
-                                                                     const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortLoopbackCmdsProcessor() {
+  return {
+      .name = "PhysicalPortLoopbackCmdsProcessor",
+      .help_words = "LoopbackTest",
+      .commands = TableOf<kCommands>(),
+      .frame = kFrame,
+      .messages = TableOf<kMessages>(),
+  };
+}

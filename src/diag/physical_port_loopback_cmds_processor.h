@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortLoopbackCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortLoopbackCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortLoopbackCmdsProcessor();

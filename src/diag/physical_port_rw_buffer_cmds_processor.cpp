@@ -10,6 +10,7 @@
 #include "discovery/port_lookup.h"
 #include "framework/device_library/calls.h"
 #include "framework/report.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -117,16 +118,14 @@ constexpr CommandRow kCommands[] = {
      .cli_description = "run Read Write Buffer Test on Sorvex adapter port"},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortRWBufferCmdsProcessor",
-    .help_words = "RWBuffer",
-    .commands = kCommands,
-    .frame = kFrame,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortRWBufferCmdsProcessor::PhysicalPortRWBufferCmdsProcessor(CmdProcessor* parent,
-                                                                     const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortRWBufferCmdsProcessor() {
+  return {
+      .name = "PhysicalPortRWBufferCmdsProcessor",
+      .help_words = "RWBuffer",
+      .commands = TableOf<kCommands>(),
+      .frame = kFrame,
+      .messages = TableOf<kMessages>(),
+  };
+}

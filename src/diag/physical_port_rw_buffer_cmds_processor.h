@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortRWBufferCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortRWBufferCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortRWBufferCmdsProcessor();

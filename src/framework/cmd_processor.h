@@ -48,6 +48,7 @@ class CmdProcessor : public Serializer {
   virtual bool IsLeaf() const { return true; }
   bool IsHidden();
 
+  const Place& GetPlace() const { return place_; }
   const char* GetName() const { return place_.name.c_str(); }
   const char* GetSwitch() const { return place_.switch_word; }
   std::uint32_t GetUsageIndex() const { return place_.usage_index; }

@@ -5,9 +5,11 @@
 #include <span>
 #include <type_traits>
 
+#include "framework/inline_text.h"
+
 struct CodeText {
   std::uint32_t code;
-  const char* text;
+  InlineText<61> text;
 };
 
 // The text of the first row with this code, `otherwise` when there is none.

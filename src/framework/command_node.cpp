@@ -46,7 +46,7 @@ class CommandLeaf : public CmdProcessor {
 
  private:
   const NodeClass& class_;
-  const CommandRow& row_;
+  const CommandRow row_;
   OutputMode mode_;
 };
 
@@ -54,18 +54,21 @@ std::string CliWord(const CommandRow& row) {
   return row.cli_word != nullptr ? row.cli_word : std::string(row.word) + "cli";
 }
 
-std::uint32_t PlainIndex(const NodeClass& node_class, const CommandRow& row) {
-  if (row.usage_index != CommandRow::kItsPlace) return row.usage_index;
-  return static_cast<std::uint32_t>(&row - node_class.commands.data());
+CmdProcessor::Place PlaceOfSubNode(const SubNode& row) {
+  return {.name = row.name, .switch_word = row.switch_word, .description = row.description};
+}
+
+// The usage index of the plain form of the row at `place`.
+std::uint32_t PlainIndex(const CommandRow& row, std::size_t place) {
+  return row.usage_index != CommandRow::kItsPlace ? row.usage_index : static_cast<std::uint32_t>(place);
 }
 
 }  // namespace
 
 CommandNode::CommandNode(CmdProcessor* parent, const SubNode& self, const NodeClass& node_class)
-    : MultipleCmdsProcessor(
-          parent, {.name = self.name, .switch_word = self.switch_word, .description = self.description}),
-      class_(node_class) {
+    : MultipleCmdsProcessor(parent, PlaceOfSubNode(self)), class_(node_class) {
   const TimingScope scope(class_.name, TimedFunction::kConstructor);
+  if (DebugMask() == 0) return;
   sub_nodes_.reserve(class_.sub_nodes.size());
   for (const SubNode& sub_node : class_.sub_nodes) sub_nodes_.push_back(sub_node.make(this, sub_node));
 }
@@ -77,28 +80,47 @@ CommandNode::~CommandNode() {
 
 std::uint32_t CommandNode::HelpIndex() const {
   std::uint32_t next = 0;
-  for (const CommandRow& row : class_.commands) next = std::max(next, PlainIndex(class_, row) + 1);
+  for (std::size_t place = 0; place < class_.commands.size(); ++place) {
+    next = std::max(next, PlainIndex(class_.commands[place], place) + 1);
+  }
   return next;
 }
 
+// The plain forms, the help, the text forms, the sub-nodes.
 void CommandNode::BuildChildren() {
-  for (const CommandRow& row : class_.commands) {
-    AddLeaf(std::make_unique<CommandLeaf>(
-        *this, class_, row, OUTPUT_XML,
-        Place{.name = row.word, .description = row.description, .usage_index = PlainIndex(class_, row)}));
-  }
-  std::uint32_t index = HelpIndex();
-  AddLeaf(std::make_unique<CmdProcessor>(
-      this, Place{.name = "help", .description = class_.help_description, .usage_index = index},
-      Callbacks{.execute = &CmdHelp, .usage = &CmdUsage}));
-  for (const CommandRow& row : class_.commands) {
-    AddLeaf(std::make_unique<CommandLeaf>(
-        *this, class_, row, OUTPUT_CLI,
-        Place{.name = CliWord(row),
-              .description = row.cli_description != nullptr ? row.cli_description : row.description,
-              .usage_index = ++index}));
-  }
+  AddUnmade(FirstSubNode());
+  if (sub_nodes_.empty()) AddUnmade(class_.sub_nodes.size());
   for (const auto& sub_node : sub_nodes_) AddNode(sub_node.get());
+}
+
+CmdProcessor::Place CommandNode::PlaceOf(std::size_t index) const {
+  if (index >= FirstSubNode()) return PlaceOfSubNode(class_.sub_nodes[index - FirstSubNode()]);
+  if (index == HelpPlace()) {
+    return {.name = "help", .description = class_.help_description, .usage_index = HelpIndex()};
+  }
+  if (index < HelpPlace()) {
+    const CommandRow row = class_.commands[index];
+    return {.name = row.word, .description = row.description, .usage_index = PlainIndex(row, index)};
+  }
+  const std::size_t place = index - HelpPlace() - 1;
+  const CommandRow row = class_.commands[place];
+  return {.name = CliWord(row),
+          .description = row.cli_description != nullptr ? row.cli_description : row.description,
+          .usage_index = HelpIndex() + 1 + static_cast<std::uint32_t>(place)};
+}
+
+std::unique_ptr<CmdProcessor> CommandNode::MakeChild(std::size_t index) {
+  if (index >= FirstSubNode()) {
+    const SubNode row = class_.sub_nodes[index - FirstSubNode()];
+    return row.make(this, row);
+  }
+  if (index == HelpPlace()) {
+    return std::make_unique<CmdProcessor>(this, PlaceOf(index),
+                                          Callbacks{.execute = &CmdHelp, .usage = &CmdUsage});
+  }
+  const bool plain = index < HelpPlace();
+  const CommandRow row = class_.commands[plain ? index : index - HelpPlace() - 1];
+  return std::make_unique<CommandLeaf>(*this, class_, row, plain ? OUTPUT_XML : OUTPUT_CLI, PlaceOf(index));
 }
 
 StatusCode CommandNode::CmdHelp(CmdProcessor& node, Words& words) {

@@ -4,12 +4,13 @@
 
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <vector>
 
 #include "framework/command_run.h"
 #include "framework/multiple_cmds_processor.h"
 #include "framework/report_frame.h"
+#include "framework/status.h"
+#include "framework/table.h"
 
 // One command of a class, in both its forms: `word` prints XML, `word` with "cli" appended prints text and
 // has the usage. The commands' plain forms are the class's first children; `help` and the text forms follow.
@@ -40,16 +41,17 @@ struct SubNode {
 struct NodeClass {
   const char* name;        // of the class, for the debug log
   const char* help_words;  // "Adapter info" in the head of the class's help
-  std::span<const CommandRow> commands;
-  std::span<const SubNode> sub_nodes = {};
+  Table<CommandRow> commands = {};
+  Table<SubNode> sub_nodes = {};
   ReportFrame frame = {};  // of the report, for a class whose commands write one
-  std::span<const StatusMessage> messages = {};
+  Table<StatusMessage> messages = {};
   const char* help_description = "list of available commands";
 };
 
 class CommandNode : public MultipleCmdsProcessor {
  public:
-  // Creates the class's sub-nodes; the leaves come into being when something first looks at them.
+  // The children are made as they are needed; with a debug log, which shows when each node is made and
+  // deleted, the sub-nodes together with the node.
   CommandNode(CmdProcessor* parent, const SubNode& self, const NodeClass& node_class);
   ~CommandNode() override;
 
@@ -61,16 +63,20 @@ class CommandNode : public MultipleCmdsProcessor {
 
  protected:
   void BuildChildren() override;
+  Place PlaceOf(std::size_t index) const override;
+  std::unique_ptr<CmdProcessor> MakeChild(std::size_t index) override;
 
  private:
   std::uint32_t HelpIndex() const;
+  std::size_t HelpPlace() const { return class_.commands.size(); }
+  std::size_t FirstSubNode() const { return 2 * class_.commands.size() + 1; }
 
-  const NodeClass& class_;
+  const NodeClass class_;
   std::vector<std::unique_ptr<MultipleCmdsProcessor>> sub_nodes_;
 };
 
-// Makes a node of class Node: the `make` of a SubNode row.
-template <class Node>
+// Makes a node of the class: the `make` of a SubNode row.
+template <NodeClass (*node_class)()>
 std::unique_ptr<MultipleCmdsProcessor> MakeNode(CmdProcessor* parent, const SubNode& self) {
-  return std::make_unique<Node>(parent, self);
+  return std::make_unique<CommandNode>(parent, self, node_class());
 }

@@ -10,6 +10,7 @@
 #include "framework/output_bracket.h"
 #include "framework/run_flags.h"
 #include "framework/shell.h"
+#include "framework/table.h"
 #include "runtime/debug_log.h"
 #include "runtime/timing_scope.h"
 
@@ -81,8 +82,7 @@ StatusCode CmdRootHelp(CmdProcessor& root, Words& words) {
   return status;
 }
 
-// One command of the root. The usage indexes of those with a usage text count from 1; the help has 0 under
-// all of its names.
+// One command of the root. Its usage index is its number, from 1 on; the help has 0 under all of its names.
 struct RootCommand {
   const char* name;
   const char* description;
@@ -118,6 +118,8 @@ constexpr RootCommand kCommands[] = {
     HiddenHelpNamed("/?"),
 };
 
+constexpr Table<RootCommand> kTable = TableOf<kCommands>();
+
 constexpr std::uint32_t kHelpIndex = 0;
 
 StatusCode CmdRootUsage(CmdProcessor& root, Words&, std::uint32_t index) {
@@ -127,8 +129,9 @@ StatusCode CmdRootUsage(CmdProcessor& root, Words&, std::uint32_t index) {
     CmdRootHelp(root, no_words);
     return kSuccess;
   }
-  if (index > std::size(kCommands) || kCommands[index - 1].usage == nullptr) return kNoSuchUsage;
-  ConsolePrint(kPrintText, "%s", kCommands[index - 1].usage);
+  const char* const usage = index > kTable.size() ? nullptr : kTable[index - 1].usage;
+  if (usage == nullptr) return kNoSuchUsage;
+  ConsolePrint(kPrintText, "%s", usage);
   return kSuccess;
 }
 
@@ -153,8 +156,8 @@ StatusCode MainCmdsProcessor::Initialize(Words&) {
     SilenceStandardOutput();
     return kFileNotFound;
   }
-  std::printf("FC ESXCLI Debug level = %ld\n", level);
-  std::printf("TORPI Debug level = %d\n", static_cast<int>(library_level));
+  ConsolePrint(kPrintText, "FC ESXCLI Debug level = %ld\n", level);
+  ConsolePrint(kPrintText, "TORPI Debug level = %d\n", static_cast<int>(library_level));
   TORPI_Initialize(library_level, 0);
   TORPI_SetToolID(kToolId);
   TORPI_SetToolVersion(kToolMajor, kToolMinor, 0, 0);
@@ -190,16 +193,22 @@ StatusCode MainCmdsProcessor::Execute(Words& words) {
 }
 
 void MainCmdsProcessor::BuildChildren() {
-  std::uint32_t index = kHelpIndex;
-  for (const RootCommand& command : kCommands) {
-    const Place place = {.name = command.name,
-                         .description = command.description,
-                         .hidden = command.hidden,
-                         .usage_index = command.usage == nullptr ? kHelpIndex : ++index};
-    AddLeaf(std::make_unique<CmdProcessor>(this, place,
-                                           Callbacks{.execute = command.execute, .usage = &CmdRootUsage}));
-  }
+  AddUnmade(kTable.size());
   for (const auto& node : nodes_) AddNode(node.get());
+}
+
+CmdProcessor::Place MainCmdsProcessor::PlaceOf(std::size_t index) const {
+  const RootCommand command = kTable[index];
+  const auto number = static_cast<std::uint32_t>(index + 1);
+  return {.name = command.name,
+          .description = command.description,
+          .hidden = command.hidden,
+          .usage_index = command.usage == nullptr ? kHelpIndex : number};
+}
+
+std::unique_ptr<CmdProcessor> MainCmdsProcessor::MakeChild(std::size_t index) {
+  return std::make_unique<CmdProcessor>(this, PlaceOf(index),
+                                        Callbacks{.execute = kTable[index].execute, .usage = &CmdRootUsage});
 }
 
 MainCmdsProcessor* GetMainProcessor() {

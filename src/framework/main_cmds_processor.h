@@ -2,10 +2,10 @@
 #pragma once
 
 #include <memory>
-#include <span>
 #include <vector>
 
 #include "framework/command_node.h"
+#include "framework/table.h"
 
 class MainCmdsProcessor : public MultipleCmdsProcessor {
  public:
@@ -13,7 +13,7 @@ class MainCmdsProcessor : public MultipleCmdsProcessor {
   ~MainCmdsProcessor() override;
 
   // Sets the nodes that Initialize creates, in this order. The root knows none of their classes.
-  void SetTopLevelNodes(std::span<const SubNode> nodes) { top_level_ = nodes; }
+  void SetTopLevelNodes(const Table<SubNode>& nodes) { top_level_ = nodes; }
 
   // Brings the library up and creates the top-level nodes. kFileNotFound when the library output file cannot
   // be opened: then the library is not called, nothing is created, and nothing more is printed in this run.
@@ -26,9 +26,11 @@ class MainCmdsProcessor : public MultipleCmdsProcessor {
 
  protected:
   void BuildChildren() override;
+  Place PlaceOf(std::size_t index) const override;
+  std::unique_ptr<CmdProcessor> MakeChild(std::size_t index) override;
 
  private:
-  std::span<const SubNode> top_level_;
+  Table<SubNode> top_level_;
   std::vector<std::unique_ptr<MultipleCmdsProcessor>> nodes_;
 };
 

@@ -27,53 +27,76 @@ StatusCode MultipleCmdsProcessor::Help(Words& words) {
   return kSuccess;
 }
 
-const MultipleCmdsProcessor::Children& MultipleCmdsProcessor::GetChildren() {
-  if (!built_) {
-    built_ = true;
-    BuildChildren();
+void MultipleCmdsProcessor::BuildOnce() {
+  if (built_) return;
+  built_ = true;
+  BuildChildren();
+}
+
+CmdProcessor& MultipleCmdsProcessor::ChildAt(std::size_t index) {
+  if (children_[index] == nullptr) {
+    owned_.push_back(MakeChild(index));
+    children_[index] = owned_.back().get();
   }
+  return *children_[index];
+}
+
+const MultipleCmdsProcessor::Children& MultipleCmdsProcessor::GetChildren() {
+  BuildOnce();
+  for (std::size_t i = 0; i < children_.size(); ++i) ChildAt(i);
   return children_;
 }
 
 void MultipleCmdsProcessor::AddLeaf(std::unique_ptr<CmdProcessor> leaf) {
   children_.push_back(leaf.get());
-  leaves_.push_back(std::move(leaf));
+  owned_.push_back(std::move(leaf));
 }
 
 void MultipleCmdsProcessor::DropChildren() {
   built_ = false;
   children_.clear();
-  leaves_.clear();
+  owned_.clear();
 }
 
 CmdProcessor* MultipleCmdsProcessor::FindChild(Words& words) {
+  BuildOnce();
   const bool paired = RunFlagIsSet(RUN_FLAG_BATCH) || words.size() >= 2;
   return paired ? MatchBySwitch(words) : MatchByName(words);
 }
 
+CmdProcessor::Place MultipleCmdsProcessor::PlaceOfChild(std::size_t index) const {
+  return children_[index] == nullptr ? PlaceOf(index) : children_[index]->GetPlace();
+}
+
+bool MultipleCmdsProcessor::IsChildExcluded(std::size_t index, Words& words) {
+  return children_[index] != nullptr && children_[index]->IsExcluded(words) != kSuccess;
+}
+
 CmdProcessor* MultipleCmdsProcessor::MatchByName(Words& words) {
-  for (CmdProcessor* child : GetChildren()) {
-    if (child->IsExcluded(words) != kSuccess) continue;
-    if (words.empty() || !EqualNoCase(words[0], child->GetName())) continue;
+  for (std::size_t i = 0; i < children_.size(); ++i) {
+    if (IsChildExcluded(i, words)) continue;
+    if (words.empty() || !EqualNoCase(words[0], PlaceOfChild(i).name)) continue;
     words.erase(words.begin());
-    return child;
+    return &ChildAt(i);
   }
   return nullptr;
 }
 
 CmdProcessor* MultipleCmdsProcessor::MatchBySwitch(Words& words) {
-  for (CmdProcessor* child : GetChildren()) {
-    if (child->IsExcluded(words) != kSuccess) continue;
-    if (child->GetSwitch()[0] != '\0') {
+  for (std::size_t i = 0; i < children_.size(); ++i) {
+    if (IsChildExcluded(i, words)) continue;
+    const Place place = PlaceOfChild(i);
+    if (place.switch_word[0] != '\0') {
       int at = -1;
-      if (!FindWordPair(words, child->GetSwitch(), child->GetName(), at)) continue;
+      if (!FindWordPair(words, place.switch_word, place.name, at)) continue;
       words.erase(words.begin() + at, words.begin() + at + 2);
     } else {
-      if (words.empty() || !EqualNoCase(words[0], child->GetName())) continue;
+      if (words.empty() || !EqualNoCase(words[0], place.name)) continue;
       words.erase(words.begin());
     }
-    if (child->IsLeaf()) return child;
-    CmdProcessor* const found = static_cast<MultipleCmdsProcessor*>(child)->FindChild(words);
+    CmdProcessor& child = ChildAt(i);
+    if (child.IsLeaf()) return &child;
+    CmdProcessor* const found = static_cast<MultipleCmdsProcessor&>(child).FindChild(words);
     if (found != nullptr) return found;
     // The erased words stay erased: the next children see the shortened list.
   }

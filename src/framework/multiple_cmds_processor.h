@@ -1,6 +1,7 @@
 // A node with children: how words are matched down the tree and how the matched node is run.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -19,7 +20,7 @@ class MultipleCmdsProcessor : public CmdProcessor {
   // Lists the children: name and description of each that is neither excluded, hidden nor restricted.
   StatusCode Help(Words& words) override;
 
-  // The children in order, built at the first call.
+  // The children in order, all of them made.
   const Children& GetChildren();
 
   // Matches the words down the tree and erases those that it consumes. Switch pairs may be anywhere in the
@@ -33,8 +34,16 @@ class MultipleCmdsProcessor : public CmdProcessor {
   static StatusCode RunChild(CmdProcessor* child, Words& words);
 
  protected:
-  // Adds the class's children, leaves before sub-nodes, with AddLeaf and AddNode. A plain node has none.
+  // Adds the class's children, leaves before sub-nodes, with AddUnmade, AddLeaf and AddNode. A plain node has
+  // none.
   virtual void BuildChildren() {}
+
+  // Adds `count` children that are made when they are first matched or listed: a short command has no use for
+  // most of a tree. Until then PlaceOf says how each is addressed. None of them is excluded.
+  // An index counts all children.
+  void AddUnmade(std::size_t count) { children_.resize(children_.size() + count); }
+  virtual Place PlaceOf(std::size_t) const { return {}; }
+  virtual std::unique_ptr<CmdProcessor> MakeChild(std::size_t) { return nullptr; }
 
   void AddLeaf(std::unique_ptr<CmdProcessor> leaf);
   // A null is no child.
@@ -49,12 +58,16 @@ class MultipleCmdsProcessor : public CmdProcessor {
   static void PrintChild(const CmdProcessor& child);
 
  private:
+  void BuildOnce();
+  CmdProcessor& ChildAt(std::size_t index);
+  Place PlaceOfChild(std::size_t index) const;
+  bool IsChildExcluded(std::size_t index, Words& words);
   CmdProcessor* MatchByName(Words& words);
   CmdProcessor* MatchBySwitch(Words& words);
 
   bool built_ = false;
-  Children children_;
-  std::vector<std::unique_ptr<CmdProcessor>> leaves_;
+  Children children_;  // null: not made yet
+  std::vector<std::unique_ptr<CmdProcessor>> owned_;
 };
 
 // The run step that the argument vector and the shell share: finds the node that the words name and runs it.

@@ -1,15 +1,15 @@
 #include "framework/run_flags.h"
 
-#include <strings.h>
+#include "framework/words.h"
 
 std::atomic<std::uint32_t> gRunFlags{0};
 
 std::uint32_t ParseProgramFlags(int argc, char** argv, int& first) {
   std::uint32_t flags = 0;
   for (first = 1; first < argc; ++first) {
-    if (strcasecmp(argv[first], "-debug") == 0) {
+    if (EqualNoCase(argv[first], "-debug")) {
       flags |= RUN_FLAG_DEBUG;
-    } else if (strcasecmp(argv[first], "-eng") == 0) {
+    } else if (EqualNoCase(argv[first], "-eng")) {
       flags |= RUN_FLAG_ENGINEERING;
     } else {
       break;

@@ -42,28 +42,28 @@ class Serializer {
   virtual ~Serializer() = default;
 
   // Stores the mode, whatever it is, and begins the document.
-  virtual StatusCode Open(OutputMode mode);
+  StatusCode Open(OutputMode mode);
   // Ends the document; a mode that is none stays.
-  virtual StatusCode Close();
+  StatusCode Close();
 
-  virtual StatusCode BeginList(ListKind kind);  // kBadMode also for an unknown kind in XML
-  virtual StatusCode EndList();
-  virtual StatusCode WriteStringList(const std::vector<std::string>& values);
-  virtual StatusCode WriteIntList(const std::vector<std::int32_t>& values);
-  virtual StatusCode WriteBoolList(const std::vector<bool>& values);
+  StatusCode BeginList(ListKind kind);  // kBadMode also for an unknown kind in XML
+  StatusCode EndList();
+  StatusCode WriteStringList(const std::vector<std::string>& values);
+  StatusCode WriteIntList(const std::vector<std::int32_t>& values);
+  StatusCode WriteBoolList(const std::vector<bool>& values);
 
-  virtual StatusCode BeginStructure(const char* name);
-  virtual StatusCode EndStructure();
-  virtual StatusCode BeginField(const char* name);
-  virtual StatusCode EndField();
-  virtual StatusCode WriteStringField(const char* name, const char* value);
+  StatusCode BeginStructure(const char* name);
+  StatusCode EndStructure();
+  StatusCode BeginField(const char* name);
+  StatusCode EndField();
+  StatusCode WriteStringField(const char* name, const char* value);
   // An unknown kind shows the name without a value.
-  virtual StatusCode WriteIntField(const char* name, std::int64_t value, IntKind kind);
-  virtual StatusCode WriteBoolField(const char* name, bool value);
+  StatusCode WriteIntField(const char* name, std::int64_t value, IntKind kind);
+  StatusCode WriteBoolField(const char* name, bool value);
 
   // Formats at most `limit` characters and writes them as one string value. kMemoryError when the text's
   // memory cannot be had.
-  [[gnu::format(printf, 3, 4)]] virtual StatusCode WriteFormatted(std::size_t limit, const char* format, ...);
+  [[gnu::format(printf, 3, 4)]] StatusCode WriteFormatted(std::size_t limit, const char* format, ...);
 
   // The text before and after the value of a list's item: a structure whose only field holds the value. Put
   // together once for a list, which can have millions of items.

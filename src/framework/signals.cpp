@@ -27,8 +27,7 @@ void OnSignal(int number) {
 
 void InstallSignalHandler() {
   // Without SA_RESTART: a read at the prompt has to end when SIGQUIT arrives.
-  struct sigaction action = {};
+  struct sigaction action = {};  // no signal is blocked meanwhile
   action.sa_handler = &OnSignal;
-  sigemptyset(&action.sa_mask);
   for (const int number : {SIGINT, SIGABRT, SIGTERM, SIGQUIT}) sigaction(number, &action, nullptr);
 }

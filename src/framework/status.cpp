@@ -1,8 +1,9 @@
 #include "framework/status.h"
 
 #include "framework/device_library/library_answers.h"
+#include "framework/table.h"
 
-const char* MessageFor(std::span<const StatusMessage> table, StatusCode code) {
+const char* MessageFor(const Table<StatusMessage>& table, StatusCode code) {
   for (const StatusMessage& row : table) {
     if (row.code == code) return row.text;
   }

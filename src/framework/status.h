@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <span>
 
+#include "framework/table.h"
+
 // The outcome of a command. The process's exit status is always 0: what a user learns is in the "Message"
 // of the command's document; the code itself only chooses that text, the usage print and the debug log line.
 enum StatusCode : std::uint32_t {
@@ -103,7 +105,7 @@ struct StatusMessage {
 };
 
 // The text of `code` in a class's table, "Failed, Unknown" when the table lacks it.
-const char* MessageFor(std::span<const StatusMessage> table, StatusCode code);
+const char* MessageFor(const Table<StatusMessage>& table, StatusCode code);
 
 // The status of a failed library call: `own` as the command assigns it, unless the library says that the port
 // is in maintenance mode.

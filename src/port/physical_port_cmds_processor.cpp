@@ -25,6 +25,7 @@
 #include "framework/files.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
+#include "framework/table.h"
 #include "port/physical_port_dmi_cmds_processor.h"
 #include "port/physical_port_fc_stats_cmds_processor.h"
 #include "port/physical_port_fw_dump_cmds_processor.h"
@@ -144,15 +145,14 @@ constexpr SubNode kSubNodes[] = {
      &MakeNode<PhysicalPortHostNQNCmdsProcessor>},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortCmdsProcessor",
-    .help_words = "Port",
-    .commands = kCommands,
-    .sub_nodes = kSubNodes,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortCmdsProcessor::PhysicalPortCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortCmdsProcessor() {
+  return {
+      .name = "PhysicalPortCmdsProcessor",
+      .help_words = "Port",
+      .commands = TableOf<kCommands>(),
+      .sub_nodes = TableOf<kSubNodes>(),
+      .messages = TableOf<kMessages>(),
+  };
+}

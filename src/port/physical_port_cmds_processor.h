@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortCmdsProcessor();

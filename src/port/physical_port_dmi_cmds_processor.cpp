@@ -8,8 +8,10 @@
 #include "framework/device_library/calls.h"
 #include "framework/device_library/families.h"
 #include "framework/files.h"
+#include "framework/inline_text.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
+#include "framework/table.h"
 #include "port/sfp/dmi_report.h"
 #include "port/sfp/sfp_image.h"
 #include "runtime/text.h"
@@ -95,7 +97,7 @@ constexpr LibraryAnswer kUpdateAnswers[] = {
 // One kind of file that the library writes. Its function is called through `write`, so that it is bound only
 // when used.
 struct SaveMode {
-  const char* word;
+  InlineText<6> word;
   LibraryStatus (*write)(const DeviceHandle* handle, const char* file);
 };
 
@@ -117,13 +119,13 @@ const SaveMode* FindSaveMode(std::string_view word) {
 
 StatusCode DisplaySfpSave(CommandRun& run, StatusCode code) {
   const FunctionScope function(run, __func__);
-  const Document document(run, "SaveSFPData", MessageFor(kSaveMessages, code));
+  const Document document(run, "SaveSFPData", MessageFor(TableOf<kSaveMessages>(), code));
   return code;
 }
 
 StatusCode DisplaySfpUpdate(CommandRun& run, StatusCode code) {
   const FunctionScope function(run, __func__);
-  const Document document(run, "SFPFirmwareUpdate", MessageFor(kUpdateMessages, code));
+  const Document document(run, "SFPFirmwareUpdate", MessageFor(TableOf<kUpdateMessages>(), code));
   return code;
 }
 
@@ -279,16 +281,15 @@ constexpr CommandRow kCommands[] = {
      .usage_index = 1},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortDMICmdsProcessor",
-    .help_words = "Port dmi",
-    .commands = kCommands,
-    .frame = kFrame,
-    .messages = kMessages,
-    .help_description = "List of available commands",
-};
-
 }  // namespace
 
-PhysicalPortDMICmdsProcessor::PhysicalPortDMICmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortDMICmdsProcessor() {
+  return {
+      .name = "PhysicalPortDMICmdsProcessor",
+      .help_words = "Port dmi",
+      .commands = TableOf<kCommands>(),
+      .frame = kFrame,
+      .messages = TableOf<kMessages>(),
+      .help_description = "List of available commands",
+  };
+}

@@ -4,7 +4,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortDMICmdsProcessor : public CommandNode {
- public:
-  PhysicalPortDMICmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortDMICmdsProcessor();

@@ -1,9 +1,11 @@
 #include "port/physical_port_fc_stats_cmds_processor.h"
 
 #include "discovery/port_lookup.h"
+#include "framework/inline_text.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
 #include "framework/report_lines.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -20,7 +22,7 @@ constexpr std::string_view kFirmware = "Firmware";
 
 constexpr std::size_t kCounters = 6;
 using CounterValues = std::uint32_t[kCounters];
-using CounterLabels = const char* [kCounters];
+using CounterLabels = InlineText<39>[kCounters];
 
 // In the order of the counters in the port's record.
 constexpr CounterLabels kDriverLabels = {
@@ -39,7 +41,7 @@ constexpr CounterLabels kFirmwareLabels = {
 StatusCode DisplayCounters(CommandRun& run, const CounterLabels& labels, const CounterValues& counters) {
   ReportText text(kReportBytes);
   if (!text.Allocated()) return run.DisplayNoMemory();
-  text.Line("%s: %u\n", labels[0], counters[0]);
+  text.Line("%s: %u\n", labels[0].CString(), counters[0]);
   for (std::size_t i = 1; i < kCounters; ++i) NumberLine(text, labels[i], counters[i]);
   return run.DisplayReport(text);
 }
@@ -104,15 +106,14 @@ constexpr CommandRow kCommands[] = {
      .usage_index = 0},  // intended: that of `get`, so that `help` has 1
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortFCStatsCmdsProcessor",
-    .help_words = "Port stats",
-    .commands = kCommands,
-    .frame = {"FCStatistics", "FCStats", "FCStatsList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortFCStatsCmdsProcessor::PhysicalPortFCStatsCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortFCStatsCmdsProcessor() {
+  return {
+      .name = "PhysicalPortFCStatsCmdsProcessor",
+      .help_words = "Port stats",
+      .commands = TableOf<kCommands>(),
+      .frame = {"FCStatistics", "FCStats", "FCStatsList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -4,7 +4,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortFCStatsCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortFCStatsCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortFCStatsCmdsProcessor();

@@ -6,6 +6,7 @@
 #include "framework/heap_buffer.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -70,14 +71,13 @@ constexpr CommandRow kCommands[] = {
     {"get", "get Sorvex Firmware Dump information", "Usage: get\r\n", &CmdGetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortFwDumpCmdsProcessor",
-    .help_words = "Port fwdump",
-    .commands = kCommands,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortFwDumpCmdsProcessor::PhysicalPortFwDumpCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortFwDumpCmdsProcessor() {
+  return {
+      .name = "PhysicalPortFwDumpCmdsProcessor",
+      .help_words = "Port fwdump",
+      .commands = TableOf<kCommands>(),
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortFwDumpCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortFwDumpCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortFwDumpCmdsProcessor();

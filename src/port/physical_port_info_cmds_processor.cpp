@@ -10,6 +10,7 @@
 #include "framework/device_library/speeds.h"
 #include "framework/library_call.h"
 #include "framework/report_lines.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -83,7 +84,7 @@ std::string SupportedSpeedsText(std::uint8_t supported_speeds) {
 
 const char* PortSpeedText(std::uint32_t code) {
   const LinkSpeed* const speed = SpeedOfCode(code);
-  return speed == nullptr ? "Unknown" : speed->text;
+  return speed == nullptr ? "Unknown" : speed->text.CString();
 }
 
 // From 32 Gbps on forward error correction is always in use; at 16 Gbps the link flags say so, for the
@@ -236,15 +237,14 @@ constexpr CommandRow kCommands[] = {
     {"get", "get Sorvex Physical Port information", "Usage: get [port identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortInfoCmdsProcessor",
-    .help_words = "Port info",
-    .commands = kCommands,
-    .frame = {"PortInformation", "PortInfo", "PortInfoList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortInfoCmdsProcessor::PhysicalPortInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortInfoCmdsProcessor() {
+  return {
+      .name = "PhysicalPortInfoCmdsProcessor",
+      .help_words = "Port info",
+      .commands = TableOf<kCommands>(),
+      .frame = {"PortInformation", "PortInfo", "PortInfoList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

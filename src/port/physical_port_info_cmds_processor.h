@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortInfoCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortInfoCmdsProcessor();

@@ -4,6 +4,7 @@
 #include "framework/heap_buffer.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
+#include "framework/table.h"
 #include "port/rdp_decoder.h"
 
 namespace {
@@ -74,15 +75,14 @@ constexpr CommandRow kCommands[] = {
      .cli_word = "runcli"},  // intended: not "getcli"
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortRDPCmdsProcessor",
-    .help_words = "Port rdp",
-    .commands = kCommands,
-    .frame = kFrame,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortRDPCmdsProcessor::PhysicalPortRDPCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortRDPCmdsProcessor() {
+  return {
+      .name = "PhysicalPortRDPCmdsProcessor",
+      .help_words = "Port rdp",
+      .commands = TableOf<kCommands>(),
+      .frame = kFrame,
+      .messages = TableOf<kMessages>(),
+  };
+}

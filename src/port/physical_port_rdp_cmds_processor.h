@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortRDPCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortRDPCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortRDPCmdsProcessor();

@@ -4,8 +4,10 @@
 
 #include "discovery/port_lookup.h"
 #include "framework/heap_buffer.h"
+#include "framework/inline_text.h"
 #include "framework/library_call.h"
 #include "framework/report.h"
+#include "framework/table.h"
 #include "port/vpd_map.h"
 
 namespace {
@@ -25,8 +27,8 @@ constexpr StatusMessage kMessages[] = {
 };
 
 struct Keyword {
-  std::string_view keyword;
-  const char* name;
+  InlineText<2> keyword;
+  InlineText<21> name;
 };
 
 constexpr Keyword kKeywords[] = {
@@ -78,15 +80,14 @@ constexpr CommandRow kCommands[] = {
     {"get", "get Sorvex VPD information", "Usage: get\r\n", &CmdGetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "PhysicalPortVPDCmdsProcessor",
-    .help_words = "Port vpd",
-    .commands = kCommands,
-    .frame = kFrame,
-    .messages = kMessages,
-};
-
 }  // namespace
 
-PhysicalPortVPDCmdsProcessor::PhysicalPortVPDCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass PhysicalPortVPDCmdsProcessor() {
+  return {
+      .name = "PhysicalPortVPDCmdsProcessor",
+      .help_words = "Port vpd",
+      .commands = TableOf<kCommands>(),
+      .frame = kFrame,
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class PhysicalPortVPDCmdsProcessor : public CommandNode {
- public:
-  PhysicalPortVPDCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass PhysicalPortVPDCmdsProcessor();

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "framework/code_text.h"
+#include "framework/inline_text.h"
 #include "framework/report_lines.h"
 #include "port/rdp_descriptor.h"
 #include "port/rdp_optics.h"
@@ -125,10 +126,10 @@ void DecodeBufferCreditsStatusDescriptorData(CommandRun& run, const RdpDescripto
                                              ReportText& text) {
   const DecoderScope decoder(run, __func__, descriptor);
   struct Credit {
-    const char* label;
-    const char* unit;
+    InlineText<41> label;
+    InlineText<3> unit;
   };
-  constexpr Credit kCredits[] = {
+  static constexpr Credit kCredits[] = {
       {"FC Port Buffer To Buffer Credits", ""},
       {"Attached FC Port Buffer To Buffer Credits", ""},
       {"Nominal FC Port RTT", " ns"},
@@ -136,7 +137,7 @@ void DecodeBufferCreditsStatusDescriptorData(CommandRun& run, const RdpDescripto
   for (std::size_t i = 0; i < descriptor.words.Count(); ++i) {
     const std::uint32_t word = descriptor.words[i];
     if (i < std::size(kCredits)) {
-      text.Line("%s: %d%s\n", kCredits[i].label, Signed(word), kCredits[i].unit);
+      text.Line("%s: %d%s\n", kCredits[i].label.CString(), Signed(word), kCredits[i].unit.CString());
     } else {
       text.Line("Buffer Credits Status Value: 0x%08X\n", word);
     }
@@ -148,9 +149,9 @@ constexpr std::uint32_t kOpticalProductTag = 0x00010008;
 // A kind of descriptor. `lead` comes before its heading.
 struct RdpDecoder {
   std::uint32_t tag;
-  const char* heading;
+  InlineText<40> heading;
   void (*decode)(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text);
-  const char* lead = "";
+  InlineText<1> lead = "";
 };
 
 constexpr RdpDecoder kDecoders[] = {
@@ -174,8 +175,8 @@ const RdpDecoder* FindDecoder(std::uint32_t tag) {
 
 void WriteHeading(const RdpDecoder& decoder, ReportText& text) {
   constexpr const char* kRule = "---------------------------------";
-  text.Line("%s%s\n", decoder.lead, kRule);
-  text.Line("%s\n", decoder.heading);
+  text.Line("%s%s\n", decoder.lead.CString(), kRule);
+  text.Line("%s\n", decoder.heading.CString());
   text.Line("%s\n", kRule);
 }
 

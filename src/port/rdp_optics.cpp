@@ -1,4 +1,6 @@
 #include "port/rdp_optics.h"
+#include "framework/inline_text.h"
+#include "framework/table.h"
 
 #include <algorithm>
 
@@ -34,7 +36,7 @@ double LowDegrees(std::uint16_t limit) {
 struct TransmitterType {
   std::uint16_t mask;
   std::uint16_t value;
-  const char* text;
+  InlineText<26> text;
 };
 
 // The first that fits. Intended: the last never shows, since its flags fit the second too.
@@ -60,7 +62,7 @@ void DecodeSFPFlagInfo(CommandRun& run, std::uint16_t flags, ReportText& text) {
   const FunctionScope function(run, __func__);
   for (const TransmitterType& type : kTransmitterTypes) {
     if ((flags & type.mask) != type.value) continue;
-    text.Line("\tPort Tx Type: %s\n", type.text);
+    text.Line("\tPort Tx Type: %s\n", type.text.CString());
     break;
   }
   const auto is_set = [flags](int number) { return (flags & Bit(number)) != 0; };
@@ -76,7 +78,7 @@ void DecodeSFPFlagInfo(CommandRun& run, std::uint16_t flags, ReportText& text) {
 struct OpticalElement {
   std::uint32_t function;
   int decimals;
-  const char* name;
+  InlineText<11> name;
   double (*high)(std::uint16_t limit);
   double (*low)(std::uint16_t limit);
 };
@@ -97,10 +99,13 @@ struct OpticalLimits {
 };
 
 void ScaledLimitLines(ReportText& text, const OpticalElement& element, const OpticalLimits& limits) {
-  text.Line("%s High Alarm: %.*f\n", element.name, element.decimals, element.high(limits.high_alarm));
-  text.Line("%s Low Alarm: %.*f\n", element.name, element.decimals, element.low(limits.low_alarm));
-  text.Line("%s High Warning: %.*f\n", element.name, element.decimals, element.high(limits.high_warning));
-  text.Line("%s Low Warning: %.*f\n", element.name, element.decimals, element.low(limits.low_warning));
+  text.Line("%s High Alarm: %.*f\n", element.name.CString(), element.decimals,
+            element.high(limits.high_alarm));
+  text.Line("%s Low Alarm: %.*f\n", element.name.CString(), element.decimals, element.low(limits.low_alarm));
+  text.Line("%s High Warning: %.*f\n", element.name.CString(), element.decimals,
+            element.high(limits.high_warning));
+  text.Line("%s Low Warning: %.*f\n", element.name.CString(), element.decimals,
+            element.low(limits.low_warning));
 }
 
 void RawLimitLines(ReportText& text, std::uint32_t function, const OpticalLimits& limits) {
@@ -159,7 +164,7 @@ void DecodeOpticalElementData(CommandRun& run, const RdpDescriptor& descriptor, 
   const std::uint32_t warnings = descriptor.words[1];
   const std::uint32_t function = descriptor.words[2];
   const OpticalLimits limits = {High(alarms), Low(alarms), High(warnings), Low(warnings)};
-  for (const OpticalElement& element : kOpticalElements) {
+  for (const OpticalElement& element : TableOf<kOpticalElements>()) {
     if (element.function == function) return ScaledLimitLines(text, element, limits);
   }
   RawLimitLines(text, function, limits);

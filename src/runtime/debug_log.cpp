@@ -16,7 +16,14 @@
 
 namespace {
 
-constinit CCriticalSection logging_lock;
+// Never destroyed: a line can be logged as long as the process runs.
+union LoggingLock {
+  constexpr LoggingLock() : lock() {}
+  ~LoggingLock() {}  // NOLINT(modernize-use-equals-default): that one would be deleted
+
+  CCriticalSection lock;
+};
+constinit LoggingLock logging;
 
 // Static, so that a long message takes no memory; both are guarded by the logging lock.
 constinit char message_buffer[2097152];
@@ -112,11 +119,11 @@ DebugLogWriter::DebugLogWriter() : saved_errno_(errno) {
   sigfillset(&signals);
   for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP}) sigdelset(&signals, signal);
   pthread_sigmask(SIG_BLOCK, &signals, &saved_signals_);
-  logging_lock.Lock(kNoTimeLimit);
+  logging.lock.Lock(kNoTimeLimit);
 }
 
 DebugLogWriter::~DebugLogWriter() {
-  logging_lock.Unlock();
+  logging.lock.Unlock();
   errno = saved_errno_;
   pthread_sigmask(SIG_SETMASK, &saved_signals_, nullptr);
 }

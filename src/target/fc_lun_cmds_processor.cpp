@@ -4,6 +4,7 @@
 #include "discovery/identifiers.h"
 #include "discovery/listing.h"
 #include "framework/report.h"
+#include "framework/table.h"
 #include "target/fc_lun_info_cmds_processor.h"
 
 namespace {
@@ -30,14 +31,13 @@ constexpr SubNode kSubNodes[] = {
     {"info", "-v", "use this command to get Sorvex FC LUN info", &MakeNode<FCLunInfoCmdsProcessor>},
 };
 
-constexpr NodeClass kClass = {
-    .name = "FCLunCmdsProcessor",
-    .help_words = "FC Lun",
-    .commands = kCommands,
-    .sub_nodes = kSubNodes,
-};
-
 }  // namespace
 
-FCLunCmdsProcessor::FCLunCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass FCLunCmdsProcessor() {
+  return {
+      .name = "FCLunCmdsProcessor",
+      .help_words = "FC Lun",
+      .commands = TableOf<kCommands>(),
+      .sub_nodes = TableOf<kSubNodes>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class FCLunCmdsProcessor : public CommandNode {
- public:
-  FCLunCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass FCLunCmdsProcessor();

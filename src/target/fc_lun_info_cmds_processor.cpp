@@ -6,6 +6,7 @@
 #include "discovery/port_lookup.h"
 #include "framework/device_library/octet_text.h"
 #include "framework/report_lines.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -51,15 +52,14 @@ constexpr CommandRow kCommands[] = {
     {"get", "get Sorvex FC LUN information", "Usage: get [port identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "FCLunInfoCmdsProcessor",
-    .help_words = "FC Lun info",
-    .commands = kCommands,
-    .frame = {"LunInformation", "LunInfo", "LunInfoList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-FCLunInfoCmdsProcessor::FCLunInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass FCLunInfoCmdsProcessor() {
+  return {
+      .name = "FCLunInfoCmdsProcessor",
+      .help_words = "FC Lun info",
+      .commands = TableOf<kCommands>(),
+      .frame = {"LunInformation", "LunInfo", "LunInfoList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class FCLunInfoCmdsProcessor : public CommandNode {
- public:
-  FCLunInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass FCLunInfoCmdsProcessor();

@@ -6,6 +6,7 @@
 #include "discovery/identifiers.h"
 #include "discovery/listing.h"
 #include "framework/report.h"
+#include "framework/table.h"
 #include "target/fc_target_info_cmds_processor.h"
 #include "target/fc_target_stats_cmds_processor.h"
 #include "target/fc_target_tlsd_cmds_processor.h"
@@ -39,14 +40,13 @@ constexpr SubNode kSubNodes[] = {
      &MakeNode<FCTargetStatsCmdsProcessor>},
 };
 
-constexpr NodeClass kClass = {
-    .name = "FCTargetCmdsProcessor",
-    .help_words = "FC Target",
-    .commands = kCommands,
-    .sub_nodes = kSubNodes,
-};
-
 }  // namespace
 
-FCTargetCmdsProcessor::FCTargetCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass FCTargetCmdsProcessor() {
+  return {
+      .name = "FCTargetCmdsProcessor",
+      .help_words = "FC Target",
+      .commands = TableOf<kCommands>(),
+      .sub_nodes = TableOf<kSubNodes>(),
+  };
+}

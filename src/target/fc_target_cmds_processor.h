@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class FCTargetCmdsProcessor : public CommandNode {
- public:
-  FCTargetCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass FCTargetCmdsProcessor();

@@ -6,7 +6,9 @@
 #include "discovery/host_walk.h"
 #include "discovery/port_lookup.h"
 #include "framework/code_text.h"
+#include "framework/inline_text.h"
 #include "framework/report_lines.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -47,28 +49,28 @@ bool HasOldRecord(const TargetEntry& target) {
 }
 
 RemotePort ReadCurrentRecord(const TargetEntry& target) {
-  static constexpr const char* kTypes[] = {"Unknown", "Initiator", "Target", "Initiator-Target"};
-  static constexpr const char* kSessionStates[] = {
+  static constexpr InlineText<16> kTypes[] = {"Unknown", "Initiator", "Target", "Initiator-Target"};
+  static constexpr InlineText<14> kSessionStates[] = {
       "NA", "NA", "Auth Pending", "Auth Failed", "Auth Complete", "Auth Terminate"};
   constexpr std::uint8_t kRoles = 0x03;
   constexpr std::uint8_t kSecure = 0x10;
   return {.type = kTypes[target.remote_flags & kRoles],
           .session_state = target.remote_session_state < std::size(kSessionStates)
-                               ? kSessionStates[target.remote_session_state]
+                               ? kSessionStates[target.remote_session_state].CString()
                                : "Auth Unknown",
           .secure_mode = (target.remote_flags & kSecure) != 0 ? "Enabled" : "Disabled"};
 }
 
 // The codes of the older record differ from those of the current one.
 RemotePort ReadOldRecord(const TargetEntry& target) {
-  static constexpr const char* kTypes[] = {"Unknown", "Target", "Initiator", "Initiator-Target"};
-  static constexpr const char* kPlainStates[] = {"NA", "NA", "Auth Pending", "Auth Pending"};
+  static constexpr InlineText<16> kTypes[] = {"Unknown", "Target", "Initiator", "Initiator-Target"};
+  static constexpr InlineText<12> kPlainStates[] = {"NA", "NA", "Auth Pending", "Auth Pending"};
   constexpr std::uint8_t kLastSecureState = 5;
   RemotePort remote;
   if (target.old_remote_type < std::size(kTypes)) remote.type = kTypes[target.old_remote_type];
   const std::uint8_t state = target.old_session_state;
   if (target.old_secure_mode == 0) {
-    remote.session_state = state < std::size(kPlainStates) ? kPlainStates[state] : "Auth Failed";
+    remote.session_state = state < std::size(kPlainStates) ? kPlainStates[state].CString() : "Auth Failed";
   } else if (target.old_secure_mode == 1 && state <= kLastSecureState) {
     remote.session_state = "Auth Complete";
     remote.secure_mode = "Enabled";
@@ -156,15 +158,14 @@ constexpr CommandRow kCommands[] = {
     {"get", "get Sorvex FC Target information", "Usage: get [port identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "FCTargetInfoCmdsProcessor",
-    .help_words = "FC Target info",
-    .commands = kCommands,
-    .frame = {"TargetInformation", "TargetInfo", "TargetInfoList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-FCTargetInfoCmdsProcessor::FCTargetInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass FCTargetInfoCmdsProcessor() {
+  return {
+      .name = "FCTargetInfoCmdsProcessor",
+      .help_words = "FC Target info",
+      .commands = TableOf<kCommands>(),
+      .frame = {"TargetInformation", "TargetInfo", "TargetInfoList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class FCTargetInfoCmdsProcessor : public CommandNode {
- public:
-  FCTargetInfoCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass FCTargetInfoCmdsProcessor();

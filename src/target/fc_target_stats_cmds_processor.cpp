@@ -3,6 +3,7 @@
 #include "congestion/congestion_lines.h"
 #include "congestion/guard.h"
 #include "congestion/statistics.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -50,15 +51,14 @@ constexpr CommandRow kCommands[] = {
     {"get", "get Sorvex FC Target information", "Usage: get [port identifier]\r\n", &CmdGetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "FCTargetStatsCmdsProcessor",
-    .help_words = "FC Target stats",
-    .commands = kCommands,
-    .frame = {"TargetStatistics", "Target Stats", "TargetStatsList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-FCTargetStatsCmdsProcessor::FCTargetStatsCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass FCTargetStatsCmdsProcessor() {
+  return {
+      .name = "FCTargetStatsCmdsProcessor",
+      .help_words = "FC Target stats",
+      .commands = TableOf<kCommands>(),
+      .frame = {"TargetStatistics", "Target Stats", "TargetStatsList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

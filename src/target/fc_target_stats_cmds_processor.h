@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class FCTargetStatsCmdsProcessor : public CommandNode {
- public:
-  FCTargetStatsCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass FCTargetStatsCmdsProcessor();

@@ -7,6 +7,7 @@
 #include "framework/device_library/speeds.h"
 #include "framework/library_call.h"
 #include "framework/report_lines.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -30,7 +31,7 @@ constexpr std::uint32_t kNoSpeed = 0;
 
 const char* SpeedText(std::uint32_t code) {
   const LinkSpeed* const speed = SpeedOfCode(code);
-  return speed == nullptr ? "Unknown" : speed->word;
+  return speed == nullptr ? "Unknown" : speed->word.CString();
 }
 
 int RankOf(std::uint32_t code) {
@@ -131,15 +132,14 @@ constexpr CommandRow kCommands[] = {
     {"set", "set Sorvex FC Target TLSD Speed", "Usage: set [port identifier]\r\n", &CmdSetCommon},
 };
 
-constexpr NodeClass kClass = {
-    .name = "FCTargetTLSDCmdsProcessor",
-    .help_words = "FC Target tlsd",
-    .commands = kCommands,
-    .frame = {"TargetTLSDInformation", "Target TLSD Info", "TargetTLSDInfoList"},
-    .messages = kMessages,
-};
-
 }  // namespace
 
-FCTargetTLSDCmdsProcessor::FCTargetTLSDCmdsProcessor(CmdProcessor* parent, const SubNode& self)
-    : CommandNode(parent, self, kClass) {}
+NodeClass FCTargetTLSDCmdsProcessor() {
+  return {
+      .name = "FCTargetTLSDCmdsProcessor",
+      .help_words = "FC Target tlsd",
+      .commands = TableOf<kCommands>(),
+      .frame = {"TargetTLSDInformation", "Target TLSD Info", "TargetTLSDInfoList"},
+      .messages = TableOf<kMessages>(),
+  };
+}

@@ -3,7 +3,4 @@
 
 #include "framework/command_node.h"
 
-class FCTargetTLSDCmdsProcessor : public CommandNode {
- public:
-  FCTargetTLSDCmdsProcessor(CmdProcessor* parent, const SubNode& self);
-};
+NodeClass FCTargetTLSDCmdsProcessor();

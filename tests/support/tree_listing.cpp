@@ -24,7 +24,7 @@ void List(MultipleCmdsProcessor& node, int depth) {
 
 int main() {
   MainCmdsProcessor* const root = GetMainProcessor();
-  root->SetTopLevelNodes(kTopLevelNodes);
+  root->SetTopLevelNodes(TableOf<kTopLevelNodes>());
   Words no_words;
   if (root->Initialize(no_words) == kSuccess) List(*root, 0);
   root->Uninitialize(no_words);

@@ -7,11 +7,11 @@
 namespace {
 
 struct Names {
-  const char* key;
-  const char* log_name;
+  ParameterName key;
+  ParameterName log_name;
 };
 
-constexpr BootDriveRow Drive(BootDrive HBAParamsInfo::*drive, Names port_name, Names lun, OptionName option) {
+consteval BootDriveRow Drive(BootDrive HBAParamsInfo::*drive, Names port_name, Names lun, OptionName option) {
   return {drive,
           {.key = port_name.key,
            .log_name = port_name.log_name,
@@ -51,8 +51,8 @@ std::span<const BootDriveRow> BootDrives() {
 }
 
 void AddDrive(std::size_t drive, const WorldWideName& port_name, std::int64_t lun, StagedValues& values) {
-  values[kDrives[drive].port_name.key] = port_name.Text();
-  values[kDrives[drive].lun.key] = std::to_string(lun);
+  values[std::string(kDrives[drive].port_name.key)] = port_name.Text();
+  values[std::string(kDrives[drive].lun.key)] = std::to_string(lun);
 }
 
 const TargetEntry* FindTarget(const FCProtocolEntry& fc, const WorldWideName& port_name) {

@@ -8,12 +8,13 @@
 #include "framework/command_run.h"
 #include "framework/device_library/config_records.h"
 #include "framework/device_library/port_entry.h"
+#include "framework/inline_text.h"
 #include "framework/status.h"
 
 // A mode that a node knows: its word on the command line and its number in a staged file.
 struct BootModeName {
   BootMode mode;
-  const char* word;
+  InlineText<4> word;
   std::uint32_t staged;
 };
 

@@ -9,6 +9,7 @@
 #include "framework/device_library/families.h"
 #include "framework/library_call.h"
 #include "framework/report_lines.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -34,7 +35,8 @@ struct BootFlag {
   CheckResult (*allow)(const FCProtocolEntry& fc, BootMode mode);
 };
 
-constexpr StagedParameter Flag(const char* key, const char* log_name, std::size_t offset, OptionName option) {
+consteval StagedParameter Flag(ParameterName key, ParameterName log_name, std::size_t offset,
+                               OptionName option) {
   return {.key = key,
           .log_name = log_name,
           .offset = offset,
@@ -43,7 +45,7 @@ constexpr StagedParameter Flag(const char* key, const char* log_name, std::size_
           .option = option};
 }
 
-constexpr StagedParameter InverseFlag(const char* key, const char* log_name, std::size_t offset,
+consteval StagedParameter InverseFlag(ParameterName key, ParameterName log_name, std::size_t offset,
                                       OptionName option) {
   StagedParameter parameter = Flag(key, log_name, offset, option);
   parameter.form = ParameterForm::kInverseFlag;
@@ -88,7 +90,7 @@ StatusCode BootRecord::ReadDevice(const CommandRun& run) {
   const StatusCode status = CallLibrary(run, "Get boot device info", kReadFailed,
                                         [&] { return TORPI_GetBootDeviceInfo(&fc_.handle, &info_, 0); });
   if (status != kSuccess) return status;
-  for (const BootFlag& flag : kFlags) LogValue(run, flag.staged, &info_);
+  for (const BootFlag& flag : TableOf<kFlags>()) LogValue(run, flag.staged, &info_);
   for (const BootDriveRow& row : BootDrives()) {
     LogValue(run, row.port_name, &(info_.*row.drive));
     LogValue(run, row.lun, &(info_.*row.drive));
@@ -102,7 +104,7 @@ StatusCode BootRecord::WriteDevice(const CommandRun& run) const {
 }
 
 void BootRecord::AddAll(StagedValues& values) const {
-  for (const BootFlag& flag : kFlags) AddValue(flag.staged, &info_, values);
+  for (const BootFlag& flag : TableOf<kFlags>()) AddValue(flag.staged, &info_, values);
   for (const BootDriveRow& row : BootDrives()) {
     AddValue(row.port_name, &(info_.*row.drive), values);
     AddValue(row.lun, &(info_.*row.drive), values);
@@ -110,7 +112,7 @@ void BootRecord::AddAll(StagedValues& values) const {
 }
 
 StatusCode BootRecord::ReadFile(const CommandRun& run, const StagedFile& file) {
-  for (const BootFlag& flag : kFlags) {
+  for (const BootFlag& flag : TableOf<kFlags>()) {
     if (const StatusCode status = ReadValue(run, flag.staged, file, &info_); status != kSuccess) {
       return status;
     }
@@ -149,7 +151,7 @@ StatusCode BootRecord::Display(CommandRun& run, BootMode mode, RebootField reboo
 
 StatusCode TakeBootFlags(const CommandRun& run, const FCProtocolEntry& fc, BootMode mode,
                          StagedValues& changes) {
-  for (const BootFlag& flag : kFlags) {
+  for (const BootFlag& flag : TableOf<kFlags>()) {
     const StatusCode status = TakeOption(run, flag.staged.option, [&](const std::string& value) {
       const CheckResult allowed = flag.allow(fc, mode);
       return allowed.status == kSuccess ? TakeValue(flag.staged, value, changes) : allowed;

@@ -34,16 +34,9 @@ constexpr StagedParameter kParameters[] = {
      .width = sizeof(NVMeBootEntry::namespace_id)},
 };
 
-// Calls visit with each parameter of the entry under its whole key, until it returns a failure.
-template <class Visit>
-StatusCode VisitParameters(std::size_t number, Visit visit) {
-  const std::string begin = "NVME_" + std::to_string(number) + "_";
-  for (StagedParameter parameter : kParameters) {
-    const std::string key = begin + parameter.key;
-    parameter.key = key.c_str();
-    if (const StatusCode status = visit(parameter); status != kSuccess) return status;
-  }
-  return kSuccess;
+// What the keys of an entry begin with.
+std::string KeyBegin(std::size_t number) {
+  return "NVME_" + std::to_string(number) + "_";
 }
 
 }  // namespace
@@ -54,10 +47,8 @@ bool AnyEnabled(const NVMeBootRecord& record) {
 }
 
 void AddNvmeEntry(std::size_t number, const NVMeBootEntry& entry, StagedValues& values) {
-  VisitParameters(number, [&](const StagedParameter& parameter) {
-    AddValue(parameter, &entry, values);
-    return kSuccess;
-  });
+  const std::string begin = KeyBegin(number);
+  for (const StagedParameter& parameter : kParameters) AddValue(parameter, &entry, values, begin);
 }
 
 void AddNvmeEntries(const NVMeBootRecord& record, StagedValues& values) {
@@ -66,10 +57,11 @@ void AddNvmeEntries(const NVMeBootRecord& record, StagedValues& values) {
 
 StatusCode ReadNvmeEntries(const CommandRun& run, const StagedFile& file, NVMeBootRecord& record) {
   for (std::size_t i = 0; i < std::size(record.entries); ++i) {
-    const StatusCode status = VisitParameters(i, [&](const StagedParameter& parameter) {
-      return ReadValue(run, parameter, file, &record.entries[i]);
-    });
-    if (status != kSuccess) return status;
+    const std::string begin = KeyBegin(i);
+    for (const StagedParameter& parameter : kParameters) {
+      const StatusCode status = ReadValue(run, parameter, file, &record.entries[i], begin);
+      if (status != kSuccess) return status;
+    }
   }
   return kSuccess;
 }

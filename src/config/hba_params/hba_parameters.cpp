@@ -7,6 +7,7 @@
 #include "framework/code_text.h"
 #include "framework/device_library/families.h"
 #include "framework/device_library/speeds.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -38,26 +39,27 @@ const char* DataRateWord(std::uint32_t value, const PciIdentity& pci) {
 
 // Fields of the record. A staged file holds all numbers as signed ones.
 
-constexpr StagedParameter Number(const char* key, const char* log_name, std::size_t offset, NumberRule rule,
-                                 OptionName option) {
+consteval StagedParameter Number(ParameterName key, ParameterName log_name, std::size_t offset,
+                                 NumberRule rule, OptionName option) {
   return {key,   log_name, offset, sizeof(std::uint32_t), ParameterForm::kNumber, rule, NumberSign::kSigned,
           option};
 }
 
-constexpr StagedParameter Flag(const char* key, const char* log_name, std::size_t offset, OptionName option) {
+consteval StagedParameter Flag(ParameterName key, ParameterName log_name, std::size_t offset,
+                               OptionName option) {
   return {key,   log_name, offset, sizeof(std::uint32_t), ParameterForm::kFlag, {}, NumberSign::kSigned,
           option};
 }
 
 // A field that says "disable" for an option that says "enable".
-constexpr StagedParameter InverseFlag(const char* key, const char* log_name, std::size_t offset,
+consteval StagedParameter InverseFlag(ParameterName key, ParameterName log_name, std::size_t offset,
                                       OptionName option) {
   StagedParameter parameter = Flag(key, log_name, offset, option);
   parameter.form = ParameterForm::kInverseFlag;
   return parameter;
 }
 
-constexpr StagedParameter ByteFlag(const char* key, const char* log_name, std::size_t offset,
+consteval StagedParameter ByteFlag(ParameterName key, ParameterName log_name, std::size_t offset,
                                    OptionName option) {
   StagedParameter parameter = Flag(key, log_name, offset, option);
   parameter.width = sizeof(std::uint8_t);
@@ -204,23 +206,24 @@ constexpr HbaParam kShown[] = {
 constexpr bool EachLabelIsShownOnce() {
   return std::all_of(std::begin(kParameters), std::end(kParameters), [](const HbaParameter& parameter) {
     const auto times = std::count(std::begin(kShown), std::end(kShown), parameter.id);
-    return times == (parameter.label != nullptr ? 1 : 0);
+    return times == (parameter.label.Empty() ? 0 : 1);
   });
 }
 static_assert(EachLabelIsShownOnce());
 
 }  // namespace
 
-std::span<const HbaParameter> HbaParameters() {
-  return kParameters;
+Table<HbaParameter> HbaParameters() {
+  return TableOf<kParameters>();
 }
 
-const HbaParameter& HbaParameterOf(HbaParam id) {
-  return kParameters[static_cast<std::size_t>(id)];
+HbaParameter HbaParameterOf(HbaParam id) {
+  return HbaParameters()[static_cast<std::size_t>(id)];
 }
 
-const char* KeyOf(HbaParam id) {
-  return HbaParameterOf(id).staged.key;
+std::string KeyOf(HbaParam id) {
+  const HbaParameter parameter = HbaParameterOf(id);
+  return std::string(parameter.staged.key);
 }
 
 std::span<const HbaParam> ShownHbaParameters() {

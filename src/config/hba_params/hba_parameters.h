@@ -11,6 +11,8 @@
 #include "config/staged/staged_parameter.h"
 #include "framework/device_library/config_records.h"
 #include "framework/device_library/pci_identity.h"
+#include "framework/inline_text.h"
+#include "framework/table.h"
 
 // In the order in which a command's options, and a file's values, are checked.
 enum class HbaParam : std::uint8_t {
@@ -49,16 +51,16 @@ struct HbaParameter {
   AdapterTest shows = nullptr;  // which adapters show it, where that is another set
   // Checks the option's value, where the form and the rule are not all that counts.
   CheckResult (*take)(HbaChecks& checks, const std::string& value) = nullptr;
-  const char* label = nullptr;  // on the screen; null: not shown
+  InlineText<32> label = {};  // on the screen; empty: not shown
   // The word for a value that has one; null: a flag or a number, by its form.
   const char* (*word)(std::uint32_t value, const PciIdentity& pci) = nullptr;
 };
 
 // All parameters, in the order of HbaParam.
-std::span<const HbaParameter> HbaParameters();
+Table<HbaParameter> HbaParameters();
 
-const HbaParameter& HbaParameterOf(HbaParam id);
-const char* KeyOf(HbaParam id);
+HbaParameter HbaParameterOf(HbaParam id);
+std::string KeyOf(HbaParam id);
 
 // The parameters that are shown, in the order of the screen.
 std::span<const HbaParam> ShownHbaParameters();

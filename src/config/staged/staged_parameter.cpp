@@ -74,6 +74,10 @@ bool Store(const StagedParameter& parameter, const std::string& text, void* reco
   }
 }
 
+std::string WholeKey(std::string_view begin, const StagedParameter& parameter) {
+  return std::string(begin).append(parameter.key);
+}
+
 }  // namespace
 
 bool IsStageable(std::string_view text) {
@@ -92,20 +96,22 @@ bool FlagIn(const StagedParameter& parameter, const void* record) {
   return (NumberIn(parameter, record) != 0) == (parameter.form == ParameterForm::kFlag);
 }
 
-void AddValue(const StagedParameter& parameter, const void* record, StagedValues& values) {
+void AddValue(const StagedParameter& parameter, const void* record, StagedValues& values,
+              std::string_view key_begin) {
   std::string value = ValueIn(parameter, record);
   if (parameter.form == ParameterForm::kText && !IsStageable(value)) return;
-  values[parameter.key] = std::move(value);
+  values[WholeKey(key_begin, parameter)] = std::move(value);
 }
 
 StatusCode ReadValue(const CommandRun& run, const StagedParameter& parameter, const StagedFile& file,
-                     void* record) {
+                     void* record, std::string_view key_begin) {
+  const std::string key = WholeKey(key_begin, parameter);
   std::string value;
-  if (!file.Find(parameter.key, value)) return kSuccess;
+  if (!file.Find(key, value)) return kSuccess;
   if (!Store(parameter, value, record)) {
-    return run.Refuse(kInvalidParameter, "%s=%s is out of range", parameter.key, value.c_str());
+    return run.Refuse(kInvalidParameter, "%s=%s is out of range", key.c_str(), value.c_str());
   }
-  LogValue(run, parameter, record);
+  LogValue(run, parameter, record, key_begin);
   return kSuccess;
 }
 
@@ -113,20 +119,22 @@ CheckResult TakeValue(const StagedParameter& parameter, const std::string& value
   if (!IsFlag(parameter.form)) {
     const auto number = ReadNumber(value, parameter.rule);
     if (!number.has_value()) return kOutOfRange;
-    changes[parameter.key] = std::to_string(*number);
+    changes[std::string(parameter.key)] = std::to_string(*number);
     return {};
   }
   const auto flag = ReadTrueFalse(value);
   if (!flag.has_value()) return kNotTrueOrFalse;
   const bool stored = *flag == (parameter.form == ParameterForm::kFlag);
-  changes[parameter.key] = std::to_string(static_cast<int>(stored));
+  changes[std::string(parameter.key)] = std::to_string(static_cast<int>(stored));
   return {};
 }
 
-void LogValue(const CommandRun& run, const StagedParameter& parameter, const void* record) {
+void LogValue(const CommandRun& run, const StagedParameter& parameter, const void* record,
+              std::string_view key_begin) {
   if (!IsDebugLevelOn(kDebugTrace)) return;
-  const char* const name = parameter.log_name != nullptr ? parameter.log_name : parameter.key;
-  run.Trace("%s=%s", name, ValueIn(parameter, record).c_str());
+  const std::string name =
+      parameter.log_name.Empty() ? WholeKey(key_begin, parameter) : std::string(parameter.log_name);
+  run.Trace("%s=%s", name.c_str(), ValueIn(parameter, record).c_str());
 }
 
 void AddValues(std::span<const StagedParameter> parameters, const void* record, StagedValues& values) {

@@ -10,6 +10,7 @@
 #include "config/options.h"
 #include "config/staged/staged_file.h"
 #include "framework/command_run.h"
+#include "framework/inline_text.h"
 #include "framework/status.h"
 
 enum class ParameterForm : std::uint8_t {
@@ -27,11 +28,13 @@ constexpr bool IsFlag(ParameterForm form) {
   return form == ParameterForm::kFlag || form == ParameterForm::kInverseFlag;
 }
 
+using ParameterName = InlineText<39>;
+
 struct StagedParameter {
-  const char* key;                 // in the staged file
-  const char* log_name = nullptr;  // in the debug log; null: the key
-  std::size_t offset = 0;          // in the record
-  std::size_t width = 0;           // bytes; of a number 1, 2 or 4, to which a file's number is cut
+  ParameterName key;            // in the staged file
+  ParameterName log_name = {};  // in the debug log; empty: the key
+  std::size_t offset = 0;       // in the record
+  std::size_t width = 0;        // bytes; of a number 1, 2 or 4, to which a file's number is cut
   ParameterForm form = ParameterForm::kNumber;
   NumberRule rule = {};
   NumberSign sign = NumberSign::kUnsigned;
@@ -44,20 +47,23 @@ std::uint32_t NumberIn(const StagedParameter& parameter, const void* record);
 // What the record's flag means in the words of its option.
 bool FlagIn(const StagedParameter& parameter, const void* record);
 
-// Adds the record's value under the parameter's key. A text that a file cannot hold is left out.
-void AddValue(const StagedParameter& parameter, const void* record, StagedValues& values);
+// Adds the record's value under the parameter's key, before which a file of several records has `key_begin`.
+// A text that a file cannot hold is left out.
+void AddValue(const StagedParameter& parameter, const void* record, StagedValues& values,
+              std::string_view key_begin = {});
 
-// Stores the file's value in the record. A key that the file lacks leaves the field as it was; so does a name
-// that is not complete. kInvalidParameter for a number that the rule does not allow.
+// Stores the file's value, of the same key, in the record. A key that the file lacks leaves the field as it
+// was; so does a name that is not complete. kInvalidParameter for a number that the rule does not allow.
 StatusCode ReadValue(const CommandRun& run, const StagedParameter& parameter, const StagedFile& file,
-                     void* record);
+                     void* record, std::string_view key_begin = {});
 
 // Checks an option's value as the form asks, and adds what it stores under the parameter's key. For numbers
 // and flags.
 CheckResult TakeValue(const StagedParameter& parameter, const std::string& value, StagedValues& changes);
 
 // Logs the record's value at the trace level.
-void LogValue(const CommandRun& run, const StagedParameter& parameter, const void* record);
+void LogValue(const CommandRun& run, const StagedParameter& parameter, const void* record,
+              std::string_view key_begin = {});
 
 // The same for a table: in its order, and up to the first failure.
 void AddValues(std::span<const StagedParameter> parameters, const void* record, StagedValues& values);

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <string_view>
 
+#include "framework/inline_text.h"
+#include "framework/table.h"
 #include "port/sfp/sfp_field_table.h"
 #include "runtime/debug_log.h"
 
@@ -162,7 +164,7 @@ float LowTemperatureAlarm(std::uint16_t field) {
 
 struct Threshold {
   DmiEntry entry;
-  const char* log_name;
+  InlineText<12> log_name;
   Field16 QuantityFields::*field;
   float (*temperature)(std::uint16_t field);
 };
@@ -182,10 +184,10 @@ void CalculateTemperature(SfpImage image) {
   float& value = ValueEntry(kTemperature, kValue);
   value = static_cast<float>(fraction) * 0.00390625F + static_cast<float>(degrees);
   DebugLogLevel(kDebugDetail, "Temperature (C) Value (valueArray[0][0]): %.02f", static_cast<double>(value));
-  for (const Threshold& threshold : kThresholds) {
+  for (const Threshold& threshold : TableOf<kThresholds>()) {
     float& entry = ValueEntry(kTemperature, threshold.entry);
     entry = threshold.temperature(image.Read(kTemperatureFields.*threshold.field));
-    DebugLogLevel(kDebugDetail, "Temp %s: %.02f", threshold.log_name, static_cast<double>(entry));
+    DebugLogLevel(kDebugDetail, "Temp %s: %.02f", threshold.log_name.CString(), static_cast<double>(entry));
   }
 }
 
@@ -198,10 +200,10 @@ void CalculateScaled(SfpImage image, const QuantityFields& fields, const char* u
   value = scale(static_cast<std::uint16_t>(high << 8 | low));
   DebugLogLevel(kDebugDetail, "%s (%s) Value (valueArray[%u][0]): %.03f", fields.log_name, unit,
                 fields.quantity, static_cast<double>(value));
-  for (const Threshold& threshold : kThresholds) {
+  for (const Threshold& threshold : TableOf<kThresholds>()) {
     float& entry = ValueEntry(fields.quantity, threshold.entry);
     entry = scale(image.Read(fields.*threshold.field));
-    DebugLogLevel(kDebugDetail, "%s %s: %.03f", fields.log_name, threshold.log_name,
+    DebugLogLevel(kDebugDetail, "%s %s: %.03f", fields.log_name, threshold.log_name.CString(),
                   static_cast<double>(entry));
   }
 }
@@ -216,7 +218,7 @@ void SetCalibration(const QuantityFields& fields, float slope, float offset) {
 }
 
 void CalculateRxPowerCoefficients(SfpImage image) {
-  for (const Coefficient& coefficient : kRxPowerCoefficients) {
+  for (const Coefficient& coefficient : TableOf<kRxPowerCoefficients>()) {
     coefficient.number = DecodeIeee(image.Read(coefficient.field));
     DebugLogLevel(kDebugDetail, "%s: %g", coefficient.name, static_cast<double>(coefficient.number));
   }

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <span>
 
+#include "framework/table.h"
 #include "port/sfp/qsfp_field_table.h"
 #include "port/sfp/sfp_field_table.h"
 
@@ -135,8 +136,8 @@ void AppendField(std::string& line, SfpImage image, const SfpField& field) {
   line += '\n';
 }
 
-std::span<const SfpField> TableOf(SfpImage image) {
-  return IsQsfp(image) ? std::span<const SfpField>(QsfpFieldTable) : SfpFieldTable;
+Table<SfpField> FieldsOf(SfpImage image) {
+  return IsQsfp(image) ? TableOf<QsfpFieldTable>() : TableOf<SfpFieldTable>();
 }
 
 }  // namespace
@@ -160,7 +161,7 @@ std::uint32_t HexTextToInt(std::string_view text) {
 }
 
 std::uint8_t GetFieldValue(SfpImage image, std::string_view name) {
-  for (const SfpField& field : TableOf(image)) {
+  for (const SfpField& field : FieldsOf(image)) {
     if (name != field.name) continue;
     const Bytes bytes = image.Bytes(RangeOf(field));
     return bytes.empty() ? std::uint8_t{0} : bytes.back();
@@ -180,7 +181,7 @@ void DisplayField(ReportText& text, SfpImage image, const SfpField& field) {
 
 void DisplayFieldTable(ReportText& text, SfpImage image) {
   std::string line;  // one for all fields, so that they share its memory
-  for (const SfpField& field : TableOf(image)) {
+  for (const SfpField& field : FieldsOf(image)) {
     line.clear();
     AppendField(line, image, field);
     text.Append(line.c_str());

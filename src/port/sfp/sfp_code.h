@@ -6,9 +6,11 @@
 #include <string>
 #include <string_view>
 
+#include "framework/inline_text.h"
+
 struct SfpCode {
   std::uint16_t value;  // a byte's value, or bits in it
-  const char* text;
+  InlineText<93> text;
 };
 
 // The text of the first row with this value; empty when there is none.

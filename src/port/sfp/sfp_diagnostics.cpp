@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "framework/inline_text.h"
 #include "port/sfp/dmi_calculation.h"
 #include "port/sfp/media_info.h"
 #include "port/sfp/sfp_field_table.h"
@@ -31,7 +32,7 @@ constexpr std::uint32_t ColumnOf(DmiQuantity quantity) {
 struct EntryOfRow {
   DiagRow row;
   DmiEntry entry;
-  const char* label;
+  InlineText<13> label;
 };
 
 // In the order in which the rows are shown.
@@ -63,8 +64,8 @@ void ValuesLine(ReportText& text, const EntryOfRow& row) {
   const auto value = [&row](DmiQuantity quantity) {
     return static_cast<double>(GetDiagValue(row.row, ColumnOf(quantity)));
   };
-  text.Line("\n%14s%10.2f%13.2f%12.2f%12.4f%12.4f\n", row.label, value(kTemperature), value(kVoltage),
-            value(kTxBias), value(kTxPower), value(kRxPower));
+  text.Line("\n%14s%10.2f%13.2f%12.2f%12.4f%12.4f\n", row.label.CString(), value(kTemperature),
+            value(kVoltage), value(kTxBias), value(kTxPower), value(kRxPower));
 }
 
 void StatusLine(ReportText& text) {

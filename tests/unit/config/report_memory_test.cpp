@@ -13,10 +13,10 @@ class ReportMemoryTest : public StagedFixture {
   explicit ReportMemoryTest(const char* family = "BBCR") : StagedFixture(family) {}
 
   // What the node's command prints in text form when the report's buffer of `size` bytes cannot be had.
-  template <class Node>
-  static std::string Printed(const char* command, std::size_t size,
+  static std::string Printed(const NodeClass& node_class, const char* command, std::size_t size,
                              const std::vector<std::string>& options = {}) {
-    Node node(nullptr, {.name = "node", .switch_word = "-s", .description = "", .make = nullptr});
+    CommandNode node(nullptr, {.name = "node", .switch_word = "-s", .description = "", .make = nullptr},
+                     node_class);
     CmdProcessor* leaf = nullptr;
     for (CmdProcessor* child : node.GetChildren()) {
       if (child->GetName() == std::string(command)) leaf = child;
@@ -39,23 +39,23 @@ std::string Failure(const char* structure, const char* field) {
 }
 
 TEST_F(ReportMemoryTest, CreditRecovery) {
-  EXPECT_EQ(Printed<PhysicalPortBBCRCmdsProcessor>("getcli", 1024), Failure("BBCRInfo", "BBCR"));
-  EXPECT_EQ(Printed<PhysicalPortBBCRCmdsProcessor>("setFilecli", 1024), Failure("BBCRInfo", "BBCR"));
+  EXPECT_EQ(Printed(PhysicalPortBBCRCmdsProcessor(), "getcli", 1024), Failure("BBCRInfo", "BBCR"));
+  EXPECT_EQ(Printed(PhysicalPortBBCRCmdsProcessor(), "setFilecli", 1024), Failure("BBCRInfo", "BBCR"));
 }
 
 TEST_F(ReportMemoryTest, ACommitHasHappenedAllTheSame) {
   Stage("BBCR_Count=9\n");
-  EXPECT_EQ(Printed<PhysicalPortBBCRCmdsProcessor>("setcli", 1024), Failure("BBCRInfo", "BBCR"));
+  EXPECT_EQ(Printed(PhysicalPortBBCRCmdsProcessor(), "setcli", 1024), Failure("BBCRInfo", "BBCR"));
   EXPECT_EQ(Config().bbcr_configured, 9);
   EXPECT_FALSE(std::filesystem::exists(path_));
 }
 
 TEST_F(ReportMemoryTest, BootConfiguration) {
-  EXPECT_EQ(Printed<PhysicalPortBootConfigCmdsProcessor>("getcli", 2048),
+  EXPECT_EQ(Printed(PhysicalPortBootConfigCmdsProcessor(), "getcli", 2048),
             Failure("BootConfigInfo", "BootConfig"));
-  EXPECT_EQ(Printed<PhysicalPortBootConfigExtCmdsProcessor>("getcli", 2048),
+  EXPECT_EQ(Printed(PhysicalPortBootConfigExtCmdsProcessor(), "getcli", 2048),
             Failure("BootConfigInfo", "BootConfig"));
-  EXPECT_EQ(Printed<PhysicalPortBootConfigExtCmdsProcessor>("getcli", 8192, {"-b", "NVME"}),
+  EXPECT_EQ(Printed(PhysicalPortBootConfigExtCmdsProcessor(), "getcli", 8192, {"-b", "NVME"}),
             Failure("BootConfigInfo", "BootConfig"));
 }
 

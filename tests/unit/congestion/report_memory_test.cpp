@@ -36,12 +36,12 @@ class ReportMemory : public testing::Test {
     records_.AddTarget(fc_, 0x02);
   }
 
-  // Runs `getcli` of a node of class Node while buffers of `size` bytes are refused; returns what it prints.
-  template <class Node>
-  std::string Get(const char* identifier, std::uint32_t capabilities, std::size_t size, StatusCode code) {
+  // Runs `getcli` of a node of the class while buffers of `size` bytes are refused; returns what it prints.
+  std::string Get(const NodeClass& node_class, const char* identifier, std::uint32_t capabilities,
+                  std::size_t size, StatusCode code) {
     fc_.capabilities = capabilities;
     constexpr SubNode kNode = {"node", "", "", nullptr};
-    Node node(nullptr, kNode);
+    CommandNode node(nullptr, kNode, node_class);
     Words words = {"getcli", identifier};
     CmdProcessor* const leaf = node.FindChild(words);
     CapturedStdout captured;
@@ -63,35 +63,35 @@ std::string Document(const char* structure, const char* message, const char* fie
 
 TEST_F(ReportMemory, PortStatisticsHaveNoWordsForIt) {
   const std::string document = Document("PortVCLMStatistics", "Failed, Unknown", "Port VCLM Stats");
-  EXPECT_EQ(Get<PhysicalPortSCMStatsCmdsProcessor>(kPort, kFirst, 8192, kMemoryError), document);
-  EXPECT_EQ(Get<PhysicalPortSCMStatsCmdsProcessor>(kPort, kSecond, 8192, kMemoryError), document);
+  EXPECT_EQ(Get(PhysicalPortSCMStatsCmdsProcessor(), kPort, kFirst, 8192, kMemoryError), document);
+  EXPECT_EQ(Get(PhysicalPortSCMStatsCmdsProcessor(), kPort, kSecond, 8192, kMemoryError), document);
 }
 
 TEST_F(ReportMemory, PortStatisticsFreeTheListAllTheSame) {
-  Get<PhysicalPortSCMStatsCmdsProcessor>(kPort, kSecond, 8192, kMemoryError);
+  Get(PhysicalPortSCMStatsCmdsProcessor(), kPort, kSecond, 8192, kMemoryError);
   EXPECT_EQ(Congestion().freed, std::vector<const SCMRStatisticsEntry*>{&element_});
 }
 
 TEST_F(ReportMemory, PortStatusAndProfileSayIt) {
-  EXPECT_EQ(Get<PhysicalPortSCMChkCmdsProcessor>(kPort, kSecond, 4096, kMemoryError),
+  EXPECT_EQ(Get(PhysicalPortSCMChkCmdsProcessor(), kPort, kSecond, 4096, kMemoryError),
             Document("PortVCLMInformation", "Failed, Memory Error", "Port VCLM Status"));
-  EXPECT_EQ(Get<PhysicalPortSCMProfileCmdsProcessor>(kPort, kSecond, 1024, kMemoryError),
+  EXPECT_EQ(Get(PhysicalPortSCMProfileCmdsProcessor(), kPort, kSecond, 1024, kMemoryError),
             Document("PortVCLMProfile", "Failed, Memory Error", "Congestion Profile"));
 }
 
 TEST_F(ReportMemory, TargetReportsSayIt) {
   const std::string document = Document("TargetVCLMStatistics", "Failed, Memory Error", "Target VCLM Stats");
-  EXPECT_EQ(Get<FCTargetSCMStatsCmdsProcessor>(kTarget, kFirst, 8192, kMemoryError), document);
-  EXPECT_EQ(Get<FCTargetSCMStatsCmdsProcessor>(kTarget, kSecond, 8192, kMemoryError), document);
+  EXPECT_EQ(Get(FCTargetSCMStatsCmdsProcessor(), kTarget, kFirst, 8192, kMemoryError), document);
+  EXPECT_EQ(Get(FCTargetSCMStatsCmdsProcessor(), kTarget, kSecond, 8192, kMemoryError), document);
   EXPECT_EQ(Congestion().freed, std::vector<const SCMRStatisticsEntry*>{&element_});
-  EXPECT_EQ(Get<FCTargetSCMChkCmdsProcessor>(kTarget, kSecond, 4096, kMemoryError),
+  EXPECT_EQ(Get(FCTargetSCMChkCmdsProcessor(), kTarget, kSecond, 4096, kMemoryError),
             Document("TargetVCLMInformation", "Failed, Memory Error", "Target VCLM Status"));
 }
 
 // Both failures at once: a document for each, and the code of the second one.
 TEST_F(ReportMemory, FreeingThatFailsTooAddsASecondDocument) {
   Congestion().free_result = 1;
-  EXPECT_EQ(Get<PhysicalPortSCMStatsCmdsProcessor>(kPort, kSecond, 8192, kStatisticsClearError),
+  EXPECT_EQ(Get(PhysicalPortSCMStatsCmdsProcessor(), kPort, kSecond, 8192, kStatisticsClearError),
             Document("PortVCLMStatistics", "Failed, Unknown", "Port VCLM Stats") +
                 Document("PortVCLMStatistics", "Failed, Statistics list clear error", "Port VCLM Stats"));
   EXPECT_EQ(Congestion().freed.size(), 1u);
@@ -99,7 +99,7 @@ TEST_F(ReportMemory, FreeingThatFailsTooAddsASecondDocument) {
 
 TEST_F(ReportMemory, BuffersOfAnotherSizeAreNotAskedFor) {
   for (const std::size_t size : {8191u, 8193u, 4096u, 1024u}) {
-    EXPECT_NE(Get<PhysicalPortSCMStatsCmdsProcessor>(kPort, kSecond, size, kSuccess), "");
+    EXPECT_NE(Get(PhysicalPortSCMStatsCmdsProcessor(), kPort, kSecond, size, kSuccess), "");
   }
 }
 

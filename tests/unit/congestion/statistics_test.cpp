@@ -28,7 +28,7 @@ constexpr NodeClass kClass = {.name = "TestCmdsProcessor",
                               .help_words = "Test",
                               .commands = {},
                               .frame = {"Test", "Tests", "TestList"},
-                              .messages = kMessages};
+                              .messages = TableOf<kMessages>()};
 
 class StatisticsList : public testing::Test {
  protected:

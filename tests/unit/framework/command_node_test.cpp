@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/unit_captured_stdout.h"
+#include "support/unit_debug_log.h"
 #include "support/unit_recording_node.h"
 #include "support/unit_run_flags.h"
 
@@ -36,17 +37,22 @@ class MortalNode : public MultipleCmdsProcessor {
   ~MortalNode() override { lives.push_back(std::string("deleted ") + GetName()); }
 };
 
+template <class Node>
+std::unique_ptr<MultipleCmdsProcessor> Make(CmdProcessor* parent, const SubNode& self) {
+  return std::make_unique<Node>(parent, self);
+}
+
 constexpr CommandRow kCommands[] = {
     {"list", "Discover list of Sorvex adapters", "Usage: list\r\n", &RunList},
 };
 constexpr SubNode kSubNodes[] = {
-    {"info", "-s", "use this command to get Sorvex Adapter info", &MakeNode<MortalNode>},
-    {"flashinfo", "-s", "use this command to get Sorvex Adapter flash information", &MakeNode<MortalNode>},
+    {"info", "-s", "use this command to get Sorvex Adapter info", &Make<MortalNode>},
+    {"flashinfo", "-s", "use this command to get Sorvex Adapter flash information", &Make<MortalNode>},
 };
 constexpr NodeClass kClass = {.name = "AdapterCmdsProcessor",
                               .help_words = "Adapter",
-                              .commands = kCommands,
-                              .sub_nodes = kSubNodes,
+                              .commands = TableOf<kCommands>(),
+                              .sub_nodes = TableOf<kSubNodes>(),
                               .help_description = "List of available commands"};
 constexpr SubNode kSelf = {"adapter", "-t", "use this command to get/set/list Sorvex adapters", nullptr};
 
@@ -192,7 +198,7 @@ TEST_F(Node, HasNoUsageForAnyOtherIndex) {
 
 TEST_F(Node, PrintsPercentSignsOfUsageTextsAsTheyAre) {
   static constexpr CommandRow kPercent[] = {{"list", "", "Usage: 100%s %n\r\n", &RunList}};
-  static constexpr NodeClass kPercentClass = {"C", "Some %d", kPercent};
+  static constexpr NodeClass kPercentClass = {"C", "Some %d", TableOf<kPercent>()};
   CommandNode node(nullptr, kSelf, kPercentClass);
   Words words;
   EXPECT_EQ(PrintedBy([&] { CommandNode::CmdUsage(node, words, 2); }), "Usage: 100%s %n\r\n");
@@ -273,22 +279,57 @@ TEST(CmdHelp, AsksWithItsWordsAndAsUsageWithoutAny) {
   EXPECT_EQ(words, (Words{"a", "b"}));
 }
 
-TEST(CommandNode, MakesAndDeletesItsSubNodesInTheirOrder) {
-  static constexpr SubNode kMortals[] = {
-      {"first", "-s", "", &MakeNode<MortalNode>},
-      {"second", "-s", "", &MakeNode<MortalNode>},
-      {"third", "-s", "", &MakeNode<MortalNode>},
-  };
-  static constexpr NodeClass kMortalClass = {"C", "Mortal", {}, kMortals};
+constexpr SubNode kMortals[] = {
+    {"first", "-s", "", &Make<MortalNode>},
+    {"second", "-s", "", &Make<MortalNode>},
+    {"third", "-s", "", &Make<MortalNode>},
+};
+constexpr NodeClass kMortalClass = {"C", "Mortal", {}, TableOf<kMortals>()};
+
+// The log shows each node's beginning and end.
+TEST(CommandNode, MakesAndDeletesItsSubNodesInTheirOrderWithADebugLog) {
   lives.clear();
-  {
+  LoggedAt(kDebugTrace, [] {
     CommandNode node(nullptr, kSelf, kMortalClass);
     EXPECT_EQ(lives, (std::vector<std::string>{"made first under adapter", "made second under adapter",
                                                "made third under adapter"}));
     EXPECT_EQ(node.GetChildren().size(), 4u);  // `help` is the first
     lives.clear();
-  }
+  });
   EXPECT_EQ(lives, (std::vector<std::string>{"deleted first", "deleted second", "deleted third"}));
+}
+
+TEST(CommandNode, MakesASubNodeWhenItIsNamed) {
+  const ScopedRunFlags flags(RUN_FLAG_BATCH);
+  lives.clear();
+  {
+    CommandNode node(nullptr, kSelf, kMortalClass);
+    Words words = {"-s", "second"};
+    EXPECT_EQ(node.FindChild(words), nullptr);
+    EXPECT_EQ(lives, (std::vector<std::string>{"made second under adapter"}));
+    words = {"-s", "second", "-s", "first"};
+    EXPECT_EQ(node.FindChild(words), nullptr);
+    EXPECT_EQ(lives, (std::vector<std::string>{"made second under adapter", "made first under adapter"}));
+    EXPECT_EQ(node.GetChildren().size(), 4u);
+    EXPECT_EQ(lives.size(), 3u);
+    EXPECT_EQ(lives.back(), "made third under adapter");
+    EXPECT_STREQ(node.GetChildren()[1]->GetName(), "first");
+    EXPECT_EQ(lives.size(), 3u);
+  }
+  EXPECT_EQ(lives.size(), 6u);
+}
+
+TEST(CommandNode, MakesALeafOnce) {
+  const ScopedRunFlags flags(RUN_FLAG_BATCH);
+  static constexpr NodeClass kListClass = {"C", "List", TableOf<kCommands>()};
+  CommandNode node(nullptr, kSelf, kListClass);
+  Words words = {"LISTCLI", "rest"};
+  CmdProcessor* const leaf = node.FindChild(words);
+  EXPECT_EQ(words, Words{"rest"});
+  ASSERT_NE(leaf, nullptr);
+  EXPECT_EQ(leaf, node.GetChildren()[2]);
+  words = {"listcli"};
+  EXPECT_EQ(node.FindChild(words), leaf);
 }
 
 // Where rows depart from the rule: indexes of plain forms, words and descriptions of text forms, no usage.
@@ -302,7 +343,7 @@ TEST(CommandNode, FollowsTheExceptionsOfItsRows) {
        .cli_description = "Read it"},
       {.word = "reset", .description = "clear it", .usage = nullptr, .run = &RunList, .usage_index = 0},
   };
-  static constexpr NodeClass kRowsClass = {"C", "Odd", kRows};
+  static constexpr NodeClass kRowsClass = {"C", "Odd", TableOf<kRows>()};
   CommandNode node(nullptr, kSelf, kRowsClass);
   std::vector<std::string> children;
   for (const CmdProcessor* child : node.GetChildren()) {

@@ -72,7 +72,7 @@ constexpr NodeClass kClass = {.name = "SomeCmdsProcessor",
                               .help_words = "Some",
                               .commands = {},
                               .frame = {"SomeInfo", "Some", "SomeList"},
-                              .messages = kMessages};
+                              .messages = TableOf<kMessages>()};
 constexpr char kRuler[] = "****************************************************\n";
 
 TEST_F(CommandRunLog, WritesTheClassesErrorDocumentAndItsMessageToTheLog) {
@@ -148,7 +148,8 @@ constexpr CommandRow kCommands[] = {
     {"setFile", "", nullptr, &Step},
     {.word = "getraw", .description = "", .usage = nullptr, .run = &Step, .function = "GetRaw"},
 };
-constexpr NodeClass kTwoForms = {.name = "SomeCmdsProcessor", .help_words = "Some", .commands = kCommands};
+constexpr NodeClass kTwoForms = {
+    .name = "SomeCmdsProcessor", .help_words = "Some", .commands = TableOf<kCommands>()};
 
 TEST_F(CommandRunLog, TracesBothFormsOfACommandUnderTheirOwnNames) {
   SetMask("1");

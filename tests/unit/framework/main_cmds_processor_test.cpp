@@ -46,9 +46,14 @@ class TopLevelNode : public MultipleCmdsProcessor {
   ~TopLevelNode() override { Library().calls.push_back(std::string("deleted ") + GetName()); }
 };
 
+template <class Node>
+std::unique_ptr<MultipleCmdsProcessor> Make(CmdProcessor* parent, const SubNode& self) {
+  return std::make_unique<Node>(parent, self);
+}
+
 constexpr SubNode kTopLevel[] = {
-    {"adapter", "-t", "use this command to get/set/list Sorvex adapters", &MakeNode<TopLevelNode>},
-    {"port", "-t", "use this command to get/set/list Sorvex Ports", &MakeNode<TopLevelNode>},
+    {"adapter", "-t", "use this command to get/set/list Sorvex adapters", &Make<TopLevelNode>},
+    {"port", "-t", "use this command to get/set/list Sorvex Ports", &Make<TopLevelNode>},
 };
 
 class Root : public testing::Test {
@@ -56,7 +61,7 @@ class Root : public testing::Test {
   Root() {
     ResetLibrary();
     unsetenv("ZNFC_DEBUG_LEVEL");
-    root_.SetTopLevelNodes(kTopLevel);
+    root_.SetTopLevelNodes(TableOf<kTopLevel>());
   }
   ~Root() override {
     stdout = standard_output_;

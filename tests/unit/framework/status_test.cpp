@@ -121,24 +121,24 @@ constexpr StatusMessage kTable[] = {
 };
 
 TEST(MessageFor, GivesTheRowOfTheTable) {
-  EXPECT_STREQ(MessageFor(kTable, Code(6)), "Failed, Invalid parameter");
-  EXPECT_STREQ(MessageFor(kTable, Code(13)), "Failed, Flash Info read failed");
-  EXPECT_STREQ(MessageFor(kTable, Code(17)), "Failed, Invalid data");
-  EXPECT_STREQ(MessageFor(kTable, Code(60)),
+  EXPECT_STREQ(MessageFor(TableOf<kTable>(), Code(6)), "Failed, Invalid parameter");
+  EXPECT_STREQ(MessageFor(TableOf<kTable>(), Code(13)), "Failed, Flash Info read failed");
+  EXPECT_STREQ(MessageFor(TableOf<kTable>(), Code(17)), "Failed, Invalid data");
+  EXPECT_STREQ(MessageFor(TableOf<kTable>(), Code(60)),
                "Failed, Command not supported when adapter port in maintenance mode");
 }
 
 TEST(MessageFor, GivesUnknownForACodeThatTheClassDoesNotList) {
-  EXPECT_STREQ(MessageFor(kTable, Code(5)), "Failed, Unknown");    // a help word
-  EXPECT_STREQ(MessageFor(kTable, Code(14)), "Failed, Unknown");   // listed by other classes
-  EXPECT_STREQ(MessageFor(kTable, Code(151)), "Failed, Unknown");  // listed by none
+  EXPECT_STREQ(MessageFor(TableOf<kTable>(), Code(5)), "Failed, Unknown");    // a help word
+  EXPECT_STREQ(MessageFor(TableOf<kTable>(), Code(14)), "Failed, Unknown");   // listed by other classes
+  EXPECT_STREQ(MessageFor(TableOf<kTable>(), Code(151)), "Failed, Unknown");  // listed by none
   EXPECT_STREQ(MessageFor({}, Code(6)), "Failed, Unknown");
 }
 
 TEST(MessageFor, PrefersTheClassesOwnWording) {
   static constexpr StatusMessage kOwn[] = {{kInvalidSerialNumber, "Failed, Invalid Serial Number"},
                                            {kFeatureNotSupported, "Failed, in words of its own"}};
-  EXPECT_STREQ(MessageFor(kOwn, Code(35)), "Failed, in words of its own");
+  EXPECT_STREQ(MessageFor(TableOf<kOwn>(), Code(35)), "Failed, in words of its own");
 }
 
 TEST(FromLibrary, TurnsMaintenanceModeIntoStatus60) {
