@@ -1,6 +1,6 @@
-// The options of `setFile`. An input is commands, each ended by a zero byte: its first bytes choose the node
-// and make the adapter, the others are the words, with a line end between two. Whatever passes the checks
-// must come back from the file without a failure.
+// The options of `setFile`. An input is up to three commands with a zero byte between two. The first bytes of
+// a command choose the node and make the adapter, the others are the words, with a line end between two.
+// Whatever passes the checks must come back from the file without a failure.
 #include <algorithm>
 #include <cstring>
 #include <string>
@@ -96,7 +96,7 @@ void RunCommand(const Header& header, std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Header header = {};
   std::string_view rest(reinterpret_cast<const char*>(data), size);
-  while (rest.size() >= sizeof header) {
+  for (int commands = 0; commands < 3 && rest.size() >= sizeof header; ++commands) {
     std::memcpy(&header, rest.data(), sizeof header);
     rest.remove_prefix(sizeof header);
     const std::size_t end = std::min(rest.find('\0'), rest.size());

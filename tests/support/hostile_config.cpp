@@ -1,10 +1,10 @@
-// The calls of a port's configuration. What is written stands in the trace, whole records as hexadecimal
+// The calls of a port's configuration. What is written is in the trace, whole records as hexadecimal
 // digits, and is what later reads of the run give.
 //
 //   HOSTILE_PARAMS, HOSTILE_BOOT, HOSTILE_NVME
 //                     the records at the start, as hexadecimal digits
 //   HOSTILE_PARAMS_AFTER, HOSTILE_BOOT_AFTER, HOSTILE_NVME_AFTER
-//                     what reads give behind a write of that record, in place of what was written
+//                     what reads give after a write of that record, in place of what was written
 //   HOSTILE_BBCR      status, configured, state, negotiated and the reason's bytes, in the same manner
 //   HOSTILE_FEC, HOSTILE_BEACON
 //                     the numbers in force at the start

@@ -1,12 +1,12 @@
 // The calls of congestion management:
 //
 //   HOSTILE_VCLM_ENABLED      the feature flag; 1 without it
-//   HOSTILE_SCMR_LIST         file with the elements of the statistics list, one behind the other, whose
+//   HOSTILE_SCMR_LIST         file with the elements of the statistics list, one after the other, whose
 //   pointers are
 //                             set here; without it the list is null. A caller that writes to an element, or
 //                             looks at one that it has handed back, dies
 //   HOSTILE_SCMR_PROFILE      bytes, as hexadecimal digits, of the profile in force at the start
-//   HOSTILE_SCMR_READ_AGAIN   the result of the second read of the profile and of those behind it
+//   HOSTILE_SCMR_READ_AGAIN   the result of the second read of the profile and of those after it
 #include <sys/mman.h>
 
 #include <cstdio>

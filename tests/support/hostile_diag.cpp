@@ -1,9 +1,9 @@
-// The calls of the diagnostics. What each answers, time after time, stands in HOSTILE_SCRIPT_<CALL>: steps
+// The calls of the diagnostics. HOSTILE_SCRIPT_<CALL> says what each answers, time after time: steps
 // separated by
 // ";", of which the last one holds for all further calls. A step is "<result>/<record>", the record being
 // hexadecimal digits; what they leave out of a record is noise. A call that answers a list has records
 // separated by ",", and none at all for null. "!" in front of a step replaces the library output file by a
-// folder behind the call, so that the next bracket cannot be opened. Without a script a call answers as all
+// folder after the call, so that the next bracket cannot be opened. Without a script a call answers as all
 // calls do, and writes nothing.
 #include <sys/stat.h>
 #include <unistd.h>
@@ -85,7 +85,7 @@ Step Perform(const char* call, const std::string& arguments) {
   return step;
 }
 
-// Writes a record: what the step gives of it, and noise behind.
+// Writes a record: what the step gives of it, and noise after it.
 void Write(void* target, std::size_t size, const std::string& bytes) {
   if (bytes.size() > size) std::abort();
   std::memset(target, kNoise, size);

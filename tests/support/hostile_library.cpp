@@ -1,13 +1,13 @@
 // A device library for tests. Its host is an image of raw records that the test laid out itself, byte by
 // byte, so that a test can hand over what no real library should: nulls at every level, texts without
-// terminator, lists of any length. The records stand in read-only memory: a program that writes to one, or
+// terminator, lists of any length. The records are in read-only memory: a program that writes to one, or
 // frees one, dies.
 //
-// What it does is told by environment variables:
+// Environment variables say what it does:
 //
 //   HOSTILE_HOST          file with the host's image (see zfc/host.py); without it the adapter list is null
-//   HOSTILE_TRACE         file that receives one line per call, with all arguments. A handle stands as "@N":
-//                         the handle block lies N bytes behind the start of the image
+//   HOSTILE_TRACE         file that receives one line per call, with all arguments. A handle is written "@N":
+//                         the handle block is N bytes after the start of the image
 //   HOSTILE_RESULT_<CALL> the call's result; 0 without it (1 for the personality check)
 //   HOSTILE_COMPONENTS    bytes, as hexadecimal digits, that the read of the component versions gives
 //   HOSTILE_MEMO          the same for the flash memo block; neither is written when the call fails
@@ -48,7 +48,7 @@ namespace {
 
 constexpr char kOutputFile[] = "/var/tmp/torpi-output.log";
 
-// The value behind "<call>:" in a setting, or an empty text.
+// The value after "<call>:" in a setting, or an empty text.
 std::string SettingOfCall(const char* setting, const char* call) {
   const std::string value = Setting(setting);
   const std::string prefix = std::string(call) + ":";
@@ -58,7 +58,7 @@ std::string SettingOfCall(const char* setting, const char* call) {
 // The image: a header, the places that hold pointers, then the records. A pointer holds the distance of what
 // it points at from the first record.
 struct ImageHeader {
-  std::uint64_t list;  // where the adapter list stands; all ones: the list is null
+  std::uint64_t list;  // where the adapter list is; all ones: the list is null
   std::uint64_t pointer_count;
   std::uint64_t size;
 };

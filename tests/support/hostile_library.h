@@ -1,4 +1,4 @@
-// What the calls of the tests' device library have in common. The calls of one group stand in one file.
+// What the calls of the tests' device library have in common. The calls of one group are in one file.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ void Trace(const std::string& line);
 
 std::string Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-// How arguments stand in the trace.
+// How the trace shows arguments.
 std::string NameOf(const DeviceHandle* handle);
 std::string Quoted(const char* text);
 std::string BufferText(const void* buffer, std::size_t size);  // "zeroed buffer" or "used buffer"
@@ -31,7 +31,7 @@ bool AllZero(const void* buffer, std::size_t size);
 // Writes the bytes of a setting, hexadecimal digits, over the start of a buffer.
 void Fill(const char* setting, void* target, std::size_t size);
 
-// A read that fills a record: its handle and buffer stand in the trace. Nothing is written on a failure,
+// A read that fills a record: the trace shows its handle and buffer. Nothing is written on a failure,
 // unless HOSTILE_FILL_FAILED is set.
 LibraryStatus ReadRecord(const char* call, const char* setting, const DeviceHandle* handle, void* out,
                          std::size_t size);

@@ -23,19 +23,19 @@ using hostile::Setting;
 
 namespace {
 
-void TellSize(const char* setting, std::uint32_t* size) {
-  const std::string told = Setting(setting);
-  if (!told.empty()) *size = static_cast<std::uint32_t>(std::strtoul(told.c_str(), nullptr, 0));
+void GiveSize(const char* setting, std::uint32_t* size) {
+  const std::string given = Setting(setting);
+  if (!given.empty()) *size = static_cast<std::uint32_t>(std::strtoul(given.c_str(), nullptr, 0));
 }
 
-// A read into a buffer whose size the caller tells, and the library then.
+// A read into a buffer: the caller gives its size, and the library then gives that of the content.
 LibraryStatus ReadSized(const char* call, const std::string& arguments, const char* setting,
                         const char* size_setting, std::uint8_t* out, std::uint32_t* size) {
   const std::uint32_t room = *size;
   const LibraryStatus result = Answer(call, arguments + ", " + BufferText(out, room) + Format(", %u", room));
   if (result != 0) return result;
   Fill(setting, out, room);
-  TellSize(size_setting, size);
+  GiveSize(size_setting, size);
   return result;
 }
 
@@ -80,7 +80,7 @@ LibraryStatus TORPI_SDGetFwDump2(std::uint32_t sd_handle, std::uint32_t zero, vo
     Fill("HOSTILE_DUMP", *out_buffer, size);
     *out_size = static_cast<std::uint32_t>(size);
   }
-  TellSize("HOSTILE_DUMP_SIZE", out_size);
+  GiveSize("HOSTILE_DUMP_SIZE", out_size);
   return result;
 }
 

@@ -26,7 +26,7 @@ class CapturedStdout {
 };
 
 // What `action` writes to standard output. Results that it computes are best kept in variables and checked
-// outside: a failure inside would be told to the captured stream.
+// outside: a failure inside would be reported to the captured stream.
 template <class Action>
 std::string PrintedBy(Action&& action) {
   const CapturedStdout captured;

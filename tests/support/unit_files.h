@@ -1,4 +1,4 @@
-// Files that tests look at and leave behind.
+// Files that tests read and write.
 #pragma once
 
 #include <filesystem>

@@ -4,7 +4,7 @@
 
 namespace {
 
-// Hangs `entry` behind the last entry of the chain that begins at `first`.
+// Appends `entry` to the chain that begins at `first`.
 template <class Entry>
 void Append(const Entry*& first, const Entry& entry) {
   const Entry** end = &first;

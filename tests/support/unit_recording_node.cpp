@@ -4,7 +4,7 @@
 
 namespace {
 
-// Writes down one callback in its node and answers as the node's member tells.
+// Writes down one callback in its node and answers as the node's member says.
 StatusCode Answer(CmdProcessor& parent, const char* callback, const Words& words,
                   StatusCode RecordingNode::*answer) {
   auto& node = static_cast<RecordingNode&>(parent);

@@ -5,7 +5,7 @@
 
 class StdinPipe {
  public:
-  // `typed` stands in the pipe at once.
+  // `typed` is in the pipe at once.
   explicit StdinPipe(std::string_view typed = "");
   ~StdinPipe();
   StdinPipe(const StdinPipe&) = delete;

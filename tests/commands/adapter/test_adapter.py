@@ -34,7 +34,7 @@ def test_list_follows_the_chain_and_not_the_count(zfc, count):
     check_both(zfc, LIST, "adapter/list-three", host=Host(THREE.adapters, count=count))
 
 
-# A part of the identifier is printed as it stands in the record.
+# A part of the identifier is printed as it is in the record.
 @pytest.mark.parametrize(
     "model, serial, identifier, well_formed",
     [

@@ -146,7 +146,7 @@ def test_signature_passes_with_one_byte_at_its_place(zfc, signature, passes):
         assert result.command_calls == [LIST_CALL, MEMO_CALL]
 
 
-# The checks in their order: each row fails at one check and at all behind it.
+# The checks in their order: each row fails at one check and at all after it.
 @pytest.mark.parametrize(
     "words, options, message, usage, calls",
     [

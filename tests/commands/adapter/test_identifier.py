@@ -205,7 +205,7 @@ FIRST = Adapter(manufacturer="First", ports=[Port(0, [Fc("first 0", 0x3A02)])])
         pytest.param(
             Adapter(manufacturer="Second", model="zx100", serial="ab12345"),
             ("first 0", "Second", 0x3A02),
-            id="case does not tell two adapters apart",
+            id="case makes no difference between two adapters",
         ),
     ],
 )

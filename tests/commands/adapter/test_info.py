@@ -130,7 +130,7 @@ def test_report_of_texts_without_terminator(zfc):
 
 
 def test_report_of_texts_with_percent_signs(zfc):
-    """A complete conversion disappears, "%%" is one percent sign, any other percent sign stands."""
+    """A complete conversion disappears, "%%" is one percent sign, any other percent sign is kept."""
     adapter = Adapter(
         model="ZX%%",
         serial="AB%n12%d",
@@ -356,7 +356,7 @@ def test_question_mark_prints_the_usage_of_the_leaf(zfc, words, text):
         f"getcli {IDENTIFIER} more -s info words -t adapter",
     ],
 )
-def test_switch_pairs_stand_anywhere(zfc, words):
+def test_switch_pairs_may_be_anywhere(zfc, words):
     result = zfc(words, components=components(), memo=memo())
     documents.check(result.stdout, "adapter/info/hazel.txt")
 

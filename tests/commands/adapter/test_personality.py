@@ -37,7 +37,7 @@ def check_set(zfc, shown, words, *, reboot, message="Success", usage="", **optio
     return check_both(zfc, SET, "adapter/personality/set", words=words, values=values, usage=usage, **options)
 
 
-# get: the Elm family is asked, all others are told by their device.
+# get: the Elm family is asked, the device decides for all others.
 @pytest.mark.parametrize("device", every_device(), ids=hex)
 def test_get_of_each_family(zfc, device):
     if device in ELM:
@@ -165,7 +165,7 @@ def test_set_asks_whether_the_user_may(zfc, answer, allowed):
         assert result.command_calls == [LIST_CALL, CHECK_CALL]
 
 
-# The checks in their order: each row fails at one check and at all behind it.
+# The checks in their order: each row fails at one check and at all after it.
 INVALID, UNSUPPORTED = "Failed, Invalid parameter", "Failed, Feature not supported for this adapter"
 VIRTUAL = "Failed, Feature not supported for virtual port"
 MAINTENANCE = "Failed, Command not supported when adapter port in maintenance mode"

@@ -11,7 +11,7 @@ FILE = "image.bin"
 
 LIST_CALL = "TORPI_GetAdapterList()"
 
-# Image type: the call that writes it, the arguments behind the handle, the families that may.
+# Image type: the call that writes it, the arguments after the handle, the families that may.
 TYPES = {
     "MBI": ("TORPI_doOptionROMUpdate", f'"{FILE}", 0', every_device()),
     "BrdCfg": ("TORPI_UpdateSpecificFlashRegionFromFile", f'"{FILE}"', [*ELM, *HAZEL, *IRIS]),
@@ -43,7 +43,7 @@ def words_for(kind):
     return [IDENTIFIER, FILE, kind]
 
 
-# Families. Every device is tried with every kind; a success tells the reboot state of result 0.
+# Families. Every device is tried with every kind; a success shows the reboot state of result 0.
 @pytest.mark.parametrize("kind", TYPES)
 @pytest.mark.parametrize("device", every_device(), ids=hex)
 def test_families(zfc, kind, device):
@@ -142,7 +142,7 @@ def test_translation_is_the_same_for_all_kinds(zfc, kind, result):
     check_update(zfc, words_for(kind), "false", TRANSLATION[result], results={TYPES[kind][0]: result})
 
 
-# The checks in their order: each row fails at one check and at all behind it.
+# The checks in their order: each row fails at one check and at all after it.
 @pytest.mark.parametrize(
     "words, host, message, usage, calls",
     [
@@ -166,7 +166,7 @@ def test_translation_is_the_same_for_all_kinds(zfc, kind, result):
         pytest.param([IDENTIFIER, FILE], None, UPDATE_ERROR, "", [LIST_CALL], id="missing type"),
         pytest.param([IDENTIFIER, FILE, ""], None, UPDATE_ERROR, "", [LIST_CALL], id="empty type"),
         pytest.param([IDENTIFIER, FILE, "MB"], None, UPDATE_ERROR, "", [LIST_CALL], id="unknown type"),
-        pytest.param([IDENTIFIER, FILE, "MBIX"], None, UPDATE_ERROR, "", [LIST_CALL], id="type with more behind"),
+        pytest.param([IDENTIFIER, FILE, "MBIX"], None, UPDATE_ERROR, "", [LIST_CALL], id="type with more after it"),
         pytest.param([IDENTIFIER, FILE, "help"], None, UPDATE_ERROR, "", [LIST_CALL], id="help word as type"),
         pytest.param([IDENTIFIER, "MBI", FILE], None, NO_FILE, "", [LIST_CALL], id="file and type swapped"),
     ],

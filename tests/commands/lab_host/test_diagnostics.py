@@ -20,7 +20,7 @@ def text(zfc, command, **env):
 
 
 def missing(shown, lines):
-    """The lines that a document lacks; those of a report stand behind blanks."""
+    """The lines that a document lacks; those of a report begin with blanks."""
     there = [line.strip() for line in shown.splitlines()]
     return [line for line in lines if line not in there]
 

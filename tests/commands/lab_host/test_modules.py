@@ -33,7 +33,7 @@ def test_raw_bytes_of_a_real_module(run):
 
 
 def test_refresh_is_seen_by_later_runs(run):
-    """72 degrees before, 81 behind."""
+    """72 degrees before, 81 after."""
     assert b"\n        Value      72.00 " in run("getcli", 3)
     assert b"\n        Value      81.00 " in run("getcli", 3, "--refresh", "true")
     assert b"\n        Value      81.00 " in run("getcli", 3, "--refresh", "false")

@@ -88,7 +88,7 @@ OCTETS = bytes(range(0xA0, 0xC0))
 class TestUniqueId:
     @pytest.mark.parametrize("nvme", [False, True])
     @pytest.mark.parametrize("length", [1, 2, 8, 16, 31, 32, 33, 64, 128, 255])
-    def test_has_the_length_that_the_record_tells_up_to_its_field(self, zfc, nvme, length):
+    def test_has_the_length_that_the_record_gives_up_to_its_field(self, zfc, nvme, length):
         own, other = ("nvme_length", "length") if nvme else ("length", "nvme_length")
         host = with_lun(nvme, unique_id=OCTETS, **{own: length, other: 3})
         shown = line(zfc, "Lun Worldwide Unique ID", host, NAMESPACE if nvme else LUN)

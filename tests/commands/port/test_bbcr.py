@@ -175,7 +175,7 @@ class TestSetFile:
         result = set_file_fails(zfc, [], INVALID, record=bbcr(configured=16))
         assert result.staged == lines({"BBCR_Count": 16, "BBCR_Status": 1})
 
-    def test_failed_file_is_told_as_such(self, zfc):
+    def test_failed_file_is_reported_as_such(self, zfc):
         (zfc.staging / f"BBCR_{IDENTIFIER}_tmp").mkdir()
         staged = zfc.staging / f"BBCR_{IDENTIFIER}"
         staged.write_bytes(FILE)

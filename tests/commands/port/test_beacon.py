@@ -148,7 +148,7 @@ class TestEdgeCases:
         run(zfc, "set", [IDENTIFIER, "on"], "ON")
         assert WRITE not in str(fails(zfc, "set", [IDENTIFIER, "blink"], INVALID).calls)
 
-    def test_failed_read_back_is_told_although_the_state_has_changed(self, zfc):
+    def test_failed_read_back_is_reported_although_the_state_has_changed(self, zfc):
         found = fails(zfc, "set", [IDENTIFIER, "ON"], READ_FAILED, env=turns(GetAdapterBeaconStatus=[5]))
         assert found.calls == [LIST_CALL, MEZZ_CALL, WRITE_CALL.format(1), READ_CALL]
 

@@ -78,18 +78,18 @@ def set_file(zfc, options, shown, **more):
     return run(zfc, "setFile", "report", options, values={"data": shown}, **more)
 
 
-def usage_behind(command, message):
+def usage_after(command, message):
     """Statuses 4 and 6 have the usage text after the document of the "cli" form, as the help word has."""
     return f"Usage: {command}\r\n" if message in (INVALID, NEEDS_UEFI) else ""
 
 
 def get_fails(zfc, options, message, **more):
-    usage = usage_behind("get", message)
+    usage = usage_after("get", message)
     return run(zfc, "get", "failed", options, values={"message": message}, usage=usage, **more)
 
 
 def set_file_fails(zfc, options, message, **more):
-    usage = usage_behind("setFile", message)
+    usage = usage_after("setFile", message)
     return run(zfc, "setFile", "failed", options, values={"message": message}, usage=usage, **more)
 
 
@@ -99,7 +99,7 @@ def commit(zfc, staged, shown, *, required="true", **more):
 
 
 def commit_fails(zfc, staged, message, **more):
-    usage = usage_behind("set", message)
+    usage = usage_after("set", message)
     return run(zfc, "set", "set-failed", staged=staged, values={"message": message}, usage=usage, **more)
 
 

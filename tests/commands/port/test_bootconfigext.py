@@ -139,17 +139,17 @@ def set_file(zfc, options, shown, **more):
     return run(zfc, "setFile", "report", options, values={"data": shown}, **more)
 
 
-def usage_behind(command, message):
+def usage_after(command, message):
     return f"Usage: {command}\r\n" if message in (INVALID, NEEDS_MODE) else ""
 
 
 def get_fails(zfc, options, message, **more):
-    usage = usage_behind("get", message)
+    usage = usage_after("get", message)
     return run(zfc, "get", "failed", options, values={"message": message}, usage=usage, **more)
 
 
 def set_file_fails(zfc, options, message, **more):
-    usage = usage_behind("setFile", message)
+    usage = usage_after("setFile", message)
     return run(zfc, "setFile", "failed", options, values={"message": message}, usage=usage, **more)
 
 
@@ -159,7 +159,7 @@ def commit(zfc, staged, shown, *, required="true", **more):
 
 
 def commit_fails(zfc, staged, message, **more):
-    usage = usage_behind("set", message)
+    usage = usage_after("set", message)
     return run(zfc, "set", "set-failed", staged=staged, values={"message": message}, usage=usage, **more)
 
 
@@ -351,14 +351,14 @@ class TestSetFile:
         set_file_fails(zfc, [option, "true"], UNSUPPORTED, host=port(device=0x3432))
 
     @pytest.mark.parametrize("nqn", [b"nqn with blank", b"nqn#", b"#", b" ", b"nqn\x7f"])
-    def test_nqn_that_cannot_stand_in_a_file_is_left_out(self, zfc, nqn):
+    def test_nqn_that_cannot_be_in_a_file_is_left_out(self, zfc, nqn):
         own = {2: NvmeEntry(nqn=nqn)}
         result = set_file(zfc, ["-b", "NVME"], nvme_text(own), entries=own)
         with_it = new_file(4, entries={**OWN, **own})
         assert result.staged == with_it.replace(b"NVME_2_NQN=" + nqn + b"\n", b"")
 
     @pytest.mark.parametrize("nqn", [b"nqn with blank", b"nqn#", b"nqn\x7f", b"nqn\xc3\xa4", b"\x01"])
-    def test_target_whose_nqn_cannot_stand_in_a_file_is_refused(self, zfc, nqn):
+    def test_target_whose_nqn_cannot_be_in_a_file_is_refused(self, zfc, nqn):
         host = port(targets=[target(FLASH, [1], nvme=True, nqn=nqn)])
         options = ["-b", "NVME", *entry_options(1, FLASH, 1, "true")]
         assert set_file_fails(zfc, options, INVALID, host=host, staged=NVME_FILE).staged == NVME_FILE
@@ -532,7 +532,7 @@ class TestEdgeCases:
         assert found.staged == NVME_FILE
 
 
-def test_document_with_control_bytes_of_an_nqn_is_written_as_it_stands(zfc):
+def test_document_with_control_bytes_of_an_nqn_is_written_as_it_is(zfc):
     """Nothing is escaped: the XML form is not well-formed then."""
     own = {2: NvmeEntry(nqn=b"\x01")}
     result = zfc(

@@ -263,7 +263,7 @@ class TestPasses:
         made = check_failed(zfc, NO_FILE, words(increment="4"), env=env)
         assert made.command_calls == [LIST_CALL, call(), call(), free(1), free(2)]
 
-    def test_percent_signs_stand_as_they_are(self, zfc):
+    def test_percent_signs_are_kept_as_they_are(self, zfc):
         check_run(zfc, words(), status="%s%n%", counters=(1, 0, 1), env=passes(step(0, rw_node("%s%n%"))))
 
 

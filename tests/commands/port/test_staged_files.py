@@ -275,7 +275,7 @@ class TestEdgeCases:
         assert result.stdout == run(zfc, HBA, "get").stdout
         assert Staging(zfc, HBA.family).read() == HBA.created
 
-    def test_second_value_of_a_key_stands_at_its_old_place(self, zfc):
+    def test_second_value_of_a_key_is_at_its_old_place(self, zfc):
         run(zfc, HBA, "setFile", ["-u", "3"])
         run(zfc, HBA, "setFile", ["-u", "4"])
         assert Staging(zfc, HBA.family).read() == changed(HBA.created, Login_Retry_Count=4)

@@ -20,7 +20,7 @@ class TestManyWords:
         assert zfc(self.WORDS).stdout == UNKNOWN_COMMAND
         assert zfc(["-t"] * 10_000).stdout == UNKNOWN_COMMAND
 
-    def test_behind_a_command(self, zfc):
+    def test_after_a_command(self, zfc):
         check(zfc(["-t", "adapter", "list", *self.WORDS]).stdout, "adapter/list-one.xml", **LIST_ONE)
         check(zfc(["help", *self.WORDS]).stdout, "root/help.txt")
 
@@ -56,7 +56,7 @@ class TestLongWord:
         assert zfc(["-t", self.WORD]).stdout == UNKNOWN_COMMAND
         assert zfc(["-t", "adapter", self.WORD]).stdout == UNKNOWN_COMMAND
 
-    def test_behind_a_command(self, zfc):
+    def test_after_a_command(self, zfc):
         check(zfc(["-t", "adapter", "list", self.WORD]).stdout, "adapter/list-one.xml", **LIST_ONE)
 
     @pytest.mark.parametrize(
@@ -75,7 +75,7 @@ class TestLongWord:
             debug=65535,
         )
 
-    def test_behind_the_serial_number(self, zfc):
+    def test_after_the_serial_number(self, zfc):
         """What follows a third underscore is dropped, however long it is."""
         words = [f"{IDENTIFIER}_" + "x" * 130_000]
         options = {"components": components(), "memo": memo()}
@@ -114,7 +114,7 @@ class TestLongWord:
 
 
 class TestNulBytesOnTheShellsInput:
-    """A line is what stands before its first NUL."""
+    """A line ends at its first NUL."""
 
     @pytest.mark.parametrize(
         "line, answer",
@@ -207,7 +207,7 @@ class TestHosts:
             assert b"Message: Failed, Invalid parameter\n" in output
 
     @pytest.mark.parametrize("text", [b"\n", b"\r\n\t", b"\x00", b"</string>", b"\xff\xfe", b"*" * 32])
-    def test_texts_are_printed_as_they_stand(self, zfc, text):
+    def test_texts_are_printed_as_they_are(self, zfc, text):
         adapter = Adapter(multiboot=b"[" + text[:30] + b"]")
         output = zfc(f"-t adapter -s info getcli {IDENTIFIER}", host=Host([adapter])).stdout
         shown = (b"[" + text[:30] + b"]").split(b"\0")[0]

@@ -44,7 +44,7 @@ class Node:
         return HEAD.format(mode=mode) + "".join(f"{child.word:<12}: {child.description}\r\n" for child in children)
 
     def listing(self, depth=0):
-        """The lines of tests/support/tree_listing.cpp for what stands below the node."""
+        """The lines of tests/support/tree_listing.cpp for what is below the node."""
         for leaf in self.leaves:
             hidden = int(leaf.word in self.hidden)
             yield f"{depth}\t\t{leaf.word}\tleaf\t{leaf.index}\t{hidden}\t0\t{leaf.description}"

@@ -1,4 +1,4 @@
-"""The debug log: its file, levels and line form, and the command's code, which stands nowhere else."""
+"""The debug log: its file, levels and line form, and the command's code, which is nowhere else."""
 
 import re
 

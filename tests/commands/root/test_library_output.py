@@ -37,7 +37,7 @@ def test_prints_of_the_calls_are_in_the_file_and_not_in_the_document(zfc, words,
 
 
 @pytest.mark.parametrize("words, calls", BRACKETS)
-def test_nothing_else_is_left_behind(zfc, words, calls):
+def test_nothing_else_is_left(zfc, words, calls):
     image = zfc.file("image")
     assert zfc(words, memo=memo()).library_files == ["torpi-output.log"]
     assert [path for path in zfc.tmp.rglob("*") if path.is_file()] == []
@@ -146,7 +146,7 @@ class TestUnopenableAtTheStart:
             assert b"/var/tmp/torpi-output.log" in result.debug_log
             assert result.code == 3
 
-    def test_what_stands_in_the_way_is_left_alone(self, zfc, block):
+    def test_what_is_in_the_way_is_left_alone(self, zfc, block):
         result = zfc("help", **block(zfc))
         assert result.library_log is None
         elsewhere = zfc.var_tmp / "elsewhere"
@@ -219,7 +219,7 @@ class TestUnopenableLater:
 
 
 def test_file_that_can_be_opened_again_serves_the_next_command(zfc):
-    """A failed bracket leaves nothing behind that would keep the next one from working."""
+    """A failed bracket leaves nothing that would keep the next one from working."""
     path = zfc.var_tmp / "torpi-output.log"
     check_both(zfc, "-t adapter -s flashinfo get", "adapter/flashinfo/report", words=[IDENTIFIER], memo=memo())
     path.unlink()

@@ -1,4 +1,4 @@
-"""Reports whose text has no memory: status 42, in a document that never tells a reboot."""
+"""Reports whose text has no memory: status 42, in a document that never mentions a reboot."""
 
 import pytest
 

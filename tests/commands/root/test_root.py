@@ -90,7 +90,7 @@ UNKNOWN = [
 
 LIST_WITHOUT_ADAPTERS = "adapter/list-empty.xml"
 
-# Switch pairs stand anywhere; what remains must begin with the leaf's name.
+# Switch pairs may be anywhere; what remains must begin with the leaf's name.
 LISTS = [
     "-t adapter list",
     "-T ADAPTER LIST",
@@ -142,10 +142,10 @@ class TestEdgeCases:
     def test_first_t_without_its_pair_stays_so_list_is_not_the_first_word(self, zfc):
         assert zfc("-t -t adapter list").stdout == UNKNOWN_COMMAND
 
-    def test_debug_behind_a_command_word_is_an_ordinary_word(self, zfc):
+    def test_debug_after_a_command_word_is_an_ordinary_word(self, zfc):
         assert zfc("-t adapter -debug list").stdout == UNKNOWN_COMMAND
 
-    def test_eng_behind_the_first_pair_word_is_an_ordinary_word(self, zfc):
+    def test_eng_after_the_first_pair_word_is_an_ordinary_word(self, zfc):
         assert zfc("-t -eng adapter list").stdout == UNKNOWN_COMMAND
 
     def test_list_with_a_question_mark_prints_nothing(self, zfc):
@@ -193,7 +193,7 @@ class TestEdgeCases:
         assert zfc("log .").stdout == b"Failed to create file .\n"
 
 
-def test_session_calls_stand_around_every_command(zfc):
+def test_session_calls_are_around_every_command(zfc):
     session = [
         "TORPI_Initialize(0, 0)",
         "TORPI_SetToolID(11)",

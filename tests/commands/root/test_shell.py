@@ -156,7 +156,7 @@ def test_failing_command_leaves_the_shell_running(zfc):
         pytest.param(b"version" + b" " * 2040 + b"version", [VERSION, VERSION], id="the rest is a command"),
         pytest.param(b" " * 2040 + b"version" + b"version", [VERSION, VERSION], id="cut between two words"),
         pytest.param(b" " * 2043 + b"version", [UNKNOWN_COMMAND, UNKNOWN_COMMAND], id="cut in a word"),
-        pytest.param(b" " * 2043 + b'""version', [UNKNOWN_COMMAND, UNKNOWN_COMMAND], id="cut behind a quoted word"),
+        pytest.param(b" " * 2043 + b'""version', [UNKNOWN_COMMAND, UNKNOWN_COMMAND], id="cut after a quoted word"),
         pytest.param(b" " * 2040 + b'"version"', [UNTERMINATED, UNTERMINATED], id="cut in quotes"),
         pytest.param(b"x" * 2047 * 3, [UNKNOWN_COMMAND] * 3 + [NOTHING], id="three buffers of one word"),
     ],
@@ -187,7 +187,7 @@ class TestLogMirror:
         )  # fmt: skip
         assert self.mirror(zfc) == expected
 
-    def test_usage_behind_a_document_is_mirrored_without_it(self, zfc):
+    def test_usage_after_a_document_is_mirrored_without_it(self, zfc):
         answers(zfc, b"log mirror", b"-t adapter -s info getcli nobody")
         expected = (
             PROMPT + b"-t adapter -s info getcli nobody\n" + b"Usage: get [adapter identifier]\r\n" + PROMPT + b"q\n"

@@ -415,7 +415,7 @@ class TestListOfLunsThatDoesNotFit:
         self.check(zfc, "s" * more, [65535] * 400 + [7] * 4)
 
     @pytest.mark.parametrize("count", range(325, 348))
-    def test_later_lines_that_fit_stand_and_others_are_dropped(self, zfc, count):
+    def test_later_lines_that_fit_are_kept_and_others_dropped(self, zfc, count):
         self.check(zfc, "SN-0042", [65535] * count)
 
     def test_cases_reach_all_that_can_happen(self):

@@ -1,1 +1,1 @@
-"""What the command tests stand on: hosts made of raw records, private runs of the executable, expected documents."""
+"""What the command tests use: hosts made of raw records, private runs of the executable, expected documents."""

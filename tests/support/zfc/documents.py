@@ -53,16 +53,16 @@ def check_both(
     """Runs both forms of a command and compares each whole output with `name`.xml and `name`.txt.
 
     The last word of `command` is the plain form's; "cli" is added for the other, unless `cli` is its command.
-    `words` are the arguments; `usage` follows the document of the "cli" form; `prefix` stands in front of both. Both
+    `words` are the arguments; `usage` follows the document of the "cli" form; `prefix` comes before both. Both
     must make the same calls in the same order. The other arguments are those of a run.
     """
     values = values or {}
     results = []
-    for form, ending, behind in ((command, ".xml", ""), (cli or f"{command}cli", ".txt", usage)):
+    for form, ending, after in ((command, ".xml", ""), (cli or f"{command}cli", ".txt", usage)):
         result = zfc([*form.split(), *words], **options)
         assert result.stdout.startswith(prefix)
         document = result.stdout[len(prefix) :]
-        check(document, name + ending, well_formed=well_formed, usage=behind, **values)
+        check(document, name + ending, well_formed=well_formed, usage=after, **values)
         results.append(result)
         if options.get("spoil_log"):
             zfc.mend_log()

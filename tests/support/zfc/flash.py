@@ -1,4 +1,4 @@
-"""What the flash reads of the device library give, laid out byte by byte; noise stands wherever nothing is told."""
+"""What the flash reads of the device library give, laid out byte by byte, with noise wherever a test gives nothing."""
 
 import struct
 

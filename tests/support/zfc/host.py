@@ -1,8 +1,9 @@
 """Hosts for the device library of the tests, laid out byte by byte.
 
-The offsets stand here a second time, apart from the program's own headers, so that a field at a wrong place shows.
-Whatever a record does not name is filled with noise, behind a text's terminator too: a reader that looks elsewhere
-than told, or past the end of a text, shows noise instead of a value.
+The offsets are written here a second time, apart from the program's own headers, so that a
+field at a wrong place shows.
+Whatever a record does not name is filled with noise, after a text's terminator too: a program that reads another
+place, or past the end of a text, shows noise instead of a value.
 
     Host([Adapter(model="ZX100", serial="AB12345", ports=[Port(0, [Fc(device=0x3522)])])])
 
@@ -153,7 +154,7 @@ class _Writer:
             self._pointers.append(at)
 
     def chain(self, at, items, write, next_at):
-        """Writes the items; the pointer at `at` leads to the first, that at `next_at` of each to the one behind."""
+        """Writes the items; the pointer at `at` leads to the first, that at `next_at` of each to the next."""
         self.point(at, None)
         for item in items:
             entry = write(item)
@@ -162,7 +163,7 @@ class _Writer:
             self.point(at, None)
 
     def list_of(self, items, write, next_at):
-        """A list record: its first pointer stands at 8. None gives no record."""
+        """A list record: its first pointer is at 8. None gives no record."""
         if items is None:
             return None
         listed = self.record(16)

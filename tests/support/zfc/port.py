@@ -93,7 +93,7 @@ _DEFAULTS = {
 
 
 def raw_fields(table, values):
-    """The bytes of a record's fields by their offset. The table tells each field's offset, and its form: bytes as
+    """The bytes of a record's fields by their offset. The table has each field's offset and its form: bytes as
     they are, a text's width, or a format of struct."""
     raw = {}
     for key, value in values.items():
@@ -149,8 +149,8 @@ VPD_END = b"\x78"
 
 def descriptor(tag, *words, length=None):
     """A descriptor of a Read Diagnostic Parameters response."""
-    told = 4 * len(words) if length is None else length
-    return struct.pack(f">II{len(words)}I", tag, told, *words)
+    length = 4 * len(words) if length is None else length
+    return struct.pack(f">II{len(words)}I", tag, length, *words)
 
 
 def rdp(*descriptors, length=None):

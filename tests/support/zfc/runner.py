@@ -76,7 +76,7 @@ _SANITIZER_REPORT = re.compile(rb"(Address|Leak|UndefinedBehavior)Sanitizer|runt
 
 
 def chatter(*calls):
-    """What these calls print on standard output when they are told to chatter."""
+    """What these calls print on standard output when they chatter."""
     return b"".join(b"<%s> chatters & is 100%% sure\n" % call.encode() for call in calls)
 
 
@@ -134,7 +134,7 @@ class Result:
 
     @property
     def code(self):
-        """The command's code as the debug log tells it; the run must have been made with the log on."""
+        """The command's code as the debug log shows it; the run must have been made with the log on."""
         found = re.findall(rb"main: Program Exit Code: \((\d+)\)", self.debug_log or b"")
         assert len(found) == 1, self.debug_log
         return int(found[0])
@@ -198,7 +198,7 @@ class Zfc:
 
         host: what the library serves, by default one adapter of the Hazel family; results: results of calls by
         name; components, memo: bytes that the flash reads give; personality: the one in force; buffers, sizes: bytes
-        that further reads give, and the sizes they tell, by the names of the library's settings; reboot: the reboot
+        that further reads give, and the sizes they report, by the names of the library's settings; reboot: the reboot
         flag that the library stores; chatter: the calls that print; pause, spoil_log: "<call>:<how>"; debug: ZNFC_DEBUG_LEVEL; env: more variables.
         """
         image, self._handles = (hosts.one() if host is None else host).image()

@@ -132,7 +132,7 @@ TEST_F(Gaps, AreSkippedInSilence) {
   EXPECT_EQ(visits, expected_);
 }
 
-TEST_F(Gaps, VisitEndsWhereItIsTold) {
+TEST_F(Gaps, VisitEndsWhereItIsAsked) {
   std::vector<Visit> visits;
   EXPECT_TRUE(VisitFcEntries(*host_.List(), [&](const auto& adapter, const auto& port, const auto& entry) {
     visits.push_back({&adapter, &port, &entry});

@@ -16,7 +16,7 @@ constexpr CmdProcessor::Place kPlace = {.name = "get",
                                         .usage_index = 3,
                                         .flags = 5};
 
-TEST(CmdProcessor, TellsItsPlace) {
+TEST(CmdProcessor, GivesItsPlace) {
   RecordingNode parent;
   CmdProcessor leaf(&parent, kPlace);
   EXPECT_EQ(leaf.GetParent(), &parent);
@@ -29,7 +29,7 @@ TEST(CmdProcessor, TellsItsPlace) {
   EXPECT_TRUE(leaf.IsLeaf());
 }
 
-TEST(CmdProcessor, StandsInTheOpenByDefault) {
+TEST(CmdProcessor, IsShownByDefault) {
   CmdProcessor leaf(nullptr, {.name = "get"});
   EXPECT_EQ(leaf.GetParent(), nullptr);
   EXPECT_STREQ(leaf.GetSwitch(), "");

@@ -18,7 +18,7 @@ TEST(TextOfCode, GivesUnknownForACodeWithoutARow) {
   EXPECT_STREQ(TextOfCode({}, 1), "Unknown");
 }
 
-TEST(TextOfCode, GivesTheTextToldForACodeWithoutARow) {
+TEST(TextOfCode, GivesTheCallersTextForACodeWithoutARow) {
   EXPECT_STREQ(TextOfCode(kTable, 2, "Reserved"), "Reserved");
   EXPECT_STREQ(TextOfCode(kTable, 3, "Reserved"), "Offline");
 }

@@ -74,7 +74,7 @@ TEST(SplitCommandLine, ContinuesAWordAtAQuoteInItsMiddle) {
   EXPECT_EQ(Split("\"\"\"\""), (Words{""}));
 }
 
-TEST(SplitCommandLine, EndsAQuotedWordAtASeparatorBehindTheQuote) {
+TEST(SplitCommandLine, EndsAQuotedWordAtASeparatorAfterTheQuote) {
   EXPECT_EQ(Split("\"a b\" c"), (Words{"a b", "c"}));
   EXPECT_EQ(Split("\"a\" \"b\""), (Words{"a", "b"}));
 }

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(FileExists, IsTrueForAnythingThatStandsThere) {
+TEST(FileExists, IsTrueForAnythingThere) {
   const ScratchFolder folder;
   WriteContent(folder / "empty", "");
   std::filesystem::create_directory(folder / "folder");

@@ -44,7 +44,7 @@ class LibraryCall : public testing::Test {
         std::printf("library text\n");
         return result;
       });
-      std::printf("behind\n");
+      std::printf("after\n");
     });
     return status;
   }
@@ -65,7 +65,7 @@ TEST_F(LibraryCall, GivesTheStatusOfItsResult) {
 
 TEST_F(LibraryCall, KeepsTheLibrarysChatterOutOfTheOutput) {
   Call(1);
-  EXPECT_EQ(printed_, "behind\n");
+  EXPECT_EQ(printed_, "after\n");
   EXPECT_EQ(ContentOf(kLibraryOutput), "library text\n");
   EXPECT_EQ(stdout, standard_output_);
 }
@@ -74,7 +74,7 @@ TEST_F(LibraryCall, IsNotMadeWhenTheBracketCannotBeOpened) {
   std::filesystem::create_directory(kLibraryOutput);
   EXPECT_EQ(Call(0), 19u);
   EXPECT_EQ(calls_, 0);
-  EXPECT_EQ(printed_, "behind\n");
+  EXPECT_EQ(printed_, "after\n");
 }
 
 TEST_F(LibraryCall, OfOneStatusHasItInMaintenanceModeToo) {
@@ -89,7 +89,7 @@ TEST_F(LibraryCall, OfOneStatusHasItInMaintenanceModeToo) {
   EXPECT_EQ(call(0), 19u);
 }
 
-TEST_F(LibraryCall, InABracketTellsWhetherItWasMade) {
+TEST_F(LibraryCall, InABracketSaysWhetherItWasMade) {
   bool made = false;
   const auto call = [&] {
     ++calls_;

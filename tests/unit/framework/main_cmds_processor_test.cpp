@@ -95,7 +95,7 @@ class Root : public testing::Test {
   std::string initialize_printed_;
 };
 
-TEST_F(Root, StandsOnTop) {
+TEST_F(Root, IsOnTop) {
   EXPECT_EQ(root_.GetParent(), nullptr);
   EXPECT_STREQ(root_.GetName(), "main");
   EXPECT_STREQ(root_.GetSwitch(), "");
@@ -218,7 +218,7 @@ TEST_F(Root, HasItsLeavesAheadOfTheTopLevelNodes) {
   }
 }
 
-TEST_F(Root, TellsItsVersionAtTheShell) {
+TEST_F(Root, PrintsItsVersionAtTheShell) {
   EXPECT_EQ(Dispatch({"version"}), kVersionText);
   EXPECT_EQ(status_, 0u);
 }
@@ -333,7 +333,7 @@ TEST_F(Root, NodeNamedByASingleWordAtTheShellRunsNothingAndSaysNothing) {
   EXPECT_EQ(Dispatch({"adapter", "list"}), kUnknownCommandText);
 }
 
-TEST_F(Root, LogsToAFileUntilToldOtherwise) {
+TEST_F(Root, LogsToAFileUntilAskedOtherwise) {
   const auto path = folder_ / "typed.log";
   EXPECT_EQ(Dispatch({"log", path.string(), "ignored"}), "");
   EXPECT_EQ(status_, 0u);

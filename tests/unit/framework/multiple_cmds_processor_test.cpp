@@ -130,7 +130,7 @@ TEST_F(BatchFind, TriesTheNextChildrenAgainstTheShortenedList) {
   EXPECT_EQ(Find(words), &port_list_);
   EXPECT_EQ(words, Words{});
 
-  // A leaf behind the nodes sees what they have left.
+  // A leaf after the nodes sees what they have left.
   CmdProcessor& late = root_.AddLeaf({.name = "late"}, kNoCallbacks);
   words = {"-t", "adapter", "late", "argument"};
   EXPECT_EQ(Find(words), &late);
@@ -409,7 +409,7 @@ TEST_F(RunChild, ShowsNoUsageOnOtherCodesAndReturnsThem) {
   }
 }
 
-TEST_F(RunChild, ReturnsTheResultOfUninitializeBehindASuccess) {
+TEST_F(RunChild, ReturnsTheResultOfUninitializeAfterASuccess) {
   node_.uninitialize = static_cast<StatusCode>(44);
   EXPECT_EQ(Run({"a"}), 44u);
 }

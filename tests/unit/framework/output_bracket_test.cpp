@@ -20,11 +20,11 @@ class Bracket : public testing::Test {
  protected:
   ~Bracket() override { stdout = standard_output_; }
 
-  // Opens a bracket that cannot be opened, and prints behind it.
+  // Opens a bracket that cannot be opened, and prints after it.
   void ExpectDoesNotOpen() {
     bool open = true;
     std::FILE* inside = nullptr;
-    std::FILE* behind = nullptr;
+    std::FILE* after = nullptr;
     EXPECT_EQ(PrintedBy([&] {
                 {
                   OutputBracket bracket(kFunction, " before read");
@@ -33,13 +33,13 @@ class Bracket : public testing::Test {
                   std::printf("still here\n");
                   bracket.Close();
                 }
-                behind = stdout;
+                after = stdout;
                 std::printf("and here\n");
               }),
               "still here\nand here\n");
     EXPECT_FALSE(open);
     EXPECT_EQ(inside, standard_output_);
-    EXPECT_EQ(behind, standard_output_);
+    EXPECT_EQ(after, standard_output_);
   }
 
   std::FILE* const standard_output_ = stdout;
@@ -57,9 +57,9 @@ TEST_F(Bracket, SendsWhatIsPrintedToTheFile) {
                 std::printf("library text\n");
                 std::puts("by another call");
               }
-              std::printf("behind\n");
+              std::printf("after\n");
             }),
-            "ahead\nbehind\n");
+            "ahead\nafter\n");
   EXPECT_TRUE(open);
   EXPECT_EQ(ContentOf(kFile), "library text\nby another call\n");
 }
@@ -112,7 +112,7 @@ TEST_F(Bracket, AppendsToTheFile) {
   EXPECT_EQ(ContentOf(kFile), "from yesterday\none\ntwo\n");
 }
 
-TEST_F(Bracket, StandsInAnother) {
+TEST_F(Bracket, OpensInsideAnother) {
   EXPECT_EQ(PrintedBy([&] {
               const OutputBracket outer(kFunction);
               {

@@ -226,7 +226,7 @@ TEST(WriteReport, LeavesAnyOtherPercentSign) {
   EXPECT_EQ(Written("%,d"), "%,d");
 }
 
-TEST(WriteReport, GoesOnBehindAPercentSignThatStands) {
+TEST(WriteReport, GoesOnAfterAPercentSignThatIsKept) {
   EXPECT_EQ(Written("%y %s %"), "%y  %");
   EXPECT_EQ(Written("%y%d"), "%y");
   EXPECT_EQ(Written("%l%d"), "%l");

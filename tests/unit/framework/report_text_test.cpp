@@ -33,14 +33,14 @@ TEST(ReportText, DropsALineWholeThatLacksRoomForTheTerminator) {
   EXPECT_STREQ(text.Text(), "");
 }
 
-TEST(ReportText, DropsALineThatDoesNotFitBehindTheOthers) {
+TEST(ReportText, DropsALineThatDoesNotFitAfterTheOthers) {
   ReportText text(10);
   text.Line("12345\n");
   text.Line("6789");
   EXPECT_STREQ(text.Text(), "12345\n");
 }
 
-TEST(ReportText, TakesAShorterLineBehindADroppedOne) {
+TEST(ReportText, TakesAShorterLineAfterADroppedOne) {
   ReportText text(10);
   text.Line("12345\n");
   text.Line("too long\n");
@@ -120,7 +120,7 @@ TEST(ReportText, WithoutMemoryTakesNothing) {
   EXPECT_FALSE(text.Allocated());
 }
 
-TEST(ReportText, TellsThatItsBufferCannotBeHad) {
+TEST(ReportText, SaysThatItsBufferCannotBeHad) {
   EXPECT_FALSE(ReportText(SIZE_MAX / 2).Allocated());
 }
 

@@ -57,7 +57,7 @@ TEST(ParseProgramFlags, TakesARepeatedFlag) {
   EXPECT_EQ(Parse({"-eng", "-ENG", "-eng", "x"}), (Parsed{8, 4}));
 }
 
-TEST(ParseProgramFlags, LeavesAFlagBehindAnotherWordAlone) {
+TEST(ParseProgramFlags, LeavesAFlagAfterAnotherWordAlone) {
   EXPECT_EQ(Parse({"-t", "adapter", "-debug", "list"}), (Parsed{0, 1}));
   EXPECT_EQ(Parse({"-debug", "list", "-eng"}), (Parsed{1, 2}));
 }

@@ -107,7 +107,7 @@ TEST(Serializer, IsShutBeforeTheFirstOpen) {
   ExpectShut(out);
 }
 
-TEST(Serializer, IsShutBehindClose) {
+TEST(Serializer, IsShutAfterClose) {
   for (const OutputMode mode : {OUTPUT_XML, OUTPUT_CLI}) {
     Serializer out;
     PrintedBy([&] {
@@ -139,7 +139,7 @@ TEST(Serializer, StoresAnUnknownModeAndReturns12) {
   }
 }
 
-TEST(Serializer, OpensAgainBehindClose) {
+TEST(Serializer, OpensAgainAfterClose) {
   Serializer out;
   EXPECT_EQ(PrintedBy([&] {
               out.Open(OUTPUT_XML);
@@ -185,7 +185,7 @@ TEST(Serializer, EndsAList) {
   ExpectPrints([](Serializer& out) { return out.EndList(); }, "</list>\n", "");
 }
 
-TEST(Serializer, WritesAStringListWithACommaBehindEveryElement) {
+TEST(Serializer, WritesAStringListWithACommaAfterEveryElement) {
   ExpectPrints(
       [](Serializer& out) {
         return out.WriteStringList({"one", "two"});

@@ -160,7 +160,7 @@ TEST_F(Shell, QuitFlagEndsItAtTheEndOfInputWithoutAWord) {
   EXPECT_LT(steady_clock::now() - begin, seconds(4));
 }
 
-TEST_F(Shell, QuitFlagEndsItBehindACommand) {
+TEST_F(Shell, QuitFlagEndsItAfterACommand) {
   EXPECT_EQ(Run("set 2\necho a\n"), "$>");
   EXPECT_EQ(status_, 0u);
 }
@@ -232,23 +232,23 @@ TEST_F(Shell, BreakInterruptsTheReadAndPromptsAnew) {
 }
 
 // A standard output that raises SIGQUIT as soon as the first prompt has been written to it.
-class QuitBehindThePrompt {
+class QuitAfterThePrompt {
  public:
-  QuitBehindThePrompt() : real_stdout_(stdout) {
+  QuitAfterThePrompt() : real_stdout_(stdout) {
     stdout = fopencookie(this, "w", {.read = nullptr, .write = &Write, .seek = nullptr, .close = nullptr});
   }
-  ~QuitBehindThePrompt() {
+  ~QuitAfterThePrompt() {
     std::fclose(stdout);
     stdout = real_stdout_;
   }
-  QuitBehindThePrompt(const QuitBehindThePrompt&) = delete;
-  QuitBehindThePrompt& operator=(const QuitBehindThePrompt&) = delete;
+  QuitAfterThePrompt(const QuitAfterThePrompt&) = delete;
+  QuitAfterThePrompt& operator=(const QuitAfterThePrompt&) = delete;
 
   std::string text;
 
  private:
   static ssize_t Write(void* self, const char* bytes, std::size_t size) {
-    std::string& text = static_cast<QuitBehindThePrompt*>(self)->text;
+    std::string& text = static_cast<QuitAfterThePrompt*>(self)->text;
     const bool first = text.empty();
     text.append(bytes, size);
     if (first) raise(SIGQUIT);
@@ -258,7 +258,7 @@ class QuitBehindThePrompt {
   std::FILE* real_stdout_;
 };
 
-TEST_F(Shell, BreakRightBehindThePromptIsNotMissed) {
+TEST_F(Shell, BreakRightAfterThePromptIsNotMissed) {
   const ScopedSignals signals;
   InstallSignalHandler();
   StdinPipe typed;
@@ -269,7 +269,7 @@ TEST_F(Shell, BreakRightBehindThePromptIsNotMissed) {
   });
   std::string text;
   {
-    const QuitBehindThePrompt output;
+    const QuitAfterThePrompt output;
     status_ = RunShell(node_);
     text = output.text;
   }
@@ -284,7 +284,7 @@ TEST_F(Shell, BreakThatComesWithALineKeepsTheLine) {
   InstallSignalHandler();
   StdinPipe typed("echo a\nq\n");
   typed.CloseInput();
-  const QuitBehindThePrompt output;
+  const QuitAfterThePrompt output;
   status_ = RunShell(node_);
   EXPECT_EQ(output.text, "$>$>|a|\n$>");
   EXPECT_EQ(status_, 0u);

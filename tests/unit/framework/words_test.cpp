@@ -28,7 +28,7 @@ TEST(CompareNoCase, OrdersAsStrcmpDoes) {
 }
 
 TEST(CompareNoCase, ComparesLettersAsLowerCase) {
-  // The underscore stands between the upper and the lower case letters.
+  // The underscore comes between the upper and the lower case letters.
   EXPECT_LT(CompareNoCase("_", "A"), 0);
   EXPECT_GT(CompareNoCase("A", "_"), 0);
 }
@@ -65,7 +65,7 @@ TEST(IsHelpWord, KnowsNoOther) {
   }
 }
 
-TEST(WordAt, GivesAnEmptyTextBehindTheLastWord) {
+TEST(WordAt, GivesAnEmptyTextPastTheLastWord) {
   const Words words = {"zero", "one"};
   EXPECT_EQ(WordAt(words, 0), "zero");
   EXPECT_EQ(WordAt(words, 1), "one");
@@ -87,7 +87,7 @@ TEST(FindWordPair, FindsTheFirstOfTwoPairs) {
   EXPECT_EQ(index, 1);
 }
 
-TEST(FindWordPair, GoesOnBehindAFirstWordWithoutItsSecond) {
+TEST(FindWordPair, GoesOnAfterAFirstWordWithoutItsSecond) {
   int index = 7;
   EXPECT_TRUE(FindWordPair({"-t", "-t", "adapter"}, "-t", "adapter", index));
   EXPECT_EQ(index, 1);

@@ -185,7 +185,7 @@ TEST_F(DebugLogTest, LongestMessageWithLineEnd) {
   EXPECT_EQ(WithoutTime(Content()), Head() + message + "\r\n");
 }
 
-TEST_F(DebugLogTest, PercentSignsInArgumentsStand) {
+TEST_F(DebugLogTest, KeepsPercentSignsInArguments) {
   SetMask("1");
   DebugLog("%s", "100% %s %n");
   EXPECT_EQ(Lines(), Strings{Head() + "100% %s %n"});

@@ -236,7 +236,7 @@ TEST(DropConversions, AnIncompleteConversionStands) {
   EXPECT_EQ(DropConversions("%ll"), "%ll");
 }
 
-TEST(DropConversions, AnInvalidConversionStandsAndTheTextGoesOnBehindItsPercentSign) {
+TEST(DropConversions, KeepsAnInvalidConversionAndGoesOnAfterItsPercentSign) {
   EXPECT_EQ(DropConversions("%**d"), "%**d");
   EXPECT_EQ(DropConversions("%..5d"), "%..5d");
   EXPECT_EQ(DropConversions("%5-d"), "%5-d");

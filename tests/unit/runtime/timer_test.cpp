@@ -105,7 +105,7 @@ TEST_F(TimerTest, ElapsedRunsToThePresentTimeWhenNotStopped) {
   EXPECT_LT(timer.ElapsedMilliseconds(), 110000);
 }
 
-TEST_F(TimerTest, ElapsedStandsStillWhenStopped) {
+TEST_F(TimerTest, ElapsedStaysTheSameWhenStopped) {
   KestTimer timer;
   timeval now{};
   gettimeofday(&now, nullptr);

@@ -33,7 +33,7 @@ TEST_F(TimingScopeTest, BuildsTheNamesOfConstructorAndDestructor) {
                               Head() + "RETURNING AdapterInfoCmdsProcessor::~AdapterInfoCmdsProcessor()"}));
 }
 
-TEST_F(TimingScopeTest, From300MillisecondsOnTellsTheElapsedTime) {
+TEST_F(TimingScopeTest, From300MillisecondsOnLogsTheElapsedTime) {
   SetMask("1");
   {
     TimingScope scope("Slow::Slow()");

@@ -238,7 +238,7 @@ TEST(FlashRecords, HaveTheirFieldsInPlace) {
   EXPECT_EQ(sizeof(FlashComponentVersions), 256u);
 }
 
-TEST(ComponentVersion, TellsAllZeroAndAllOnes) {
+TEST(ComponentVersion, FindsAllZeroAndAllOnes) {
   EXPECT_TRUE((ComponentVersion{0, 0, 0}).AllZero());
   EXPECT_FALSE((ComponentVersion{1, 0, 0}).AllZero());
   EXPECT_FALSE((ComponentVersion{0, 1, 0}).AllZero());

@@ -46,7 +46,7 @@ class Waiters {
   std::vector<std::thread> threads_;
 };
 
-TEST(CEventTest, StartsAsTold) {
+TEST(CEventTest, StartsAsAsked) {
   EXPECT_FALSE(CEvent(false, false).Lock(0));
   EXPECT_TRUE(CEvent(true, false).Lock(0));
   EXPECT_FALSE(CEvent(false, true).Lock(0));

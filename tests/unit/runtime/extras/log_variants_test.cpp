@@ -74,7 +74,7 @@ TEST_F(LogVariantsTest, PlaceIsPaddedWithBlanksTo25Characters) {
   EXPECT_EQ(Lines(), Strings{"CIM Provider " + Process() + " file.cpp (42)           : line 1"});
 }
 
-TEST_F(LogVariantsTest, LongerPlaceStandsWhole) {
+TEST_F(LogVariantsTest, LongerPlaceIsKeptWhole) {
   SetMask("16");
   DebugLogLevelAt(16, "a_rather_long_file_name.cpp", 12345, "line");
   EXPECT_EQ(Lines(),

@@ -379,7 +379,7 @@ TEST_F(Config, MissingPlacesForResults) {
   EXPECT_EQ(TORPI_FCGetBBCSupportInfoEx(HandleAt(0), nullptr, nullptr, nullptr, nullptr, nullptr, 0), 903u);
 }
 
-TEST_F(Config, WholeRecordsStandInTheTrace) {
+TEST_F(Config, WholeRecordsAreInTheTrace) {
   UsePort("parameters: {data-rate: 8}");
   const HBAParamsInfo record = Params();
   EXPECT_EQ(TORPI_UpdateHBAParameters(HandleAt(0), &record), 0u);

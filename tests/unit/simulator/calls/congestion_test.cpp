@@ -101,7 +101,7 @@ TEST_F(CongestionCalls, ListHasThePortAndItsTargets) {
                                       "other 50:00:00:00:00:00:00:02"}));
 }
 
-TEST_F(CongestionCalls, PortElementStandsSecond) {
+TEST_F(CongestionCalls, PortElementIsSecond) {
   UsePort("congestion: {statistics: {port-element: second, port: {congestion-alarms: 7}}}");
   const SCMRStatisticsEntry* const head = GetList();
   EXPECT_NE(head->kind, StatisticsElementKind::kPhysicalPort);
@@ -189,7 +189,7 @@ TEST_F(CongestionCalls, ProfileIsKeptAcrossRuns) {
   }
 }
 
-TEST_F(CongestionCalls, RecordTellsTheStatus) {
+TEST_F(CongestionCalls, RecordHasTheStatus) {
   UsePort(
       "congestion: {state: congested, severity: alarm, notifications: [congestion, link-integrity], "
       "link-event: device-specific, link-event-threshold: 1, delivery-reason: timeout, "
@@ -226,7 +226,7 @@ TEST_F(CongestionCalls, DefaultsFitTheFamily) {
   EXPECT_EQ(EntryAt(0)->io_throttling, 0);
 }
 
-TEST_F(CongestionCalls, CallsStandInTheTrace) {
+TEST_F(CongestionCalls, CallsAreInTheTrace) {
   UsePort("congestion: {profile: {management: nvram, activation: moderate}}, " + std::string(kTargets));
   std::uint8_t enabled = 0;
   TORPI_IsVCLMFeatureEnabled(HandleAt(0), &enabled);
