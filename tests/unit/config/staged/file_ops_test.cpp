@@ -8,8 +8,8 @@
 #include <array>
 #include <string>
 
-#include "support/unit_files.h"
 #include "support/unit_debug_log.h"
+#include "support/unit_files.h"
 
 namespace {
 
