@@ -1,7 +1,5 @@
 #include "framework/device_library/families.h"
 
-#include "framework/table.h"
-
 namespace {
 
 constexpr std::uint16_t kVendorId = 0x1C9E;
@@ -118,7 +116,7 @@ FamilySet FamiliesOf(const PciIdentity& pci) {
       {kIris, &IsDeviceGroupIris},
   };
   FamilySet families = 0;
-  for (const Member& member : TableOf<kMembers>()) {
+  for (const Member& member : kMembers) {
     if (member.is_member(pci)) families |= member.family;
   }
   return families;

@@ -3,16 +3,14 @@
 
 #include <cstdint>
 
-#include "framework/inline_text.h"
-
 struct LinkSpeed {
   int gbps;
   std::uint32_t code;  // a current speed of a port or a target: the digits of `gbps` read as hexadecimal
   std::uint8_t supported_bit;  // in FCProtocolEntry::supported_speeds
   std::uint32_t data_rate;     // HBAParamsInfo::data_rate
   int rank;                    // among the speeds that can be set, from 1 for the slowest
-  InlineText<7> text;          // in reports
-  InlineText<7> word;          // in options, and in the reports of what they set
+  char text[8];                // in reports; part of the row, so that nothing is relocated at the start
+  char word[8];                // in options, and in the reports of what they set
 };
 
 inline constexpr LinkSpeed k64Gbps = {64, 0x64, 0x80, 7, 7, "64 Gbps", "64_Gbps"};
