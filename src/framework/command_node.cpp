@@ -4,6 +4,7 @@
 #include <string>
 
 #include "framework/console.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -54,10 +55,6 @@ std::string CliWord(const CommandRow& row) {
   return row.cli_word != nullptr ? row.cli_word : std::string(row.word) + "cli";
 }
 
-CmdProcessor::Place PlaceOfSubNode(const SubNode& row) {
-  return {.name = row.name, .switch_word = row.switch_word, .description = row.description};
-}
-
 // The usage index of the plain form of the row at `place`.
 std::uint32_t PlainIndex(const CommandRow& row, std::size_t place) {
   return row.usage_index != CommandRow::kItsPlace ? row.usage_index : static_cast<std::uint32_t>(place);
@@ -65,12 +62,23 @@ std::uint32_t PlainIndex(const CommandRow& row, std::size_t place) {
 
 }  // namespace
 
+CmdProcessor::Place PlaceOfNode(const SubNode& row) {
+  return {.name = row.name, .switch_word = row.switch_word, .description = row.description};
+}
+
+std::vector<std::unique_ptr<MultipleCmdsProcessor>> MakeNodesForLog(CmdProcessor& parent,
+                                                                    const Table<SubNode>& rows) {
+  std::vector<std::unique_ptr<MultipleCmdsProcessor>> nodes;
+  if (DebugMask() == 0) return nodes;
+  nodes.reserve(rows.size());
+  for (const SubNode& row : rows) nodes.push_back(row.make(&parent, row));
+  return nodes;
+}
+
 CommandNode::CommandNode(CmdProcessor* parent, const SubNode& self, const NodeClass& node_class)
-    : MultipleCmdsProcessor(parent, PlaceOfSubNode(self)), class_(node_class) {
+    : MultipleCmdsProcessor(parent, PlaceOfNode(self)), class_(node_class) {
   const TimingScope scope(class_.name, TimedFunction::kConstructor);
-  if (DebugMask() == 0) return;
-  sub_nodes_.reserve(class_.sub_nodes.size());
-  for (const SubNode& sub_node : class_.sub_nodes) sub_nodes_.push_back(sub_node.make(this, sub_node));
+  sub_nodes_ = MakeNodesForLog(*this, class_.sub_nodes);
 }
 
 CommandNode::~CommandNode() {
@@ -88,13 +96,12 @@ std::uint32_t CommandNode::HelpIndex() const {
 
 // The plain forms, the help, the text forms, the sub-nodes.
 void CommandNode::BuildChildren() {
-  AddUnmade(FirstSubNode());
-  if (sub_nodes_.empty()) AddUnmade(class_.sub_nodes.size());
+  AddUnmade(FirstSubNode() + (sub_nodes_.empty() ? class_.sub_nodes.size() : 0));
   for (const auto& sub_node : sub_nodes_) AddNode(sub_node.get());
 }
 
 CmdProcessor::Place CommandNode::PlaceOf(std::size_t index) const {
-  if (index >= FirstSubNode()) return PlaceOfSubNode(class_.sub_nodes[index - FirstSubNode()]);
+  if (index >= FirstSubNode()) return PlaceOfNode(class_.sub_nodes[index - FirstSubNode()]);
   if (index == HelpPlace()) {
     return {.name = "help", .description = class_.help_description, .usage_index = HelpIndex()};
   }

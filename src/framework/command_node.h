@@ -48,10 +48,16 @@ struct NodeClass {
   const char* help_description = "list of available commands";
 };
 
+// How the node of a row is addressed.
+CmdProcessor::Place PlaceOfNode(const SubNode& row);
+
+// The nodes of the table if there is a debug log, which shows when each node is made and deleted: they are
+// made together with their parent. Without one there are none here, and each is made when it is needed.
+std::vector<std::unique_ptr<MultipleCmdsProcessor>> MakeNodesForLog(CmdProcessor& parent,
+                                                                    const Table<SubNode>& rows);
+
 class CommandNode : public MultipleCmdsProcessor {
  public:
-  // The children are made as they are needed; with a debug log, which shows when each node is made and
-  // deleted, the sub-nodes together with the node.
   CommandNode(CmdProcessor* parent, const SubNode& self, const NodeClass& node_class);
   ~CommandNode() override;
 

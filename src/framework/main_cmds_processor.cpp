@@ -163,8 +163,8 @@ StatusCode MainCmdsProcessor::Initialize(Words&) {
   TORPI_SetToolVersion(kToolMajor, kToolMinor, 0, 0);
   bracket.Close();
 
-  nodes_.reserve(top_level_.size());
-  for (const SubNode& node : top_level_) nodes_.push_back(node.make(this, node));
+  has_nodes_ = true;
+  nodes_ = MakeNodesForLog(*this, top_level_);
   return kSuccess;
 }
 
@@ -174,6 +174,7 @@ StatusCode MainCmdsProcessor::Uninitialize(Words&) {
   DropChildren();
   for (auto& node : nodes_) node.reset();  // in the order of their creation
   nodes_.clear();
+  has_nodes_ = false;
   return kSuccess;
 }
 
@@ -193,11 +194,13 @@ StatusCode MainCmdsProcessor::Execute(Words& words) {
 }
 
 void MainCmdsProcessor::BuildChildren() {
-  AddUnmade(kTable.size());
+  const bool makes_nodes = has_nodes_ && nodes_.empty();
+  AddUnmade(kTable.size() + (makes_nodes ? top_level_.size() : 0));
   for (const auto& node : nodes_) AddNode(node.get());
 }
 
 CmdProcessor::Place MainCmdsProcessor::PlaceOf(std::size_t index) const {
+  if (index >= kTable.size()) return PlaceOfNode(top_level_[index - kTable.size()]);
   const RootCommand command = kTable[index];
   const auto number = static_cast<std::uint32_t>(index + 1);
   return {.name = command.name,
@@ -207,6 +210,10 @@ CmdProcessor::Place MainCmdsProcessor::PlaceOf(std::size_t index) const {
 }
 
 std::unique_ptr<CmdProcessor> MainCmdsProcessor::MakeChild(std::size_t index) {
+  if (index >= kTable.size()) {
+    const SubNode row = top_level_[index - kTable.size()];
+    return row.make(this, row);
+  }
   return std::make_unique<CmdProcessor>(this, PlaceOf(index),
                                         Callbacks{.execute = kTable[index].execute, .usage = &CmdRootUsage});
 }

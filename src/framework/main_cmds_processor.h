@@ -12,11 +12,11 @@ class MainCmdsProcessor : public MultipleCmdsProcessor {
   MainCmdsProcessor();
   ~MainCmdsProcessor() override;
 
-  // Sets the nodes that Initialize creates, in this order. The root knows none of their classes.
+  // Sets the nodes below the root, in this order. The root knows none of their classes.
   void SetTopLevelNodes(const Table<SubNode>& nodes) { top_level_ = nodes; }
 
-  // Brings the library up and creates the top-level nodes. kFileNotFound when the library output file cannot
-  // be opened: then the library is not called, nothing is created, and nothing more is printed in this run.
+  // Brings the library up and adds the top-level nodes. kFileNotFound when the library output file cannot
+  // be opened: then the library is not called, no node is added, and nothing more is printed in this run.
   StatusCode Initialize(Words& words) override;
   // Releases the library and deletes the top-level nodes.
   StatusCode Uninitialize(Words& words) override;
@@ -31,6 +31,7 @@ class MainCmdsProcessor : public MultipleCmdsProcessor {
 
  private:
   Table<SubNode> top_level_;
+  bool has_nodes_ = false;  // from Initialize to Uninitialize
   std::vector<std::unique_ptr<MultipleCmdsProcessor>> nodes_;
 };
 

@@ -47,6 +47,15 @@ const MultipleCmdsProcessor::Children& MultipleCmdsProcessor::GetChildren() {
   return children_;
 }
 
+void MultipleCmdsProcessor::AddUnmade(std::size_t count) {
+  children_.reserve(children_.size() + count);
+  while (count-- > 0) children_.push_back(nullptr);
+}
+
+void MultipleCmdsProcessor::AddNode(CmdProcessor* node) {
+  if (node != nullptr) children_.push_back(node);
+}
+
 void MultipleCmdsProcessor::AddLeaf(std::unique_ptr<CmdProcessor> leaf) {
   children_.push_back(leaf.get());
   owned_.push_back(std::move(leaf));

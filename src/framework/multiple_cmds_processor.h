@@ -38,18 +38,15 @@ class MultipleCmdsProcessor : public CmdProcessor {
   // none.
   virtual void BuildChildren() {}
 
-  // Adds `count` children that are made when they are first matched or listed: a short command has no use for
-  // most of a tree. Until then PlaceOf says how each is addressed. None of them is excluded.
-  // An index counts all children.
-  void AddUnmade(std::size_t count) { children_.resize(children_.size() + count); }
+  // Adds `count` children that are made when they are first matched or listed: a short command needs few
+  // nodes of the tree. Until then PlaceOf says how each is addressed. No such child can be excluded.
+  void AddUnmade(std::size_t count);
+  // Both count all children.
   virtual Place PlaceOf(std::size_t) const { return {}; }
   virtual std::unique_ptr<CmdProcessor> MakeChild(std::size_t) { return nullptr; }
 
   void AddLeaf(std::unique_ptr<CmdProcessor> leaf);
-  // A null is no child.
-  void AddNode(CmdProcessor* node) {
-    if (node != nullptr) children_.push_back(node);
-  }
+  void AddNode(CmdProcessor* node);  // a null is no child
 
   // Forgets all children; the next look at them builds them anew.
   void DropChildren();

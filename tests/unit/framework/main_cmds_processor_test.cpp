@@ -9,6 +9,7 @@
 
 #include "framework/console.h"
 #include "support/unit_captured_stdout.h"
+#include "support/unit_debug_log.h"
 #include "support/unit_fake_library.h"
 #include "support/unit_files.h"
 #include "support/unit_recording_node.h"
@@ -66,6 +67,8 @@ class Root : public testing::Test {
   ~Root() override {
     stdout = standard_output_;
     unsetenv("ZNFC_DEBUG_LEVEL");
+    InitDebugLog();
+    std::filesystem::remove(DebugLogPath(program_invocation_name));
     CloseLogMirror();
   }
 
@@ -107,11 +110,28 @@ TEST_F(Root, IsOnTop) {
 
 TEST_F(Root, BringsTheLibraryUpAheadOfItsNodes) {
   EXPECT_EQ(Initialize(), 0u);
+  const std::vector<std::string> start = {"Initialize 0 0", "SetToolID 11", "SetToolVersion 1 9 0 0"};
+  EXPECT_EQ(Library().calls, start);
+  Words words = {"-t", "port"};
+  const ScopedRunFlags flags(RUN_FLAG_BATCH);
+  EXPECT_EQ(root_.FindChild(words), nullptr);
+  EXPECT_EQ(std::vector(Library().calls.begin() + 3, Library().calls.end()),
+            std::vector<std::string>{"made port"});
+}
+
+// The log shows each node's beginning and end.
+TEST_F(Root, MakesItsNodesAtItsStartWithADebugLog) {
+  setenv("ZNFC_DEBUG_LEVEL", "1", 1);
+  InitDebugLog();
+  EXPECT_EQ(Initialize(), 0u);
   EXPECT_EQ(initialize_printed_, "");
   EXPECT_EQ(stdout, standard_output_);
   EXPECT_EQ(Library().calls,
             (std::vector<std::string>{"Initialize 0 0", "SetToolID 11", "SetToolVersion 1 9 0 0",
                                       "made adapter", "made port"}));
+  Library().calls.clear();
+  EXPECT_EQ(root_.GetChildren().size(), 10u);
+  EXPECT_EQ(Library().calls, std::vector<std::string>{});
 }
 
 TEST_F(Root, KeepsTheLibrarysChatterOutOfTheOutput) {
@@ -148,7 +168,8 @@ TEST_F(Root, TurnsTheLibrarysTraceOnForOneDebugLevelAlone) {
 TEST_F(Root, IgnoresWhatTheLibraryAnswersAtItsStart) {
   Library().start_result = 150;
   EXPECT_EQ(Initialize(), 0u);
-  EXPECT_EQ(Library().calls.size(), 5u);
+  EXPECT_EQ(Library().calls.size(), 3u);
+  EXPECT_EQ(root_.GetChildren().size(), 10u);
 }
 
 TEST_F(Root, StartsNoLibraryWhoseOutputHasNoFile) {
@@ -175,6 +196,7 @@ TEST_F(Root, PrintsNothingMoreOnceTheLibrarysOutputHasNoFile) {
 
 TEST_F(Root, ReleasesTheLibraryAheadOfItsNodes) {
   Initialize();
+  root_.GetChildren();
   Library().calls.clear();
   Library().start_result = 150;
   Words words;
