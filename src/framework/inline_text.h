@@ -4,9 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
-// A text of at most Longest characters that is itself part of its row. A pointer in its place would be
-// relocated at every start of the program, thousands of them before main, and its table could not be shared
-// memory. A longer text does not compile; an absent one is empty.
+// A text of at most Longest characters that is part of its row. A pointer to it would have to be relocated at
+// every start. A longer text does not compile; an absent one is empty.
 template <std::size_t Longest>
 class InlineText {
  public:

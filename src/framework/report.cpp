@@ -82,11 +82,15 @@ IdentifierList::~IdentifierList() {
 
 void IdentifierList::Write(std::string_view identifier) {
   const std::size_t length = before_length_ + identifier.size() + after_.size();
-  if (item_.size() < length) item_.resize(length);
-  char* const text = item_.data();
-  identifier.copy(text + before_length_, identifier.size());
-  after_.copy(text + length - after_.size(), after_.size());
-  out_.WriteText({text, length});
+  if (item_.size() < length) {
+    item_.erase(before_length_);
+    item_.append(identifier).append(after_);
+  } else {
+    char* const text = item_.data();
+    identifier.copy(text + before_length_, identifier.size());
+    after_.copy(text + length - after_.size(), after_.size());
+  }
+  out_.WriteText({item_.data(), length});
 }
 
 bool IsRebootRequired(CommandRun& run) {

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "framework/code_text.h"
+#include "framework/inline_text.h"
 
 namespace {
 
@@ -71,9 +72,9 @@ void Serializer::EndDocument(void* serializer) {
 }
 
 StatusCode Serializer::BeginList(ListKind kind) {
-  static constexpr const char* kTypes[] = {"string", "int", "bool", "structure"};
+  static constexpr InlineText<9> kTypes[] = {"string", "int", "bool", "structure"};
   if (kind >= std::size(kTypes)) return mode_ == OUTPUT_CLI ? kSuccess : kBadMode;
-  return Began(Print("<list type=\"%s\">\n", "", kTypes[kind]), Part::kList);
+  return Began(Print("<list type=\"%s\">\n", "", kTypes[kind].CString()), Part::kList);
 }
 
 StatusCode Serializer::EndList() {

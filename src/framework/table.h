@@ -5,9 +5,9 @@
 #include <iterator>
 #include <type_traits>
 
-// A table whose rows are given out by value, in code. In data, each address in a row (of a text, a function,
-// another table) would be relocated at every start, and each page of such rows copied for it; code has
-// addresses without either. Rows of texts alone have them inside, as InlineText.
+// A table that a function reads out row by row. An address in data (of a text, a function, another table) has
+// to be relocated at every start, which also copies its page; a function computes addresses from its own.
+// Rows of texts alone need no table of this kind: they have their texts inside, as InlineText.
 template <class Row>
 class Table {
  public:
@@ -41,7 +41,7 @@ class Table {
   std::size_t size_ = 0;
 };
 
-// The row with this index, which exists. Each row is a constant of its own, so that none is left in data.
+// The row with this index, which is below the size. As constants of their own, rows need no array in data.
 template <const auto& rows, std::size_t place = 0>
 auto RowOf(std::size_t index) {
   constexpr auto row = rows[place];

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <optional>
 #include <string>
 
 #include "framework/code_text.h"
 #include "framework/inline_text.h"
 #include "framework/report_lines.h"
+#include "framework/table.h"
 #include "port/rdp_descriptor.h"
 #include "port/rdp_optics.h"
 
@@ -149,9 +151,9 @@ constexpr std::uint32_t kOpticalProductTag = 0x00010008;
 // A kind of descriptor. `lead` comes before its heading.
 struct RdpDecoder {
   std::uint32_t tag;
-  InlineText<40> heading;
+  const char* heading;
   void (*decode)(CommandRun& run, const RdpDescriptor& descriptor, ReportText& text);
-  InlineText<1> lead = "";
+  const char* lead = "";
 };
 
 constexpr RdpDecoder kDecoders[] = {
@@ -166,17 +168,17 @@ constexpr RdpDecoder kDecoders[] = {
     {kOpticalProductTag, "Optical Product Data Information", &DecodeOpticalProductDataDescriptor},
 };
 
-const RdpDecoder* FindDecoder(std::uint32_t tag) {
-  for (const RdpDecoder& decoder : kDecoders) {
-    if (decoder.tag == tag) return &decoder;
+std::optional<RdpDecoder> FindDecoder(std::uint32_t tag) {
+  for (const RdpDecoder& decoder : TableOf<kDecoders>()) {
+    if (decoder.tag == tag) return decoder;
   }
-  return nullptr;
+  return std::nullopt;
 }
 
 void WriteHeading(const RdpDecoder& decoder, ReportText& text) {
   constexpr const char* kRule = "---------------------------------";
-  text.Line("%s%s\n", decoder.lead.CString(), kRule);
-  text.Line("%s\n", decoder.heading.CString());
+  text.Line("%s%s\n", decoder.lead, kRule);
+  text.Line("%s\n", decoder.heading);
   text.Line("%s\n", kRule);
 }
 
@@ -212,8 +214,8 @@ void ParseRDPDataBuffer(CommandRun& run, std::span<const std::uint8_t> response,
       std::min<std::size_t>(words.Count(), (std::size_t{list_length} + 3) / RdpWords::kWordBytes);
   is_cisco = IsCiscoSwitch(run, words, end);
   for (std::size_t i = 1; i < end; ++i) {
-    const RdpDecoder* const decoder = FindDecoder(words[i]);
-    if (decoder == nullptr) {
+    const std::optional<RdpDecoder> decoder = FindDecoder(words[i]);
+    if (!decoder.has_value()) {
       run.Trace("Unknown Descriptor Tag/Value 0x%08X", words[i]);
       continue;  // one word at a time, until a tag is found
     }

@@ -25,8 +25,10 @@ union LoggingLock {
 };
 constinit LoggingLock logging;
 
-// Static, so that a long message takes no memory; both are guarded by the logging lock.
-constinit char message_buffer[2097152];
+// Static, so that a long message takes no memory; both are guarded by the logging lock. The buffer is the
+// last of the program's data, so that all other variables are close together, on pages that a start needs
+// anyway.
+[[gnu::section(".lbss")]] constinit char message_buffer[2097152];
 constinit char log_file_name[512];
 
 constexpr std::size_t kTimeLimit = 64;

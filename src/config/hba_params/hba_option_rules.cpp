@@ -4,6 +4,7 @@
 #include "config/hba_params/hba_values.h"
 #include "framework/device_library/families.h"
 #include "framework/device_library/speeds.h"
+#include "framework/table.h"
 
 namespace {
 
@@ -50,7 +51,7 @@ constexpr MezzRates kMezzRates[] = {
 };
 
 std::uint8_t SpeedsToChoose(const FCProtocolEntry& fc) {
-  for (const MezzRates& rates : kMezzRates) {
+  for (const MezzRates& rates : TableOf<kMezzRates>()) {
     if (rates.is_model(fc.pci)) return fc.supported_speeds & rates.speed_bits;
   }
   return fc.supported_speeds;
