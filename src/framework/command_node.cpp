@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "framework/console.h"
 #include "framework/table.h"
@@ -25,8 +26,9 @@ std::string FunctionOf(const CommandRow& row, const char* end) {
 class CommandLeaf : public CmdProcessor {
  public:
   CommandLeaf(CommandNode& node, const NodeClass& node_class, const CommandRow& row, OutputMode mode,
-              const Place& place)
-      : CmdProcessor(&node, place, {.usage = mode == OUTPUT_CLI ? &CommandNode::CmdUsage : nullptr}),
+              Place place)
+      : CmdProcessor(&node, std::move(place),
+                     {.usage = mode == OUTPUT_CLI ? &CommandNode::CmdUsage : nullptr}),
         class_(node_class),
         row_(row),
         mode_(mode) {}

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "framework/cmd_processor.h"
@@ -11,7 +12,7 @@ class MultipleCmdsProcessor : public CmdProcessor {
  public:
   using Children = std::vector<CmdProcessor*>;
 
-  MultipleCmdsProcessor(CmdProcessor* parent, const Place& place) : CmdProcessor(parent, place) {}
+  MultipleCmdsProcessor(CmdProcessor* parent, Place place) : CmdProcessor(parent, std::move(place)) {}
   ~MultipleCmdsProcessor() override;
 
   bool IsLeaf() const override { return false; }
