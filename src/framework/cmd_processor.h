@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "framework/serializer.h"
 #include "framework/status.h"
@@ -36,9 +37,9 @@ class CmdProcessor : public Serializer {
     std::uint32_t flags = 0;        // nonzero: restricted; with bit 0 set, usable under "-eng"
   };
 
-  CmdProcessor(CmdProcessor* parent, const Place& place) : CmdProcessor(parent, place, {}) {}
-  CmdProcessor(CmdProcessor* parent, const Place& place, const Callbacks& callbacks)
-      : parent_(parent), place_(place), callbacks_(callbacks) {}
+  CmdProcessor(CmdProcessor* parent, Place place) : CmdProcessor(parent, std::move(place), {}) {}
+  CmdProcessor(CmdProcessor* parent, Place place, const Callbacks& callbacks)
+      : parent_(parent), place_(std::move(place)), callbacks_(callbacks) {}
 
   CmdProcessor* GetParent() const { return parent_; }
 

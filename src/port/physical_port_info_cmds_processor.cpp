@@ -84,7 +84,7 @@ std::string SupportedSpeedsText(std::uint8_t supported_speeds) {
 
 const char* PortSpeedText(std::uint32_t code) {
   const LinkSpeed* const speed = SpeedOfCode(code);
-  return speed == nullptr ? "Unknown" : speed->text.CString();
+  return speed == nullptr ? "Unknown" : speed->text;
 }
 
 // From 32 Gbps on forward error correction is always in use; at 16 Gbps the link flags say so, for the

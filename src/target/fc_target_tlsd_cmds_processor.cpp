@@ -31,7 +31,7 @@ constexpr std::uint32_t kNoSpeed = 0;
 
 const char* SpeedText(std::uint32_t code) {
   const LinkSpeed* const speed = SpeedOfCode(code);
-  return speed == nullptr ? "Unknown" : speed->word.CString();
+  return speed == nullptr ? "Unknown" : speed->word;
 }
 
 int RankOf(std::uint32_t code) {
