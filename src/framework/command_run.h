@@ -16,9 +16,10 @@ class ReportText;
 
 class CommandRun {
  public:
-  // `node_class`, `out` and `words` must outlive the run. `function` is the command's name in the debug log.
-  CommandRun(const NodeClass& node_class, const char* function, Serializer& out, Words& words,
-             OutputMode mode);
+  // `node_class`, `output` and `arguments` must outlive the run. `function` is the command's name in the
+  // debug log.
+  CommandRun(const NodeClass& node_class, const char* function, Serializer& output, Words& arguments,
+             OutputMode output_mode);
   CommandRun(const CommandRun&) = delete;
   CommandRun& operator=(const CommandRun&) = delete;
 

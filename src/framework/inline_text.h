@@ -12,8 +12,7 @@ class InlineText {
   constexpr InlineText() = default;
 
   // Implicit, so that a row holds the bare literal.
-  template <std::size_t Size>
-  // NOLINTNEXTLINE(google-explicit-constructor)
+  template <std::size_t Size>  // NOLINTNEXTLINE(google-explicit-constructor)
   consteval InlineText(const char (&literal)[Size]) {
     static_assert(Size <= Longest + 1, "the row's InlineText is too narrow for this text");
     for (std::size_t i = 0; i < Size; ++i) text_[i] = literal[i];

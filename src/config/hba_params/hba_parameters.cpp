@@ -223,7 +223,7 @@ HbaParameter HbaParameterOf(HbaParam id) {
 
 std::string KeyOf(HbaParam id) {
   const HbaParameter parameter = HbaParameterOf(id);
-  return parameter.staged.key.CString();
+  return {parameter.staged.key.CString()};
 }
 
 std::span<const HbaParam> ShownHbaParameters() {
