@@ -10,6 +10,8 @@ from zfc.runner import ROOT
 
 SRC = ROOT / "src"
 SIMULATOR = ROOT / "simulator"
+RECORDING = ROOT / "recording"
+TOOLS = ROOT / "tools"
 
 # From top to bottom. A folder includes nothing of a folder above it, nor of another folder on its own floor.
 FLOORS = [
@@ -25,7 +27,11 @@ FLOOR_OF = {folder: floor for floor, folders in enumerate(FLOORS) for folder in 
 # The rooms of the simulated library, from top to bottom. A room includes itself and rooms after it; TOP is the files
 # directly in simulator/.
 TOP = "simulator"
-ROOMS = ["calls", TOP, "state", "host_file", "images", "device", "base"]
+ROOMS = ["calls", TOP, "state", "recorded", "host_file", "images", "device", "base"]
+
+# What a tool's folder may include besides itself, common/ and the record headers. The simulator's own names begin at
+# simulator/.
+TOOL_USES = {"common": [], "snapshot": ["recording/"], "json": [], "lab": ["recording/", "tools/snapshot/", "simulator"]}
 
 # How many sources a folder may hold, and the folders that may hold more.
 FOLDER_SIZE = 25
@@ -119,25 +125,60 @@ def test_simulated_library_uses_the_record_headers_only():
     """Its own includes are named from simulator/."""
 
     def offends(path):
-        return [name for name in includes(path)[0] if not (SIMULATOR / name).is_file() and not is_record_header(name)]
+        return [
+            name
+            for name in includes(path)[0]
+            if not (SIMULATOR / name).is_file() and not is_record_header(name) and not is_recording(name)
+        ]
 
     assert offences(sources(SIMULATOR), offends) == {}
 
 
+def is_recording(name):
+    return name.startswith("recording/") and (ROOT / name).is_file()
+
+
+def test_recordings_use_the_record_headers_only():
+    def offends(path):
+        return [name for name in includes(path)[0] if not is_record_header(name) and not is_recording(name)]
+
+    assert offences(sources(RECORDING), offends) == {}
+
+
+def test_tools_include_what_their_folder_may():
+    def offends(path):
+        here = path.relative_to(TOOLS).parts[0]
+        prefixes = (f"tools/{here}/", "tools/common/", *TOOL_USES[here])
+        from_simulator = "simulator" in TOOL_USES[here]
+        return [
+            name
+            for name in includes(path)[0]
+            if not is_record_header(name)
+            and not name.startswith(prefixes)
+            and not (from_simulator and (SIMULATOR / name).is_file())
+        ]
+
+    assert offences(sources(TOOLS), offends) == {}
+
+
 def test_every_room_of_the_simulated_library_has_its_place():
-    assert {room_of(path.relative_to(SIMULATOR)) for path in sources(SIMULATOR)} == {*ROOMS}
+    assert {room_of(path.relative_to(SIMULATOR)) for path in sources(SIMULATOR)} <= {*ROOMS}
 
 
 def test_rooms_of_the_simulated_library_include_downwards():
     def offends(path):
         allowed = ROOMS[ROOMS.index(room_of(path.relative_to(SIMULATOR))) :]
-        return [name for name in includes(path)[0] if not is_record_header(name) and room_of(name) not in allowed]
+        return [
+            name
+            for name in includes(path)[0]
+            if not is_record_header(name) and not is_recording(name) and room_of(name) not in allowed
+        ]
 
     assert offences(sources(SIMULATOR), offends) == {}
 
 
 def test_no_folder_is_too_full():
-    held = Counter(name_of(path.parent) for path in sources(SRC) + sources(SIMULATOR))
+    held = Counter(name_of(path.parent) for path in sources(SRC) + sources(SIMULATOR) + sources(RECORDING) + sources(TOOLS))
     too_full = {name: count for name, count in held.items() if count > LARGE_FOLDERS.get(name, FOLDER_SIZE)}
     assert too_full == {}
 
@@ -165,4 +206,4 @@ def test_no_source_holds(pattern):
     def offends(path):
         return [line for line in path.read_bytes().decode().split("\n") if re.search(pattern, line)]
 
-    assert offences(sources(SRC) + sources(SIMULATOR), offends) == {}
+    assert offences(sources(SRC) + sources(SIMULATOR) + sources(RECORDING) + sources(TOOLS), offends) == {}

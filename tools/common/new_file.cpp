@@ -1,0 +1,74 @@
+#include "tools/common/new_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace tools {
+namespace {
+
+bool WriteAll(int descriptor, std::string_view content) {
+  while (!content.empty()) {
+    const ssize_t written = write(descriptor, content.data(), content.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    content.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+std::string Failure(const std::string& path) {
+  return path + ": can't be written: " + std::strerror(errno);
+}
+
+// Puts the finished file in its place: with `force` over whatever is there, else only where nothing is.
+bool Place(const std::string& finished, const std::string& path, bool force) {
+  if (force) return rename(finished.c_str(), path.c_str()) == 0;
+  return link(finished.c_str(), path.c_str()) == 0 && unlink(finished.c_str()) == 0;
+}
+
+}  // namespace
+
+std::string WriteOutput(const std::string& path, std::string_view content, bool force) {
+  if (path.empty() || path == "-") {
+    return WriteAll(STDOUT_FILENO, content) ? "" : Failure("standard output");
+  }
+  struct stat there {};
+  const bool exists = lstat(path.c_str(), &there) == 0;
+  if (exists && !force) return path + ": is there already; --force replaces it";
+  // A device or a pipe can't be replaced, only written to.
+  if (stat(path.c_str(), &there) == 0 && !S_ISREG(there.st_mode)) {
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    if (descriptor < 0) return Failure(path);
+    const bool written = WriteAll(descriptor, content);
+    const std::string failure = written ? "" : Failure(path);
+    close(descriptor);
+    return failure;
+  }
+
+  std::string temporary = path + ".XXXXXX";
+  const int descriptor = mkstemp(temporary.data());
+  if (descriptor < 0) return Failure(path);
+  const mode_t mask = umask(0);
+  umask(mask);
+  bool good =
+      WriteAll(descriptor, content) && fchmod(descriptor, 0666 & ~mask) == 0 && fsync(descriptor) == 0;
+  std::string failure = good ? "" : Failure(path);
+  if (close(descriptor) != 0 && good) {
+    failure = Failure(path);
+    good = false;
+  }
+  if (good && !Place(temporary, path, force)) {
+    failure = errno == EEXIST ? path + ": is there already; --force replaces it" : Failure(path);
+    good = false;
+  }
+  if (!good) unlink(temporary.c_str());
+  return failure;
+}
+
+}  // namespace tools

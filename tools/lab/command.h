@@ -1,0 +1,16 @@
+// The commands of zfc-lab.
+#pragma once
+
+#include "tools/common/arguments.h"
+
+namespace zfc_lab {
+
+// One command: the file of its name in this folder defines it, kCommands in main.cpp lists it.
+struct Command {
+  const char* word;
+  const char* summary;  // its line in `zfc-lab --help`
+  const char* help;     // the whole text of `zfc-lab <word> --help`
+  tools::ExitStatus (*run)(const tools::Words& words);
+};
+
+}  // namespace zfc_lab

@@ -1,0 +1,16 @@
+// Reads a host through the device library that the program would load.
+#pragma once
+
+#include "recording/recording.h"
+
+namespace snapshot {
+
+struct CaptureOptions {
+  bool with_rdp = false;  // run Read Diagnostic Parameters, a link diagnostic, too
+};
+
+// Brings the device library up, makes its reading calls and takes it down. Never makes a call that changes
+// anything. The caller has to keep the library's own prints off its standard output.
+recording::HostRecording Capture(const CaptureOptions& options);
+
+}  // namespace snapshot
