@@ -283,6 +283,14 @@ def test_family_firmware_version(zfc, changes, shown):
     assert report(zfc, memo=memo(**changes)).get(FAMILY_LABEL) == shown
 
 
+@pytest.mark.parametrize("call", ["TORPI_GetFlashComponentVersion", "TORPI_GetAdapterFlashMemoBlock"])
+@pytest.mark.parametrize("device", [0x3640, 0x3522, 0x3150], ids=hex)
+def test_what_a_failed_read_has_written_does_not_show(zfc, device, call):
+    options = {"host": one(device), "results": {call: 1}}
+    untouched = report(zfc, **options)
+    assert report(zfc, env={"HOSTILE_FILL_FAILED": "1"}, **options) == untouched
+
+
 def test_failed_memo_read_leaves_out_its_line_and_nothing_else(zfc):
     for result in (1, 13, 150):
         lines = report(zfc, results={"TORPI_GetAdapterFlashMemoBlock": result})

@@ -1,6 +1,7 @@
 """The fwdump node of a port: `get` in both forms."""
 
 import os
+from pathlib import Path
 
 import pytest
 
@@ -8,6 +9,8 @@ from zfc import documents
 from zfc.documents import check_both
 from zfc.host import NO_ADAPTERS, NO_LIST
 from zfc.port import IDENTIFIER, SD_HANDLE, one_port
+from zfc.runner import SANITIZED
+from zfc.terminal import Session
 
 GET = "-t port -s fwdump get"
 USAGE = "Usage: get\r\n"
@@ -15,6 +18,7 @@ LIST_CALL = "TORPI_GetAdapterList()"
 DUMP = "TORPI_SDGetFwDump2"
 DUMP_CALL = f"{DUMP}(0x{SD_HANDLE:08x}, 0, null)"
 NO_FILE = "Failed, File not found"
+PROMPT = b"$>"
 
 CONTENT = bytes(range(256)) * 100  # bytes of every kind, line ends and nulls among them
 
@@ -154,6 +158,32 @@ def test_failure(zfc, words, options, message, usage, calls):
     result = check_dump(zfc, message, words, usage=usage, **options)
     assert result.command_calls == calls
     assert [*zfc.work.iterdir()] == []
+
+
+@pytest.mark.skipif(SANITIZED, reason="the sanitizers keep freed memory; they find what is not freed by themselves")
+@pytest.mark.parametrize("result", [0, 1])
+def test_dump_is_freed(zfc, result):
+    """Of 40 dumps of 50 KB in one process none is left."""
+    options = {"host": one_port(), "buffers": {"dump": CONTENT * 2}, "results": {DUMP: result}}
+    with Session(zfc, terminal=False, **options) as session:
+        session.expect(PROMPT)
+
+        def fetch(times):
+            for _ in range(times):
+                session.send(f"{GET} {IDENTIFIER} dump\n".encode())
+                session.expect(PROMPT)
+            return data_bytes(session)
+
+        before = fetch(2)
+        assert fetch(40) - before < 10 * len(CONTENT)
+
+
+def data_bytes(session):
+    """What the process has of private memory that can be written."""
+    for line in Path(f"/proc/{session.process.pid}/status").read_text().splitlines():
+        if line.startswith("VmData:"):
+            return int(line.split()[1]) * 1024
+    raise AssertionError("no VmData")
 
 
 CLASS = "PhysicalPortFwDumpCmdsProcessor::"

@@ -288,6 +288,14 @@ def test_steps_in_the_debug_log(zfc):
     assert lines[-2:] == [f"{CLASS}CmdGetCommon: Exiting", f"{CLASS}CmdGet: Exiting"]
 
 
+@pytest.mark.parametrize("size", [SIZE, 5000, 0xFFFFFFFF])
+def test_image_without_an_end_is_read_to_the_end_of_the_buffer(zfc, size):
+    """128 items of 8 bytes fill the buffer; what the library says beyond it is not looked for."""
+    image = vpd_item(b"PN", b"ABCDE") * 128
+    result = zfc(f"{GET} {IDENTIFIER}", host=one_port(), buffers={"vpd": image}, sizes={"vpd": size}, debug=1)
+    assert [line for line in result.steps if line.startswith(" ")] == [' "PN"  "ABCDE"\n'] * 128
+
+
 class TestEdgeCases:
     def test_image_that_starts_with_the_end_tag(self, zfc):
         check_vpd(zfc, "empty", VPD_END + ALL)

@@ -1,6 +1,7 @@
 #include "framework/output_bracket.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -194,6 +195,42 @@ TEST_F(Bracket, SilencedStandardOutputTakesEverythingAndShowsNothing) {
             "");
   ASSERT_NE(silenced, nullptr);
   ASSERT_NE(silenced, standard_output_);
+  std::fclose(silenced);
+}
+
+// While it lives, no file can be opened.
+class NoMoreDescriptors {
+ public:
+  NoMoreDescriptors() {
+    getrlimit(RLIMIT_NOFILE, &before_);
+    const rlimit none = {.rlim_cur = 0, .rlim_max = before_.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+  }
+  ~NoMoreDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
+  NoMoreDescriptors(const NoMoreDescriptors&) = delete;
+  NoMoreDescriptors& operator=(const NoMoreDescriptors&) = delete;
+
+ private:
+  rlimit before_ = {};
+};
+
+TEST_F(Bracket, StandardOutputIsSilencedWithoutADescriptorToo) {
+  std::FILE* silenced = nullptr;
+  int printed = 0;
+  EXPECT_TRUE(PrintedBy([&] {
+                {
+                  const NoMoreDescriptors none;
+                  SilenceStandardOutput();
+                }
+                silenced = stdout;
+                printed = std::printf("%s", std::string(100000, 'x').c_str());
+                std::fflush(stdout);
+                stdout = standard_output_;
+              }).empty());
+  EXPECT_EQ(printed, 100000);
+  ASSERT_NE(silenced, nullptr);
+  ASSERT_NE(silenced, standard_output_);
+  EXPECT_EQ(fileno(silenced), -1);
   std::fclose(silenced);
 }
 

@@ -2,12 +2,16 @@
 
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <pty.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <thread>
 
 #include "framework/console.h"
@@ -229,6 +233,72 @@ TEST_F(Shell, BreakInterruptsTheReadAndPromptsAnew) {
   EXPECT_TRUE(prompted_anew);
   EXPECT_EQ(status_, 0u);
   EXPECT_EQ(captured.Text(), "$>$>");
+}
+
+// Standard input is a terminal as long as an object of this class lives, so that input goes on after its end.
+class StdinTerminal {
+ public:
+  StdinTerminal() : real_stdin_(dup(0)) {
+    int terminal = -1;
+    opened_ = openpty(&keyboard_, &terminal, nullptr, nullptr, nullptr) == 0 && dup2(terminal, 0) == 0;
+    close(terminal);
+    std::clearerr(stdin);
+  }
+  ~StdinTerminal() {
+    std::clearerr(stdin);
+    dup2(real_stdin_, 0);
+    close(real_stdin_);
+    close(keyboard_);
+  }
+  StdinTerminal(const StdinTerminal&) = delete;
+  StdinTerminal& operator=(const StdinTerminal&) = delete;
+
+  bool IsOpen() const { return opened_; }
+  bool Type(std::string_view text) const {
+    return write(keyboard_, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+  }
+
+ private:
+  int real_stdin_;
+  int keyboard_ = -1;
+  bool opened_ = false;
+};
+
+bool WaitUntil(steady_clock::duration limit, const std::function<bool()>& condition) {
+  const auto begin = steady_clock::now();
+  while (!condition()) {
+    if (steady_clock::now() - begin > limit) return false;
+    std::this_thread::sleep_for(milliseconds(5));
+  }
+  return true;
+}
+
+TEST_F(Shell, BreakDuringTheWaitAtTheEndOfInputPromptsAnewAndReadsOn) {
+  const ScopedSignals signals;
+  InstallSignalHandler();
+  const StdinTerminal typed;
+  ASSERT_TRUE(typed.IsOpen());
+  const CapturedStdout captured;
+  const pthread_t shell = pthread_self();
+  bool ended_input = false;
+  bool prompted_soon = false;
+
+  std::thread user([&] {
+    typed.Type("\x04");
+    ended_input = WaitUntil(seconds(10), [] { return std::feof(stdin) != 0; });
+    pthread_kill(shell, SIGQUIT);
+    // The whole wait takes five seconds; a signal that just misses the end of one of its naps waits for the
+    // next.
+    prompted_soon = WaitUntil(seconds(3), [&] { return captured.BytesWritten() >= 4; });
+    typed.Type("echo a\nq\n");
+  });
+  status_ = RunShell(node_);
+  user.join();
+
+  EXPECT_TRUE(ended_input);
+  EXPECT_TRUE(prompted_soon);
+  EXPECT_EQ(captured.Text(), "$>$>|a|\n$>");
+  EXPECT_EQ(status_, 0u);
 }
 
 // A standard output that raises SIGQUIT as soon as the first prompt has been written to it.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <ctime>
 #include <string>
 #include <vector>
@@ -48,6 +49,27 @@ TEST_F(TimingScopeTest, From300MillisecondsOnLogsTheElapsedTime) {
   EXPECT_EQ(elapsed.size(), 12U);
   EXPECT_GE(elapsed, "00:00:00.310");
   EXPECT_LT(elapsed, "00:00:10.000");
+}
+
+TEST_F(TimingScopeTest, Below300MillisecondsLogsNoElapsedTime) {
+  SetMask("1");
+  const Strings expected{Head() + "STARTING Quick::Quick()", Head() + "RETURNING Quick::Quick()"};
+  // On a busy machine the pause may take longer than it was asked to: then it is made again.
+  for (int attempt = 0; attempt < 10; ++attempt) {
+    const auto begin = std::chrono::steady_clock::now();
+    {
+      TimingScope scope("Quick::Quick()");
+      const timespec pause{0, 250000000};
+      nanosleep(&pause, nullptr);
+    }
+    const bool was_quick = std::chrono::steady_clock::now() - begin < std::chrono::milliseconds(300);
+    Strings lines = Lines();
+    lines.erase(lines.begin(), lines.end() - 2);
+    if (!was_quick) continue;
+    EXPECT_EQ(lines, expected);
+    return;
+  }
+  FAIL() << "no pause of 250 milliseconds ended before 300";
 }
 
 TEST_F(TimingScopeTest, MaskZeroWritesNothing) {
