@@ -216,6 +216,29 @@ TEST_F(FileOpsLogTest, EveryFailureHasALine) {
                      }));
 }
 
+TEST_F(FileOpsLogTest, EveryFailureToReplaceAFileHasALine) {
+  const ScratchFolder folder;
+  const std::string path = folder / "staged";
+  const std::string temporary = path + "_tmp";
+  const std::string head = Head("DEBUG      ") + "FileOps::UpdateKeyValueInFile: ";
+  WriteContent(path, "A=1\n");
+  SetMask("4");
+  ASSERT_EQ(symlink("/no/such/file", temporary.c_str()), 0);
+  EXPECT_EQ(FileOps::UpdateKeyValueInFile(path.c_str(), "A", "2"), 19);
+  ASSERT_EQ(unlink(temporary.c_str()), 0);
+  ASSERT_EQ(symlink("/dev/full", temporary.c_str()), 0);
+  EXPECT_EQ(FileOps::UpdateKeyValueInFile(path.c_str(), "A", "2"), 19);
+  EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(temporary)));
+  EXPECT_EQ(Lines(), (std::vector<std::string>{head + "cannot open " + temporary,
+                                               head + "cannot write " + temporary}));
+  // A file that something is mounted on cannot be removed.
+  if (mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) != 0) GTEST_SKIP() << "no right to mount";
+  EXPECT_EQ(FileOps::UpdateKeyValueInFile(path.c_str(), "A", "2"), 19);
+  EXPECT_EQ(umount(path.c_str()), 0);
+  EXPECT_EQ(Lines().back(), head + "cannot replace " + path);
+  EXPECT_EQ(ContentOf(path), "A=1\n");
+}
+
 TEST_F(FileOpsLogTest, StepsHaveTheirValues) {
   WriteContent("/var/tmp/steps", "A=1\n");
   char value[8] = "";
