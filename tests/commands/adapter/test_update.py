@@ -285,3 +285,11 @@ def test_success_in_the_log(zfc):
     zfc.file("image")
     result = zfc(f"-t adapter update {IDENTIFIER} image MBI", debug=1)
     assert f"{COMMON}: Update operation successful" in result.steps
+
+
+@pytest.mark.parametrize("words, message", [(f"{IDENTIFIER} image MBI", SUCCESS), (f"{IDENTIFIER} none MBI", NO_FILE)])
+def test_document_in_the_log(zfc, words, message):
+    zfc.file("image")
+    display = "AdapterCmdsProcessor::DisplayUpdateInfo: "
+    steps = zfc(f"-t adapter update {words}", debug=1).steps_in(display)
+    assert steps == ["Entered", f"Message={message}", "Exiting"]

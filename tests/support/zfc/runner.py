@@ -68,9 +68,9 @@ SESSION_END = ["TORPI_Uninitialize()"]
 UNKNOWN_COMMAND = b"Unknown command or invalid target identifier!\r\n"
 
 _LOG_HEAD = re.compile(
-    rb"\d{1,2}/\d{1,2}/\d{4} \d\d:\d\d:\d\d\.\d{3} CIM Provider (?:(INFORMATION|WARNING    |DEBUG      |DIAG_ERROR ) )?\d+: "
+    rb"\d{1,2}/\d{1,2}/\d{4} \d\d:\d\d:\d\d\.\d{3} CIM Provider (?:(INFORMATION|WARNING    |DEBUG      |DIAG_ERROR |) )?\d+: "
 )
-_LOG_LEVELS = {None: 0, b"INFORMATION": 1, b"WARNING    ": 2, b"DEBUG      ": 4, b"DIAG_ERROR ": 16}
+_LOG_LEVELS = {None: 0, b"INFORMATION": 1, b"WARNING    ": 2, b"DEBUG      ": 4, b"": 8, b"DIAG_ERROR ": 16}
 
 _SANITIZER_REPORT = re.compile(rb"(Address|Leak|UndefinedBehavior)Sanitizer|runtime error:")
 
@@ -102,9 +102,9 @@ class Result:
 
     @property
     def log(self):
-        """The lines of the debug log as (level, message): level 1 for steps, 4 for failures, 0 for lines without
-        a tag. The messages come without the line end that the log adds. What the root logs around a command is
-        left out."""
+        """The lines of the debug log as (level, message): level 1 for steps, 4 for failures, 8 for the steps of a
+        calculation, 0 for lines of no level. The messages come without the line end that the log adds. What the root
+        logs around a command is left out."""
         starts = list(_LOG_HEAD.finditer(self.debug_log or b""))
         ends = [match.start() for match in starts[1:]] + [len(self.debug_log or b"")]
         return [
