@@ -20,7 +20,6 @@ The keys of a row, beside `text`, `run` and `lines`:
 
 import re
 import shlex
-import struct
 from collections import Counter
 from pathlib import Path
 
@@ -142,8 +141,8 @@ def host_of(row):
     fields = row.get("host", {})
     if fields == "none":
         return NO_LIST
-    fields = {"capabilities": SECOND | SECOND_INTERFACE, "driver_flags": 0, "supported": 0xFF, "port_flags": 0, **fields}
-    port_flags = fields.pop("port_flags")
+    fields = {"capabilities": SECOND | SECOND_INTERFACE, "driver_flags": 0, "supported": 0xFF, **fields}
+    port_flags = fields.pop("port_flags", 0)
     made = entry(targets=[target(luns(0))], **fields)
     made.raw[184] = bytes([port_flags])
     return Host([Adapter(ports=[Port(0, [made])])])
@@ -157,7 +156,8 @@ def environment_of(zfc, row):
     if "link_test_refused" in row:
         refused = dport_record(mailbox=(0x4005, row["link_test_refused"]))
         scripts["DiagnosticDPortTestV2"] = [step(0, refused)]
-    env = {"HOSTILE_FEC": "0", "HOSTILE_FW_STATS": statistics().hex(), **script(**scripts), **turns(**row.get("turns", {}))}
+    env = {"HOSTILE_FEC": "0", "HOSTILE_FW_STATS": statistics().hex()}
+    env |= script(**scripts) | turns(**row.get("turns", {}))
     if "statistics" in row:
         env |= statistics_list(zfc, *(element(kind) for kind in row["statistics"]))
     if "refuse" in row:
