@@ -118,7 +118,7 @@ DocumentReader::Event DocumentReader::InStructure() {
   if (!window_.Matches(0, kFieldTag)) return BreakUnexpected("a field or </structure>");
   std::string_view name;
   if (!NameAt(kFieldTag.size(), name)) return Break("the name of a field", kFieldTag.size());
-  if (!IsNewName(open_.back(), name)) return Break("a field of another name", kFieldTag.size());
+  if (!IsNewName(name, names_.size())) return Break("a field of another name", kFieldTag.size());
   if (names_.size() - open_.back().first_name >= kMostFields) return Break("fewer fields");
   names_.emplace_back(name);
   name_ = name;
@@ -241,30 +241,37 @@ bool DocumentReader::NameAt(std::size_t offset, std::string_view& name) {
   return true;
 }
 
-bool DocumentReader::IsNewName(const Open& structure, std::string_view name) const {
-  const auto first = names_.begin() + static_cast<std::ptrdiff_t>(structure.first_name);
-  return std::find(first, names_.end(), name) == names_.end();
+// Whether none of the first `count` of names_ is this one. A structure has no field of a name that a
+// structure around it has.
+bool DocumentReader::IsNewName(std::string_view name, std::size_t count) const {
+  const auto end = names_.begin() + static_cast<std::ptrdiff_t>(count);
+  return std::find(names_.begin(), end, name) == end;
 }
 
-// Whether the tag at `offset` begins a field that the structure does not have yet, and content follows;
-// without a structure the name counts as new.
-bool DocumentReader::FieldFits(const Open* structure, std::size_t offset) {
+// Whether the tag at `offset` begins a field, with a name that the first `count` of names_ lack and with
+// content: no field without any follows a text.
+bool DocumentReader::FieldFits(std::size_t offset, std::size_t count) {
   std::string_view name;
-  if (!NameAt(offset + kFieldTag.size(), name)) return false;
-  if (structure != nullptr && !IsNewName(*structure, name)) return false;
+  if (!NameAt(offset + kFieldTag.size(), name) || !IsNewName(name, count)) return false;
   const std::size_t value = offset + kFieldTag.size() + name.size() + kNameEnd.size();
-  const std::string_view contents[] = {kStringTag, kIntegerTag, kBooleanTag, kListTag, kFieldEnd};
+  const std::string_view contents[] = {kStringTag, kIntegerTag, kBooleanTag, kListTag};
   return std::any_of(std::begin(contents), std::end(contents),
                      [&](std::string_view content) { return window_.Matches(value, content); });
 }
 
 // Whether the tag at `offset` begins a structure that can be the list's next.
-bool DocumentReader::StructureFits(const Open& list, std::size_t offset) {
+bool DocumentReader::StructureFits(const Open& list, std::size_t offset, std::size_t count) {
   std::string_view name;
   if (!NameAt(offset + kStructureTag.size(), name) || name != list.element) return false;
   const std::size_t content = offset + kStructureTag.size() + name.size() + kNameEnd.size();
   return window_.Matches(content, kStructureEnd) ||
-         (window_.Matches(content, kFieldTag) && FieldFits(nullptr, content));
+         (window_.Matches(content, kFieldTag) && FieldFits(content, count));
+}
+
+// Whether the innermost of the first `depth` open parts is an element of a document that is a list. Such an
+// element has one field.
+bool DocumentReader::IsItem(std::size_t depth) const {
+  return depth == 3 && open_[1].part == Part::kList;
 }
 
 // Whether what is at `offset` can follow the field that is open.
@@ -272,16 +279,17 @@ bool DocumentReader::FitsAfterField(std::size_t offset) {
   std::size_t depth = open_.size() - 1;  // how many of open_ are still open at `offset`
   for (;;) {
     const Open& around = open_[depth - 1];
+    const std::size_t names = open_[depth].first_name;  // how many of names_ are still in use at `offset`
     std::string_view end;
     switch (around.part) {
       case Part::kDocument:
         return window_.Matches(offset, kDocumentEnd) && EndsDocument(offset + kDocumentEnd.size());
       case Part::kList:
-        if (window_.Matches(offset, kStructureTag)) return StructureFits(around, offset);
+        if (window_.Matches(offset, kStructureTag)) return StructureFits(around, offset, names);
         end = kListEnd;
         break;
       case Part::kStructure:
-        if (window_.Matches(offset, kFieldTag)) return FieldFits(&around, offset);
+        if (window_.Matches(offset, kFieldTag)) return !IsItem(depth) && FieldFits(offset, names);
         end = kStructureEnd;
         break;
       case Part::kField:

@@ -60,7 +60,7 @@ class DocumentReader {
     Part part;
     bool has_content;        // of a document and of a field: nothing more can come in it
     std::string element;     // of a list: the type of its structures, once it has one
-    std::size_t first_name;  // of a structure: where its fields' names begin in names_
+    std::size_t first_name;  // how many names_ there were when it began
   };
 
   Event FindDocument();
@@ -80,16 +80,17 @@ class DocumentReader {
 
   void NoteOutside(std::string_view bytes);
   bool NameAt(std::size_t offset, std::string_view& name);
-  bool IsNewName(const Open& structure, std::string_view name) const;
-  bool FieldFits(const Open* structure, std::size_t offset);
-  bool StructureFits(const Open& list, std::size_t offset);
+  bool IsNewName(std::string_view name, std::size_t count) const;
+  bool IsItem(std::size_t depth) const;
+  bool FieldFits(std::size_t offset, std::size_t count);
+  bool StructureFits(const Open& list, std::size_t offset, std::size_t count);
   bool FitsAfterField(std::size_t offset);
   bool EndsDocument(std::size_t offset);
 
   Window window_;
-  std::size_t length_ = 0;  // of the latest part in the window
-  std::vector<Open> open_;  // from the outermost to the innermost
-  std::vector<std::string> names_;
+  std::size_t length_ = 0;          // of the latest part in the window
+  std::vector<Open> open_;          // from the outermost to the innermost
+  std::vector<std::string> names_;  // of all fields so far of the structures that are open
   std::string_view name_;
   std::string_view text_;
   std::string problem_;
