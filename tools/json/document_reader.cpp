@@ -20,10 +20,8 @@ constexpr std::string_view kStringEnd = "</string></field>\n";
 constexpr std::string_view kStringTagEnd = "</string>";
 constexpr std::string_view kIntegerTag = "<int>";
 constexpr std::string_view kIntegerEnd = "</int></field>\n";
-constexpr std::string_view kIntegerTagEnd = "</int>";
 constexpr std::string_view kBooleanTag = "<bool>";
 constexpr std::string_view kBooleanEnd = "</bool></field>\n";
-constexpr std::string_view kBooleanTagEnd = "</bool>";
 
 // Bounds that no document of the program comes near.
 constexpr std::size_t kLongestText = std::size_t{16} << 20;

@@ -1,4 +1,5 @@
 // zfc-json: the documents of zfcesxcli as JSON.
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -98,6 +99,11 @@ int Run(const tools::Words& given) {
   const WriterOptions options = {.raw = !arguments.Has("--parsed-only"),
                                  .parsed = !arguments.Has("--raw-only"),
                                  .stream = arguments.Has("--stream")};
+  // Another file would get its number, and with it the JSON.
+  if (fcntl(STDOUT_FILENO, F_GETFD) < 0) {
+    Report("standard output is closed");
+    return kNoDocument;
+  }
   const bool reboot_status = arguments.Has("--reboot-status");
   if (!words.empty()) return ConvertProgram(words, options, reboot_status);
   return ConvertDescriptor(STDIN_FILENO, options, reboot_status);

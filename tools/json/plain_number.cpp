@@ -35,7 +35,7 @@ bool IsDecimal(std::string_view text) {
   constexpr std::size_t kMostDigits = 18;  // ahead of the point and after it
   if (text.starts_with('-')) text.remove_prefix(1);
   const std::size_t point = text.find('.');
-  if (point == std::string_view::npos || point > kMostDigits) return false;
+  if (point > kMostDigits) return false;  // also without a point
   const std::string_view after = text.substr(point + 1);
   return IsWholePart(text.substr(0, point)) && AllDigits(after) && after.size() <= kMostDigits;
 }

@@ -62,6 +62,7 @@ std::string Program::Wait() {
   while (waitpid(process_, &status, 0) < 0) {
     if (errno != EINTR) return std::string("zfcesxcli: ") + std::strerror(errno);
   }
+  process_ = -1;
   if (WIFSIGNALED(status)) return "zfcesxcli was ended by signal " + std::to_string(WTERMSIG(status));
   if (WEXITSTATUS(status) == kNotRun) return "zfcesxcli could not be started (127)";
   if (WEXITSTATUS(status) != 0) return "zfcesxcli ended with " + std::to_string(WEXITSTATUS(status));

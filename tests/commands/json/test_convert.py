@@ -230,6 +230,12 @@ def test_output_that_fails():
     assert done.stderr == b"zfc-json: standard output can't be written: No space left on device\n"
 
 
+@pytest.mark.parametrize("words", ["", " -- -t port list"])
+def test_output_that_is_closed(words):
+    done = subprocess.run(f"'{ZFC_JSON}'{words} >&-", shell=True, input=GOOD, stderr=subprocess.PIPE, env=environment())
+    assert (done.returncode, done.stderr) == (2, b"zfc-json: standard output is closed\n")
+
+
 def test_input_that_fails(tmp_path):
     folder = os.open(tmp_path, os.O_RDONLY)
     done = subprocess.run([ZFC_JSON], stdin=folder, capture_output=True, env=environment())
