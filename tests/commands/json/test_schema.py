@@ -46,16 +46,22 @@ def commands(identifiers):
         yield from below(f"{node['switch']} {name}", node, identifiers[name])
 
 
-# With the words that they need to succeed, beyond the identifier.
-FULL_COMMANDS = """
--t port -s beacon set {port} --beacon-state=ON
--t port -s dmi getraw {port}
--t port -s fcecho run {port} {target} 2 false
--t port -s fcping run {port} {target} 2 false
--t port -s ctdiag run {port} {target} 2 false
--t port -s loopback run {port} 2 8 1 0 false
--t port -s rwbuffer run {port} 2 8 1 0 false
-"""
+ELM, HAZEL, DAHLIA, BIRCH = (
+    f"FC_21:00:{name}" for name in ("00:0e:1e:11:22:33", "f4:c7:aa:0b:10:20", "f4:c7:aa:64:00:10", "00:24:ff:4b:9e:01")
+)
+ELM_TARGET, DAHLIA_TARGET = "50:06:0b:00:3b:20:11:c0", "50:06:0b:00:3b:20:40:00"
+# With all the words that they need, and what their documents say.
+FULL_COMMANDS = {
+    f"-t port -s dmi getraw {ELM}": "Success",
+    f"-t port -s ctdiag run {ELM} CTPing {ELM_TARGET} 3 true": "Success",
+    f"-t port -s fcping run {DAHLIA} {DAHLIA_TARGET} 2 true": "Success",
+    f"-t port -s fcping run {DAHLIA} {ELM_TARGET} 2 true": "Failed, Target not found",
+    f"-t port -s fcecho run {DAHLIA} {DAHLIA_TARGET} 9 true": "Failed, Diagnostic test failed",
+    f"-t port -s loopback run {BIRCH} 5 3 64 Ignore External CRPAT": "Success",
+    f"-t port -s rwbuffer run {ELM} 1 1 128 Loop CSPAT": "Success",
+    f"-t port -s dportdiag run {DAHLIA}": "Success",
+    f"-t port -s dportdiag run {HAZEL}": "Failed, Port not in diagnostics mode",
+}
 
 
 @pytest.fixture
@@ -77,14 +83,14 @@ def test_documents_of_every_command_fit(shell):
     }
     assert {name: len(found) for name, found in names.items()} == {"adapter": 6, "port": 10, "target": 21, "lun": 78}
     names["target"], names["lun"] = names["target"][::4], names["lun"][::20]
-    target = names["target"][0].split("_Target_")[1]
-    full = [line.format(port=names["port"][0], target=target) for line in FULL_COMMANDS.split("\n") if line]
-    typed = [*commands(names), *full]
+    typed = [*FULL_COMMANDS, *commands(names)]  # before settings change
     result = shell(typed)
     assert result.status == 1  # some fail on this host
     assert len(result.values) == len(typed)
     wrong = {command: mistakes(value) for command, value in zip(typed, result.values)}
     assert {command: found for command, found in wrong.items() if found} == {}
+    said = {command: value["message"] for command, value in zip(FULL_COMMANDS, result.values)}
+    assert said == FULL_COMMANDS
     # What succeeds is not only lists.
     assert sum(value["success"] for value in result.values) > 100
     assert len({value["structure"] for value in result.values if value["success"]}) >= 20
