@@ -8,7 +8,7 @@ namespace zfc_json {
 namespace {
 
 // The cache of one core holds the buffer.
-constexpr std::size_t kFirstSize = std::size_t{128} * 1024;
+constexpr std::size_t kFirstSize = std::size_t{32} * 1024;
 constexpr std::size_t kLeastRead = 4096;
 
 }  // namespace

@@ -49,7 +49,7 @@ def listed_symbols():
     return found
 
 
-@pytest.mark.parametrize("path", [EXECUTABLE, ZFC_JSON, PROBE], ids=lambda path: path.name)
+@pytest.mark.parametrize("path", [EXECUTABLE, PROBE], ids=lambda path: path.name)
 def test_needs_no_symbol_above_the_floor(path):
     needed = needed_symbols(path)
     versioned = {name: wanted for name, wanted in needed.items() if wanted}
@@ -65,28 +65,19 @@ def test_other_symbols_are_those_of_the_device_library():
     assert others & WEAK <= weak
 
 
-def test_tools_ask_for_nothing_else():
-    assert {name for name, wanted in needed_symbols(ZFC_JSON).items() if wanted is None} <= WEAK
-
-
-NEEDED = {EXECUTABLE: {"libtorpifconly.so", "libc.so.6"}, ZFC_JSON: {"libc.so.6"}}
-
-
-@pytest.mark.parametrize("path", NEEDED, ids=lambda path: path.name)
-def test_needs_no_other_library(path):
-    dynamic = lines("readelf", "--dynamic", "--wide", str(path))
+def test_needs_no_other_library():
+    dynamic = lines("readelf", "--dynamic", "--wide", str(EXECUTABLE))
     needed = {re.search(r"\[(.*)\]", line)[1] for line in dynamic if "(NEEDED)" in line}
-    assert needed == NEEDED[path]
+    assert needed == {"libtorpifconly.so", "libc.so.6"}
 
 
-@pytest.mark.parametrize("path", NEEDED, ids=lambda path: path.name)
-def test_file_is_one_that_an_old_loader_reads(path):
-    dynamic = "\n".join(lines("readelf", "--dynamic", "--wide", str(path)))
+def test_file_is_one_that_an_old_loader_reads():
+    dynamic = "\n".join(lines("readelf", "--dynamic", "--wide", str(EXECUTABLE)))
     assert "(HASH)" in dynamic and "(GNU_HASH)" in dynamic
     assert "RELR" not in dynamic
-    kinds = {line.split()[2] for line in lines("readelf", "--relocs", "--wide", str(path)) if "R_X86_64_" in line}
+    kinds = {line.split()[2] for line in lines("readelf", "--relocs", "--wide", str(EXECUTABLE)) if "R_X86_64_" in line}
     assert kinds == {"R_X86_64_RELATIVE", "R_X86_64_GLOB_DAT", "R_X86_64_JUMP_SLOT", "R_X86_64_64"} & kinds
-    assert any("UNIX - System V" in line for line in lines("readelf", "--file-header", str(path)))
+    assert any("UNIX - System V" in line for line in lines("readelf", "--file-header", str(EXECUTABLE)))
 
 
 def test_list_holds_what_the_c_library_has():
@@ -151,3 +142,22 @@ class TestHardening:
         assert "__stack_chk_fail" in needed
         if "CMAKE_BUILD_TYPE:STRING=Release" in (BUILD / "CMakeCache.txt").read_text():
             assert {"__snprintf_chk", "__memcpy_chk"} <= {*needed}
+
+
+class TestJson:
+    """zfc-json runs on the same hosts, and loads no device library."""
+
+    def test_needs_no_symbol_above_the_floor(self):
+        needed = needed_symbols(ZFC_JSON)
+        versions = {wanted for wanted in needed.values() if wanted}
+        assert len(versions) >= 2 and all(version(wanted) <= FLOOR for wanted in versions)
+        assert {name for name, wanted in needed.items() if wanted is None} <= WEAK
+
+    def test_file(self):
+        dynamic = lines("readelf", "--dynamic", "--wide", str(ZFC_JSON))
+        assert [re.search(r"\[(.*)\]", line)[1] for line in dynamic if "(NEEDED)" in line] == ["libc.so.6"]
+        text = "\n".join(dynamic)
+        assert "(HASH)" in text and "(GNU_HASH)" in text and "RELR" not in text
+        assert any("UNIX - System V" in line for line in lines("readelf", "--file-header", str(ZFC_JSON)))
+        assert any("FLAGS_1" in line and "PIE" in line for line in dynamic)
+        assert "__stack_chk_fail" in needed_symbols(ZFC_JSON)
