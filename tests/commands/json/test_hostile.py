@@ -11,7 +11,7 @@ from zfc.runner import ZFC_JSON
 
 
 def as_text(value):
-    """The string that stands for these bytes."""
+    """These bytes as zfc-json writes them."""
     try:
         return value.decode()
     except UnicodeDecodeError:
