@@ -8,11 +8,11 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
 
 pytest.register_assert_rewrite("zfc.documents", "zfc.runner", "zfc.terminal")
 
-from zfc.runner import BUILD, EXECUTABLE, Zfc  # noqa: E402
+from zfc.runner import BUILD, EXECUTABLE, ZFC_JSON, Zfc  # noqa: E402
 
 
 def pytest_sessionstart(session):
-    parts = [EXECUTABLE, BUILD / "tests/private_run", BUILD / "tests/hostile", BUILD / "tests/sparse"]
+    parts = [EXECUTABLE, ZFC_JSON, BUILD / "tests/private_run", BUILD / "tests/hostile", BUILD / "tests/sparse"]
     missing = [str(part) for part in parts if not part.exists()]
     if missing:
         pytest.exit(f"not built: {', '.join(missing)}; ZFC_BUILD_DIR names the build folder", returncode=3)

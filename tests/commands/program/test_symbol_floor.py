@@ -5,7 +5,7 @@ import subprocess
 
 import pytest
 
-from zfc.runner import BUILD, EXECUTABLE, ROOT, SANITIZED
+from zfc.runner import BUILD, EXECUTABLE, ROOT, SANITIZED, ZFC_JSON
 
 pytestmark = pytest.mark.skipif(SANITIZED, reason="the sanitizers' runtime needs the build machine's C library")
 
@@ -142,3 +142,22 @@ class TestHardening:
         assert "__stack_chk_fail" in needed
         if "CMAKE_BUILD_TYPE:STRING=Release" in (BUILD / "CMakeCache.txt").read_text():
             assert {"__snprintf_chk", "__memcpy_chk"} <= {*needed}
+
+
+class TestJson:
+    """zfc-json runs on the same hosts, and loads no device library."""
+
+    def test_needs_no_symbol_above_the_floor(self):
+        needed = needed_symbols(ZFC_JSON)
+        versions = {wanted for wanted in needed.values() if wanted}
+        assert len(versions) >= 2 and all(version(wanted) <= FLOOR for wanted in versions)
+        assert {name for name, wanted in needed.items() if wanted is None} <= WEAK
+
+    def test_file(self):
+        dynamic = lines("readelf", "--dynamic", "--wide", str(ZFC_JSON))
+        assert [re.search(r"\[(.*)\]", line)[1] for line in dynamic if "(NEEDED)" in line] == ["libc.so.6"]
+        text = "\n".join(dynamic)
+        assert "(HASH)" in text and "(GNU_HASH)" in text and "RELR" not in text
+        assert any("UNIX - System V" in line for line in lines("readelf", "--file-header", str(ZFC_JSON)))
+        assert any("FLAGS_1" in line and "PIE" in line for line in dynamic)
+        assert "__stack_chk_fail" in needed_symbols(ZFC_JSON)

@@ -11,6 +11,7 @@ from . import host as hosts
 ROOT = Path(__file__).resolve().parents[3]
 BUILD = Path(os.environ.get("ZFC_BUILD_DIR", ROOT / "build" / "release")).resolve()
 EXECUTABLE = BUILD / "bin" / "zfcesxcli"
+ZFC_JSON = BUILD / "bin" / "zfc-json"
 SANITIZED = os.environ.get("ZFC_SANITIZE") == "1"
 LIBRARIES = {
     "hostile": BUILD / "tests" / "hostile",
