@@ -119,6 +119,7 @@ ValueRule Reader::ReadValues(YamlMap& map, const std::string& type) {
   ValueRule rule;
   rule.type = type;
   rule.choices = map.Texts("choices");
+  rule.wrong = map.Text("wrong", rule.wrong);
   const std::vector<std::string> range = map.Texts("range");
   if (range.empty()) return rule;
   if (range.size() != 2) {
