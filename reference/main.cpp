@@ -10,6 +10,7 @@
 #include <string>
 
 #include "reference/description.h"
+#include "reference/print/man.h"
 #include "reference/print/markdown.h"
 #include "reference/print/readme.h"
 #include "reference/reader.h"
@@ -46,7 +47,9 @@ void AddDocs(const reference::Reference& described, const std::string& folder, F
     files[folder + "/" + name] = content;
 }
 
-void AddShare(const reference::Reference&, const std::string&, Files&) {}
+void AddShare(const reference::Reference& described, const std::string& folder, Files& files) {
+  for (const auto& [name, content] : reference::ManPages(described)) files[folder + "/man/" + name] = content;
+}
 
 }  // namespace
 

@@ -58,7 +58,7 @@ class Readme {
 
 std::string WithValues(const std::string& about, const ValueRule& values, const std::string& default_text,
                        const std::vector<std::string>& families) {
-  std::string text = about;
+  std::string text = Sentence(about);
   if (const std::string shown = ValuesText(values); !shown.empty()) text += " Values: " + shown + ".";
   if (!default_text.empty()) text += " Without it: " + default_text + ".";
   if (!families.empty()) text += " Adapters: " + FamiliesText(families) + ".";

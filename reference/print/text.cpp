@@ -149,6 +149,11 @@ std::string FamiliesText(const std::vector<std::string>& families) {
   return families.empty() ? "all" : Listed(families, "and");
 }
 
+std::string Sentence(const std::string& text) {
+  constexpr std::string_view kEnds = ".!?:";
+  return text.empty() || kEnds.find(text.back()) != std::string_view::npos ? text : text + ".";
+}
+
 std::string Capital(std::string text) {
   if (!text.empty() && text[0] >= 'a' && text[0] <= 'z') text[0] = static_cast<char>(text[0] - 'a' + 'A');
   return text;

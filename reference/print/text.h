@@ -43,6 +43,9 @@ std::string ArgumentsShown(const Command& command);
 // "elm, hazel and iris", or "all".
 std::string FamiliesText(const std::vector<std::string>& families);
 
+// The text as a sentence: with a full stop, unless it ends in a mark of its own.
+std::string Sentence(const std::string& text);
+
 // The text with its first letter in upper case.
 std::string Capital(std::string text);
 
