@@ -10,6 +10,7 @@
 #include <string>
 
 #include "reference/description.h"
+#include "reference/print/descriptor.h"
 #include "reference/print/man.h"
 #include "reference/print/markdown.h"
 #include "reference/print/readme.h"
@@ -49,6 +50,7 @@ void AddDocs(const reference::Reference& described, const std::string& folder, F
 
 void AddShare(const reference::Reference& described, const std::string& folder, Files& files) {
   for (const auto& [name, content] : reference::ManPages(described)) files[folder + "/man/" + name] = content;
+  files[folder + "/esxcli/zfcesxcli.xml"] = reference::DescriptorText(described);
 }
 
 }  // namespace
