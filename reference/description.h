@@ -166,6 +166,8 @@ struct Reference {
   std::map<std::string, StatusKind> statuses;
   std::vector<Node> nodes;  // in the order of their names
   std::vector<Page> pages;
+  std::string version;  // of the program
+  std::string date;     // of the manual pages: "January 31, 2026"
 };
 
 // The statuses that `command` of `node` can end with, in the node's order.

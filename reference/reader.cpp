@@ -432,6 +432,8 @@ void Reader::ReadPage(const std::string& file) {
   page.title = map.NeededText("title");
   page.synopsis = map.Texts("synopsis");
   page.see = map.Texts("see");
+  if (const auto date = map.MaybeText("date"); date.has_value()) reference_.date = *date;
+  if (const auto version = map.MaybeText("version"); version.has_value()) reference_.version = *version;
   for (const YAML::Node& item : map.Get("parts")) {
     YamlMap part_map(file, item, mistakes_);
     Page::Part part;
