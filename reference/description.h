@@ -162,6 +162,7 @@ struct Page {
 };
 
 struct Reference {
+  std::string folder;  // where it was read
   std::map<std::string, ArgumentKind> kinds;
   std::map<std::string, StatusKind> statuses;
   std::vector<Node> nodes;  // in the order of their names

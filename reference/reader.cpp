@@ -466,6 +466,7 @@ std::size_t RankOf(const Node& node) {
 }
 
 Reference Reader::Read() {
+  reference_.folder = folder_;
   ReadKinds();
   ReadStatuses();
   for (const std::string& id : FilesIn(folder_ + "/nodes")) ReadNode(id);
