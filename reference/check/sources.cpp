@@ -91,7 +91,7 @@ SourceTexts TextsOf(const std::string& source) {
       if (text == "StatusMessage") AddStatusNames(tokens, i, found.status_names);
       continue;
     }
-    if (text.compare(0, 6, "Failed") == 0) found.messages.insert(text);
+    if (text.starts_with("Failed, ")) found.messages.insert(text);
     if (IsOptionName(text) && i + 2 < tokens.size() && tokens[i + 1].text == "," &&
         tokens[i + 2].is_literal) {
       found.options.emplace(text, tokens[i + 2].text);

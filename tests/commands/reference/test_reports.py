@@ -1,6 +1,7 @@
 """The lines of every report that the built-in host gives, against the labels that the descriptions have."""
 
 import re
+from itertools import product
 
 import pytest
 
@@ -55,9 +56,10 @@ def test_report_has_the_described_lines(zfc, node, word, command, report):
     described = list(labels(report))
     document = command.get("document") or node["document"]
     field = document["frame"][3] if len(document["frame"]) > 3 else "Data"
-    kind, = command["arguments"]
+    kind, *others = command["arguments"]
     reports = 0
-    for identifier in identifiers(zfc)[kind]:
+    for words in product(identifiers(zfc)[kind], *(other["choices"] for other in others)):
+        identifier = " ".join(words)
         output = zfc(f"{node['node']} {text_word(word, command)} {identifier}", library="simulated").stdout
         if message_of(output) != "Success":
             continue
