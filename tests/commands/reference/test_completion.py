@@ -24,16 +24,14 @@ words() {{ echo; printf '<%s>\\n' "$@"; }}
 
 ZSH = f"""
 PS1='@prom''pt@'
-unsetopt zle_bracketed_paste prompt_cr prompt_sp
+unset zle_bracketed_paste
+unsetopt prompt_cr prompt_sp
 zle_highlight=()
 fpath=({SHARE}/zsh/site-functions $fpath)
 autoload -U compinit && compinit -D -u
-zle -C all-matches complete-word _generic
+all_matches() {{ _main_complete; compstate[insert]=all; compstate[list]=; }}
+zle -C all-matches complete-word all_matches
 bindkey '^T' all-matches
-zstyle ':completion:all-matches::::' completer _all_matches _complete
-zstyle ':completion:all-matches:*' old-matches only
-zstyle ':completion:*:*:*' insert-unambiguous false
-zstyle ':completion:all-matches:*' insert true
 words() {{ echo; printf '<%s>\\n' "$@"; }}
 """
 
@@ -84,7 +82,7 @@ OFFERS = [
     ("-t ad", ["adapter"]),
     ("-t port ", ["-s"]),
     ("-t port -s ", ["dmi", "fec"]),
-    ("-t port -s f", ["fec"]),
+    ("-t port -s fe", ["fec"]),
     ("-t port -s fec ", ["get", "getcli", "set", "setcli", "help"]),
     ("-t port -s fec set", ["set", "setcli"]),
     ("-t PORT -s Fec setc", ["setcli"]),
