@@ -47,26 +47,21 @@ std::string CommandLine(const Node& node, const std::string& word) {
   return line + " " + word;
 }
 
-std::vector<Field> FieldsOf(const Command& command, bool success) {
+std::vector<Field> FieldsOf(const Command& command) {
   if (!command.document.has_value()) return {};
   const Document& document = *command.document;
   if (document.is_list) return document.fields;
   std::vector<Field> fields;
-  const Field reboot = Plain("Reboot Required", "bool",
-                             "Whether the change becomes effective only at the next restart of the host.");
-  const bool has_reboot = command.reboot_place != RebootPlace::kNone;
-  // A failed change always has it first.
-  const bool first = has_reboot && (!success || command.reboot_place == RebootPlace::kBeforeMessage);
-  if (first) fields.push_back(reboot);
   if (!document.message_field.empty()) {
     fields.push_back(Plain(document.message_field, "string", "The outcome: \"Success\", or what failed."));
   }
-  if (has_reboot && !first) fields.push_back(reboot);
-  for (const Field& field : document.fields) {
-    if (!success && !field.in_failures) continue;
-    fields.push_back(field);
-    if (!success) fields.back().fields.clear();
+  if (command.reboot_place != RebootPlace::kNone) {
+    const bool first = command.reboot_place == RebootPlace::kBeforeMessage;
+    fields.insert(first ? fields.begin() : fields.end(),
+                  Plain("Reboot Required", command.reboot_type,
+                        "Whether the change becomes effective only at the next restart of the host."));
   }
+  fields.insert(fields.end(), document.fields.begin(), document.fields.end());
   return fields;
 }
 

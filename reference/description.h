@@ -66,7 +66,7 @@ struct Field {
   std::string about;
   std::string unit;
   std::string source;
-  bool in_failures = true;  // lists are there and empty
+  bool in_failures = true;  // there after a failure too; lists are empty then
 };
 
 struct Document {
@@ -78,7 +78,9 @@ struct Document {
   std::vector<ReportLine> report;  // the lines of the one text field that a report has
 };
 
-enum class RebootPlace : std::uint8_t { kNone, kBeforeMessage, kAfterMessage };
+// Where "Reboot Required" is in the document of a success. In that of a failure it is first, unless it is
+// always after the message.
+enum class RebootPlace : std::uint8_t { kNone, kBeforeMessage, kAfterMessage, kAlwaysAfterMessage };
 
 // One status that a command of a node can end with.
 struct NodeStatus {
@@ -117,6 +119,7 @@ struct Command {
   std::string since;
   std::vector<std::string> families;
   RebootPlace reboot_place = RebootPlace::kNone;
+  std::string reboot_type = "bool";  // of that field
   std::optional<Document> document;  // none: no document
   std::vector<std::string> example;  // the words of each run after those of the node
   std::string example_about;
@@ -162,6 +165,7 @@ struct Page {
 };
 
 struct Reference {
+  std::string folder;  // where it was read
   std::map<std::string, ArgumentKind> kinds;
   std::map<std::string, StatusKind> statuses;
   std::vector<Node> nodes;  // in the order of their names
@@ -176,9 +180,9 @@ std::vector<const NodeStatus*> StatusesOf(const Node& node, const Command& comma
 // "zfcesxcli -t port -s dmi get", without the arguments; `word` is the plain or the text form.
 std::string CommandLine(const Node& node, const std::string& word);
 
-// The fields of the command's document in the order in which a success or a failure has them, "Message" and
-// "Reboot Required" among them.
-std::vector<Field> FieldsOf(const Command& command, bool success);
+// The fields of the command's document in the order in which a success has them, "Message" and "Reboot
+// Required" among them.
+std::vector<Field> FieldsOf(const Command& command);
 
 std::string Join(const std::vector<std::string>& words, const std::string& between);
 

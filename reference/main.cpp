@@ -10,6 +10,7 @@
 #include <string>
 
 #include "reference/description.h"
+#include "reference/print/completion.h"
 #include "reference/print/descriptor.h"
 #include "reference/print/man.h"
 #include "reference/print/markdown.h"
@@ -50,6 +51,10 @@ void AddDocs(const reference::Reference& described, const std::string& folder, F
 
 void AddShare(const reference::Reference& described, const std::string& folder, Files& files) {
   for (const auto& [name, content] : reference::ManPages(described)) files[folder + "/man/" + name] = content;
+  files[folder + "/bash-completion/completions/zfcesxcli"] =
+      reference::BashCompletion(described, ContentOf(described.folder + "/completion/bash"));
+  files[folder + "/zsh/site-functions/_zfcesxcli"] =
+      reference::ZshCompletion(described, ContentOf(described.folder + "/completion/zsh"));
   files[folder + "/esxcli/zfcesxcli.xml"] = reference::DescriptorText(described);
 }
 

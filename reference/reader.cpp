@@ -361,11 +361,14 @@ Command Reader::ReadCommand(const Node& node, const std::string& word, const std
   const std::string place = map.Text("reboot-field", "absent");
   if (place == "after") {
     command.reboot_place = RebootPlace::kAfterMessage;
+  } else if (place == "always-after") {
+    command.reboot_place = RebootPlace::kAlwaysAfterMessage;
   } else if (place == "before") {
     command.reboot_place = RebootPlace::kBeforeMessage;
   } else if (place != "absent") {
-    map.Wrong("reboot-field", "after, before or absent is needed");
+    map.Wrong("reboot-field", "after, always-after, before or absent is needed");
   }
+  command.reboot_type = map.Text("reboot-type", command.reboot_type);
   const YAML::Node document = map.Get("document");
   if (document.IsDefined() && document.IsMap()) command.document = ReadDocument(file, document);
   command.example = map.Texts("example");
@@ -466,6 +469,7 @@ std::size_t RankOf(const Node& node) {
 }
 
 Reference Reader::Read() {
+  reference_.folder = folder_;
   ReadKinds();
   ReadStatuses();
   for (const std::string& id : FilesIn(folder_ + "/nodes")) ReadNode(id);

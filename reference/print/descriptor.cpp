@@ -123,7 +123,7 @@ std::string OutputSpec(const Command& command) {
     AddStructure(out, 5, document.structure, document.fields);
     out += Indent(4) + "</list>\n";
   } else {
-    AddStructure(out, 4, document.structure, FieldsOf(command, true));
+    AddStructure(out, 4, document.structure, FieldsOf(command));
   }
   return out + Indent(3) + "</output-spec>\n";
 }

@@ -183,7 +183,7 @@ std::string DocumentPart(const Node& node, const Command& command) {
   const std::string& structure = command.document->structure;
   out += Sentences(command.document->is_list ? "The document is a list of `" + structure + "`."
                                              : "The document is one `" + structure + "`.");
-  AddFields(out, FieldsOf(command, true));
+  AddFields(out, FieldsOf(command));
   AddReport(out, command.document->report);
   return out;
 }

@@ -94,11 +94,11 @@ std::string OptionsTable(const Command& command) {
 void AddFields(std::string& out, const std::vector<Field>& fields, const std::string& above) {
   for (const Field& field : fields) {
     const std::string name = above + field.name;
+    const std::string about = Cell(field.about + (field.in_failures ? "" : " Absent after a failure."));
     if (field.list_structure.empty()) {
-      out += Row({Code(name), field.type, Cell(field.about), Cell(field.unit), Cell(field.source)});
+      out += Row({Code(name), field.type, about, Cell(field.unit), Cell(field.source)});
     } else {
-      out += Row(
-          {Code(name), "list of " + Code(field.list_structure), Cell(field.about), "", Cell(field.source)});
+      out += Row({Code(name), "list of " + Code(field.list_structure), about, "", Cell(field.source)});
       AddFields(out, field.fields, name + " / ");
     }
   }
@@ -121,7 +121,7 @@ std::string DocumentText(const Command& command) {
                         ? "Its document is a list of " + Code(document.structure) + " without a message.\n\n"
                         : "Its document is one " + Code(document.structure) + ".\n\n";
   out += TableHead({"Field", "Type", "Meaning", "Unit", "Source"});
-  AddFields(out, FieldsOf(command, true), "");
+  AddFields(out, FieldsOf(command), "");
   out += "\n";
   if (command.reboot_place == RebootPlace::kAfterMessage) {
     out += "After a failure `Reboot Required` comes ahead of `Message`.\n\n";
@@ -154,9 +154,11 @@ std::string CommandText(const Node& node, const Command& command, const Command*
     out += "Its document is that of [" + shown_before->word + "](#" + AnchorOf(shown_before->word) + ")";
     const bool has_reboot = command.reboot_place != RebootPlace::kNone;
     const bool before = command.reboot_place == RebootPlace::kBeforeMessage;
+    const bool always_after = command.reboot_place == RebootPlace::kAlwaysAfterMessage;
     if (has_reboot) {
-      out += std::string(", with `Reboot Required` (bool) ") + (before ? "ahead of" : "after") + " `Message`";
-      if (!before) out += "; after a failure ahead of it";
+      out += ", with `Reboot Required` (" + command.reboot_type + ") " + (before ? "ahead of" : "after") +
+             " `Message`";
+      if (!before && !always_after) out += "; after a failure ahead of it";
     }
     out += ".\n\n";
   } else if (command.document.has_value()) {

@@ -5,14 +5,20 @@ import json
 import pytest
 
 from zfc.esxcli import PROGRAM, Descriptor, Misfit, Refused, shown
-from zfc.reference import MESSAGES, NODES, commands, give_examples, identifiers, runs_of
-from zfc.runner import BUILD, EXECUTABLE, ROOT
+from zfc.reference import NODES, commands, example_path, give_examples, identifiers, runs_of
+from zfc.runner import BUILD, EXECUTABLE
 
 SHELL = Descriptor(BUILD / "share" / "esxcli" / "zfcesxcli.xml")
 
 
 # Texts of the program that are no XML. Nothing in a document is escaped, and its texts are fixed.
 ILL_FORMED = [b"SFF-8431 (8/4/2G Independent Rx & Tx Rate_select)"]
+
+# A failure that comes when the document of the success is out has a document of its own.
+TWO_DOCUMENTS = [
+    ("zfcesxcli.target.scmstats.get", "TORPI_FreeSCMRStatisticsList"),
+    ("zfcesxcli.port.scmstats.get", "TORPI_FreeSCMRStatisticsList"),
+]
 
 
 def path_of(node, word):
@@ -90,6 +96,7 @@ def test_parameters_are_those_of_the_command(path, node, word, command):
 
 @pytest.mark.parametrize("path, node, word, command", [p for p in COMMANDS if p.values[3].get("example")])
 def test_example_fits_and_is_shown(zfc, path, node, word, command):
+    node_id = "-".join(path.split(".")[1:-1])
     give_examples(zfc)
     env = {"TORPI_LAB_STATE": str(zfc.work / "state.yaml")}
     for words in runs_of(node, command)[:-1]:  # what has to come first
@@ -99,7 +106,7 @@ def test_example_fits_and_is_shown(zfc, path, node, word, command):
     assert json.loads(shown(described, data, "json")) == data
     assert shown(described, data).strip() and shown(described, data, "csv").count("\n") >= 1
     if isinstance(data, dict) and "Message" in data:
-        assert data["Message"] == "Success"
+        assert f"\nMessage: {data['Message']}\n" in example_path(node_id, word).read_text()
 
 
 @pytest.mark.parametrize("path, kind", READS)
@@ -134,13 +141,6 @@ def test_failure_fits(zfc, path, node, word, command):
 ANSWERS = (1, 2, 113, 118, 150)
 KEPT = ("TORPI_Initialize", "TORPI_SetToolID", "TORPI_SetToolVersion", "TORPI_Uninitialize", "TORPI_GetAdapterList")
 RECORD_CALLS = ("TORPI_DiagnosticsReadWriteBufferTest",)  # it answers a pointer
-# A call that comes after the document: its failure adds a second document, which the shell cannot read.
-LATE_CALL = "TORPI_FreeSCMRStatisticsList"
-HEAD = b"<?xml"
-
-
-def documents_of(output):
-    return [HEAD + document for document in output.split(HEAD)[1:]]
 
 
 @pytest.mark.parametrize("path, node, word, command", [p for p in COMMANDS if p.values[3].get("example")])
@@ -168,10 +168,12 @@ def test_document_fits_whatever_a_call_answers(zfc, path, node, word, command):
             continue
         for answer in ANSWERS:
             described, output = output_with(TORPI_LAB_FAULTS=f"{call}={answer}")
-            documents = documents_of(output)
-            assert len(documents) == (2 if call == LATE_CALL else 1)
-            for document in documents:
-                described.check(document)
+            if (path, call) in TWO_DOCUMENTS:
+                with pytest.raises(Misfit, match="not well-formed"):
+                    described.check(output)
+                assert output.count(b"<?xml") == 2
+            else:
+                described.check(output)
 
 
 NASTY = {
