@@ -67,6 +67,9 @@ class CommandNode : public MultipleCmdsProcessor {
   // `help`. kNoSuchUsage for any other index.
   static StatusCode CmdUsage(CmdProcessor& node, Words& words, std::uint32_t index);
 
+  // What is particular to the node: the reference is checked against it.
+  const NodeClass& Class() const { return class_; }
+
  protected:
   void BuildChildren() override;
   Place PlaceOf(std::size_t index) const override;

@@ -1,0 +1,107 @@
+"""The values of arguments and options that the descriptions name, tried on the built-in host: some adapter, port or target
+must take each, and none may take any other."""
+
+import pytest
+
+from zfc.reference import (
+    MESSAGES,
+    commands,
+    families_of,
+    family_of,
+    give_examples,
+    identifiers,
+    message_of,
+    runs_of,
+    text_word,
+)
+
+KINDS = ("adapter", "port", "target", "lun")
+
+
+def values_of(described):
+    """The values to take and the values to refuse."""
+    if "choices" in described:
+        return described["choices"], ["no-such-word"]
+    if "range" in described:
+        least, most = described["range"]
+        return [least, most], [most + 1] + ([least - 1] if least > 0 else [])
+    if described.get("type") == "bool":
+        return ["true", "false", "TRUE"], ["maybe", "1"]
+    return [], []
+
+
+OPTIONS = [
+    pytest.param(node, word, command, name, option, id=f"{node_id}-{word}{name}")
+    for node_id, word, command, node in commands()
+    for name, option in {**(command.get("options") or {}), **((node.get("options") or {}) if command.get("node-options") else {})}.items()
+    if any(values_of(option))
+]
+ARGUMENTS = [
+    pytest.param(node, word, command, place, argument, id=f"{node_id}-{word}-{argument['name']}")
+    for node_id, word, command, node in commands()
+    for place, argument in enumerate(command.get("arguments") or [])
+    if isinstance(argument, dict) and any(values_of(argument))
+]
+
+
+def words_of_example(node, word, command):
+    """The words of the command in its example after its own word, the identifier first."""
+    last = runs_of(node, command)[-1].split()
+    return last[last.index(text_word(word, command)) + 1 :]
+
+
+def answer(zfc, node, word, command, words):
+    """The message that the command answers the words with; None without a document."""
+    output = zfc(node["node"].split() + [text_word(word, command), *words], library="simulated").stdout
+    return message_of(output)
+
+
+def answer_to_a_wrong_value(node, described):
+    """The message that a value which is none leads to."""
+    status = described.get("wrong", "invalid-parameter")
+    own = [row for row in node["statuses"] if isinstance(row, dict) and row["id"] == status and "message" in row]
+    return own[0]["message"] if own else MESSAGES[status]["message"]
+
+
+def hosts_of(zfc, node, command, kind, *described):
+    """The identifiers of the kind whose adapters have what is described."""
+    families = families_of(node, command, *described)
+    return [name for name in identifiers(zfc)[kind] if family_of(name) in (families or [family_of(name)])]
+
+
+def check_values(zfc, node, word, command, described, words_with):
+    taken, refused = values_of(described)
+    kind = command["arguments"][0]
+    assert kind in KINDS
+    names = hosts_of(zfc, node, command, kind, described)
+    wrong = described.get("wrong")
+    give_examples(zfc)
+    if wrong == "none":  # every other value means one of these
+        refused = []
+    no_value = {None} if wrong == "no-document" else {answer_to_a_wrong_value(node, described)} if refused else set()
+
+    def answers(value):
+        return {answer(zfc, node, word, command, words_with(name, str(value))) for name in names}
+
+    assert [value for value in taken if not answers(value) - no_value - {None}] == []
+    assert [value for value in refused if "Success" in (got := answers(value)) or not got & no_value] == []
+
+
+@pytest.mark.parametrize("node, word, command, name, option", OPTIONS)
+def test_values_of_an_option(zfc, node, word, command, name, option):
+    example = words_of_example(node, word, command)
+    positions = [text for text in example[1 : len(command["arguments"])]]
+    for spelled in (name, option["short"]):
+        check_values(
+            zfc, node, word, command, option, lambda identifier, value: [identifier, *positions, spelled, value]
+        )
+
+
+@pytest.mark.parametrize("node, word, command, place, argument", ARGUMENTS)
+def test_values_of_an_argument(zfc, node, word, command, place, argument):
+    example = words_of_example(node, word, command)
+
+    def words_with(identifier, value):
+        return [identifier, *example[1:place], value, *example[place + 1 :]]
+
+    check_values(zfc, node, word, command, argument, words_with)
