@@ -3,7 +3,6 @@
 # Two components. "program" is all that an administrator needs, and holds no device library: the host's own goes into
 # lib/, which the executable's RUNPATH names. "lab" is installed when asked for by name only, in a folder of its own:
 # the simulated device library must never take the place of the real one by accident.
-set(program_readme ${PROJECT_SOURCE_DIR}/packaging/ZFC_ESXCLI_Readme.txt)
 set(program_commands zfcesxcli zfc-json zfc-snapshot)
 set(lab_parts zfc-lab torpifconly)
 
@@ -23,21 +22,27 @@ foreach(command IN LISTS program_commands)
   endif()
 endforeach()
 # Where the help of the program sends its reader.
-install(FILES ${program_readme} DESTINATION bin COMPONENT program)
+if(NOT ZFC_README)
+  set(ZFC_README ${PROJECT_SOURCE_DIR}/packaging/ZFC_ESXCLI_Readme.txt)
+endif()
+install(FILES ${ZFC_README} DESTINATION bin COMPONENT program)
 # The program never creates the staging folder. Only its owner, root, can read or stage settings: they name boot targets.
 install(DIRECTORY DESTINATION tmp COMPONENT program DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
-# Pages, completion and descriptor that the build makes.
-if(TARGET reference)
-  install(DIRECTORY ${PROJECT_BINARY_DIR}/share/ DESTINATION share COMPONENT program
-    FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ
-    PATTERN zfc-lab* EXCLUDE)
-  install(DIRECTORY ${PROJECT_BINARY_DIR}/share/ DESTINATION lab/share COMPONENT lab EXCLUDE_FROM_ALL
-    FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ
-    FILES_MATCHING PATTERN zfc-lab*)
-endif()
+# Pages, completion, descriptor and schemas that the build makes; the lab's pages go with the lab.
+foreach(component program lab)
+  if(component STREQUAL lab)
+    set(only_by_name EXCLUDE_FROM_ALL)
+  endif()
+  install(CODE "set(made ${PROJECT_BINARY_DIR}/share)\nset(component ${component})" COMPONENT ${component} ${only_by_name})
+  install(SCRIPT packaging/install_made.cmake COMPONENT ${component} ${only_by_name})
+endforeach()
+unset(only_by_name)
 
 install(TARGETS zfc-lab RUNTIME DESTINATION lab/bin COMPONENT lab EXCLUDE_FROM_ALL)
 install(TARGETS torpifconly LIBRARY DESTINATION lab/lib COMPONENT lab EXCLUDE_FROM_ALL)
+# `zfc-lab run` starts the program beside it.
+file(CREATE_LINK ../../bin/zfcesxcli ${PROJECT_BINARY_DIR}/packaging/zfcesxcli SYMBOLIC)
+install(FILES ${PROJECT_BINARY_DIR}/packaging/zfcesxcli DESTINATION lab/bin COMPONENT lab EXCLUDE_FROM_ALL)
 install(DIRECTORY examples DESTINATION lab COMPONENT lab EXCLUDE_FROM_ALL)
 install(FILES docs/lab-host.md DESTINATION lab COMPONENT lab EXCLUDE_FROM_ALL)
 
@@ -52,6 +57,7 @@ foreach(component program lab)
   install(CODE "set(list ${list})" COMPONENT ${component} ${only_by_name})
   install(SCRIPT packaging/list_installed.cmake COMPONENT ${component} ${only_by_name})
 endforeach()
+unset(only_by_name)
 add_custom_target(uninstall
   COMMAND ${CMAKE_COMMAND} -D PREFIX=${CMAKE_INSTALL_PREFIX} -P ${PROJECT_SOURCE_DIR}/packaging/uninstall.cmake
   VERBATIM)
