@@ -155,6 +155,9 @@ struct HostRecording {
 // Calls visit(key, call, answer) for every answer of a port, in the order of the file. `key` names the answer
 // in the file, `call` is the library's.
 template <class Protocol, class Visit>
+requires requires(Protocol port) {
+  port.targets;
+}
 void VisitAnswers(Protocol& port, Visit visit) {
   visit("flash-versions", "TORPI_GetFlashComponentVersion", port.flash_versions);
   visit("memo-block", "TORPI_GetAdapterFlashMemoBlock", port.memo_block);
@@ -179,6 +182,16 @@ void VisitAnswers(Protocol& port, Visit visit) {
   visit("congestion-enabled", "TORPI_IsVCLMFeatureEnabled", port.congestion_enabled);
   visit("congestion-statistics", "TORPI_GetSCMRStatisticsList", port.congestion_statistics);
   visit("congestion-profile", "TORPI_GetSCMRProfile", port.congestion_profile);
+}
+
+// The same for the answers about a target.
+template <class Target, class Visit>
+requires requires(Target target) {
+  target.luns;
+}
+void VisitAnswers(Target& target, Visit visit) {
+  visit("statistics", "TORPI_GetPortStatisticsFC", target.statistics);
+  visit("link-speed", "TORPI_GetTargetLinkSpeed", target.link_speed);
 }
 
 }  // namespace recording
