@@ -41,12 +41,20 @@ struct Answer {
 
 // The most entries of one list. The device library's chains end by themselves, but nothing vouches for it.
 inline constexpr std::size_t kMostAdapters = 256;
-inline constexpr std::size_t kMostPorts = 64;        // of an adapter
-inline constexpr std::size_t kMostProtocols = 1024;  // on a port: itself and its virtual ports
-inline constexpr std::size_t kMostTargets = 4096;    // of a protocol entry
-inline constexpr std::size_t kMostLuns = 16384;      // of a target
-inline constexpr std::size_t kMostLunsInAll = 1u << 20;
+inline constexpr std::size_t kMostPorts = 64;                     // of an adapter
+inline constexpr std::size_t kMostProtocols = 1024;               // on a port: itself and its virtual ports
+inline constexpr std::size_t kMostTargets = 4096;                 // of a protocol entry
+inline constexpr std::size_t kMostLuns = 16384;                   // of a target
 inline constexpr std::size_t kMostStatistics = kMostTargets + 1;  // elements: the port and its targets
+
+// How much more a recording takes, so that a file of a few lines can't ask for all memory: entries of the
+// named lists in the whole host.
+struct Room {
+  std::size_t protocols = 16384;
+  std::size_t targets = 131072;
+  std::size_t luns = 524288;
+  std::size_t statistics = 131072;
+};
 
 // A buffer as a call left it, without its trailing zeros, and the size that the call reported, which may be
 // more than the buffer ever held.
