@@ -45,7 +45,7 @@ inline constexpr std::size_t kMostPorts = 64;                     // of an adapt
 inline constexpr std::size_t kMostProtocols = 1024;               // on a port: itself and its virtual ports
 inline constexpr std::size_t kMostTargets = 4096;                 // of a protocol entry
 inline constexpr std::size_t kMostLuns = 16384;                   // of a target
-inline constexpr std::size_t kMostStatistics = kMostTargets + 1;  // elements: the port and its targets
+inline constexpr std::size_t kMostStatistics = 131072;  // elements for one port
 
 // How much more a recording takes, so that a file of a few lines can't ask for all memory: entries of the
 // named lists in the whole host.
