@@ -115,7 +115,8 @@ def test_statistics_list(zfc):
     file = zfc.file("list", elements)
     output = check(zfc, WHOLE, {"HOSTILE_SCMR_LIST": str(file)}, buffers=settings(3))
     assert b"Congestion Alarm Count: " in output
-    check(zfc, WHOLE, {"HOSTILE_SCMR_LIST": str(file)}, results={"TORPI_FreeSCMRStatisticsList": 5})
+    options = {"results": {"TORPI_FreeSCMRStatisticsList": 5}, "buffers": settings(3)}
+    check(zfc, WHOLE, {"HOSTILE_SCMR_LIST": str(file)}, **options)
 
 
 def test_refusals(zfc):
