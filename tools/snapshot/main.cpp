@@ -13,6 +13,7 @@
 #include "runtime/out_of_memory.h"
 #include "tools/common/arguments.h"
 #include "tools/common/new_file.h"
+#include "tools/snapshot/anonymise.h"
 #include "tools/snapshot/capture.h"
 
 namespace {
@@ -92,7 +93,8 @@ tools::ExitStatus Snapshot(const tools::Arguments& arguments) {
     return tools::kMistake;
   }
   std::vector<std::string> cut;
-  const recording::HostRecording host = snapshot::Capture({.with_rdp = arguments.Has("--with-rdp")}, cut);
+  recording::HostRecording host = snapshot::Capture({.with_rdp = arguments.Has("--with-rdp")}, cut);
+  if (arguments.Has("--anonymise")) snapshot::Anonymise(host);
   const std::string text = recording::ToText(host);
   const std::string failure = own_output.While([&] { return tools::WriteOutput(path, text, force); });
 

@@ -3,6 +3,8 @@
 import re
 import subprocess
 
+import yaml
+
 from .runner import BUILD, reject_sanitizer_report
 from .tree import TREE
 
@@ -86,3 +88,48 @@ def take(zfc, file, words=(), status=0, **options):
 def played(file, **variables):
     """The options of a run that plays a file back."""
     return {"library": "simulated", "env": {"TORPI_LAB_HOST": str(file), **variables}}
+
+
+_TOKEN = re.compile(r"(\d+):(?= |$)|([0-9a-f]{2})\*(\d+)|((?:[0-9a-f]{2})+)|\"([^\"]*)\"")
+
+
+def decoded(text, size):
+    """The bytes that a text of the file stands for, by the description in docs/snapshots.md."""
+    found = bytearray(size)
+    at = 0
+    for line in ("" if text == "zeros" else text).splitlines():
+        while line and not line.startswith("#"):
+            token = _TOKEN.match(line)
+            assert token, line
+            offset, byte, times, digits, quoted = token.groups()
+            if offset:
+                at = int(offset)
+            else:
+                put = bytes.fromhex(byte) * int(times) if byte else bytes.fromhex(digits) if digits else quoted.encode()
+                assert at + len(put) <= size
+                found[at : at + len(put)] = put
+                at += len(put)
+            line = line[token.end() :].lstrip(" ")
+    return bytes(found)
+
+
+def ports_of(file):
+    """The protocol entries in a file, as maps."""
+    host = yaml.load(file.read_text(), Loader=getattr(yaml, "CSafeLoader", yaml.SafeLoader))
+    adapters = host.get("adapters", [])
+    return [entry for adapter in adapters for port in adapter.get("ports", []) for entry in port.get("protocols", [])]
+
+
+def all_bytes(file):
+    """Every text of bytes in a file, decoded: whole, and of LUNs each line."""
+
+    def visit(value, key):
+        if isinstance(value, (dict, list)):
+            for below, item in value.items() if isinstance(value, dict) else [(key, item) for item in value]:
+                yield from visit(item, below)
+        elif key == "luns":
+            yield from (decoded(line, 392) for line in value.splitlines() if line != "same")
+        elif isinstance(value, str) and "\n" in value:
+            yield decoded(value, 4096)
+
+    return [*visit(yaml.load(file.read_text(), Loader=getattr(yaml, "CSafeLoader", yaml.SafeLoader)), "")]
