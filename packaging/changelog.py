@@ -1,6 +1,7 @@
 """The sections of CHANGELOG.md, whose headings are "## [VERSION]" or "## [VERSION] - DATE"."""
 
 import re
+import sys
 from pathlib import Path
 
 
@@ -19,3 +20,10 @@ def entries(text):
         elif line.startswith("  ") and joined:
             joined[-1] += " " + line.strip()
     return joined
+
+
+if __name__ == "__main__":  # changelog.py FILE VERSION: prints the section
+    found = section(sys.argv[1], sys.argv[2])
+    if not found:
+        sys.exit(f"changelog.py: {sys.argv[1]} has no section [{sys.argv[2]}] with text in it")
+    print(found)
