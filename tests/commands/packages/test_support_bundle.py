@@ -8,6 +8,7 @@ import pytest
 from zfc import support_bundle
 from zfc.config import IDENTIFIER, one_port
 from zfc.packages import PLUGIN
+from zfc.runner import BUILD
 from zfc.support_bundle import Refused
 
 MANIFEST = "etc/vmware/vm-support/zfcesxcli.mfx"
@@ -74,10 +75,10 @@ def test_holds_lists_logs_and_staged_files(zfc, collected):
 
 def test_plays_the_host_back(zfc, collected):
     """The snapshot in a bundle is the host: what it lists is what the host lists."""
-    options = {"library": "simulated", "env": {"TORPI_LAB_QUIET": "1"}}
-    bundle = collected(**options)
+    lab = {"LD_LIBRARY_PATH": str(BUILD / "lib"), "TORPI_LAB_QUIET": "1"}
+    bundle = collected(library="simulated", env=lab)
     case = zfc.file("case.yaml", bundle[SNAPSHOT])
-    played = {"library": "simulated", "env": {"TORPI_LAB_QUIET": "1", "TORPI_LAB_HOST": str(case)}}
+    played = {"library": "simulated", "env": {**lab, "TORPI_LAB_HOST": str(case)}}
     for row in LISTS:
         assert bundle[row].count(b"\n") > 3
         assert zfc(row.split(None, 1)[1], **played).stdout == bundle[row]
