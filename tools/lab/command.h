@@ -13,4 +13,6 @@ struct Command {
   tools::ExitStatus (*run)(const tools::Words& words);
 };
 
+extern const Command kSnapshot;
+
 }  // namespace zfc_lab

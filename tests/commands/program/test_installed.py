@@ -1,40 +1,110 @@
 """The installed plug-in: where everything lies, that it runs from there, and that its readme is complete."""
 
 import re
+import shutil
 import subprocess
 
 import pytest
 
-from zfc.runner import BUILD, ROOT
+from zfc.runner import BUILD, LIBRARIES, ROOT
 from zfc.tree import TREE
 
 README = (BUILD / "bin" / "ZFC_ESXCLI_Readme.txt").read_text()
 
 
+PROGRAM = {".installed", "bin", "bin/zfcesxcli", "bin/ZFC_ESXCLI_Readme.txt", "tmp"}
+# Files of other parts of the build, which are there when the part is.
+TOOLS = {"bin/zfc-json", "bin/zfc-snapshot"}
+
+
+def install(folder, *words):
+    subprocess.run(["cmake", "--install", str(BUILD), "--prefix", str(folder), *words], check=True, capture_output=True)
+
+
+def uninstall(folder):
+    script = ROOT / "packaging" / "uninstall.cmake"
+    return subprocess.run(["cmake", "-D", f"PREFIX={folder}", "-P", script], capture_output=True, text=True)
+
+
+def content(folder):
+    """What is below a folder, without what the build makes into share/."""
+    found = {str(path.relative_to(folder)) for path in folder.rglob("*")}
+    return {name for name in found - TOOLS if not re.match(r"(lab/)?share(/|$)", name)}
+
+
 @pytest.fixture
 def installed(zfc):
     folder = zfc.folder / "installed"
-    subprocess.run(["cmake", "--install", str(BUILD), "--prefix", str(folder)], check=True, capture_output=True)
+    install(folder)
     return folder
 
 
 def test_layout(installed):
-    """The staging folder is empty, and there all the same: the program never creates it."""
-    assert {str(path.relative_to(installed)) for path in installed.rglob("*")} == {
-        "bin",
-        "bin/zfcesxcli",
-        "bin/ZFC_ESXCLI_Readme.txt",
-        "lib",
-        "lib/libtorpifconly.so",
-        "tmp",
-    }
+    """The staging folder is empty, and there all the same: the program never creates it. No device library comes along."""
+    assert content(installed) == PROGRAM
+    assert (installed / "tmp").stat().st_mode & 0o7777 == 0o700
 
 
-def test_runs_from_there_with_its_own_library(zfc, installed):
-    options = {"library": "simulated"}
-    result = zfc("-t adapter listcli", program=installed / "bin" / "zfcesxcli", **options)
-    assert result.stdout == zfc("-t adapter listcli", **options).stdout
-    assert b"Adapters: Adapter_" in result.stdout
+def test_the_lab_is_installed_by_its_name_only_and_apart(installed):
+    install(installed, "--component", "lab")
+    added = content(installed) - PROGRAM
+    assert added >= {"lab/bin/zfc-lab", "lab/bin/zfcesxcli", "lab/lib/libtorpifconly.so", "lab/examples/small.yaml"}
+    assert {name.split("/")[0] for name in added} == {"lab"}
+
+
+def test_takes_a_device_library_only_from_the_folder_that_is_for_it(zfc, installed):
+    install(installed, "--component", "lab")
+    program = installed / "bin" / "zfcesxcli"
+    argv, env = zfc.command("-t adapter listcli", library="simulated", program=program)
+    lost = subprocess.run(argv, env=env, capture_output=True)
+    assert lost.returncode == 127 and b"error while loading shared libraries: libtorpifconly.so" in lost.stderr
+    (installed / "lib").mkdir()
+    shutil.copy(LIBRARIES["sparse"] / "libtorpifconly.so", installed / "lib")
+    assert b"SP00001" in zfc("-t adapter listcli", library="simulated", program=program).stdout
+
+
+@pytest.mark.parametrize("name", ["bin/zfcesxcli", "lab/bin/zfcesxcli"])
+def test_runs_with_the_labs_library_when_its_folder_is_named(zfc, installed, name):
+    install(installed, "--component", "lab")
+    argv, env = zfc.command("-t adapter listcli", library="simulated", program=installed / name)
+    env |= {"LD_LIBRARY_PATH": str(installed / "lab" / "lib"), "TORPI_LAB_QUIET": "1"}
+    done = subprocess.run(argv, env=env, capture_output=True)
+    assert (done.returncode, done.stderr) == (0, b"")
+    assert done.stdout == zfc("-t adapter listcli", library="simulated", env={"TORPI_LAB_QUIET": "1"}).stdout
+    assert b"Adapters: Adapter_" in done.stdout
+
+
+class TestUninstall:
+    def test_leaves_nothing(self, installed):
+        install(installed, "--component", "lab")
+        done = uninstall(installed)
+        assert (done.returncode, done.stdout, done.stderr) == (0, "", "")
+        assert not installed.exists()
+
+    def test_keeps_and_names_staged_settings(self, installed):
+        staged = installed / "tmp" / "BBCR_FC_21:00:00:0e:1e:11:22:33"
+        staged.write_text("BBCR_Status=1\n")
+        done = uninstall(installed)
+        assert done.returncode == 0 and done.stderr == f"Kept, with settings that were not set: {staged}\n"
+        assert content(installed) == {"tmp", "tmp/BBCR_FC_21:00:00:0e:1e:11:22:33"}
+
+    def test_keeps_the_hosts_device_library(self, installed):
+        (installed / "lib").mkdir()
+        (installed / "lib" / "libtorpifconly.so").write_bytes(b"")
+        assert uninstall(installed).returncode == 0
+        assert content(installed) == {"lib", "lib/libtorpifconly.so"}
+
+    def test_touches_nothing_outside(self, installed):
+        beside = installed.parent / "beside"
+        beside.write_text("here")
+        with open(installed / ".installed", "a") as names:
+            names.write("../beside\n")
+        assert uninstall(installed).returncode == 0
+        assert beside.read_text() == "here"
+
+    def test_says_when_nothing_is_there(self, tmp_path):
+        done = uninstall(tmp_path)
+        assert done.returncode == 1 and f"nothing is installed in {tmp_path}" in " ".join(done.stderr.split())
 
 
 def test_help_names_the_readme(zfc):

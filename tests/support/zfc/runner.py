@@ -193,6 +193,7 @@ class Zfc:
         library="hostile",
         program=EXECUTABLE,
         read_only_var_tmp=False,
+        keep=(),
         env=None,
     ):
         """The argument vector and the environment of one run.
@@ -200,7 +201,8 @@ class Zfc:
         host: what the library serves, by default one adapter of the Hazel family; results: results of calls by
         name; components, memo: bytes that the flash reads give; personality: the one in force; buffers, sizes: bytes
         that further reads give, and the sizes they report, by the names of the library's settings; reboot: the reboot
-        flag that the library stores; chatter: the calls that print; pause, spoil_log: "<call>:<how>"; debug: ZNFC_DEBUG_LEVEL; env: more variables.
+        flag that the library stores; chatter: the calls that print; pause, spoil_log: "<call>:<how>"; debug:
+        ZNFC_DEBUG_LEVEL; keep: more folders that the run sees; env: more variables.
         """
         image, self._handles = (hosts.one() if host is None else host).image()
         self._image.write_bytes(image)
@@ -245,7 +247,9 @@ class Zfc:
         argv = [str(BUILD / "tests" / "private_run")]
         if read_only_var_tmp:
             argv.append("--read-only-var-tmp")
-        argv += ["--keep", str(ROOT), "--keep", str(BUILD), str(self.folder), str(program)]
+        for path in (ROOT, BUILD, *keep):
+            argv += ["--keep", str(path)]
+        argv += [str(self.folder), str(program)]
         argv += words.split() if isinstance(words, str) else words
         return argv, variables
 
