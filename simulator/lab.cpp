@@ -13,7 +13,6 @@
 #include "base/results.h"
 #include "base/text.h"
 #include "host_file/host_keys.h"
-#include "state/state_file.h"
 
 namespace lab {
 namespace {
@@ -22,14 +21,15 @@ namespace {
 constexpr std::uint32_t kCommandLineTool = 11;
 
 std::unique_ptr<Lab> g_lab;
+bool g_noted = false;  // outlasts a simulation: a process says it once
 
 std::string Variable(const char* name) {
   const char* value = std::getenv(name);
   return value ? value : "";
 }
 
-void Tell(const std::string& mistake) {
-  std::fprintf(stderr, "%s\n", mistake.c_str());
+void Report(const std::string& line) {
+  std::fprintf(stderr, "%s\n", line.c_str());
 }
 
 Environment ReadEnvironment() {
@@ -38,6 +38,9 @@ Environment ReadEnvironment() {
   environment.state_file = Variable("TORPI_LAB_STATE");
   environment.trace_file = Variable("TORPI_LAB_TRACE");
   environment.time = Variable("TORPI_LAB_TIME");
+
+  const std::string quiet = Variable("TORPI_LAB_QUIET");
+  environment.quiet = quiet == "1" || quiet == "true";
 
   const std::string chatter = Variable("TORPI_LAB_CHATTER");
   if (chatter == "1" || chatter == "true") {
@@ -64,10 +67,15 @@ Environment ReadEnvironment() {
 }  // namespace
 
 Lab::Lab() : environment_(ReadEnvironment()) {
-  if (!environment_.mistake.empty()) Tell(environment_.mistake);
+  if (!environment_.mistake.empty()) Report(environment_.mistake);
   if (environment_.trace_file.empty()) return;
+  // Opened by its name, a file would be written from its start again, over what else goes to standard error.
+  if (environment_.trace_file == "/dev/stderr") {
+    trace_descriptor_ = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0);
+    return;
+  }
   trace_descriptor_ = open(environment_.trace_file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
-  if (trace_descriptor_ < 0) Tell(environment_.trace_file + ": can't be written: " + std::strerror(errno));
+  if (trace_descriptor_ < 0) Report(environment_.trace_file + ": can't be written: " + std::strerror(errno));
 }
 
 Lab::~Lab() {
@@ -98,10 +106,10 @@ std::unique_ptr<Host> Lab::LoadHost() {
   }
   if (mistake.empty()) {
     LinkHost(*host);
-    if (!environment_.state_file.empty()) mistake = LoadState(environment_.state_file, *host);
+    if (!environment_.state_file.empty()) mistake = state_.emplace(environment_.state_file).Load(*host);
   }
   if (mistake.empty()) return host;
-  Tell(mistake);
+  Report(mistake);
   return std::make_unique<Host>();
 }
 
@@ -113,6 +121,13 @@ Host& Lab::GetHost() {
   return *host_;
 }
 
+void Lab::NoteSimulation() const {
+  if (environment_.quiet || g_noted) return;
+  g_noted = true;
+  const std::string& file = environment_.host_file;
+  Report("zfcesxcli: simulated host (" + (file.empty() ? "built-in" : Escaped(file)) + ")");
+}
+
 Chatter Lab::ChatterNow() const {
   if (environment_.chatter != Chatter::kUnset) return environment_.chatter;
   return host_ ? host_->chatter : Chatter::kOff;
@@ -120,12 +135,11 @@ Chatter Lab::ChatterNow() const {
 
 std::uint32_t Lab::Keep(Adapter& adapter, bool reboot_required) {
   Host& host = GetHost();
-  adapter.changed = true;
   host.reboot_required = host.reboot_required || reboot_required;
-  if (environment_.state_file.empty()) return kSuccess;
-  const std::string mistake = SaveState(environment_.state_file, host);
+  if (!state_) return kSuccess;
+  const std::string mistake = state_->Save(host, adapter);
   if (mistake.empty()) return kSuccess;
-  Tell(mistake);
+  Report(mistake);
   return kStateNotSaved;
 }
 

@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "base/faults.h"
 #include "device/host.h"
+#include "state/state_file.h"
 
 namespace lab {
 
@@ -22,6 +24,7 @@ struct Environment {
   std::string time;  // "2026-03-14 09:26:53", or empty for the clock
   Chatter chatter = Chatter::kUnset;
   FaultQueue faults;
+  bool quiet = false;   // without the notice that the host is a simulated one
   std::string mistake;  // what is wrong in a variable, or empty
 };
 
@@ -42,11 +45,14 @@ class Lab {
   // standard error then names, the host has no adapters.
   Host& GetHost();
 
+  // Says on standard error, once in a process, that the host is simulated, and which file it comes from.
+  void NoteSimulation() const;
+
   // The faults asked for: those of the environment, and those of the host file once it is loaded.
   FaultQueue& Faults() { return host_ ? host_->faults : environment_.faults; }
   Chatter ChatterNow() const;
 
-  // Marks the adapter as changed and writes the state file, if there is one. Returns 0 or kStateNotSaved.
+  // Writes what has changed of the adapter to the state file, if there is one. Returns 0 or kStateNotSaved.
   std::uint32_t Keep(Adapter& adapter, bool reboot_required);
 
   // Writes the time of an update, and the tool that makes it, into a memo block.
@@ -65,6 +71,7 @@ class Lab {
 
   Environment environment_;
   std::unique_ptr<Host> host_;
+  std::optional<StateFile> state_;
   int trace_descriptor_ = -1;
   std::uint32_t tool_id_ = 0;
   std::uint8_t tool_version_[4] = {};

@@ -21,11 +21,7 @@ std::string NameOf(const Entry& entry) {
 
 constexpr KeyRow<Entry> kPortStateKeys[] = {
     {"diagnostics", [](const Value& value, Entry& into) { ReadDiagnostics(value, into.diag); }},
-    {"configuration",
-     [](const Value& value, Entry& into) {
-       ReadConfiguration(value, into.config);
-       into.config.changed = true;
-     }},
+    {"configuration", [](const Value& value, Entry& into) { ReadConfiguration(value, into.config); }},
     {"congestion", ReadCongestionState},
     {"reports", ReadReportState},
     {"sfp", [](const Value& value, Entry& into) { ReadSfpState(value, into.sfp.get()); }},
@@ -35,12 +31,9 @@ constexpr KeyRow<Entry> kPortStateKeys[] = {
 YAML::Node PortState(const Entry& entry) {
   YAML::Node node;
   node["diagnostics"] = DiagnosticsState(entry.diag);
-  if (entry.config.changed) node["configuration"] = ConfigurationState(entry.config);
-  if (entry.congestion.changed) node["congestion"] = CongestionState(entry.congestion);
+  node["configuration"] = ConfigurationState(entry.config);
+  node["congestion"] = CongestionState(entry.congestion);
   if (const YAML::Node reports = ReportState(entry); reports.size() > 0) node["reports"] = reports;
-  if (entry.sfp) {
-    if (const YAML::Node module = SfpState(*entry.sfp); module.size() > 0) node["sfp"] = module;
-  }
   if (const YAML::Node speeds = TargetSpeeds(entry.targets); speeds.size() > 0)
     node["target-speeds"] = speeds;
   return node;
@@ -52,17 +45,19 @@ void ReadPortStates(const Value& map, Adapter& adapter) {
       for (Entry& entry : port.entries) {
         if (NameOf(entry) != state.Key()) continue;
         ReadMap(state, kPortStateKeys, entry);
-        entry.changed = true;
       }
     }
   });
 }
 
+// The module that virtual ports share with their port is the port's alone here.
 YAML::Node PortStates(const Adapter& adapter) {
   YAML::Node node(YAML::NodeType::Map);
   for (const Port& port : adapter.ports) {
     for (const Entry& entry : port.entries) {
-      if (entry.changed) node[NameOf(entry)] = PortState(entry);
+      YAML::Node state = PortState(entry);
+      if (&entry == &port.entries.front() && entry.sfp) state["sfp"] = SfpState(*entry.sfp);
+      node[NameOf(entry)] = state;
     }
   }
   return node;
