@@ -103,7 +103,7 @@ TEST_F(SharedState, ReaderNeverMeetsHalfAFile) {
   ASSERT_EQ(TORPI_UpdateAdapterBeaconStatus(HandleAt(0), 1), 0u);
   const pid_t writer = fork();
   if (writer == 0) {
-    for (unsigned turn = 0; turn < 200; ++turn) TORPI_UpdateAdapterBeaconStatus(HandleAt(0), turn % 2);
+    for (unsigned turn = 0; turn < 40; ++turn) TORPI_UpdateAdapterBeaconStatus(HandleAt(0), turn % 2);
     _exit(0);
   }
   std::size_t read = 0;
