@@ -71,7 +71,7 @@ Lab::Lab() : environment_(ReadEnvironment()) {
   if (environment_.trace_file.empty()) return;
   // Opened by its name, a file would be written from its start again, over what else goes to standard error.
   if (environment_.trace_file == "/dev/stderr") {
-    trace_descriptor_ = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0);
+    trace_descriptor_ = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     return;
   }
   trace_descriptor_ = open(environment_.trace_file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);

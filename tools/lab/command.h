@@ -13,4 +13,6 @@ struct Command {
   tools::ExitStatus (*run)(const tools::Words& words);
 };
 
+extern const Command kRunCommand;
+
 }  // namespace zfc_lab
