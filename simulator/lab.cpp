@@ -66,6 +66,17 @@ Environment ReadEnvironment() {
 
 }  // namespace
 
+std::string LoadHostFile(const std::string& file, Host& host) {
+  const std::string name = file.empty() ? "built-in host" : file;
+  std::string text = file.empty() ? kBuiltinHost : "";
+  if (!file.empty() && ReadFile(file.c_str(), text) != FileResult::kRead) {
+    return name + ": can't be read: " + std::strerror(errno);
+  }
+  std::string mistake = ReadHost(name, text, host);
+  if (mistake.empty()) LinkHost(host);
+  return mistake;
+}
+
 Lab::Lab() : environment_(ReadEnvironment()) {
   if (!environment_.mistake.empty()) Report(environment_.mistake);
   if (environment_.trace_file.empty()) return;
@@ -95,18 +106,9 @@ std::unique_ptr<Host> Lab::LoadHost() {
   auto host = std::make_unique<Host>();
   if (!environment_.mistake.empty()) return host;
 
-  const bool builtin = environment_.host_file.empty();
-  const std::string name = builtin ? "built-in host" : environment_.host_file;
-  std::string text;
-  std::string mistake;
-  if (!builtin && ReadFile(name.c_str(), text) != FileResult::kRead) {
-    mistake = name + ": can't be read: " + std::strerror(errno);
-  } else {
-    mistake = ReadHost(name, builtin ? kBuiltinHost : text, *host);
-  }
-  if (mistake.empty()) {
-    LinkHost(*host);
-    if (!environment_.state_file.empty()) mistake = state_.emplace(environment_.state_file).Load(*host);
+  std::string mistake = LoadHostFile(environment_.host_file, *host);
+  if (mistake.empty() && !environment_.state_file.empty()) {
+    mistake = state_.emplace(environment_.state_file).Load(*host);
   }
   if (mistake.empty()) return host;
   Report(mistake);

@@ -17,6 +17,10 @@ namespace lab {
 // The text of builtin_host.yaml, the host that is played when no host file is named.
 extern const char kBuiltinHost[];
 
+// Reads the host file, or the built-in host where the name is empty, into an empty host and links it. Returns
+// an empty text, or the mistake.
+std::string LoadHostFile(const std::string& file, Host& host);
+
 struct Environment {
   std::string host_file;
   std::string state_file;

@@ -66,6 +66,7 @@ struct Adapter {
   bool personality_change_allowed = false;
   bool firmware_lockdown = false;
   bool mezzanine = false;
+  bool restarted = false;  // since the host file was read; see state/running_state.h
 
   // Names the adapter in the state file: "ZX100/AB12345", with "#2" and so on after the name for
   // further ones.

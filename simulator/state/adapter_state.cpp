@@ -11,6 +11,7 @@
 #include "host_file/report_keys.h"
 #include "host_file/sfp_keys.h"
 #include "host_file/target_keys.h"
+#include "state/running_state.h"
 
 namespace lab {
 namespace {
@@ -25,6 +26,7 @@ constexpr KeyRow<Entry> kPortStateKeys[] = {
     {"congestion", ReadCongestionState},
     {"reports", ReadReportState},
     {"sfp", [](const Value& value, Entry& into) { ReadSfpState(value, into.sfp.get()); }},
+    {"running", ReadRunning},
     {"target-speeds", [](const Value& value, Entry& into) { ReadTargetSpeeds(value, into.targets); }},
 };
 
@@ -34,6 +36,7 @@ YAML::Node PortState(const Entry& entry) {
   node["configuration"] = ConfigurationState(entry.config);
   node["congestion"] = CongestionState(entry.congestion);
   if (const YAML::Node reports = ReportState(entry); reports.size() > 0) node["reports"] = reports;
+  node["running"] = RunningState(entry);
   if (const YAML::Node speeds = TargetSpeeds(entry.targets); speeds.size() > 0)
     node["target-speeds"] = speeds;
   return node;
@@ -48,6 +51,10 @@ void ReadPortStates(const Value& map, Adapter& adapter) {
       }
     }
   });
+}
+
+void ReadRestarted(const Value& value, Adapter& adapter) {
+  if (value.Bool()) Restart(adapter);
 }
 
 // The module that virtual ports share with their port is the port's alone here.
@@ -93,6 +100,7 @@ YAML::Node MemoNode(const FlashMemoBlock& memo) {
 
 void ReadAdapterState(const Value& map, Adapter& adapter) {
   std::vector<KeyRow<Adapter>> keys(ChangeableAdapterKeys().begin(), ChangeableAdapterKeys().end());
+  keys.push_back({"restarted", ReadRestarted});
   keys.push_back({"ports", ReadPortStates});
   ReadMap<Adapter>(map, keys, adapter);
 }
@@ -111,6 +119,7 @@ YAML::Node AdapterState(const Adapter& adapter) {
     flash[component.name] = Shown(adapter.flash.*component.field);
   }
   if (adapter.family->memo_block) node["memo-block"] = MemoNode(adapter.memo);
+  if (adapter.restarted) node["restarted"] = true;
   node["ports"] = PortStates(adapter);
   return node;
 }

@@ -7,7 +7,6 @@
 #include <cstring>
 
 #include "base/file.h"
-#include "base/file_lock.h"
 #include "host_file/yaml_value.h"
 #include "state/adapter_state.h"
 
@@ -141,14 +140,26 @@ void StateFile::Remember(const Host& host, const Adapter& adapter) {
   adapters_[adapter.state_key] = AdapterState(adapter);
 }
 
-std::string StateFile::Save(const Host& host, const Adapter& adapter) {
-  FileLock lock;
-  std::string wrong = lock.Take(FollowLinks(path_) + ".lock", patience_);
-  if (!wrong.empty()) return path_ + ": can't be written: " + wrong;
-  return SaveLocked(host, adapter);
+std::string StateFile::Lock(FileLock& lock) {
+  const std::string wrong = lock.Take(FollowLinks(path_) + ".lock", patience_);
+  return wrong.empty() ? "" : path_ + ": can't be written: " + wrong;
 }
 
-std::string StateFile::SaveLocked(const Host& host, const Adapter& adapter) {
+std::string StateFile::Save(const Host& host, const Adapter& adapter) {
+  FileLock lock;
+  if (std::string wrong = Lock(lock); !wrong.empty()) return wrong;
+  return SaveLocked(host, {&adapter, 1});
+}
+
+std::string StateFile::Change(Host& host, const std::function<void(Host&)>& change) {
+  FileLock lock;
+  if (std::string wrong = Lock(lock); !wrong.empty()) return wrong;
+  if (std::string wrong = Load(host); !wrong.empty()) return wrong;
+  change(host);
+  return SaveLocked(host, host.adapters);
+}
+
+std::string StateFile::SaveLocked(const Host& host, std::span<const Adapter> adapters) {
   std::string text;
   std::string wrong = ReadText(path_, text);
   if (!wrong.empty()) return wrong;
@@ -159,13 +170,16 @@ std::string StateFile::SaveLocked(const Host& host, const Adapter& adapter) {
     if (host.reboot_required != reboot_required_) document.reboot_required = host.reboot_required;
     YAML::Node mine(YAML::NodeType::Map);
     YAML::Node before(YAML::NodeType::Map);
-    mine[adapter.state_key] = AdapterState(adapter);
-    before[adapter.state_key] = adapters_[adapter.state_key];
+    for (const Adapter& adapter : adapters) {
+      mine[adapter.state_key] = AdapterState(adapter);
+      before[adapter.state_key] = adapters_[adapter.state_key];
+    }
     Merge(before, mine, document.adapters, "adapters: ");
   });
   if (wrong.empty()) wrong = ReplaceFile(path_, TextOf(document));
-  if (wrong.empty()) Remember(host, adapter);
-  return wrong;
+  if (!wrong.empty()) return wrong;
+  for (const Adapter& adapter : adapters) Remember(host, adapter);
+  return {};
 }
 
 }  // namespace lab

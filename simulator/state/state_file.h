@@ -4,9 +4,12 @@
 #include <yaml-cpp/yaml.h>
 
 #include <chrono>
+#include <functional>
 #include <map>
+#include <span>
 #include <string>
 
+#include "base/file_lock.h"
 #include "device/host.h"
 
 namespace lab {
@@ -29,8 +32,12 @@ class StateFile {
   // is left as it is.
   std::string Save(const Host& host, const Adapter& adapter);
 
+  // Load, then change(host), then Save for every adapter, all under one lock: nothing comes between.
+  std::string Change(Host& host, const std::function<void(Host&)>& change);
+
  private:
-  std::string SaveLocked(const Host& host, const Adapter& adapter);
+  std::string Lock(FileLock& lock);
+  std::string SaveLocked(const Host& host, std::span<const Adapter> adapters);
   void Remember(const Host& host, const Adapter& adapter);
 
   std::string path_;

@@ -10,6 +10,7 @@ namespace {
 
 constexpr const Command* kCommands[] = {
     &kRunCommand,
+    &kRebootCommand,
 };
 
 void PrintHelp() {
