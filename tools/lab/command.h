@@ -13,6 +13,7 @@ struct Command {
   tools::ExitStatus (*run)(const tools::Words& words);
 };
 
+extern const Command kFlashImageCommand;
 extern const Command kRebootCommand;
 extern const Command kRunCommand;
 

@@ -11,6 +11,7 @@ namespace {
 constexpr const Command* kCommands[] = {
     &kRunCommand,
     &kRebootCommand,
+    &kFlashImageCommand,
 };
 
 void PrintHelp() {
