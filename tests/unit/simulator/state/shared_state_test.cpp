@@ -184,10 +184,10 @@ struct Foreign {
 
 constexpr Foreign kForeign[] = {
     {"NoYaml", "\x7f\x45LF \x01", ": "},
-    {"OtherKeys", "hello: world\n", "hello: expected one of the keys reboot-required, adapters"},
-    {"HostFile", "adapters:\n  - family: elm\n", "adapters: expected a map, got a list"},
-    {"AdapterThatIsNoMap", "adapters: {X/1: 7}\n", "X/1: expected a map, got '7'"},
-    {"PortsThatAreNoMap", "adapters: {ZX640/D: {ports: 7}}\n", "ports: expected a map"},
+    {"OtherKeys", "hello: world\n", "hello: "},
+    {"HostFile", "adapters:\n  - family: elm\n", "adapters: "},
+    {"AdapterThatIsNoMap", "adapters: {X/1: 7}\n", "X/1: "},
+    {"PortsThatAreNoMap", "adapters: {ZX640/D: {ports: 7}}\n", "ports: "},
 };
 
 class ForeignFile : public SharedState, public testing::WithParamInterface<Foreign> {};
