@@ -88,6 +88,7 @@ tools::ExitStatus Execute(const std::string& program, const Words& words) {
   std::vector<std::string> arguments = {program};
   arguments.insert(arguments.end(), words.begin(), words.end());
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
   for (std::string& argument : arguments) pointers.push_back(argument.data());
   pointers.push_back(nullptr);
   execv(program.c_str(), pointers.data());
