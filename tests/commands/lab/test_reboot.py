@@ -16,7 +16,7 @@ STATE = {"TORPI_LAB_STATE": "state.yaml"}
 
 @pytest.fixture
 def show(zfc):
-    """Runs a command with the state file; returns its lines by what stands before the first colon of each."""
+    """Runs a command with the state file; returns its lines by the text ahead of the first colon of each."""
 
     def run(words, host=""):
         env = {**STATE, "TORPI_LAB_HOST": host, "TORPI_LAB_TIME": "2026-03-14 09:26:53"}

@@ -1,4 +1,4 @@
-"""State files of the simulated library: shared by processes, and what stands in the way of writing them."""
+"""State files of the simulated library: shared by processes, and what keeps a run from writing them."""
 
 import fcntl
 import os

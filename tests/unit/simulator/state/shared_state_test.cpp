@@ -1,4 +1,4 @@
-// One state file in use by several processes, and what stands in the way of writing it.
+// One state file in use by several processes, and what keeps a run from writing it.
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
