@@ -15,7 +15,6 @@
 #include "base/text.h"
 #include "host_file/host_keys.h"
 #include "recorded/recorded_file.h"
-#include "state/state_file.h"
 
 namespace lab {
 namespace {
@@ -24,14 +23,15 @@ namespace {
 constexpr std::uint32_t kCommandLineTool = 11;
 
 std::unique_ptr<Lab> g_lab;
+bool g_noted = false;  // outlasts a simulation: a process says it once
 
 std::string Variable(const char* name) {
   const char* value = std::getenv(name);
   return value ? value : "";
 }
 
-void Tell(const std::string& mistake) {
-  std::fprintf(stderr, "%s\n", mistake.c_str());
+void Report(const std::string& line) {
+  std::fprintf(stderr, "%s\n", line.c_str());
 }
 
 Environment ReadEnvironment() {
@@ -40,6 +40,9 @@ Environment ReadEnvironment() {
   environment.state_file = Variable("TORPI_LAB_STATE");
   environment.trace_file = Variable("TORPI_LAB_TRACE");
   environment.time = Variable("TORPI_LAB_TIME");
+
+  const std::string quiet = Variable("TORPI_LAB_QUIET");
+  environment.quiet = quiet == "1" || quiet == "true";
 
   const std::string chatter = Variable("TORPI_LAB_CHATTER");
   if (chatter == "1" || chatter == "true") {
@@ -65,11 +68,44 @@ Environment ReadEnvironment() {
 
 }  // namespace
 
+namespace {
+
+std::string NameOf(const std::string& host_file) {
+  return host_file.empty() ? "built-in host" : host_file;
+}
+
+// Reads the text of a host file; of the built-in host without one. Returns an empty text or the mistake.
+std::string ReadHostText(const std::string& file, std::string& text) {
+  text = file.empty() ? kBuiltinHost : "";
+  if (file.empty() || ReadFile(file.c_str(), text) == FileResult::kRead) return {};
+  return file + ": can't be read: " + std::strerror(errno);
+}
+
+std::string FillHost(const std::string& name, const std::string& text, Host& host) {
+  std::string mistake = ReadHost(name, text, host);
+  if (mistake.empty()) LinkHost(host);
+  return mistake;
+}
+
+}  // namespace
+
+std::string LoadHostFile(const std::string& file, Host& host) {
+  std::string text;
+  if (std::string mistake = ReadHostText(file, text); !mistake.empty()) return mistake;
+  if (IsRecording(text)) return file + ": is a recording, which has no state";
+  return FillHost(NameOf(file), text, host);
+}
+
 Lab::Lab() : environment_(ReadEnvironment()) {
-  if (!environment_.mistake.empty()) Tell(environment_.mistake);
+  if (!environment_.mistake.empty()) Report(environment_.mistake);
   if (environment_.trace_file.empty()) return;
+  // Opened by its name, a file would be written from its start again, over what else goes to standard error.
+  if (environment_.trace_file == "/dev/stderr") {
+    trace_descriptor_ = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    return;
+  }
   trace_descriptor_ = open(environment_.trace_file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
-  if (trace_descriptor_ < 0) Tell(environment_.trace_file + ": can't be written: " + std::strerror(errno));
+  if (trace_descriptor_ < 0) Report(environment_.trace_file + ": can't be written: " + std::strerror(errno));
 }
 
 Lab::~Lab() {
@@ -89,24 +125,19 @@ std::unique_ptr<Host> Lab::LoadHost() {
   auto host = std::make_unique<Host>();
   if (!environment_.mistake.empty()) return host;
 
-  const bool builtin = environment_.host_file.empty();
-  const std::string name = builtin ? "built-in host" : environment_.host_file;
+  const std::string& file = environment_.host_file;
   std::string text;
-  std::string mistake;
-  if (!builtin && ReadFile(name.c_str(), text) != FileResult::kRead) {
-    mistake = name + ": can't be read: " + std::strerror(errno);
-  } else if (!builtin && IsRecording(text)) {
-    mistake = LoadRecording(name, text);
-    if (mistake.empty()) return host;
-  } else {
-    mistake = ReadHost(name, builtin ? kBuiltinHost : text, *host);
-  }
-  if (mistake.empty()) {
-    LinkHost(*host);
-    if (!environment_.state_file.empty()) mistake = LoadState(environment_.state_file, *host);
+  std::string mistake = ReadHostText(file, text);
+  if (mistake.empty() && IsRecording(text)) {
+    mistake = LoadRecording(NameOf(file), text);
+  } else if (mistake.empty()) {
+    mistake = FillHost(NameOf(file), text, *host);
+    if (mistake.empty() && !environment_.state_file.empty()) {
+      mistake = state_.emplace(environment_.state_file).Load(*host);
+    }
   }
   if (mistake.empty()) return host;
-  Tell(mistake);
+  Report(mistake);
   return std::make_unique<Host>();
 }
 
@@ -126,6 +157,13 @@ Host& Lab::GetHost() {
   return *host_;
 }
 
+void Lab::NoteSimulation() const {
+  if (environment_.quiet || g_noted) return;
+  g_noted = true;
+  const std::string& file = environment_.host_file;
+  Report("zfcesxcli: simulated host (" + (file.empty() ? "built-in" : Escaped(file)) + ")");
+}
+
 Chatter Lab::ChatterNow() const {
   if (environment_.chatter != Chatter::kUnset) return environment_.chatter;
   return host_ ? host_->chatter : Chatter::kOff;
@@ -133,12 +171,11 @@ Chatter Lab::ChatterNow() const {
 
 std::uint32_t Lab::Keep(Adapter& adapter, bool reboot_required) {
   Host& host = GetHost();
-  adapter.changed = true;
   host.reboot_required = host.reboot_required || reboot_required;
-  if (environment_.state_file.empty()) return kSuccess;
-  const std::string mistake = SaveState(environment_.state_file, host);
+  if (!state_) return kSuccess;
+  const std::string mistake = state_->Save(host, adapter);
   if (mistake.empty()) return kSuccess;
-  Tell(mistake);
+  Report(mistake);
   return kStateNotSaved;
 }
 

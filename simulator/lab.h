@@ -5,16 +5,22 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "base/faults.h"
 #include "device/host.h"
 #include "recorded/recorded_host.h"
+#include "state/state_file.h"
 
 namespace lab {
 
 // The text of builtin_host.yaml, the host that is played when no host file is named.
 extern const char kBuiltinHost[];
+
+// Reads the host file, or the built-in host where the name is empty, into an empty host and links it. Returns
+// an empty text, or the mistake.
+std::string LoadHostFile(const std::string& file, Host& host);
 
 struct Environment {
   std::string host_file;
@@ -23,6 +29,7 @@ struct Environment {
   std::string time;  // "2026-03-14 09:26:53", or empty for the clock
   Chatter chatter = Chatter::kUnset;
   FaultQueue faults;
+  bool quiet = false;   // without the notice that the host is a simulated one
   std::string mistake;  // what is wrong in a variable, or empty
 };
 
@@ -48,12 +55,14 @@ class Lab {
     GetHost();
     return recorded_.get();
   }
+  // Says on standard error, once in a process, that the host is simulated, and which file it comes from.
+  void NoteSimulation() const;
 
   // The faults asked for: those of the environment, and those of the host file once it is loaded.
   FaultQueue& Faults() { return host_ ? host_->faults : environment_.faults; }
   Chatter ChatterNow() const;
 
-  // Marks the adapter as changed and writes the state file, if there is one. Returns 0 or kStateNotSaved.
+  // Writes what has changed of the adapter to the state file, if there is one. Returns 0 or kStateNotSaved.
   std::uint32_t Keep(Adapter& adapter, bool reboot_required);
 
   // Writes the time of an update, and the tool that makes it, into a memo block.
@@ -74,6 +83,7 @@ class Lab {
   Environment environment_;
   std::unique_ptr<Host> host_;  // without adapters when it is played back
   std::unique_ptr<RecordedHost> recorded_;
+  std::optional<StateFile> state_;
   int trace_descriptor_ = -1;
   std::uint32_t tool_id_ = 0;
   std::uint8_t tool_version_[4] = {};

@@ -19,8 +19,13 @@ FileResult ReadFile(const char* path, std::string& out);
 // Writes a file. Returns 0, kFileNotFound when its folder does not exist, or kFileOpenError.
 std::uint32_t WriteFile(const char* path, const std::string& content);
 
+// Where writing to the path ends up: the path itself, or what its symbolic links lead to, which need not
+// exist.
+std::string FollowLinks(const std::string& path);
+
 // Writes a new file and renames it over the old one, so that a reader sees the one or the other, never half
-// of one. Keeps the old file's mode. Returns an empty text, or "<path>: can't be written: <why>".
+// of one; both are on the disk when this returns. Keeps the old file's mode. A symbolic link stays, its
+// target is replaced. Returns an empty text, or "<path>: can't be written: <why>".
 std::string ReplaceFile(const std::string& path, const std::string& content);
 
 }  // namespace lab

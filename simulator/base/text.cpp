@@ -149,27 +149,31 @@ std::string OctetText(std::span<const std::uint8_t> octets) {
 }
 
 std::string Quoted(std::string_view text) {
-  std::string quoted = "\"";
+  return '"' + Escaped(text) + '"';
+}
+
+std::string Escaped(std::string_view text) {
+  std::string escaped;
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
     if (c == '"' || c == '\\') {
-      quoted += '\\';
-      quoted += c;
+      escaped += '\\';
+      escaped += c;
     } else if (c == '\n') {
-      quoted += "\\n";
+      escaped += "\\n";
     } else if (c == '\r') {
-      quoted += "\\r";
+      escaped += "\\r";
     } else if (c == '\t') {
-      quoted += "\\t";
+      escaped += "\\t";
     } else if (byte < 0x20 || byte > 0x7e) {
       char escape[8];
       std::snprintf(escape, sizeof escape, "\\x%02x", byte);
-      quoted += escape;
+      escaped += escape;
     } else {
-      quoted += c;
+      escaped += c;
     }
   }
-  return quoted + '"';
+  return escaped;
 }
 
 std::string_view Trimmed(std::string_view text) {

@@ -39,8 +39,11 @@ std::string TimeText(const FlashMemoBlock& memo);
 // Lower-case octets joined by ':'.
 std::string OctetText(std::span<const std::uint8_t> octets);
 
-// In double quotes, with a backslash before quotes and backslashes, and everything outside printable ASCII as
-// \n, \r, \t or \xNN: one line whatever the text holds.
+// With everything outside printable ASCII as \n, \r, \t or \xNN and a backslash before quotes and
+// backslashes: one line whatever the text holds, and nothing that a terminal obeys.
+std::string Escaped(std::string_view text);
+
+// The same in double quotes.
 std::string Quoted(std::string_view text);
 
 // Without the blanks and tabs at both ends.

@@ -69,10 +69,7 @@ class Call {
   bool LinkIsUp() const { return IsLinkUp(entry()); }
 
   // Keeps a change of the port. Returns 0 or kStateNotSaved.
-  std::uint32_t KeepPort(bool reboot_required) const {
-    port_.entry->changed = true;
-    return Lab::Get().Keep(adapter(), reboot_required);
-  }
+  std::uint32_t KeepPort(bool reboot_required) const { return Lab::Get().Keep(adapter(), reboot_required); }
 
  private:
   void AddArguments(Arguments arguments);

@@ -42,11 +42,6 @@ std::uint32_t ServeConfig(const char* name, const DeviceHandle* handle, lab::Arg
   });
 }
 
-std::uint32_t KeepConfig(Call& call, bool reboot_required) {
-  call.config().changed = true;
-  return call.KeepPort(reboot_required);
-}
-
 template <typename Record>
 std::uint32_t HandOut(Call& call, const Record& record, Record* out) {
   if (!out) return lab::kBadArgument;
@@ -65,7 +60,7 @@ std::uint32_t TakeIn(const char* name, const DeviceHandle* handle, const Record*
       if (!record) return lab::kBadArgument;
       if (const std::uint32_t refusal = check(call)) return refusal;
       call.config().*place = *record;
-      return KeepConfig(call, true);
+      return call.KeepPort(true);
     });
   } catch (...) {
     return lab::kInternalFailure;
@@ -101,7 +96,7 @@ void StoreCreditState(const Call& call, std::uint8_t& state, std::uint8_t& negot
 std::uint32_t StoreSwitch(Call& call, std::uint32_t& place, std::uint32_t value, bool reboot_required) {
   if (value > 1) return lab::kBadArgument;
   place = value;
-  return KeepConfig(call, reboot_required);
+  return call.KeepPort(reboot_required);
 }
 
 std::uint32_t HandOutSwitch(Call& call, const char* name, std::uint32_t value, std::uint32_t* out) {
@@ -170,7 +165,7 @@ LibraryStatus TORPI_RestoreDefaultNVRAM(const DeviceHandle* handle) {
     call.config().nvram = defaults.nvram;
     call.config().credit_recovery.status = defaults.credit_recovery.status;
     call.config().credit_recovery.count = defaults.credit_recovery.count;
-    return KeepConfig(call, true);
+    return call.KeepPort(true);
   });
 }
 
@@ -187,7 +182,7 @@ LibraryStatus TORPI_UpdateAdapterNVRAMFromFile(const DeviceHandle* handle, const
     if (const std::uint32_t refusal = lab::ReadNvramImage(file, call.adapter(), call.config().nvram)) {
       return refusal;
     }
-    return KeepConfig(call, true);
+    return call.KeepPort(true);
   });
 }
 
@@ -236,7 +231,7 @@ LibraryStatus TORPI_FCSetBBCSupportInfo(const DeviceHandle* handle, std::uint8_t
                        if (status > 1 || configured > kMaxCount) return lab::kBadArgument;
                        call.config().credit_recovery.status = status;
                        call.config().credit_recovery.count = configured;
-                       return KeepConfig(call, true);
+                       return call.KeepPort(true);
                      });
 }
 
@@ -273,7 +268,7 @@ LibraryStatus TORPI_ResetFECCounters(const DeviceHandle* handle) {
     if (const std::uint32_t refusal = FecRefusal(call)) return refusal;
     call.config().fec.correctable = 0;
     call.config().fec.uncorrectable = 0;
-    return KeepConfig(call, false);
+    return call.KeepPort(false);
   });
 }
 

@@ -125,7 +125,6 @@ LibraryStatus TORPI_SetSCMRProfile(const DeviceHandle* handle, const SCMRProfile
                         {profile != nullptr ? shown.c_str() : nullptr}, [=](Call& call) -> std::uint32_t {
                           if (profile == nullptr) return lab::kBadArgument;
                           call.congestion().profile = *profile;
-                          call.congestion().changed = true;
                           return call.KeepPort(false);
                         });
   } catch (...) {

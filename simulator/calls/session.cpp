@@ -54,6 +54,7 @@ const AdapterList* TORPI_GetAdapterList() {
     lab::Call call("TORPI_GetAdapterList", {});
     // 1 for a list and 0 for null: the fault "null" of a pointer call is 0.
     const bool given = call.Answer(0, [&] { return std::uint32_t{list ? 1u : 0u}; }) != 0;
+    if (given) lab::Lab::Get().NoteSimulation();
     if (given) call.Out("adapters", recorded ? recorded->Recording().adapters.size() : host.adapters.size());
     call.Finish(given ? "list" : "null");
     return given ? list : nullptr;

@@ -35,7 +35,6 @@ struct ConfigSetup {
   CreditRecovery credit_recovery;
   ErrorCorrection fec;
   std::uint32_t beacon = 0;
-  bool changed = false;  // differs from the host file, so belongs in the state file
 };
 
 // What a port of the family is delivered with.

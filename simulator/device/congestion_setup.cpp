@@ -68,7 +68,7 @@ std::unique_ptr<StatisticsList> MakeStatisticsList(const Entry& entry) {
 void ClearStatistics(CongestionSetup& setup) {
   setup.port = {};
   setup.targets.clear();
-  setup.cleared = setup.changed = true;
+  setup.cleared = true;
 }
 
 }  // namespace lab

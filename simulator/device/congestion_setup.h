@@ -25,7 +25,6 @@ struct CongestionSetup {
   std::uint32_t departed = 0;                            // targets that the port no longer sees
   SCMRProfile profile{0, ProfileManagement::kDriverSettings, 0, {}};
   bool cleared = false;
-  bool changed = false;  // differs from the host file, so belongs in the state file
 };
 
 // Stores the first values of a port with congestion management in its record.

@@ -39,7 +39,6 @@ struct Entry {
   CongestionSetup congestion;
   ConfigSetup config;
   PortReportSetup reports;
-  bool changed = false;  // what calls can change differs from the host file, so belongs in the state file
 };
 
 struct Port {
@@ -67,7 +66,7 @@ struct Adapter {
   bool personality_change_allowed = false;
   bool firmware_lockdown = false;
   bool mezzanine = false;
-  bool changed = false;  // differs from the host file, so belongs in the state file
+  bool restarted = false;  // since the host file was read; see state/running_state.h
 
   // Names the adapter in the state file: "ZX100/AB12345", with "#2" and so on after the name for
   // further ones.

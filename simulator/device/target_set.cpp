@@ -137,6 +137,12 @@ TargetState* TargetSet::FindIf(Wanted wanted) {
   return nullptr;
 }
 
+void TargetSet::ForgetStatistics() {
+  for (Block& block : blocks_) {
+    for (TargetState& state : block.states) state.statistics = {};
+  }
+}
+
 TargetState* TargetSet::Find(std::uint16_t number) {
   return FindIf([number](const TargetEntry& target) { return target.number == number; });
 }

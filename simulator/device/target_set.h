@@ -81,6 +81,9 @@ class TargetSet {
   TargetState* Find(std::uint16_t number);
   TargetState* Find(const WorldWideName& port_name);
 
+  // Zeroes the statistics of every target.
+  void ForgetStatistics();
+
   // Calls visit(record, state) for every target.
   template <typename Visit>
   void Each(Visit visit) const {

@@ -144,10 +144,7 @@ constexpr KeyRow<Entry> kStateKeys[] = {
        if (value.Bool()) ClearStatistics(into.congestion);
      }},
     {"profile",
-     [](const Value& value, Entry& into) {
-       ReadMap(value, kProfileKeys, into.congestion.profile);
-       into.congestion.changed = true;
-     }},
+     [](const Value& value, Entry& into) { ReadMap(value, kProfileKeys, into.congestion.profile); }},
 };
 
 }  // namespace

@@ -9,7 +9,6 @@
 namespace lab {
 namespace {
 
-constexpr std::string_view kFirstLine = "ZNFC flash image";
 constexpr std::string_view kSignature = "Sorvex";
 
 struct KindName {
@@ -130,7 +129,7 @@ void NameOwnComponent(ImageKind kind, FlashImage& out) {
 std::uint32_t ReadFlashImage(const char* file, ImageKind kind, const Adapter& adapter, FlashImage& out) {
   if (adapter.firmware_lockdown) return kFirmwareLockdown;
   ImageText content;
-  if (const std::uint32_t refusal = content.Load(file, kFirstLine)) return refusal;
+  if (const std::uint32_t refusal = content.Load(file, kFlashFirstLine)) return refusal;
   if (const std::uint32_t refusal = CheckIntegrity(content)) return refusal;
   if (const std::uint32_t refusal = CheckFit(content, kind, adapter)) return refusal;
   for (const ImageText::Line& line : content.Lines()) {

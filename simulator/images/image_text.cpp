@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 
 #include "base/file.h"
 #include "base/results.h"
@@ -11,6 +12,7 @@ namespace lab {
 namespace {
 
 constexpr std::string_view kChecksumKey = "checksum: ";
+constexpr std::string_view kBareChecksumKey = "checksum:";
 
 std::uint32_t ReadInto(const char* file, std::string& out) {
   switch (ReadFile(file, out)) {
@@ -71,6 +73,19 @@ std::uint32_t ImageText::CheckChecksum() const {
   std::uint64_t checksum = 0;
   if (!ReadNumber("0x" + std::string(checksum_), UINT32_MAX, checksum)) return kImageCorrupted;
   return checksum == Crc32(body_) ? kSuccess : kImageChecksumError;
+}
+
+std::string Sealed(std::string_view text) {
+  std::string body(text);
+  const std::size_t end = text.find_last_not_of(" \t\r\n");
+  const std::size_t last = end == std::string_view::npos ? end : text.rfind('\n', end);
+  if (last != std::string_view::npos && text.substr(last + 1).starts_with(kBareChecksumKey)) {
+    body.resize(last + 1);
+  }
+  if (!body.ends_with('\n')) body += '\n';
+  char checksum[32];
+  std::snprintf(checksum, sizeof checksum, "checksum: %08X\n", Crc32(body));
+  return body + checksum;
 }
 
 bool Lists(std::string_view list, std::string_view word) {

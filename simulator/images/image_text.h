@@ -8,8 +8,17 @@
 
 namespace lab {
 
+// The formats, by their first lines: flash images, the NVRAM of a port, the firmware of a pluggable module.
+inline constexpr std::string_view kFlashFirstLine = "ZNFC flash image";
+inline constexpr std::string_view kNvramFirstLine = "ZNFC NVRAM image";
+inline constexpr std::string_view kModuleFirstLine = "ZNFC SFP firmware";
+
 // CRC-32 as in ISO 3309, the checksum of an image.
 std::uint32_t Crc32(std::string_view bytes);
+
+// The text with a right checksum as its last line. A checksum line that is there, empty lines after it
+// included, gives way.
+std::string Sealed(std::string_view text);
 
 // True when `list`, words with commas between them, holds the word.
 bool Lists(std::string_view list, std::string_view word);

@@ -1,7 +1,5 @@
 #include "images/nvram_image.h"
 
-#include <cstdio>
-
 #include "base/results.h"
 #include "base/text.h"
 #include "images/image_text.h"
@@ -9,7 +7,6 @@
 namespace lab {
 namespace {
 
-constexpr const char* kFirstLine = "ZNFC NVRAM image";
 constexpr std::string_view kVirtualLane = "virtual-lane";
 constexpr std::string_view kDrive = "drive-";
 
@@ -77,7 +74,7 @@ bool TakeLine(const ImageText::Line& line, HBAParamsInfo& nvram) {
 }  // namespace
 
 std::string NvramImage(const Family& family, const HBAParamsInfo& nvram) {
-  std::string text = std::string(kFirstLine) + "\nfamilies: " + family.name + '\n';
+  std::string text = std::string(kNvramFirstLine) + "\nfamilies: " + family.name + '\n';
   AddFields(kParameterGroup, ParameterFields(), nvram, text);
   text.append(kVirtualLane).append(": ").append(std::to_string(nvram.enable_virtual_lane)).append("\n");
   AddFields(kBootGroup, BootFields(), nvram, text);
@@ -87,14 +84,12 @@ std::string NvramImage(const Family& family, const HBAParamsInfo& nvram) {
     text.append(OctetText(drive.port_name.octets)).append(" ");
     text.append(std::to_string(drive.lun)).append("\n");
   }
-  char checksum[32];
-  std::snprintf(checksum, sizeof checksum, "checksum: %08X\n", Crc32(text));
-  return text + checksum;
+  return Sealed(text);
 }
 
 std::uint32_t ReadNvramImage(const char* file, const Adapter& adapter, HBAParamsInfo& nvram) {
   ImageText image;
-  if (const std::uint32_t refusal = image.Load(file, kFirstLine)) return refusal;
+  if (const std::uint32_t refusal = image.Load(file, kNvramFirstLine)) return refusal;
   if (const std::uint32_t refusal = image.CheckChecksum()) return refusal;
   if (!image.WellFormed()) return kImageCorrupted;
   const std::string_view families = image.Find("families");

@@ -13,7 +13,6 @@ namespace lab {
 namespace {
 
 constexpr std::size_t kLineBytes = 16;
-constexpr std::string_view kFirmwareFirstLine = "ZNFC SFP firmware";
 
 // One line of a memory's text at `offset`: "0010: 08 03 ...".
 bool ReadMemoryLine(std::string line, std::size_t offset, SfpMemory& out) {
@@ -82,7 +81,7 @@ std::string ReadSfpMemory(const std::string& path, SfpMemory& out) {
 std::uint32_t UpdateSfpFirmware(const char* file, SfpModule& module) {
   if (SfpVendor(module.now) != kUpdatableVendor) return kOtherModuleVendor;
   ImageText content;
-  switch (content.Load(file, kFirmwareFirstLine)) {
+  switch (content.Load(file, kModuleFirstLine)) {
     case kSuccess:
       break;
     case kFileNotFound:

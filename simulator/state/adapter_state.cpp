@@ -11,6 +11,7 @@
 #include "host_file/report_keys.h"
 #include "host_file/sfp_keys.h"
 #include "host_file/target_keys.h"
+#include "state/running_state.h"
 
 namespace lab {
 namespace {
@@ -21,26 +22,21 @@ std::string NameOf(const Entry& entry) {
 
 constexpr KeyRow<Entry> kPortStateKeys[] = {
     {"diagnostics", [](const Value& value, Entry& into) { ReadDiagnostics(value, into.diag); }},
-    {"configuration",
-     [](const Value& value, Entry& into) {
-       ReadConfiguration(value, into.config);
-       into.config.changed = true;
-     }},
+    {"configuration", [](const Value& value, Entry& into) { ReadConfiguration(value, into.config); }},
     {"congestion", ReadCongestionState},
     {"reports", ReadReportState},
     {"sfp", [](const Value& value, Entry& into) { ReadSfpState(value, into.sfp.get()); }},
+    {"running", ReadRunning},
     {"target-speeds", [](const Value& value, Entry& into) { ReadTargetSpeeds(value, into.targets); }},
 };
 
 YAML::Node PortState(const Entry& entry) {
   YAML::Node node;
   node["diagnostics"] = DiagnosticsState(entry.diag);
-  if (entry.config.changed) node["configuration"] = ConfigurationState(entry.config);
-  if (entry.congestion.changed) node["congestion"] = CongestionState(entry.congestion);
+  node["configuration"] = ConfigurationState(entry.config);
+  node["congestion"] = CongestionState(entry.congestion);
   if (const YAML::Node reports = ReportState(entry); reports.size() > 0) node["reports"] = reports;
-  if (entry.sfp) {
-    if (const YAML::Node module = SfpState(*entry.sfp); module.size() > 0) node["sfp"] = module;
-  }
+  node["running"] = RunningState(entry);
   if (const YAML::Node speeds = TargetSpeeds(entry.targets); speeds.size() > 0)
     node["target-speeds"] = speeds;
   return node;
@@ -52,17 +48,23 @@ void ReadPortStates(const Value& map, Adapter& adapter) {
       for (Entry& entry : port.entries) {
         if (NameOf(entry) != state.Key()) continue;
         ReadMap(state, kPortStateKeys, entry);
-        entry.changed = true;
       }
     }
   });
 }
 
+void ReadRestarted(const Value& value, Adapter& adapter) {
+  if (value.Bool()) Restart(adapter);
+}
+
+// The module that virtual ports share with their port is the port's alone here.
 YAML::Node PortStates(const Adapter& adapter) {
   YAML::Node node(YAML::NodeType::Map);
   for (const Port& port : adapter.ports) {
     for (const Entry& entry : port.entries) {
-      if (entry.changed) node[NameOf(entry)] = PortState(entry);
+      YAML::Node state = PortState(entry);
+      if (&entry == &port.entries.front() && entry.sfp) state["sfp"] = SfpState(*entry.sfp);
+      node[NameOf(entry)] = state;
     }
   }
   return node;
@@ -98,6 +100,7 @@ YAML::Node MemoNode(const FlashMemoBlock& memo) {
 
 void ReadAdapterState(const Value& map, Adapter& adapter) {
   std::vector<KeyRow<Adapter>> keys(ChangeableAdapterKeys().begin(), ChangeableAdapterKeys().end());
+  keys.push_back({"restarted", ReadRestarted});
   keys.push_back({"ports", ReadPortStates});
   ReadMap<Adapter>(map, keys, adapter);
 }
@@ -116,6 +119,7 @@ YAML::Node AdapterState(const Adapter& adapter) {
     flash[component.name] = Shown(adapter.flash.*component.field);
   }
   if (adapter.family->memo_block) node["memo-block"] = MemoNode(adapter.memo);
+  if (adapter.restarted) node["restarted"] = true;
   node["ports"] = PortStates(adapter);
   return node;
 }

@@ -9,7 +9,7 @@ namespace lab {
 // Reads a map of that form into the adapter. Skips ports that the adapter does not have.
 void ReadAdapterState(const Value& map, Adapter& adapter);
 
-// The same map, with the changed ports of the adapter.
+// The same map, with all that calls can change, changed or not.
 YAML::Node AdapterState(const Adapter& adapter);
 
 }  // namespace lab

@@ -13,6 +13,9 @@ struct Command {
   tools::ExitStatus (*run)(const tools::Words& words);
 };
 
-extern const Command kSnapshot;
+extern const Command kFlashImageCommand;
+extern const Command kRebootCommand;
+extern const Command kRunCommand;
+extern const Command kSnapshotCommand;
 
 }  // namespace zfc_lab

@@ -8,7 +8,12 @@
 namespace zfc_lab {
 namespace {
 
-constexpr const Command* kCommands[] = {&kSnapshot};
+constexpr const Command* kCommands[] = {
+    &kRunCommand,
+    &kRebootCommand,
+    &kSnapshotCommand,
+    &kFlashImageCommand,
+};
 
 void PrintHelp() {
   std::printf(

@@ -211,6 +211,7 @@ class Zfc:
             "PATH": f"{EXECUTABLE.parent}:/usr/sbin:/usr/bin:/sbin:/bin",
             "LC_ALL": "C",
             "TZ": "UTC",
+            "TORPI_LAB_QUIET": "1",  # most tests want nothing at all on standard error
             "HOSTILE_HOST": str(self._image),
             "HOSTILE_TRACE": str(self._trace),
             "HOSTILE_CHATTER": chatter if isinstance(chatter, str) else ",".join(chatter),

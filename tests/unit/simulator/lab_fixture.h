@@ -16,6 +16,7 @@ class LabTest : public testing::Test {
     ForgetVariables();
     lab::Lab::Reset();
     setenv("TORPI_LAB_TRACE", Path("trace").c_str(), 1);
+    setenv("TORPI_LAB_QUIET", "1", 1);
   }
   ~LabTest() override {
     lab::Lab::Reset();
@@ -59,7 +60,7 @@ class LabTest : public testing::Test {
  private:
   static void ForgetVariables() {
     for (const char* name : {"TORPI_LAB_HOST", "TORPI_LAB_STATE", "TORPI_LAB_TRACE", "TORPI_LAB_TIME",
-                             "TORPI_LAB_FAULTS", "TORPI_LAB_CHATTER"}) {
+                             "TORPI_LAB_FAULTS", "TORPI_LAB_CHATTER", "TORPI_LAB_QUIET"}) {
       unsetenv(name);
     }
   }

@@ -67,6 +67,8 @@ constexpr Refusal kRefusals[] = {
     {"VersionText", kElm, "kind: MBI\nversion: new\n", 522},
     {"ComponentVersion", kElm, "kind: MBI\nversion: 1.2.3\nfc-board-config: 1.2.300\n", 522},
     {"ComponentOfAnotherFamily", kElm, "kind: MBI\nversion: 1.2.3\nmpi-firmware: 1.2.3\n", 522},
+    {"VersionAheadOfAnUnknownKey", kElm, "kind: MBI\nversion: 1.2.3\nfirmware: new\ncolour: red\n", 522},
+    {"UnknownKeyAheadOfAVersion", kElm, "kind: MBI\nversion: 1.2.3\ncolour: red\nfirmware: new\n", 105},
     {"Lockdown", kLocked, "kind: MBI\nversion: 1.2.3\n", 133},
     {"Maintenance", kMaintained, "kind: MBI\nversion: 1.2.3\n", 150},
 };

@@ -114,11 +114,12 @@ TEST_F(State, FileThatCannotBeWrittenIsReported) {
   testing::internal::CaptureStderr();
   EXPECT_EQ(TORPI_ChangePersonalityType(handle, 1), 904u);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            Path("no/such/folder") + ": can't be written: No such file or directory\n");
+            Path("no/such/folder") + ": can't be written: " + Path("no/such/folder.lock") +
+                ": can't be made or opened: No such file or directory\n");
   EXPECT_EQ(PersonalityOf(handle), 1);
 }
 
-TEST_F(State, WritingLeavesNoOtherFileAndKeepsTheMode) {
+TEST_F(State, WritingLeavesTheLockFileAloneAndKeepsTheMode) {
   UseState();
   Write("state.yaml", "");
   std::filesystem::permissions(Path("state.yaml"), std::filesystem::perms{0600});
@@ -126,7 +127,7 @@ TEST_F(State, WritingLeavesNoOtherFileAndKeepsTheMode) {
   EXPECT_EQ(std::filesystem::status(Path("state.yaml")).permissions(), std::filesystem::perms{0600});
   std::size_t files = 0;
   for ([[maybe_unused]] const auto& file : std::filesystem::directory_iterator(Path(""))) ++files;
-  EXPECT_EQ(files, 2u);  // the state and the trace
+  EXPECT_EQ(files, 3u);  // the state, its lock and the trace
 }
 
 TEST_F(State, HostFileMayBeginWithAPendingReboot) {

@@ -1,0 +1,79 @@
+"""docs/lab-host.md: its tour, typed as it is, and what it says of the examples' images."""
+
+import re
+import subprocess
+import zlib
+
+import pytest
+
+from zfc.runner import BUILD, ROOT
+
+DOCUMENT = (ROOT / "docs" / "lab-host.md").read_text()
+ZFC_LAB = BUILD / "bin" / "zfc-lab"
+
+
+def section(title):
+    return re.split(r"^## ", DOCUMENT.split(f"\n## {title}\n")[1], maxsplit=1, flags=re.MULTILINE)[0]
+
+
+def typed(block):
+    """The commands of a block and what each shows; lines that begin with "> " continue a command."""
+    steps = []
+    for line in block.splitlines():
+        if line.startswith("$ "):
+            steps.append((line[2:] + "\n", ""))
+        elif line.startswith("> ") or line == ">":
+            steps[-1] = (steps[-1][0] + line[2:] + "\n", "")
+        else:
+            steps[-1] = (steps[-1][0], steps[-1][1] + line + "\n")
+    return steps
+
+
+TOUR = [step for block in re.findall(r"```console\n(.*?)```", section("Ten minutes"), re.DOTALL) for step in typed(block)]
+
+
+def test_tour(zfc):
+    """One shell, in an empty folder."""
+    assert len(TOUR) >= 10
+    mark = "=== next ==="
+    script = "exec 2>&1\nunset TORPI_LAB_QUIET\n" + f"echo '{mark}'\n".join(command for command, _ in TOUR)
+    argv, env = zfc.command(["-c", script], library="simulated", program="/bin/bash")
+    env["PATH"] = f"{BUILD}/bin:{env['PATH']}"
+    done = subprocess.run(argv, capture_output=True, env=env, timeout=60)
+    shown = done.stdout.decode().split(f"{mark}\n")
+    assert [*zip((command for command, _ in TOUR), shown)] == TOUR
+    assert done.stderr == b""
+
+
+IMAGES = re.findall(r"^\| `(\S+\.img)` \| `(updatecli .*?)` \| (\d+) \|$", section("Flash images"), re.MULTILINE)
+
+
+def test_every_example_of_an_image_is_in_the_table():
+    assert sorted(image for image, _, _ in IMAGES) == sorted(path.name for path in (ROOT / "examples/flash").iterdir())
+
+
+@pytest.mark.parametrize("image, words, result", IMAGES, ids=[image for image, _, _ in IMAGES])
+def test_result_of_an_image(zfc, image, words, result):
+    words = ["run", "--trace", "--", "-t", "adapter", *words.replace("examples/", f"{ROOT}/examples/").split()]
+    argv, env = zfc.command(words, program=ZFC_LAB)
+    done = subprocess.run(argv, capture_output=True, env=env, timeout=60)
+    calls = [line for line in done.stderr.decode().splitlines() if image in line]
+    assert [line.rsplit(" -> ", 1)[1] for line in calls] == [result]
+
+
+@pytest.mark.parametrize("first", ["ZNFC NVRAM image", "ZNFC SFP firmware"])
+def test_checksum_of_an_example(first):
+    image = re.search(rf"^{first}\n.*?^checksum: (\w+)$", DOCUMENT, re.MULTILINE | re.DOTALL)
+    body = image[0].rsplit("checksum: ", 1)[0].encode()
+    assert int(image[1], 16) == zlib.crc32(body)
+
+
+def test_commands_are_those_of_the_help():
+    """What the document's table has is there; each command has a help of its own."""
+    helped = subprocess.run([ZFC_LAB, "--help"], capture_output=True, text=True, check=True).stdout
+    words = re.findall(r"^\| `([a-z-]+) ", section("zfc-lab"), re.MULTILINE)
+    assert len(words) >= 3
+    for word in words:
+        assert f"\n  {word} " in helped
+        shown = subprocess.run([ZFC_LAB, word, "--help"], capture_output=True, text=True, check=True).stdout
+        assert shown.startswith(f"Usage: zfc-lab {word} ")
