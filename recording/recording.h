@@ -39,11 +39,33 @@ struct Answer {
   bool Good() const { return asked == Asked::kYes && result == kLibrarySuccess; }
 };
 
+// The most entries of one list. The device library's chains end by themselves, but nothing vouches for it.
+inline constexpr std::size_t kMostAdapters = 256;
+inline constexpr std::size_t kMostPorts = 64;        // of an adapter
+inline constexpr std::size_t kMostProtocols = 1024;  // on a port: itself and its virtual ports
+inline constexpr std::size_t kMostTargets = 4096;    // of a protocol entry
+inline constexpr std::size_t kMostLuns = 16384;      // of a target
+inline constexpr std::size_t kMostLunsInAll = 1u << 20;
+inline constexpr std::size_t kMostStatistics = kMostTargets + 1;  // elements: the port and its targets
+
 // A buffer as a call left it, without its trailing zeros, and the size that the call reported, which may be
 // more than the buffer ever held.
 struct SizedBytes {
   std::uint32_t size = 0;
   Bytes bytes;
+};
+
+// The block of TORPI_GetFWPrivateStats: as much of it as FWPrivateStats shows.
+struct StatisticsBlock {
+  bool is_null = false;    // the call succeeds and gives no block
+  std::uint32_t size = 0;  // as reported
+  FWPrivateStats block{};
+};
+
+// The list of TORPI_GetSCMRStatisticsList, whose `next` are null here, and how it was taken back.
+struct StatisticsList {
+  std::vector<SCMRStatisticsEntry> elements;  // empty: a null list
+  LibraryStatus free_result = 0;              // of TORPI_FreeSCMRStatisticsList
 };
 
 // What TORPI_FCGetBBCSupportInfoEx writes.
@@ -65,6 +87,12 @@ struct HbaParamsAnswer {
 struct SfpImage {
   std::uint8_t bytes[512];
 };
+
+// True for an entry that the program serves, Fibre Channel over Ethernet or not. Nothing is asked about the
+// others, and only their record is kept.
+inline bool IsServed(const FCProtocolEntry& entry) {
+  return entry.protocol_type == ProtocolType::kFc || entry.protocol_type == ProtocolType::kFcoe;
+}
 
 struct TargetRecording {
   TargetEntry record{};
@@ -90,7 +118,7 @@ struct ProtocolRecording {
   Answer<HbaParamsAnswer> hba_params;
   Answer<CreditRecoveryAnswer> credit_recovery;
   Answer<std::uint32_t> error_correction;
-  Answer<SizedBytes> firmware_statistics;
+  Answer<StatisticsBlock> firmware_statistics;
   Answer<std::uint8_t> mezzanine;
   Answer<HBAParamsInfo> boot;
   Answer<NVMeBootRecord> nvme_boot;
@@ -98,7 +126,7 @@ struct ProtocolRecording {
   Answer<std::uint32_t> diagnostic_port;  // the value is the answer
   Answer<std::uint8_t> host_nqn_registered;
   Answer<std::uint8_t> congestion_enabled;
-  Answer<std::vector<SCMRStatisticsEntry>> congestion_statistics;
+  Answer<StatisticsList> congestion_statistics;
   Answer<SCMRProfile> congestion_profile;
 };
 
