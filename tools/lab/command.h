@@ -13,4 +13,7 @@ struct Command {
   tools::ExitStatus (*run)(const tools::Words& words);
 };
 
+extern const Command kDiff;
+extern const Command kMap;
+
 }  // namespace zfc_lab

@@ -21,8 +21,9 @@ namespace {
 
 using recording::Answer;
 using recording::Asked;
-using recording::Bytes;
 using recording::SizedBytes;
+using recording::StatisticsBlock;
+using recording::StatisticsList;
 using view::CodeWord;
 
 constexpr CodeWord kPersonalities[] = {{0, "FC"}, {1, "CNA"}};
@@ -40,25 +41,30 @@ bool SameContent(const Record& one, const Record& other) {
   return std::memcmp(&one, &other, sizeof one) == 0;
 }
 
-template <class Element>
-bool SameContent(const std::vector<Element>& one, const std::vector<Element>& other) {
-  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                    [](const Element& a, const Element& b) { return SameContent(a, b); });
+bool SameContent(const StatisticsList& one, const StatisticsList& other) {
+  return one.free_result == other.free_result &&
+         std::equal(one.elements.begin(), one.elements.end(), other.elements.begin(), other.elements.end(),
+                    [](const auto& a, const auto& b) { return SameContent(a, b); });
+}
+
+bool SameContent(const StatisticsBlock& one, const StatisticsBlock& other) {
+  return one.is_null == other.is_null && one.size == other.size && SameContent(one.block, other.block);
 }
 
 template <class Record>
 std::string StateText(const Answer<Record>& answer) {
-  if (answer.asked == Asked::kNo) return "not asked";
-  if (answer.asked == Asked::kMissing) return "the library lacks the call";
+  if (answer.asked == Asked::kNo) return "not made";
+  if (answer.asked == Asked::kMissing) return "missing from the library";
   return answer.Good() ? "answered" : "refused with " + view::ResultText(answer.result);
 }
 
-// "The call for the lockdown status was answered, now it is refused with 150 (maintenance mode)."
-std::string StateSentence(const std::string& name, const std::string& before, const std::string& after) {
-  const auto clause = [](const std::string& state) {
-    return (state.starts_with("the") ? "" : "it was ") + state;
-  };
-  return "The call for " + name + ": before, " + clause(before) + "; now, " + clause(after) + ".";
+// "The call for the lockdown status answered before and is refused with 150 (maintenance mode) now."
+template <class Record>
+std::string StateSentence(const std::string& name, const Answer<Record>& before,
+                          const Answer<Record>& after) {
+  const std::string was = before.Good() ? "answered" : "was " + StateText(before);
+  const std::string is = after.Good() ? "answers" : "is " + StateText(after);
+  return "The call for " + name + " " + was + " before and " + is + " now.";
 }
 
 // Compares one answer of two hosts. `name` is what the call is for: "the lockdown status". `compare` takes
@@ -67,9 +73,8 @@ template <class Record, class Compare>
 void CompareAnswer(Report& report, const char* name, const Answer<Record>& before,
                    const Answer<Record>& after, Compare compare) {
   if (before.asked != after.asked || (before.asked == Asked::kYes && before.result != after.result)) {
-    const std::string was = StateText(before);
-    const std::string is = StateText(after);
-    return report.Add("The call for " + std::string(name), was, is, StateSentence(name, was, is));
+    return report.Add("The call for " + std::string(name), StateText(before), StateText(after),
+                      StateSentence(name, before, after));
   }
   if (SameContent(before.record, after.record)) return;
   if (!after.Good()) return report.AddOtherBytes(std::string("what the refused call for ") + name + " left");
@@ -110,23 +115,17 @@ void CompareVpdBytes(Report& report, const SizedBytes& before, const SizedBytes&
   report.AddOtherBytes("the Vital Product Data");
 }
 
-FWPrivateStats CountersOf(const SizedBytes& answer) {
-  FWPrivateStats counters{};
-  std::memcpy(&counters, answer.bytes.data(), std::min(answer.bytes.size(), sizeof counters));
-  return counters;
-}
-
-void CompareFirmwareStatistics(Report& report, const SizedBytes& before, const SizedBytes& after) {
+void CompareFirmwareStatistics(Report& report, const StatisticsBlock& before, const StatisticsBlock& after) {
   constexpr const char* kName = "the firmware statistics";
-  const std::size_t known = report.Changes().size();
-  CompareRecords(report, kName, FirmwareStatisticsFields(), CountersOf(before), CountersOf(after));
-  const auto tail = [](const Bytes& bytes) {
-    return Bytes(bytes.begin() + static_cast<std::ptrdiff_t>(std::min(bytes.size(), sizeof(FWPrivateStats))),
-                 bytes.end());
-  };
-  const bool same_tail = before.size == after.size && tail(before.bytes) == tail(after.bytes);
-  const bool said = report.Changes().size() > known && report.Changes().back().before.has_value();
-  if (!same_tail || !said) report.AddOtherBytes(kName);
+  CompareRecords(report, kName, FirmwareStatisticsFields(), before.block, after.block);
+  if (before.is_null != after.is_null) {
+    report.AddValue("Firmware statistics", before.is_null ? "no block" : "a block",
+                    after.is_null ? "no block" : "a block");
+  }
+  if (before.size != after.size) {
+    report.AddValue("Size of the firmware statistics", std::to_string(before.size),
+                    std::to_string(after.size));
+  }
 }
 
 // Both calls use one record, each for its own fields. What differs in the other call's fields just as it does
@@ -211,28 +210,35 @@ std::string ElementName(const SCMRStatisticsEntry& element) {
   return (is_port ? "port " : "target ") + element.port_name.Text();
 }
 
-void CompareCongestionStatistics(Report& report, const std::vector<SCMRStatisticsEntry>& before,
-                                 const std::vector<SCMRStatisticsEntry>& after) {
+void CompareCongestionElements(Report& report, const std::vector<SCMRStatisticsEntry>& before,
+                               const std::vector<SCMRStatisticsEntry>& after) {
   const auto key_of = [](const SCMRStatisticsEntry& element) {
     return std::tuple(element.kind != StatisticsElementKind::kPhysicalPort, element.kind,
                       element.port_name.Text());
   };
   const std::vector<Match> matches = MatchByKey(before, after, key_of);
   for (const Match& match : matches) {
-    const std::string name =
-        "Congestion statistics of " + ElementName(match.before ? before[*match.before] : after[*match.after]);
+    const SCMRStatisticsEntry& any = match.before ? before[*match.before] : after[*match.after];
+    const std::string name = "Congestion statistics of " + ElementName(any);
     if (!match.after) {
       report.Add(name, "there", std::nullopt, name + " are gone.");
     } else if (!match.before) {
       report.Add(name, std::nullopt, "there", name + " are new.");
     } else {
-      CompareRecords(report, "the c" + name.substr(1), CongestionStatisticsFields(), before[*match.before],
-                     after[*match.after], name + ": ");
+      CompareRecords(report, "the c" + name.substr(1), CongestionStatisticsFields(), any, after[*match.after],
+                     name + ": ");
     }
   }
-  if (IsReordered(matches))
-    report.Add("Congestion statistics", std::nullopt, std::nullopt,
-               "The congestion statistics are listed in another order.");
+  if (!IsReordered(matches)) return;
+  report.Add("Congestion statistics", std::nullopt, std::nullopt,
+             "The congestion statistics are listed in another order.");
+}
+
+void CompareCongestionStatistics(Report& report, const StatisticsList& before, const StatisticsList& after) {
+  CompareCongestionElements(report, before.elements, after.elements);
+  if (before.free_result == after.free_result) return;
+  report.AddValue("Result of handing back the congestion statistics", view::ResultText(before.free_result),
+                  view::ResultText(after.free_result));
 }
 
 // The module as the port has read it; of the one that was read anew only what is different there.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <set>
 #include <string>
 #include <tuple>
@@ -26,6 +27,25 @@ using recording::TargetRecording;
 
 // LUNs.
 
+// A library may fill in both sizes and both lengths of a LUN, that of an FCP target and that of a namespace.
+// What changed in both is said once.
+LunEntry WithoutDoubles(LunEntry lun, const LunEntry& before, const LunEntry& after) {
+  const auto same_sizes = [](const LunEntry& one) {
+    return one.fcp_size_mb.Value() == one.nvme_size_mb.Value();
+  };
+  const auto same_lengths = [](const LunEntry& one) {
+    return one.fcp_unique_id_length == one.nvme_unique_id_length;
+  };
+  if (same_sizes(before) && same_sizes(after)) lun.nvme_size_mb = {};
+  if (same_lengths(before) && same_lengths(after)) lun.nvme_unique_id_length = 0;
+  return lun;
+}
+
+void CompareLun(Report& report, const LunEntry& before, const LunEntry& after) {
+  CompareRecords(report, "the LUN's record", LunFields(), WithoutDoubles(before, before, after),
+                 WithoutDoubles(after, before, after));
+}
+
 void CompareLuns(Report& report, const TargetRecording& before, const TargetRecording& after) {
   const bool is_nvme = IsNvmeTarget(after.record);
   const std::vector<Match> matches =
@@ -38,8 +58,7 @@ void CompareLuns(Report& report, const TargetRecording& before, const TargetReco
     } else if (!match.before) {
       report.Add(kind, std::nullopt, "there", "new.");
     } else {
-      CompareRecords(report, "the LUN's record", LunFields(), before.luns[*match.before],
-                     after.luns[*match.after]);
+      CompareLun(report, before.luns[*match.before], after.luns[*match.after]);
     }
   }
   report.At().lun.reset();
@@ -248,9 +267,12 @@ void CompareAdapters(Report& report, const std::vector<AdapterRecording>& before
     return std::pair(adapter.record.model.View(), adapter.record.serial_number.View());
   };
   const std::vector<Match> matches = MatchByKey(before, after, key_of);
+  std::map<std::string, int> times;
   for (const Match& match : matches) {
     const AdapterRecording& any = match.before ? before[*match.before] : after[*match.after];
-    report.At().adapter = AdapterName(any);
+    std::string name = AdapterName(any);
+    if (const int time = ++times[name]; time > 1) name += " #" + std::to_string(time);
+    report.At().adapter = name;
     const std::string ports = view::Counted(any.ports.size(), "port");
     if (!match.after) {
       report.Add("Adapter", ports, std::nullopt, "The adapter is gone. It had " + ports + ".");

@@ -69,7 +69,7 @@ void CompareMeasured(Report& report, const Module& before, const Module& after) 
     const std::string new_value = view::ValueText(quantity, is.value);
     if (is.limit != Limit::kWithin && (is.limit != was.limit || is.above != was.above)) {
       report.Add(ModuleValue(quantity), old_value, new_value,
-                 "Module " + view::LimitText(quantity, is) + ", it was " + old_value + ".");
+                 "Module " + view::LimitText(quantity, is) + "; it was " + old_value + ".");
     } else if (is.limit == Limit::kWithin && was.limit != Limit::kWithin) {
       report.Add(ModuleValue(quantity), old_value, new_value,
                  ModuleValue(quantity) + " is within its limits again: it was " + old_value + ", it is " +

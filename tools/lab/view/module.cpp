@@ -200,8 +200,9 @@ std::string LimitText(Quantity quantity, const Measurement& measurement) {
   if (measurement.limit == Limit::kWithin) return {};
   std::string text = kWords[quantity].name;
   text[0] = static_cast<char>(text[0] | 0x20);  // lower case within a sentence
-  text += ' ' + ValueText(quantity, measurement.value) + (measurement.above ? " above its " : " below its ") +
-          (measurement.limit == Limit::kAlarm ? "alarm" : "warning") + " limit";
+  text += " is " + ValueText(quantity, measurement.value);
+  text += measurement.above ? ", above its " : ", below its ";
+  text += measurement.limit == Limit::kAlarm ? "alarm limit" : "warning limit";
   if (measurement.edge) text += " of " + ValueText(quantity, *measurement.edge);
   return text;
 }

@@ -45,7 +45,7 @@ Module ReadModule(const recording::SfpImage& image);
 // "36.5 C", "0.5000 mW".
 std::string ValueText(Quantity quantity, double value);
 
-// "temperature 71.5 C above its warning limit of 70.0 C"; empty for a value within its limits.
+// "temperature is 71.5 C, above its warning limit of 70.0 C"; empty for a value within its limits.
 std::string LimitText(Quantity quantity, const Measurement& measurement);
 
 // Whether a value moved so far that it is worth a word, or crossed a limit.
