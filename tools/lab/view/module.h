@@ -28,8 +28,8 @@ const QuantityWords& WordsOf(Quantity quantity);
 struct Measurement {
   double value = 0;  // degrees Celsius, volts, milliamperes, milliwatts
   Limit limit = Limit::kWithin;
-  bool above = false;          // of a limit that is crossed: which side
-  std::optional<double> edge;  // the limit that is crossed; a QSFP image does not hold it
+  bool above = false;                         // of a limit that is crossed: which side
+  std::optional<double> edge = std::nullopt;  // the limit that is crossed; a QSFP image does not hold it
 };
 
 struct Module {

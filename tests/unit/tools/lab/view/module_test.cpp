@@ -96,14 +96,14 @@ TEST(Module, WithoutLimitsIsNotJudged) {
 TEST(Module, IsCalibratedByItsConstants) {
   recording::SfpImage image = GoodModule();
   image.bytes[92] = 0x50;
-  PutWord(image, kA2 + 84, 0x0180);           // temperature: times 1.5
+  PutWord(image, kA2 + 84, 0x0180);             // temperature: times 1.5
   PutWord(image, kA2 + 86, 0x10000 - 2 * 256);  // less 2 degrees
-  PutWord(image, kA2 + 88, 0x0080);           // voltage: times 0.5
-  PutWord(image, kA2 + 90, 1000);             // and 0.1 V
-  PutWord(image, kA2 + 76, 0x0200);           // bias: times 2
-  PutWord(image, kA2 + 80, 0x0100);           // transmit power: times 1
-  PutWord(image, kA2 + 82, 100);              // and 0.01 mW
-  PutFloat(image, kA2 + 56, 0);               // Rx_PWR(4)
+  PutWord(image, kA2 + 88, 0x0080);             // voltage: times 0.5
+  PutWord(image, kA2 + 90, 1000);               // and 0.1 V
+  PutWord(image, kA2 + 76, 0x0200);             // bias: times 2
+  PutWord(image, kA2 + 80, 0x0100);             // transmit power: times 1
+  PutWord(image, kA2 + 82, 100);                // and 0.01 mW
+  PutFloat(image, kA2 + 56, 0);                 // Rx_PWR(4)
   PutFloat(image, kA2 + 60, 0);
   PutFloat(image, kA2 + 64, 0.0001F);  // Rx_PWR(2)
   PutFloat(image, kA2 + 68, 2);        // Rx_PWR(1)
@@ -118,7 +118,8 @@ TEST(Module, IsCalibratedByItsConstants) {
   // The limits are calibrated too: 75 * 1.5 - 2 degrees.
   PutWord(image, kA2 + 96, 80 * 256);
   const auto hot = ReadModule(image).measured[view::kTemperature];
-  EXPECT_EQ(view::LimitText(view::kTemperature, hot), "temperature is 118.0 C, above its alarm limit of 110.5 C");
+  EXPECT_EQ(view::LimitText(view::kTemperature, hot),
+            "temperature is 118.0 C, above its alarm limit of 110.5 C");
 }
 
 TEST(Module, WithConstantsThatAreNoNumbersIsNotJudged) {
