@@ -128,39 +128,31 @@ void CompareFirmwareStatistics(Report& report, const StatisticsBlock& before, co
   }
 }
 
-// Both calls use one record, each for its own fields. What differs in the other call's fields just as it does
-// in the other's answer is said there.
-HBAParamsInfo WithoutFieldsOf(std::span<const Field> fields, const HBAParamsInfo& record,
-                              const HBAParamsInfo& other_before, const HBAParamsInfo& other_after,
-                              const HBAParamsInfo& before, const HBAParamsInfo& after) {
-  const auto at = [](const HBAParamsInfo& info, const Field& field) {
-    return reinterpret_cast<const std::byte*>(&info) + field.offset;
-  };
-  HBAParamsInfo rest = record;
-  for (const Field& field : fields) {
-    if (std::memcmp(at(before, field), at(other_before, field), field.size) != 0) continue;
-    if (std::memcmp(at(after, field), at(other_after, field), field.size) != 0) continue;
-    std::memset(reinterpret_cast<std::byte*>(&rest) + field.offset, 0, field.size);
-  }
-  return rest;
-}
+// The parameter calls and the boot calls use one record, each for its own fields: the same bytes twice.
+struct Twice {
+  const HBAParamsInfo& before;
+  const HBAParamsInfo& after;
+};
 
-// The gaps of the boot answer that are those of the parameters are said with these.
-HBAParamsInfo WithoutGaps(const HBAParamsInfo& record, const HBAParamsInfo& other_before,
-                          const HBAParamsInfo& other_after, const HBAParamsInfo& before,
-                          const HBAParamsInfo& after) {
-  HBAParamsInfo rest = record;
-  auto* const bytes = reinterpret_cast<std::byte*>(&rest);
+enum class Kept { kBootFields, kOtherBytes };
+
+// The record without the bytes in which `other` changes just as `own` does, but for those of the call's own:
+// the rest is said there.
+HBAParamsInfo WithoutDoubles(const HBAParamsInfo& record, const Twice& own, const Twice& other, Kept kept) {
   const auto byte = [](const HBAParamsInfo& info, std::size_t i) {
     return reinterpret_cast<const std::byte*>(&info)[i];
   };
-  std::vector<bool> named(sizeof rest);
+  std::vector<bool> is_boot(sizeof record);
   for (const Field& field : BootFields()) {
-    std::fill_n(named.begin() + static_cast<std::ptrdiff_t>(field.offset), field.size, true);
+    std::fill_n(is_boot.begin() + static_cast<std::ptrdiff_t>(field.offset), field.size, true);
   }
+  HBAParamsInfo rest = record;
+  auto* const bytes = reinterpret_cast<std::byte*>(&rest);
   for (std::size_t i = 0; i < sizeof rest; ++i) {
-    const bool as_there = byte(before, i) == byte(other_before, i) && byte(after, i) == byte(other_after, i);
-    if (!named[i] && as_there) bytes[i] = std::byte{};
+    const bool same_before = byte(own.before, i) == byte(other.before, i);
+    const bool same_after = byte(own.after, i) == byte(other.after, i);
+    const bool is_own = is_boot[i] == (kept == Kept::kBootFields);
+    if (same_before && same_after && !is_own) bytes[i] = std::byte{};
   }
   return rest;
 }
@@ -171,24 +163,21 @@ void CompareConfiguration(Report& report, const recording::ProtocolRecording& be
   constexpr const char* kBoot = "the boot settings";
   const bool both =
       before.hba_params.Good() && after.hba_params.Good() && before.boot.Good() && after.boot.Good();
-  const HBAParamsInfo& parameters_before = before.hba_params.record.info;
-  const HBAParamsInfo& parameters_after = after.hba_params.record.info;
-  const HBAParamsInfo& boot_before = before.boot.record;
-  const HBAParamsInfo& boot_after = after.boot.record;
-  CompareAnswer(
-      report, kParameters, before.hba_params, after.hba_params, [&](const auto& was, const auto& is) {
-        const auto own = [&](const HBAParamsInfo& record) {
-          return both ? WithoutFieldsOf(BootFields(), record, boot_before, boot_after, was.info, is.info)
-                      : record;
-        };
-        CompareRecords(report, kParameters, ParameterFields(), own(was.info), own(is.info));
-        if (!SameContent(was.extra, is.extra))
-          report.AddOtherBytes("the second record of the HBA parameters");
-      });
+  const Twice parameters = {before.hba_params.record.info, after.hba_params.record.info};
+  const Twice boot = {before.boot.record, after.boot.record};
+  CompareAnswer(report, kParameters, before.hba_params, after.hba_params,
+                [&](const auto& was, const auto& is) {
+                  const auto own = [&](const HBAParamsInfo& record) {
+                    return both ? WithoutDoubles(record, parameters, boot, Kept::kOtherBytes) : record;
+                  };
+                  CompareRecords(report, kParameters, ParameterFields(), own(was.info), own(is.info));
+                  if (!SameContent(was.extra, is.extra))
+                    report.AddOtherBytes("the second record of the HBA parameters");
+                });
   CompareAnswer(report, kBoot, before.boot, after.boot,
                 [&](const HBAParamsInfo& was, const HBAParamsInfo& is) {
                   const auto own = [&](const HBAParamsInfo& record) {
-                    return both ? WithoutGaps(record, parameters_before, parameters_after, was, is) : record;
+                    return both ? WithoutDoubles(record, boot, parameters, Kept::kBootFields) : record;
                   };
                   CompareRecords(report, kBoot, BootFields(), own(was), own(is));
                 });

@@ -165,11 +165,18 @@ std::string PortSummary(const PortItem& port) {
 std::vector<Match> MatchPorts(const std::vector<PortItem>& before, const std::vector<PortItem>& after) {
   const auto name_of = [](const PortItem& port) { return PortName(port); };
   std::vector<Match> matches = MatchByKey(before, after, name_of);
-  std::vector<PortItem> left_before, left_after;
-  std::vector<std::size_t> places_before, places_after;
+  std::vector<PortItem> left_before;
+  std::vector<PortItem> left_after;
+  std::vector<std::size_t> places_before;
+  std::vector<std::size_t> places_after;
   for (const Match& match : matches) {
-    if (!match.after) left_before.push_back(before[*match.before]), places_before.push_back(*match.before);
-    if (!match.before) left_after.push_back(after[*match.after]), places_after.push_back(*match.after);
+    if (!match.after) {
+      left_before.push_back(before[*match.before]);
+      places_before.push_back(*match.before);
+    } else if (!match.before) {
+      left_after.push_back(after[*match.after]);
+      places_after.push_back(*match.after);
+    }
   }
   std::erase_if(matches, [](const Match& match) { return !match.before || !match.after; });
   const auto number_of = [](const PortItem& port) {

@@ -72,8 +72,12 @@ void CompareMeasured(Report& report, const Module& before, const Module& after) 
                  "Module " + view::LimitText(quantity, is) + "; it was " + old_value + ".");
     } else if (is.limit == Limit::kWithin && was.limit != Limit::kWithin) {
       report.Add(ModuleValue(quantity), old_value, new_value,
-                 ModuleValue(quantity) + " is within its limits again: it was " + old_value + ", it is " +
-                     new_value + ".");
+                 ModuleValue(quantity)
+                     .append(" is within its limits again: it was ")
+                     .append(old_value)
+                     .append(", it is ")
+                     .append(new_value)
+                     .append("."));
     } else {
       report.AddValue(ModuleValue(quantity), old_value, new_value);
     }

@@ -7,6 +7,11 @@ namespace {
 
 using view::CodeWord;
 
+// An address in a record, which leads nowhere in a recording.
+consteval Field Address(std::size_t offset) {
+  return Skipped(offset, sizeof(void*));
+}
+
 constexpr CodeWord kOnOff[] = {{0, "off"}, {1, "on"}};
 constexpr CodeWord kAdapterTypes[] = {{2, "Fibre Channel"}, {6, "FCoE"}};
 constexpr CodeWord kInterfaceTypes[] = {{1, "physical port"}, {3, "virtual port"}};
@@ -53,7 +58,7 @@ constexpr CodeWord kActivations[] = {
 
 constexpr Field kAdapterList[] = {
     {"Adapter count", offsetof(AdapterList, count), sizeof(AdapterList::count), Form::kNumber},
-    Skipped(offsetof(AdapterList, first), sizeof(AdapterList::first)),
+    Address(offsetof(AdapterList, first)),
 };
 
 constexpr Field kAdapter[] = {
@@ -80,14 +85,14 @@ constexpr Field kAdapter[] = {
      Form::kText},
     {"Chip revision", offsetof(AdapterEntry, chip_revision), sizeof(AdapterEntry::chip_revision),
      Form::kNumber},
-    Skipped(offsetof(AdapterEntry, ports), sizeof(AdapterEntry::ports)),
-    Skipped(offsetof(AdapterEntry, next), sizeof(AdapterEntry::next)),
+    Address(offsetof(AdapterEntry, ports)),
+    Address(offsetof(AdapterEntry, next)),
 };
 
 constexpr Field kPhyPort[] = {
     {"Port number", offsetof(PhyPortEntry, number), sizeof(PhyPortEntry::number), Form::kNumber},
-    Skipped(offsetof(PhyPortEntry, protocols), sizeof(PhyPortEntry::protocols)),
-    Skipped(offsetof(PhyPortEntry, next), sizeof(PhyPortEntry::next)),
+    Address(offsetof(PhyPortEntry, protocols)),
+    Address(offsetof(PhyPortEntry, next)),
 };
 
 constexpr Field kPort[] = {
@@ -215,8 +220,8 @@ constexpr Field kPort[] = {
     {"Host NQN", offsetof(FCProtocolEntry, host_nqn), sizeof(FCProtocolEntry::host_nqn), Form::kText},
     Skipped(offsetof(FCProtocolEntry, handle), sizeof(FCProtocolEntry::handle)),
     Skipped(offsetof(FCProtocolEntry, seconds_since_event), sizeof(FCProtocolEntry::seconds_since_event)),
-    Skipped(offsetof(FCProtocolEntry, first_target), sizeof(FCProtocolEntry::first_target)),
-    Skipped(offsetof(FCProtocolEntry, next), sizeof(FCProtocolEntry::next)),
+    Address(offsetof(FCProtocolEntry, first_target)),
+    Address(offsetof(FCProtocolEntry, next)),
 };
 
 constexpr Field kTarget[] = {
@@ -274,8 +279,8 @@ constexpr Field kTarget[] = {
     {"Remote session state", offsetof(TargetEntry, remote_session_state),
      sizeof(TargetEntry::remote_session_state), Form::kNumber},
     Skipped(offsetof(TargetEntry, seconds_since_event), sizeof(TargetEntry::seconds_since_event)),
-    Skipped(offsetof(TargetEntry, first_lun), sizeof(TargetEntry::first_lun)),
-    Skipped(offsetof(TargetEntry, next), sizeof(TargetEntry::next)),
+    Address(offsetof(TargetEntry, first_lun)),
+    Address(offsetof(TargetEntry, next)),
 };
 
 constexpr Field kLun[] = {
@@ -292,7 +297,7 @@ constexpr Field kLun[] = {
      Form::kNumber},
     {"Namespace unique ID length", offsetof(LunEntry, nvme_unique_id_length),
      sizeof(LunEntry::nvme_unique_id_length), Form::kNumber},
-    Skipped(offsetof(LunEntry, next), sizeof(LunEntry::next)),
+    Address(offsetof(LunEntry, next)),
 };
 
 constexpr Field kTargetStatistics[] = {
@@ -555,7 +560,7 @@ constexpr Field kCongestionStatistics[] = {
     {"PUN count", offsetof(SCMRStatisticsEntry, pun), sizeof(SCMRStatisticsEntry::pun), Form::kCounter},
     {"link uncorrectable FEC count", offsetof(SCMRStatisticsEntry, link_uncorrectable_fec),
      sizeof(SCMRStatisticsEntry::link_uncorrectable_fec), Form::kCounter},
-    Skipped(offsetof(SCMRStatisticsEntry, next), sizeof(SCMRStatisticsEntry::next)),
+    Address(offsetof(SCMRStatisticsEntry, next)),
 };
 
 constexpr Field kCongestionProfile[] = {

@@ -88,9 +88,10 @@ const char* StyleOf(Health health) {
 void Sign(Svg& svg, Health health, int x, int y) {
   constexpr const char* kSigns[] = {"M-3,0 L-1,2.5 L3.2,-2.5", "M-3,0 L3,0", "M0,-3.6 L0,0.8 M0,3.4 L0,3.5",
                                     "M-2.5,-2.5 L2.5,2.5 M2.5,-2.5 L-2.5,2.5"};
-  svg.Raw("<g transform=\"translate(" + std::to_string(x) + "," + std::to_string(y) + ")\"><circle class=\"" +
-          StyleOf(health) + "\" r=\"" + std::to_string(kSignRadius) + "\"/><path class=\"sign\" d=\"" +
-          kSigns[static_cast<std::size_t>(health)] + "\"/></g>\n");
+  svg.Begin(x, y);
+  svg.Disc(StyleOf(health), kSignRadius);
+  svg.Path("sign", kSigns[static_cast<std::size_t>(health)]);
+  svg.End();
 }
 
 // A port's card, measured before it is drawn.

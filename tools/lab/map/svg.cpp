@@ -47,8 +47,17 @@ void Svg::Path(const char* style, std::string_view data) {
   body_ += "<path" + Attribute("class", style) + Attribute("d", data) + "/>\n";
 }
 
+void Svg::Disc(const char* style, int radius) {
+  body_ += "<circle" + Attribute("class", style) + Attribute("r", radius) + "/>\n";
+}
+
 void Svg::Begin(std::string_view clean_title) {
   body_ += "<g><title>" + view::XmlText(clean_title) + "</title>\n";
+}
+
+void Svg::Begin(int x, int y) {
+  body_ +=
+      "<g" + Attribute("transform", "translate(" + std::to_string(x) + ',' + std::to_string(y) + ')') + ">";
 }
 
 void Svg::End() {

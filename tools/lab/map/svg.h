@@ -33,9 +33,12 @@ class Svg {
 
   void Line(const char* style, int x1, int y1, int x2, int y2);
   void Path(const char* style, std::string_view data);
+  void Disc(const char* style, int radius);  // around the origin
 
   // What follows, up to End, is one thing with this name.
   void Begin(std::string_view clean_title);
+  // What follows, up to End, has its origin there.
+  void Begin(int x, int y);
   void End();
 
   // Elements without user text.

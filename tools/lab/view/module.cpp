@@ -141,7 +141,10 @@ unsigned LaneFlags(const Reader& lower, const QsfpPlaces& places, std::size_t la
 }
 
 void JudgeFlags(Measurement& measurement, unsigned flags) {
-  constexpr unsigned kHighAlarm = 8, kLowAlarm = 4, kHighWarning = 2, kLowWarning = 1;
+  constexpr unsigned kHighAlarm = 8;
+  constexpr unsigned kLowAlarm = 4;
+  constexpr unsigned kHighWarning = 2;
+  constexpr unsigned kLowWarning = 1;
   if ((flags & (kHighAlarm | kLowAlarm)) != 0) {
     measurement.limit = Limit::kAlarm;
     measurement.above = (flags & kHighAlarm) != 0;
