@@ -41,12 +41,20 @@ struct Answer {
 
 // The most entries of one list. The device library's chains end by themselves, but nothing vouches for it.
 inline constexpr std::size_t kMostAdapters = 256;
-inline constexpr std::size_t kMostPorts = 64;        // of an adapter
-inline constexpr std::size_t kMostProtocols = 1024;  // on a port: itself and its virtual ports
-inline constexpr std::size_t kMostTargets = 4096;    // of a protocol entry
-inline constexpr std::size_t kMostLuns = 16384;      // of a target
-inline constexpr std::size_t kMostLunsInAll = 1u << 20;
-inline constexpr std::size_t kMostStatistics = kMostTargets + 1;  // elements: the port and its targets
+inline constexpr std::size_t kMostPorts = 64;                     // of an adapter
+inline constexpr std::size_t kMostProtocols = 1024;               // on a port: itself and its virtual ports
+inline constexpr std::size_t kMostTargets = 4096;                 // of a protocol entry
+inline constexpr std::size_t kMostLuns = 16384;                   // of a target
+inline constexpr std::size_t kMostStatistics = 131072;  // elements for one port
+
+// How much more a recording takes, so that a file of a few lines can't ask for all memory: entries of the
+// named lists in the whole host.
+struct Room {
+  std::size_t protocols = 16384;
+  std::size_t targets = 131072;
+  std::size_t luns = 524288;
+  std::size_t statistics = 131072;
+};
 
 // A buffer as a call left it, without its trailing zeros, and the size that the call reported, which may be
 // more than the buffer ever held.
@@ -155,6 +163,9 @@ struct HostRecording {
 // Calls visit(key, call, answer) for every answer of a port, in the order of the file. `key` names the answer
 // in the file, `call` is the library's.
 template <class Protocol, class Visit>
+requires requires(Protocol port) {
+  port.targets;
+}
 void VisitAnswers(Protocol& port, Visit visit) {
   visit("flash-versions", "TORPI_GetFlashComponentVersion", port.flash_versions);
   visit("memo-block", "TORPI_GetAdapterFlashMemoBlock", port.memo_block);
@@ -179,6 +190,16 @@ void VisitAnswers(Protocol& port, Visit visit) {
   visit("congestion-enabled", "TORPI_IsVCLMFeatureEnabled", port.congestion_enabled);
   visit("congestion-statistics", "TORPI_GetSCMRStatisticsList", port.congestion_statistics);
   visit("congestion-profile", "TORPI_GetSCMRProfile", port.congestion_profile);
+}
+
+// The same for the answers about a target.
+template <class Target, class Visit>
+requires requires(Target target) {
+  target.luns;
+}
+void VisitAnswers(Target& target, Visit visit) {
+  visit("statistics", "TORPI_GetPortStatisticsFC", target.statistics);
+  visit("link-speed", "TORPI_GetTargetLinkSpeed", target.link_speed);
 }
 
 }  // namespace recording

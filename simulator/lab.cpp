@@ -8,11 +8,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <utility>
 
 #include "base/file.h"
 #include "base/results.h"
 #include "base/text.h"
 #include "host_file/host_keys.h"
+#include "recorded/recorded_file.h"
 #include "state/state_file.h"
 
 namespace lab {
@@ -93,6 +95,9 @@ std::unique_ptr<Host> Lab::LoadHost() {
   std::string mistake;
   if (!builtin && ReadFile(name.c_str(), text) != FileResult::kRead) {
     mistake = name + ": can't be read: " + std::strerror(errno);
+  } else if (!builtin && IsRecording(text)) {
+    mistake = LoadRecording(name, text);
+    if (mistake.empty()) return host;
   } else {
     mistake = ReadHost(name, builtin ? kBuiltinHost : text, *host);
   }
@@ -103,6 +108,14 @@ std::unique_ptr<Host> Lab::LoadHost() {
   if (mistake.empty()) return host;
   Tell(mistake);
   return std::make_unique<Host>();
+}
+
+// What calls change is refused on a recorded host, so it has no state either.
+std::string Lab::LoadRecording(const std::string& name, const std::string& text) {
+  recording::HostRecording recording;
+  std::string mistake = ReadRecording(name, text, recording);
+  if (mistake.empty()) recorded_ = std::make_unique<RecordedHost>(std::move(recording));
+  return mistake;
 }
 
 Host& Lab::GetHost() {

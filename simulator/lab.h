@@ -9,6 +9,7 @@
 
 #include "base/faults.h"
 #include "device/host.h"
+#include "recorded/recorded_host.h"
 
 namespace lab {
 
@@ -42,6 +43,12 @@ class Lab {
   // standard error then names, the host has no adapters.
   Host& GetHost();
 
+  // The host that is played back; null when it is a simulated one.
+  const RecordedHost* Recorded() {
+    GetHost();
+    return recorded_.get();
+  }
+
   // The faults asked for: those of the environment, and those of the host file once it is loaded.
   FaultQueue& Faults() { return host_ ? host_->faults : environment_.faults; }
   Chatter ChatterNow() const;
@@ -62,9 +69,11 @@ class Lab {
 
  private:
   std::unique_ptr<Host> LoadHost();
+  std::string LoadRecording(const std::string& name, const std::string& text);
 
   Environment environment_;
-  std::unique_ptr<Host> host_;
+  std::unique_ptr<Host> host_;  // without adapters when it is played back
+  std::unique_ptr<RecordedHost> recorded_;
   int trace_descriptor_ = -1;
   std::uint32_t tool_id_ = 0;
   std::uint8_t tool_version_[4] = {};

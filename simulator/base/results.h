@@ -47,6 +47,8 @@ enum Result : std::uint32_t {
   kTestFailed = 906,       // a pass of the test failed
   kNoSuchTarget = 907,     // the port sees no such target
   kNoBootEntries = 908,    // the port has no NVMe boot entries
+  kRecordedHost = 909,     // the host is a recording, which nothing can change and no test can run on
+  kNotRecorded = 910,      // the recording has no answer of this call
 };
 
 // Offset that the firmware dump call adds to its failures.

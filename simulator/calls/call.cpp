@@ -12,17 +12,27 @@ Call::Call(const char* name, Arguments arguments) : name_(name) {
 
 Call::Call(const char* name, const DeviceHandle* handle, Arguments arguments)
     : name_(name), about_port_(true) {
-  AddPort(handle && FindPort(Lab::Get().GetHost(), *handle, port_));
+  arguments_ = "port=unknown";
+  if (handle) FindPortBy(*handle);
   AddArguments(arguments);
 }
 
 Call::Call(const char* name, std::uint32_t sd_handle, Arguments arguments) : name_(name), about_port_(true) {
-  AddPort(FindPort(Lab::Get().GetHost(), sd_handle, port_));
+  arguments_ = "port=unknown";
+  FindPortBy(sd_handle);
   AddArguments(arguments);
 }
 
-void Call::AddPort(bool known) {
-  arguments_ = known ? "port=FC_" + OctetText(entry().port_name.octets) : "port=unknown";
+template <typename Handle>
+void Call::FindPortBy(const Handle& handle) {
+  const FCProtocolEntry* entry = nullptr;
+  if (const RecordedHost* const recorded = Lab::Get().Recorded()) {
+    recorded_ = recorded->FindPort(handle);
+    if (recorded_) entry = &recorded_->record;
+  } else if (FindPort(Lab::Get().GetHost(), handle, port_)) {
+    entry = &port_.entry->record;
+  }
+  if (entry) arguments_ = "port=FC_" + OctetText(entry->port_name.octets);
 }
 
 void Call::AddArguments(Arguments arguments) {

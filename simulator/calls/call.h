@@ -24,6 +24,11 @@ struct Argument {
 };
 using Arguments = std::initializer_list<Argument>;
 
+// What a call that changes something or runs a test answers about a port of a recorded host.
+struct Refuse {
+  std::uint32_t operator()(const recording::ProtocolRecording&) const { return kRecordedHost; }
+};
+
 class Call {
  public:
   Call(const char* name, Arguments arguments);                              // no port
@@ -31,12 +36,13 @@ class Call {
   Call(const char* name, std::uint32_t sd_handle, Arguments arguments);     // a port by the handle's number
 
   // The faults and the port of this call decide first; otherwise action() answers. `unknown` is the answer
-  // for a handle that names no port.
-  template <typename Action>
-  std::uint32_t Answer(std::uint32_t unknown, Action action) {
+  // for a handle that names no port. On a recorded host play(port) answers in the action's place.
+  template <typename Action, typename Play = Refuse>
+  std::uint32_t Answer(std::uint32_t unknown, Action action, Play play = {}) {
     const std::optional<Fault> fault = Lab::Get().Faults().Take(name_);
     if (fault && !fault->performs) return fault->result;
     const std::uint32_t result = !about_port_      ? action()
+                                 : recorded_       ? std::uint32_t{play(*recorded_)}
                                  : !port_.entry    ? unknown
                                  : InMaintenance() ? std::uint32_t{kMaintenanceMode}
                                                    : action();
@@ -70,28 +76,39 @@ class Call {
 
  private:
   void AddArguments(Arguments arguments);
-  void AddPort(bool known);
+  template <typename Handle>
+  void FindPortBy(const Handle& handle);
   bool InMaintenance() const;
 
   const char* name_;
   bool about_port_ = false;
   PortRef port_{};
+  const recording::ProtocolRecording* recorded_ = nullptr;
   std::string arguments_;
   std::string outputs_;
 };
 
-// A call on a port that answers a status. action(call) does the work; no exception leaves.
-template <typename Handle, typename Action>
-std::uint32_t ServePort(const char* name, Handle handle, Arguments arguments, Action action,
-                        std::uint32_t unknown = kUnknownHandle) {
+// A call that reads something of a port and answers a status. action(call) does the work, play(port) plays it
+// back; no exception leaves.
+template <typename Handle, typename Play, typename Action>
+std::uint32_t ServeReading(const char* name, Handle handle, Arguments arguments, Play play, Action action,
+                           std::uint32_t unknown = kUnknownHandle) {
   try {
     Call call(name, handle, arguments);
-    const std::uint32_t result = call.Answer(unknown, [&] { return std::uint32_t{action(call)}; });
+    const std::uint32_t result = call.Answer(
+        unknown, [&] { return std::uint32_t{action(call)}; }, play);
     call.Finish(std::to_string(result));
     return result;
   } catch (...) {
     return kInternalFailure;
   }
+}
+
+// A call that changes something of a port or runs a test on it.
+template <typename Handle, typename Action>
+std::uint32_t ServePort(const char* name, Handle handle, Arguments arguments, Action action,
+                        std::uint32_t unknown = kUnknownHandle) {
+  return ServeReading(name, handle, arguments, Refuse{}, action, unknown);
 }
 
 // The same for a call that names no port and needs the host.

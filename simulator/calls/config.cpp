@@ -1,14 +1,17 @@
 // Non-volatile configuration, boot records, credit recovery, error correction and the beacon.
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
 #include "base/file.h"
 #include "base/text.h"
 #include "calls/call.h"
+#include "calls/play.h"
 #include "framework/device_library/calls.h"
 #include "images/nvram_image.h"
 
 using lab::Call;
+using recording::ProtocolRecording;
 
 namespace {
 
@@ -29,11 +32,11 @@ std::string Hex(const void* record, std::size_t size) {
   return digits;
 }
 
-// A call on the configuration of a real port.
-template <typename Action>
+// A call on the configuration of a real port; play(port) plays a recording.
+template <typename Action, typename Play = lab::Refuse>
 std::uint32_t ServeConfig(const char* name, const DeviceHandle* handle, lab::Arguments arguments,
-                          Action action) {
-  return lab::ServePort(name, handle, arguments, [&](Call& call) -> std::uint32_t {
+                          Action action, Play play = {}) {
+  return lab::ServeReading(name, handle, arguments, play, [&](Call& call) -> std::uint32_t {
     if (call.IsVirtualPort()) return lab::kNotForVirtualPorts;
     return action(call);
   });
@@ -124,15 +127,37 @@ std::uint32_t HandOutStats(Call& call, FWPrivateStats** out, std::uint32_t* out_
   return lab::kSuccess;
 }
 
+std::uint32_t PlayStats(const ProtocolRecording& port, FWPrivateStats** out, std::uint32_t* out_size) {
+  if (!out || !out_size) return lab::kBadArgument;
+  const recording::StatisticsBlock& recorded = port.firmware_statistics.record;
+  if (port.firmware_statistics.Good() && !recorded.is_null) {
+    void* const block = std::calloc(1, kStatsBytes);
+    if (!block) return lab::kInternalFailure;
+    std::memcpy(block, &recorded.block, sizeof recorded.block);
+    *out = static_cast<FWPrivateStats*>(block);
+  }
+  return lab::Play(port.firmware_statistics,
+                   [=](const recording::StatisticsBlock& block) { *out_size = block.size; });
+}
+
 }  // namespace
 
 LibraryStatus TORPI_GetHBAParamsInfo(const DeviceHandle* handle, HBAParamsInfo* out,
                                      HBAParamsExtra* out_extra) {
-  return ServeConfig("TORPI_GetHBAParamsInfo", handle, {}, [=](Call& call) -> std::uint32_t {
-    if (!out_extra) return lab::kBadArgument;
-    *out_extra = {};
-    return HandOut(call, call.config().nvram, out);
-  });
+  return ServeConfig(
+      "TORPI_GetHBAParamsInfo", handle, {},
+      [=](Call& call) -> std::uint32_t {
+        if (!out_extra) return lab::kBadArgument;
+        *out_extra = {};
+        return HandOut(call, call.config().nvram, out);
+      },
+      [=](const ProtocolRecording& port) -> std::uint32_t {
+        if (!out || !out_extra) return lab::kBadArgument;
+        return lab::Play(port.hba_params, [=](const recording::HbaParamsAnswer& params) {
+          *out = params.info;
+          *out_extra = params.extra;
+        });
+      });
 }
 
 LibraryStatus TORPI_UpdateHBAParameters(const DeviceHandle* handle, const HBAParamsInfo* record) {
@@ -170,22 +195,37 @@ LibraryStatus TORPI_FCGetBBCSupportInfoEx(const DeviceHandle* handle, std::uint8
                                           std::uint8_t* out_configured, std::uint8_t* out_state,
                                           std::uint8_t* out_negotiated, char* out_reason,
                                           std::uint32_t reason_size) {
-  return ServeConfig("TORPI_FCGetBBCSupportInfoEx", handle, {reason_size}, [=](Call& call) -> std::uint32_t {
-    if (!out_status || !out_configured || !out_state || !out_negotiated || !out_reason)
-      return lab::kBadArgument;
-    if (!call.adapter().family->nvme) return lab::kNotForThisAdapter;
-    *out_status = call.config().credit_recovery.status;
-    *out_configured = call.config().credit_recovery.count;
-    std::string reason;
-    StoreCreditState(call, *out_state, *out_negotiated, reason);
-    std::strncpy(out_reason, reason.c_str(), reason_size);  // fills the buffer, with or without terminator
-    call.Out("status", *out_status);
-    call.Out("configured", *out_configured);
-    call.Out("state", *out_state);
-    call.Out("negotiated", *out_negotiated);
-    call.Out("reason", lab::Quoted(reason));
-    return lab::kSuccess;
-  });
+  return ServeConfig(
+      "TORPI_FCGetBBCSupportInfoEx", handle, {reason_size},
+      [=](Call& call) -> std::uint32_t {
+        if (!out_status || !out_configured || !out_state || !out_negotiated || !out_reason)
+          return lab::kBadArgument;
+        if (!call.adapter().family->nvme) return lab::kNotForThisAdapter;
+        *out_status = call.config().credit_recovery.status;
+        *out_configured = call.config().credit_recovery.count;
+        std::string reason;
+        StoreCreditState(call, *out_state, *out_negotiated, reason);
+        std::strncpy(out_reason, reason.c_str(),
+                     reason_size);  // fills the buffer, with or without terminator
+        call.Out("status", *out_status);
+        call.Out("configured", *out_configured);
+        call.Out("state", *out_state);
+        call.Out("negotiated", *out_negotiated);
+        call.Out("reason", lab::Quoted(reason));
+        return lab::kSuccess;
+      },
+      [=](const ProtocolRecording& port) -> std::uint32_t {
+        if (!out_status || !out_configured || !out_state || !out_negotiated || !out_reason)
+          return lab::kBadArgument;
+        return lab::Play(port.credit_recovery, [=](const recording::CreditRecoveryAnswer& credit) {
+          *out_status = credit.status;
+          *out_configured = credit.configured;
+          *out_state = credit.state;
+          *out_negotiated = credit.negotiated;
+          std::memcpy(out_reason, credit.reason.bytes,
+                      std::min<std::size_t>(reason_size, sizeof credit.reason));
+        });
+      });
 }
 
 LibraryStatus TORPI_FCSetBBCSupportInfo(const DeviceHandle* handle, std::uint8_t status,
@@ -201,10 +241,13 @@ LibraryStatus TORPI_FCSetBBCSupportInfo(const DeviceHandle* handle, std::uint8_t
 }
 
 LibraryStatus TORPI_FCGetFECSupportInfo(const DeviceHandle* handle, std::uint32_t* out_setting) {
-  return ServeConfig("TORPI_FCGetFECSupportInfo", handle, {}, [=](Call& call) -> std::uint32_t {
-    if (const std::uint32_t refusal = FecRefusal(call)) return refusal;
-    return HandOutSwitch(call, "setting", call.config().fec.setting, out_setting);
-  });
+  return ServeConfig(
+      "TORPI_FCGetFECSupportInfo", handle, {},
+      [=](Call& call) -> std::uint32_t {
+        if (const std::uint32_t refusal = FecRefusal(call)) return refusal;
+        return HandOutSwitch(call, "setting", call.config().fec.setting, out_setting);
+      },
+      lab::Plays(&ProtocolRecording::error_correction, out_setting));
 }
 
 LibraryStatus TORPI_FCSetFECSupportInfo(const DeviceHandle* handle, std::uint32_t setting) {
@@ -216,10 +259,13 @@ LibraryStatus TORPI_FCSetFECSupportInfo(const DeviceHandle* handle, std::uint32_
 
 LibraryStatus TORPI_GetFWPrivateStats(const DeviceHandle* handle, FWPrivateStats** out,
                                       std::uint32_t* out_size) {
-  return ServeConfig("TORPI_GetFWPrivateStats", handle, {}, [=](Call& call) -> std::uint32_t {
-    if (const std::uint32_t refusal = FecRefusal(call)) return refusal;
-    return HandOutStats(call, out, out_size);
-  });
+  return ServeConfig(
+      "TORPI_GetFWPrivateStats", handle, {},
+      [=](Call& call) -> std::uint32_t {
+        if (const std::uint32_t refusal = FecRefusal(call)) return refusal;
+        return HandOutStats(call, out, out_size);
+      },
+      [=](const ProtocolRecording& port) { return PlayStats(port, out, out_size); });
 }
 
 LibraryStatus TORPI_ResetFECCounters(const DeviceHandle* handle) {
@@ -232,7 +278,8 @@ LibraryStatus TORPI_ResetFECCounters(const DeviceHandle* handle) {
 }
 
 LibraryStatus TORPI_IsMezzAdapter(const DeviceHandle* handle, std::uint8_t* out_is_mezz) {
-  return lab::ServePort("TORPI_IsMezzAdapter", handle, {}, [=](Call& call) {
+  const auto play = lab::Plays(&ProtocolRecording::mezzanine, out_is_mezz);
+  return lab::ServeReading("TORPI_IsMezzAdapter", handle, {}, play, [=](Call& call) {
     if (!out_is_mezz) return lab::kBadArgument;
     *out_is_mezz = call.adapter().mezzanine ? 1 : 0;
     call.Out("mezzanine", *out_is_mezz);
@@ -241,8 +288,12 @@ LibraryStatus TORPI_IsMezzAdapter(const DeviceHandle* handle, std::uint8_t* out_
 }
 
 std::uint32_t TORPI_GetBfsConfigMode() {
-  return lab::ServeHost("TORPI_GetBfsConfigMode", {},
-                        [](Call&) { return lab::Lab::Get().GetHost().boot_mode; });
+  return lab::ServeHost("TORPI_GetBfsConfigMode", {}, [](Call&) {
+    if (const lab::RecordedHost* const recorded = lab::Lab::Get().Recorded()) {
+      return recorded->Recording().boot_mode.record;
+    }
+    return lab::Lab::Get().GetHost().boot_mode;
+  });
 }
 
 LibraryStatus TORPI_SetBfsConfigMode(std::uint32_t mode) {
@@ -250,14 +301,17 @@ LibraryStatus TORPI_SetBfsConfigMode(std::uint32_t mode) {
     if (mode != lab::kBootModeBios && mode != lab::kBootModeUefi && mode != lab::kBootModeNvme) {
       return lab::kBadArgument;
     }
+    if (lab::Lab::Get().Recorded()) return lab::kRecordedHost;
     lab::Lab::Get().GetHost().boot_mode = mode;
     return lab::kSuccess;
   });
 }
 
 LibraryStatus TORPI_GetBootDeviceInfo(const DeviceHandle* handle, HBAParamsInfo* out, std::uint32_t zero) {
-  return ServeConfig("TORPI_GetBootDeviceInfo", handle, {zero},
-                     [=](Call& call) { return HandOut(call, call.config().nvram, out); });
+  return ServeConfig(
+      "TORPI_GetBootDeviceInfo", handle, {zero},
+      [=](Call& call) { return HandOut(call, call.config().nvram, out); },
+      lab::Plays(&ProtocolRecording::boot, out));
 }
 
 LibraryStatus TORPI_SetBootDeviceInfo(const DeviceHandle* handle, const HBAParamsInfo* record) {
@@ -265,10 +319,13 @@ LibraryStatus TORPI_SetBootDeviceInfo(const DeviceHandle* handle, const HBAParam
 }
 
 LibraryStatus TORPI_GetNVMeBootDeviceEntries(const DeviceHandle* handle, NVMeBootRecord* out) {
-  return ServeConfig("TORPI_GetNVMeBootDeviceEntries", handle, {}, [=](Call& call) -> std::uint32_t {
-    if (const std::uint32_t refusal = NvmeRefusal(call)) return refusal;
-    return HandOut(call, call.config().nvme, out);
-  });
+  return ServeConfig(
+      "TORPI_GetNVMeBootDeviceEntries", handle, {},
+      [=](Call& call) -> std::uint32_t {
+        if (const std::uint32_t refusal = NvmeRefusal(call)) return refusal;
+        return HandOut(call, call.config().nvme, out);
+      },
+      lab::Plays(&ProtocolRecording::nvme_boot, out));
 }
 
 LibraryStatus TORPI_SetNVMeBootDeviceEntries(const DeviceHandle* handle, const NVMeBootRecord* record) {
@@ -276,9 +333,10 @@ LibraryStatus TORPI_SetNVMeBootDeviceEntries(const DeviceHandle* handle, const N
 }
 
 LibraryStatus TORPI_GetAdapterBeaconStatus(const DeviceHandle* handle, std::uint32_t* out_state) {
-  return ServeConfig("TORPI_GetAdapterBeaconStatus", handle, {}, [=](Call& call) {
-    return HandOutSwitch(call, "state", call.config().beacon, out_state);
-  });
+  return ServeConfig(
+      "TORPI_GetAdapterBeaconStatus", handle, {},
+      [=](Call& call) { return HandOutSwitch(call, "state", call.config().beacon, out_state); },
+      lab::Plays(&ProtocolRecording::beacon, out_state));
 }
 
 LibraryStatus TORPI_UpdateAdapterBeaconStatus(const DeviceHandle* handle, std::uint32_t state) {

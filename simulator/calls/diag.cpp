@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "calls/call.h"
 #include "calls/lists_out.h"
+#include "calls/play.h"
 #include "device/diag_tests.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/speeds.h"
@@ -70,8 +71,9 @@ lab::ListsOut<RWBufferResult>& RWBufferResultsOut() {
 }  // namespace
 
 std::uint32_t TORPI_CheckAdapterDPortOption(const DeviceHandle* handle) {
-  return lab::ServePort(
+  return lab::ServeReading(
       "TORPI_CheckAdapterDPortOption", handle, {},
+      lab::PlaysValue(&recording::ProtocolRecording::diagnostic_port),
       [](Call& call) { return call.diag().diagnostic_port ? 1u : 0u; }, 0);
 }
 
@@ -179,7 +181,8 @@ LibraryStatus TORPI_FreeRWBufferTestResultList(RWBufferResult* list) {
 }
 
 LibraryStatus TORPI_GetNVMeHostNQNStatus(const DeviceHandle* handle, std::uint8_t* out_registered) {
-  return lab::ServePort("TORPI_GetNVMeHostNQNStatus", handle, {}, [=](Call& call) -> std::uint32_t {
+  const auto play = lab::Plays(&recording::ProtocolRecording::host_nqn_registered, out_registered);
+  return lab::ServeReading("TORPI_GetNVMeHostNQNStatus", handle, {}, play, [=](Call& call) -> std::uint32_t {
     if (out_registered == nullptr) return lab::kBadArgument;
     if (!call.adapter().family->nvme) return lab::kNotForThisAdapter;
     *out_registered = call.diag().nqn_registered ? 1 : 0;

@@ -1,9 +1,11 @@
 // Flash images written and flash versions read.
 #include "calls/call.h"
+#include "calls/play.h"
 #include "framework/device_library/calls.h"
 #include "images/flash_image.h"
 
 using lab::Call;
+using recording::ProtocolRecording;
 
 namespace {
 
@@ -43,7 +45,8 @@ LibraryStatus TORPI_UpdateAdapterPEPCfgFromFile(const DeviceHandle* handle, cons
 }
 
 LibraryStatus TORPI_GetFlashComponentVersion(const DeviceHandle* handle, FlashComponentVersions* out) {
-  return lab::ServePort("TORPI_GetFlashComponentVersion", handle, {}, [=](Call& call) {
+  const auto play = lab::Plays(&ProtocolRecording::flash_versions, out);
+  return lab::ServeReading("TORPI_GetFlashComponentVersion", handle, {}, play, [=](Call& call) {
     if (!out) return lab::kBadArgument;
     // Only the components are written: the rest of the buffer is the caller's.
     for (const lab::FlashComponent& component : lab::kFlashComponents) {
@@ -54,7 +57,8 @@ LibraryStatus TORPI_GetFlashComponentVersion(const DeviceHandle* handle, FlashCo
 }
 
 LibraryStatus TORPI_GetAdapterFlashMemoBlock(const DeviceHandle* handle, FlashMemoBlock* out) {
-  return lab::ServePort("TORPI_GetAdapterFlashMemoBlock", handle, {}, [=](Call& call) {
+  const auto play = lab::Plays(&ProtocolRecording::memo_block, out);
+  return lab::ServeReading("TORPI_GetAdapterFlashMemoBlock", handle, {}, play, [=](Call& call) {
     if (!out) return lab::kBadArgument;
     if (!call.adapter().family->memo_block) return lab::kNotForThisAdapter;
     *out = call.adapter().memo;

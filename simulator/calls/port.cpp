@@ -3,11 +3,13 @@
 
 #include "base/text.h"
 #include "calls/call.h"
+#include "calls/play.h"
 #include "framework/device_library/calls.h"
 #include "images/rdp_response.h"
 #include "images/vpd_image.h"
 
 using lab::Call;
+using recording::ProtocolRecording;
 
 namespace {
 
@@ -76,7 +78,8 @@ std::uint32_t HandOverDump(Call& call, void** out_buffer, std::uint32_t* out_siz
 }  // namespace
 
 LibraryStatus TORPI_GetAdapterAsicBoardTemperature(const DeviceHandle* handle, BoardTemperature* out) {
-  return lab::ServePort("TORPI_GetAdapterAsicBoardTemperature", handle, {}, [=](Call& call) {
+  const auto play = lab::Plays(&ProtocolRecording::temperature, out);
+  return lab::ServeReading("TORPI_GetAdapterAsicBoardTemperature", handle, {}, play, [=](Call& call) {
     if (out == nullptr) return lab::kBadArgument;
     if (!HasSensor(call)) return lab::kNotForThisAdapter;
     out->celsius = call.port().reports.temperature;
@@ -86,7 +89,8 @@ LibraryStatus TORPI_GetAdapterAsicBoardTemperature(const DeviceHandle* handle, B
 }
 
 LibraryStatus TORPI_GetLockdownStatus(const DeviceHandle* handle, LockdownStatus* out) {
-  return lab::ServePort("TORPI_GetLockdownStatus", handle, {}, [=](Call& call) {
+  const auto play = lab::Plays(&ProtocolRecording::lockdown, out);
+  return lab::ServeReading("TORPI_GetLockdownStatus", handle, {}, play, [=](Call& call) {
     if (out == nullptr) return lab::kBadArgument;
     if (!call.adapter().family->nvme) return lab::kNotForThisAdapter;
     const lab::LockdownSetup& setup = call.port().reports.lockdown;
@@ -107,7 +111,8 @@ LibraryStatus TORPI_ResetDeviceStats(const DeviceHandle* handle) {
 
 LibraryStatus TORPI_GetVpd(const DeviceHandle* handle, std::uint32_t zero, std::uint8_t* out,
                            std::uint32_t* size) {
-  return lab::ServePort("TORPI_GetVpd", handle, {zero, RoomIn(size)}, [=](Call& call) {
+  const auto play = lab::PlaysSized(&ProtocolRecording::vpd, out, size);
+  return lab::ServeReading("TORPI_GetVpd", handle, {zero, RoomIn(size)}, play, [=](Call& call) {
     const lab::VpdSetup& setup = call.port().reports.vpd;
     if (setup.none) return std::uint32_t{lab::kNotForThisAdapter};
     return HandOver(call, lab::ComposeVpd(call.adapter(), setup), out, size);
@@ -115,7 +120,8 @@ LibraryStatus TORPI_GetVpd(const DeviceHandle* handle, std::uint32_t zero, std::
 }
 
 LibraryStatus TORPI_DiagnosticsRDPTest(const DeviceHandle* handle, std::uint8_t* out, std::uint32_t* size) {
-  return lab::ServePort("TORPI_DiagnosticsRDPTest", handle, {RoomIn(size)}, [=](Call& call) {
+  const auto play = lab::PlaysSized(&ProtocolRecording::rdp, out, size);
+  return lab::ServeReading("TORPI_DiagnosticsRDPTest", handle, {RoomIn(size)}, play, [=](Call& call) {
     if (call.IsVirtualPort()) return std::uint32_t{lab::kNotForVirtualPorts};
     if (!call.LinkIsUp()) return std::uint32_t{lab::kTestNeedsLink};
     if (call.port().reports.rdp.no_answer) return std::uint32_t{lab::kTestFailed};
@@ -125,8 +131,9 @@ LibraryStatus TORPI_DiagnosticsRDPTest(const DeviceHandle* handle, std::uint8_t*
 
 LibraryStatus TORPI_SDGetFwDump2(std::uint32_t sd_handle, std::uint32_t zero, void** out_buffer,
                                  std::uint32_t* out_size) {
-  return lab::ServePort(
+  return lab::ServeReading(
       "TORPI_SDGetFwDump2", sd_handle, {zero},
+      [](const ProtocolRecording&) { return kNoDump; },  // a recording never has one
       [=](Call& call) { return HandOverDump(call, out_buffer, out_size); },
       lab::kOlderInterfaceFailure + lab::kUnknownHandle);
 }

@@ -1,5 +1,6 @@
 // Start and end of the library, the adapter list and the reboot flag.
 #include "calls/call.h"
+#include "calls/play.h"
 #include "framework/device_library/calls.h"
 
 namespace {
@@ -48,12 +49,14 @@ LibraryStatus TORPI_Uninitialize() {
 const AdapterList* TORPI_GetAdapterList() {
   try {
     lab::Host& host = lab::Lab::Get().GetHost();
+    const lab::RecordedHost* const recorded = lab::Lab::Get().Recorded();
+    const AdapterList* const list = recorded ? recorded->List() : host.no_list ? nullptr : &host.list;
     lab::Call call("TORPI_GetAdapterList", {});
     // 1 for a list and 0 for null: the fault "null" of a pointer call is 0.
-    const bool given = call.Answer(0, [&] { return std::uint32_t{host.no_list ? 0u : 1u}; }) != 0;
-    if (given) call.Out("adapters", host.adapters.size());
+    const bool given = call.Answer(0, [&] { return std::uint32_t{list ? 1u : 0u}; }) != 0;
+    if (given) call.Out("adapters", recorded ? recorded->Recording().adapters.size() : host.adapters.size());
     call.Finish(given ? "list" : "null");
-    return given ? &host.list : nullptr;
+    return given ? list : nullptr;
   } catch (...) {
     return nullptr;
   }
@@ -61,9 +64,13 @@ const AdapterList* TORPI_GetAdapterList() {
 
 LibraryStatus TORPI_IsRebootRequired(std::uint8_t* out_required) {
   return lab::ServeHost("TORPI_IsRebootRequired", {}, [=](lab::Call& call) {
-    if (!out_required) return lab::kBadArgument;
+    if (!out_required) return std::uint32_t{lab::kBadArgument};
+    if (const lab::RecordedHost* const recorded = lab::Lab::Get().Recorded()) {
+      return lab::Play(recorded->Recording().reboot_required,
+                       [=](std::uint8_t required) { *out_required = required; });
+    }
     *out_required = lab::Lab::Get().GetHost().reboot_required ? 1 : 0;
     call.Out("required", *out_required);
-    return lab::kSuccess;
+    return std::uint32_t{lab::kSuccess};
   });
 }

@@ -4,6 +4,7 @@
 #include "base/file.h"
 #include "base/text.h"
 #include "calls/call.h"
+#include "calls/play.h"
 #include "framework/device_library/calls.h"
 #include "images/sfp_files.h"
 
@@ -18,9 +19,12 @@ enum ReadMode : std::uint32_t { kAsKnown = 0, kRefreshed = 1, kStraight = 3 };
 
 constexpr std::uint32_t kUpdatableKind = 2;
 
+bool IsReadMode(std::uint32_t mode) {
+  return mode == kAsKnown || mode == kRefreshed || mode == kStraight;
+}
+
 std::uint32_t ReadModule(Call& call, std::uint8_t* out, std::uint32_t mode) {
-  if (out == nullptr || (mode != kAsKnown && mode != kRefreshed && mode != kStraight))
-    return lab::kBadArgument;
+  if (out == nullptr || !IsReadMode(mode)) return lab::kBadArgument;
   SfpModule* const module = call.sfp();
   if (module == nullptr) {
     std::memset(out, 0, sizeof(lab::SfpMemory));
@@ -60,8 +64,15 @@ std::uint32_t UpdateModule(const Call& call, const char* file, std::uint32_t kin
 
 LibraryStatus TORPI_GetSFPDataEx(const DeviceHandle* handle, std::uint8_t* out, std::uint32_t read_mode,
                                  std::uint32_t zero) {
-  return lab::ServePort("TORPI_GetSFPDataEx", handle, {read_mode, zero},
-                        [=](Call& call) { return ReadModule(call, out, read_mode); });
+  const auto play = [=](const recording::ProtocolRecording& port) -> std::uint32_t {
+    if (out == nullptr || !IsReadMode(read_mode)) return lab::kBadArgument;
+    // The file has what the module itself answers once: reading it anew gives nothing newer.
+    return lab::Play(
+        read_mode == kAsKnown ? port.sfp : port.sfp_straight,
+        [=](const recording::SfpImage& image) { std::memcpy(out, image.bytes, sizeof image.bytes); });
+  };
+  return lab::ServeReading("TORPI_GetSFPDataEx", handle, {read_mode, zero}, play,
+                           [=](Call& call) { return ReadModule(call, out, read_mode); });
 }
 
 LibraryStatus TORPI_SaveSFPDataToFile(const DeviceHandle* handle, const char* file) {

@@ -4,6 +4,7 @@
 #include "base/named_number.h"
 #include "base/text.h"
 #include "calls/call.h"
+#include "calls/play.h"
 #include "framework/device_library/calls.h"
 
 namespace {
@@ -42,11 +43,20 @@ LibraryStatus TORPI_GetPortStatisticsFC(std::uint32_t sd_handle, std::uint32_t z
     const bool named = address != nullptr;
     const std::uint32_t kind = named ? address->kind : 0u;
     const std::string name = named ? lab::OctetText(address->port_name.octets) : "";
-    return lab::ServePort("TORPI_GetPortStatisticsFC", sd_handle,
-                          {zero, kind, named ? name.c_str() : nullptr}, [=](Call& call) -> std::uint32_t {
-                            if (!named || out == nullptr) return lab::kBadArgument;
-                            return ReadStatistics(call, *address, *out);
-                          });
+    const auto play = [=](const recording::ProtocolRecording&) -> std::uint32_t {
+      if (!named || out == nullptr) return lab::kBadArgument;
+      const recording::TargetRecording* const target =
+          lab::Lab::Get().Recorded()->FindTarget(sd_handle, address->port_name);
+      if (target == nullptr || address->kind != kTargetByPortName) return lab::kNotRecorded;
+      return lab::Play(target->statistics,
+                       [=](const TargetPortStatistics& statistics) { *out = statistics; });
+    };
+    return lab::ServeReading("TORPI_GetPortStatisticsFC", sd_handle,
+                             {zero, kind, named ? name.c_str() : nullptr}, play,
+                             [=](Call& call) -> std::uint32_t {
+                               if (!named || out == nullptr) return lab::kBadArgument;
+                               return ReadStatistics(call, *address, *out);
+                             });
   } catch (...) {
     return lab::kInternalFailure;
   }
@@ -54,7 +64,13 @@ LibraryStatus TORPI_GetPortStatisticsFC(std::uint32_t sd_handle, std::uint32_t z
 
 LibraryStatus TORPI_GetTargetLinkSpeed(const DeviceHandle* handle, std::uint16_t target_number,
                                        std::uint32_t* out_speed) {
-  return lab::ServePort("TORPI_GetTargetLinkSpeed", handle, {target_number}, [=](Call& call) {
+  const auto play = [=](const recording::ProtocolRecording& port) -> std::uint32_t {
+    if (out_speed == nullptr) return lab::kBadArgument;
+    const recording::TargetRecording* const target = lab::FindTarget(port, target_number);
+    if (target == nullptr) return lab::kNotRecorded;
+    return lab::Play(target->link_speed, [=](std::uint32_t speed) { *out_speed = speed; });
+  };
+  return lab::ServeReading("TORPI_GetTargetLinkSpeed", handle, {target_number}, play, [=](Call& call) {
     if (out_speed == nullptr) return lab::kBadArgument;
     const TargetState* const state = call.targets().Find(target_number);
     if (state == nullptr) return lab::kNoSuchTarget;

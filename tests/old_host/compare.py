@@ -22,6 +22,7 @@ TREE = HERE.parent / "commands" / "command_tree.yaml"
 PLUGIN = "/opt/ZunaFcEsxcliPlugin"
 WORK = "/opt/try"
 PROGRAM = f"{PLUGIN}/bin/zfcesxcli"
+SNAPSHOT = f"{PLUGIN}/bin/zfc-snapshot"
 
 # What the device library's host has, see device_library.c.
 ADAPTERS = ["Adapter_ZX640_OLD0001", "Adapter_ZX100_OLD0002"]
@@ -68,6 +69,7 @@ SHELL_INPUTS = [
 ]
 # Texts that some command's output has when the reports have content; otherwise two empty sides would be equal.
 EXPECTED = ["constructed: 1", "destroyed", "Message: Success", "Egress Power: Tx: ", "Login Retry Count: 3", "$>"]
+EXPECTED += ["snapshot: 1\n", "# FC_21:00:00:00:0a:00:00:01\n", "Usage: zfc-snapshot"]
 
 
 def leaves(words, name, node):
@@ -112,6 +114,8 @@ def script():
     shown = []
     runs = [([f"{WORK}/start_probe", "word"], ""), (["env", "ZNFC_DEBUG_LEVEL=65535", PROGRAM, "help"], "")]
     runs += [([PROGRAM, *words], text) for words, text in commands()]
+    runs += [([SNAPSHOT, *words], "") for words in ([], ["--help"], ["--with-rdp", "-o", "made-snapshot"])]
+    runs += [([SNAPSHOT, "--anonymise"], "")]
     for number, (command, text) in enumerate(runs):
         lines.append(f"printf %s {shlex.quote(text)} >input")
         lines.append(f"run {number} {shlex.join(command)}")
@@ -125,7 +129,8 @@ def run_side(build, root, text, folder):
         (folder / "ZunaFcEsxcliPlugin" / part).mkdir(parents=True)
     work = folder / "try"
     work.mkdir()
-    shutil.copy(build / "bin/zfcesxcli", folder / "ZunaFcEsxcliPlugin/bin")
+    for program in (PROGRAM, SNAPSHOT):
+        shutil.copy(build / "bin" / Path(program).name, folder / "ZunaFcEsxcliPlugin/bin")
     shutil.copy(build / "tests/start_probe", work)
     shutil.copy(HERE / "device_library.c", work)
     (work / "image").write_bytes(b"image")

@@ -94,7 +94,10 @@ LibraryStatus TORPI_IsVCLMFeatureEnabled(const DeviceHandle* handle, std::uint8_
 LibraryStatus TORPI_GetSCMRStatisticsList(const DeviceHandle* handle, SCMRStatisticsEntry** out_head) {
   const LibraryStatus result = Answer("TORPI_GetSCMRStatisticsList",
                                       NameOf(handle) + (*out_head != nullptr ? ", used head" : ", null"));
-  if (result == 0) *out_head = List().first;
+  if (result != 0) return result;
+  *out_head = List().first;
+  // Handed back before, it is the caller's again.
+  if (List().size > 0 && mprotect(List().first, List().size, PROT_READ) != 0) std::abort();
   return result;
 }
 

@@ -26,6 +26,12 @@ std::string Failure(const std::string& path) {
   return path + ": can't be written: " + std::strerror(errno);
 }
 
+// Also for a link that leads nowhere. An old C library has no lstat() to link against.
+bool IsThere(const std::string& path) {
+  char target = 0;
+  return access(path.c_str(), F_OK) == 0 || readlink(path.c_str(), &target, 1) >= 0;
+}
+
 // Puts the finished file in its place: with `force` over whatever is there, else only where nothing is.
 bool Place(const std::string& finished, const std::string& path, bool force) {
   if (force) return rename(finished.c_str(), path.c_str()) == 0;
@@ -38,9 +44,8 @@ std::string WriteOutput(const std::string& path, std::string_view content, bool 
   if (path.empty() || path == "-") {
     return WriteAll(STDOUT_FILENO, content) ? "" : Failure("standard output");
   }
+  if (IsThere(path) && !force) return path + ": is there already; --force replaces it";
   struct stat there {};
-  const bool exists = lstat(path.c_str(), &there) == 0;
-  if (exists && !force) return path + ": is there already; --force replaces it";
   // A device or a pipe can't be replaced, only written to.
   if (stat(path.c_str(), &there) == 0 && !S_ISREG(there.st_mode)) {
     const int descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC);

@@ -15,5 +15,6 @@ struct Command {
 
 extern const Command kDiff;
 extern const Command kMap;
+extern const Command kSnapshot;
 
 }  // namespace zfc_lab

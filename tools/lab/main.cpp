@@ -8,7 +8,7 @@
 namespace zfc_lab {
 namespace {
 
-constexpr const Command* kCommands[] = {&kDiff, &kMap};
+constexpr const Command* kCommands[] = {&kSnapshot, &kDiff, &kMap};
 
 void PrintHelp() {
   std::printf(

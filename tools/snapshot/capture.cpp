@@ -77,6 +77,15 @@ class Reader {
   template <class Entry, class Visit>
   void EachOf(const char* list, const Entry* first, std::size_t most, Visit visit);
 
+  // The same within the room that the whole host has for such entries.
+  template <class Entry, class Visit>
+  void EachOf(const char* list, const Entry* first, std::size_t most, std::size_t& room, Visit visit) {
+    EachOf(list, first, std::min(most, room), [&](const Entry& entry) {
+      --room;
+      visit(entry);
+    });
+  }
+
   void Cut(const char* list, const std::string& why) {
     cut_.push_back(place_ + std::string(list) + ": " + why + "; the rest is left out");
   }
@@ -84,7 +93,7 @@ class Reader {
   const CaptureOptions& options_;
   std::vector<std::string>& cut_;
   std::string place_;  // for sentences: "port 21:00:...: ", or empty
-  std::size_t luns_ = 0;
+  recording::Room room_;
 };
 
 template <class Entry, class Visit>
@@ -246,7 +255,7 @@ PhyPortRecording Reader::ReadPort(const PhyPortEntry& port) {
   if (!kept.has_protocols) return kept;
   kept.protocol_list = *port.protocols;
   kept.protocol_list.first = nullptr;
-  EachOf("entries of a port", port.protocols->first, recording::kMostProtocols,
+  EachOf("entries of a port", port.protocols->first, recording::kMostProtocols, room_.protocols,
          [&](const FCProtocolEntry& entry) { kept.protocols.push_back(ReadProtocol(entry)); });
   return kept;
 }
@@ -264,7 +273,7 @@ ProtocolRecording Reader::ReadProtocol(const FCProtocolEntry& entry) {
     const LibraryStatus result = TORPI_GetSCMRStatisticsList(&entry.handle, &list);
     if (result != kLibrarySuccess || list == nullptr) return result;
     EachOf("congestion statistics", static_cast<const SCMRStatisticsEntry*>(list), recording::kMostStatistics,
-           [&](const SCMRStatisticsEntry& element) {
+           room_.statistics, [&](const SCMRStatisticsEntry& element) {
              statistics.elements.push_back(element);
              statistics.elements.back().next = nullptr;
            });
@@ -273,7 +282,7 @@ ProtocolRecording Reader::ReadProtocol(const FCProtocolEntry& entry) {
     }
     return result;
   });
-  EachOf("targets", entry.first_target, recording::kMostTargets,
+  EachOf("targets", entry.first_target, recording::kMostTargets, room_.targets,
          [&](const TargetEntry& target) { kept.targets.push_back(ReadTarget(entry, target)); });
   place_.clear();
   return kept;
@@ -284,12 +293,10 @@ TargetRecording Reader::ReadTarget(const FCProtocolEntry& entry, const TargetEnt
   kept.record = target;
   kept.record.first_lun = nullptr;
   kept.record.next = nullptr;
-  const std::size_t most = std::min(recording::kMostLuns, recording::kMostLunsInAll - luns_);
-  EachOf("LUNs of a target", target.first_lun, most, [&](const LunEntry& lun) {
+  EachOf("LUNs of a target", target.first_lun, recording::kMostLuns, room_.luns, [&](const LunEntry& lun) {
     kept.luns.push_back(lun);
     kept.luns.back().next = nullptr;
   });
-  luns_ += kept.luns.size();
   Ask(&TORPI_GetPortStatisticsFC, kept.statistics, [&](TargetPortStatistics& statistics) {
     TargetStatisticsAddress address{};
     address.kind = kTargetByPortName;

@@ -12,6 +12,9 @@ pytestmark = pytest.mark.skipif(SANITIZED, reason="the sanitizers' runtime needs
 FLOOR = (2, 17)
 LIST = ROOT / "cmake" / "old_c_library" / "symbols_2.17.list"
 PROBE = BUILD / "tests" / "start_probe"
+SNAPSHOT = BUILD / "bin" / "zfc-snapshot"
+# What runs on a host: each loads the device library.
+HOST_PROGRAMS = pytest.mark.parametrize("path", [EXECUTABLE, SNAPSHOT], ids=lambda path: path.name)
 # Asked for without a version, and not missed where no library has them.
 WEAK = {"__gmon_start__", "_ITM_registerTMCloneTable", "_ITM_deregisterTMCloneTable", "__pthread_mutex_trylock"}
 
@@ -49,7 +52,7 @@ def listed_symbols():
     return found
 
 
-@pytest.mark.parametrize("path", [EXECUTABLE, PROBE], ids=lambda path: path.name)
+@pytest.mark.parametrize("path", [EXECUTABLE, SNAPSHOT, PROBE], ids=lambda path: path.name)
 def test_needs_no_symbol_above_the_floor(path):
     needed = needed_symbols(path)
     versioned = {name: wanted for name, wanted in needed.items() if wanted}
@@ -58,26 +61,47 @@ def test_needs_no_symbol_above_the_floor(path):
     assert above == {}
 
 
-def test_other_symbols_are_those_of_the_device_library():
-    others = {name for name, wanted in needed_symbols(EXECUTABLE).items() if wanted is None}
+@HOST_PROGRAMS
+def test_other_symbols_are_those_of_the_device_library(path):
+    others = {name for name, wanted in needed_symbols(path).items() if wanted is None}
     assert {name for name in others if not name.startswith("TORPI_")} <= WEAK
-    weak = {line.split()[-1] for line in lines("nm", "-D", "--undefined-only", str(EXECUTABLE)) if " w " in line}
+    weak = {line.split()[-1] for line in lines("nm", "-D", "--undefined-only", str(path)) if " w " in line}
     assert others & WEAK <= weak
 
 
-def test_needs_no_other_library():
-    dynamic = lines("readelf", "--dynamic", "--wide", str(EXECUTABLE))
+def test_snapshot_asks_the_device_library_for_reading_calls_alone():
+    """All but those of every session are weak: a library that lacks one is read all the same."""
+    calls = [line.split() for line in lines("nm", "-D", "--undefined-only", str(SNAPSHOT)) if "TORPI_" in line]
+    names = {words[-1].removeprefix("TORPI_"): words[0] for words in calls}
+    assert {name for name, kind in names.items() if kind == "U"} == {
+        "Initialize",
+        "SetToolID",
+        "SetToolVersion",
+        "Uninitialize",
+        "GetAdapterList",
+    }
+    reading = {"DiagnosticsRDPTest", "FreeSCMRStatisticsList"}
+    others = {name for name, kind in names.items() if kind == "w"} - reading
+    assert len(others) == 25 and all(re.match("Get|FCGet|Is|Check", name) for name in others)
+
+
+@HOST_PROGRAMS
+def test_needs_no_other_library(path):
+    dynamic = lines("readelf", "--dynamic", "--wide", str(path))
     needed = {re.search(r"\[(.*)\]", line)[1] for line in dynamic if "(NEEDED)" in line}
     assert needed == {"libtorpifconly.so", "libc.so.6"}
+    assert any("(RUNPATH)" in line and "[$ORIGIN/../lib]" in line for line in dynamic)
+    assert not any("BIND_NOW" in line or re.search(r"FLAGS_1.*\bNOW\b", line) for line in dynamic)
 
 
-def test_file_is_one_that_an_old_loader_reads():
-    dynamic = "\n".join(lines("readelf", "--dynamic", "--wide", str(EXECUTABLE)))
+@HOST_PROGRAMS
+def test_file_is_one_that_an_old_loader_reads(path):
+    dynamic = "\n".join(lines("readelf", "--dynamic", "--wide", str(path)))
     assert "(HASH)" in dynamic and "(GNU_HASH)" in dynamic
     assert "RELR" not in dynamic
-    kinds = {line.split()[2] for line in lines("readelf", "--relocs", "--wide", str(EXECUTABLE)) if "R_X86_64_" in line}
+    kinds = {line.split()[2] for line in lines("readelf", "--relocs", "--wide", str(path)) if "R_X86_64_" in line}
     assert kinds == {"R_X86_64_RELATIVE", "R_X86_64_GLOB_DAT", "R_X86_64_JUMP_SLOT", "R_X86_64_64"} & kinds
-    assert any("UNIX - System V" in line for line in lines("readelf", "--file-header", str(EXECUTABLE)))
+    assert any("UNIX - System V" in line for line in lines("readelf", "--file-header", str(path)))
 
 
 def test_list_holds_what_the_c_library_has():
