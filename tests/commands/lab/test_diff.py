@@ -51,6 +51,13 @@ def test_a_host_is_the_same_as_itself(host):
     assert lab("diff", host, host) == (SAME, "")
 
 
+@pytest.mark.parametrize("host", [BUILTIN_HOST, EXAMPLES / "odd.yaml", EXAMPLES / "modules.yaml"], ids=lambda path: path.stem)
+def test_a_snapshot_is_the_same_as_its_host(host, tmp_path):
+    snapshot = tmp_path / "snapshot.yaml"
+    lab("snapshot", "-o", snapshot, TORPI_LAB_HOST=str(host))
+    assert lab("diff", host, snapshot) == (SAME, "")
+
+
 @pytest.mark.parametrize(
     "old, new, lines",
     [
