@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tools/lab/diff/fields.h"
+#include "tools/lab/diff/link_parameters.h"
 #include "tools/lab/diff/matching.h"
 #include "tools/lab/diff/modules.h"
 #include "tools/lab/diff/record_fields.h"
@@ -263,9 +264,7 @@ void ComparePortAnswers(Report& report, const recording::ProtocolRecording& befo
   CompareAnswer(report, "the Vital Product Data", before.vpd, after.vpd,
                 [&](const auto& was, const auto& is) { CompareVpdBytes(report, was, is); });
   CompareAnswer(report, "the diagnostic parameters of the switch", before.rdp, after.rdp,
-                [&](const auto&, const auto&) {
-                  report.AddOtherBytes("the switch's answer to Read Diagnostic Parameters");
-                });
+                [&](const auto& was, const auto& is) { CompareLinkParameters(report, was, is); });
   CompareConfiguration(report, before, after);
   CompareAnswer(report, "the NVMe boot entries", before.nvme_boot, after.nvme_boot,
                 [&](const auto& was, const auto& is) { CompareNvmeBoot(report, was, is); });

@@ -48,9 +48,15 @@ bool ReadResources(Octets octets, Vpd& vpd) {
     const auto content = Take(octets, static_cast<std::size_t>((*head)[1] | (*head)[2] << 8));
     if (!content) return false;
     const std::uint8_t tag = (*head)[0];
-    if (tag == kIdentifierString) vpd.name = TextOf(*content);
-    if ((tag == kReadOnlyItems || tag == kReadWriteItems) && !ReadItems(*content, vpd)) return false;
+    if (tag == kIdentifierString) {
+      vpd.name = TextOf(*content);
+    } else if (tag == kReadOnlyItems || tag == kReadWriteItems) {
+      if (!ReadItems(*content, vpd)) return false;
+    } else {
+      vpd.rest += TextOf(*head) + TextOf(*content);
+    }
   }
+  vpd.rest += TextOf(octets);
   return true;
 }
 
@@ -78,7 +84,7 @@ bool CompareVpd(Report& report, const Vpd& before, const Vpd& after) {
     say("VPD item " + view::CleanText(keyword), was == before.items.end() ? "" : was->second,
         is == after.items.end() ? "" : is->second);
   }
-  return before.whole && after.whole && report.Changes().size() > known;
+  return before.whole && after.whole && before.rest == after.rest && report.Changes().size() > known;
 }
 
 }  // namespace diff

@@ -14,6 +14,7 @@ struct Vpd {
   std::string name;  // the identifier string
   std::map<std::string, std::string>
       items;          // by their keyword: "PN", "SN", without check sum and reserved space
+  std::string rest;   // all other resources, and what follows the last one
   bool whole = true;  // false for an image that ends within a resource
 };
 

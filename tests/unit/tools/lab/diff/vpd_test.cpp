@@ -55,6 +55,15 @@ TEST(Vpd, SaysWhichItemsChanged) {
             "VPD item V7 changed from LAB to none.\n");
 }
 
+TEST(Vpd, ThatDiffersPastItsEndSaysThatToo) {
+  diff::Report report;
+  const diff::Vpd before = diff::ReadVpd(Image("A card", {{"PN", "1"}}));
+  Bytes image = Image("A card", {{"PN", "2"}});
+  image.push_back(0xEE);
+  EXPECT_FALSE(diff::CompareVpd(report, before, diff::ReadVpd(image)));
+  EXPECT_EQ(report.Text(), "VPD item PN changed from 1 to 2.\n");
+}
+
 TEST(Vpd, WithoutAChangedItemDiffersElsewhere) {
   diff::Report report;
   const diff::Vpd vpd = diff::ReadVpd(Image("A card", {{"PN", "1"}}));
