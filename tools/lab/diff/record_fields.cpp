@@ -37,8 +37,6 @@ constexpr CodeWord kCongestionEvents[] = {
 constexpr CodeWord kPortLanes[] = {{0, "disabled"}, {1, "operational"}, {2, "non-operational"}};
 constexpr CodeWord kTargetLanes[] = {{0, "none"}, {1, "slow"}, {2, "normal"}, {3, "fast"}};
 constexpr CodeWord kThrottling[] = {{0, "disabled"}, {1, "none"}, {2, "active"}};
-constexpr CodeWord kProductTypes[] = {{0, "disk"},    {1, "tape"},  {4, "optical"}, {5, "CDROM"},
-                                      {8, "changer"}, {12, "RAID"}, {13, "SAF-TE"}};
 constexpr CodeWord kLockdownReads[] = {
     {0, "read"}, {0x76, "unsupported driver"}, {0x86, "unsupported firmware"}};
 constexpr CodeWord kConnectionOptions[] = {{kLoopOnly, "loop only"},
@@ -236,7 +234,7 @@ constexpr Field kTarget[] = {
     {"NVMe product revision", offsetof(TargetEntry, nvme_revision), sizeof(TargetEntry::nvme_revision),
      Form::kText},
     {"Product type", offsetof(TargetEntry, product_type), sizeof(TargetEntry::product_type), Form::kCode,
-     kProductTypes},
+     view::kProductTypes},
     {"Serial number", offsetof(TargetEntry, serial_number), sizeof(TargetEntry::serial_number), Form::kText},
     {"NQN", offsetof(TargetEntry, nqn), sizeof(TargetEntry::nqn), Form::kText},
     {"Controller ID", offsetof(TargetEntry, controller_id), sizeof(TargetEntry::controller_id), Form::kHex},

@@ -24,11 +24,8 @@ using recording::TargetRecording;
 
 // Targets.
 
-constexpr view::CodeWord kProductTypes[] = {{0, "disk"},    {1, "tape"},  {4, "optical"}, {5, "CDROM"},
-                                            {8, "changer"}, {12, "RAID"}, {13, "SAF-TE"}};
-
 std::string ProductType(const TargetEntry& target) {
-  for (const view::CodeWord& row : kProductTypes) {
+  for (const view::CodeWord& row : view::kProductTypes) {
     if (row.code == target.product_type) return row.word;
   }
   return "device";

@@ -222,12 +222,6 @@ bool IsNoticeable(Quantity quantity, const Measurement& before, const Measuremen
   return !(high < low * step);
 }
 
-Limit WorstLimit(const Module& module) {
-  Limit worst = Limit::kWithin;
-  for (const Measurement& measurement : module.measured) worst = std::max(worst, measurement.limit);
-  return worst;
-}
-
 std::string ModuleName(const Module& module) {
   const std::string names[] = {CleanText(module.vendor), CleanText(module.part)};
   const std::string name = Joined(names, " ");

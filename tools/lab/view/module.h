@@ -51,9 +51,6 @@ std::string LimitText(Quantity quantity, const Measurement& measurement);
 // Whether a value moved so far that it is worth a word, or crossed a limit.
 bool IsNoticeable(Quantity quantity, const Measurement& before, const Measurement& after);
 
-// The worst of all quantities.
-Limit WorstLimit(const Module& module);
-
 // "SORVEX OPTICS SX-F16-SW", clean; "a module without a name" where the texts are empty.
 std::string ModuleName(const Module& module);
 

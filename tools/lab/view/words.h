@@ -24,6 +24,10 @@ inline constexpr CodeWord kLinkStates[] = {{1, "up"}, {3, "down"}};
 inline constexpr CodeWord kCongestionStates[] = {{0, "healthy"}, {1, "congested"}};
 inline constexpr CodeWord kSeverities[] = {{0, "none"}, {0xF1, "warning"}, {0xF7, "alarm"}};
 
+// SCSI peripheral device types (SPC).
+inline constexpr CodeWord kProductTypes[] = {{0, "disk"},    {1, "tape"},  {4, "optical"}, {5, "CDROM"},
+                                             {8, "changer"}, {12, "RAID"}, {13, "SAF-TE"}};
+
 inline constexpr std::uint8_t kCongested = 1;
 inline constexpr std::uint8_t kWarningSeverity = 0xF1;
 inline constexpr std::uint8_t kAlarmSeverity = 0xF7;
