@@ -77,7 +77,6 @@ void Say(const std::string& what) {
 }
 
 tools::ExitStatus Snapshot(const tools::Arguments& arguments) {
-  const EndStep without_memory(&EndWithoutMemoryHere, nullptr);
   const std::string* const output = arguments.Value("--output");
   const std::string path = output != nullptr ? *output : "-";
   const bool force = arguments.Has("--force");
@@ -110,6 +109,7 @@ tools::ExitStatus Snapshot(const tools::Arguments& arguments) {
 }  // namespace
 
 int main(int count, char** words) {
+  const EndStep without_memory(&EndWithoutMemoryHere, nullptr);
   tools::Arguments arguments(kProgram, tools::Words(words + 1, words + count),
                              {{"--output", "-o", "FILE"},
                               {"--anonymise"},

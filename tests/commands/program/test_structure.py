@@ -31,7 +31,7 @@ ROOMS = ["calls", TOP, "state", "recorded", "host_file", "images", "device", "ba
 
 # What a tool's folder may include besides itself, common/ and the record headers. The simulator's own names begin at
 # simulator/.
-TOOL_USES = {"common": [], "snapshot": ["recording/"], "json": [], "lab": ["recording/", "tools/snapshot/", "simulator"]}
+TOOL_USES = {"common": [], "snapshot": ["recording/", "runtime/out_of_memory.h"], "json": [], "lab": ["recording/", "tools/snapshot/", "simulator"]}
 
 # How many sources a folder may hold, and the folders that may hold more.
 FOLDER_SIZE = 25
