@@ -13,4 +13,7 @@ struct Command {
   tools::ExitStatus (*run)(const tools::Words& words);
 };
 
+extern const Command kCheck;
+extern const Command kNew;
+
 }  // namespace zfc_lab

@@ -1,7 +1,6 @@
 // zfc-lab: the lab's own command. Each command is in the file of its name.
 #include <cstdio>
 #include <cstring>
-#include <span>
 #include <string>
 
 #include "tools/lab/command.h"
@@ -9,7 +8,7 @@
 namespace zfc_lab {
 namespace {
 
-constexpr std::span<const Command* const> kCommands = {};
+constexpr const Command* kCommands[] = {&kCheck, &kNew};
 
 void PrintHelp() {
   std::printf(
