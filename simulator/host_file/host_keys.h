@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "base/limits.h"
 #include "device/host.h"
-#include "host_file/limits.h"
 
 namespace lab {
 

@@ -14,12 +14,12 @@
 #include <type_traits>
 #include <vector>
 
+#include "base/limits.h"
 #include "base/named_number.h"
 #include "base/text.h"
 #include "framework/device_library/flash_records.h"
-#include "host_file/limits.h"
-#include "host_file/mistakes.h"
-#include "host_file/yaml_tree.h"
+#include "yaml/mistakes.h"
+#include "yaml/tree.h"
 
 namespace lab {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "base/limits.h"
 #include "base/named_number.h"
 #include "device/family_table.h"
-#include "host_file/limits.h"
 #include "tools/common/new_file.h"
 #include "tools/lab/command.h"
 

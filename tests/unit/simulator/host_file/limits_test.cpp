@@ -1,5 +1,5 @@
 // How large a host can be.
-#include "host_file/limits.h"
+#include "base/limits.h"
 
 #include <gtest/gtest.h>
 

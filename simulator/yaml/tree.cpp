@@ -1,4 +1,4 @@
-#include "host_file/yaml_tree.h"
+#include "yaml/tree.h"
 
 #include <yaml-cpp/eventhandler.h>
 #include <yaml-cpp/exceptions.h>

@@ -1,5 +1,5 @@
 // What can be wrong in any file of YAML, and the limits of one.
-#include "host_file/yaml_tree.h"
+#include "yaml/tree.h"
 
 #include <gtest/gtest.h>
 

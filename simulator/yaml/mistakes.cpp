@@ -1,4 +1,4 @@
-#include "host_file/mistakes.h"
+#include "yaml/mistakes.h"
 
 namespace lab {
 

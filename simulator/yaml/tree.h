@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host_file/limits.h"
-#include "host_file/mistakes.h"
+#include "base/limits.h"
+#include "yaml/mistakes.h"
 
 namespace lab {
 
