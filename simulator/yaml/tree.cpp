@@ -204,7 +204,7 @@ struct Reason {
 
 constexpr const char* kIndentation = "the indentation does not fit the lines above";
 
-constexpr Reason kReasons[] = {
+const Reason kReasons[] = {
     {YAML::ErrorMsg::END_OF_MAP, kIndentation},
     {YAML::ErrorMsg::END_OF_SEQ, kIndentation},
     {YAML::ErrorMsg::BLOCK_ENTRY,
