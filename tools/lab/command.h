@@ -13,6 +13,8 @@ struct Command {
   tools::ExitStatus (*run)(const tools::Words& words);
 };
 
+extern const Command kCheck;
+extern const Command kNew;
 extern const Command kSnapshot;
 
 }  // namespace zfc_lab

@@ -8,7 +8,7 @@
 namespace zfc_lab {
 namespace {
 
-constexpr const Command* kCommands[] = {&kSnapshot};
+constexpr const Command* kCommands[] = {&kCheck, &kNew, &kSnapshot};
 
 void PrintHelp() {
   std::printf(
