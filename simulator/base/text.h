@@ -43,6 +43,9 @@ std::string OctetText(std::span<const std::uint8_t> octets);
 // \n, \r, \t or \xNN: one line whatever the text holds.
 std::string Quoted(std::string_view text);
 
+// As a message shows it: what is outside printable ASCII and UTF-8 escaped, cut short after 64 characters.
+std::string ShownText(std::string_view text);
+
 // Without the blanks and tabs at both ends.
 std::string_view Trimmed(std::string_view text);
 

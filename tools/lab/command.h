@@ -13,8 +13,10 @@ struct Command {
   tools::ExitStatus (*run)(const tools::Words& words);
 };
 
+extern const Command kCheck;
 extern const Command kDiff;
 extern const Command kMap;
+extern const Command kNew;
 extern const Command kSnapshot;
 
 }  // namespace zfc_lab

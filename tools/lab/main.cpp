@@ -8,7 +8,7 @@
 namespace zfc_lab {
 namespace {
 
-constexpr const Command* kCommands[] = {&kSnapshot, &kDiff, &kMap};
+constexpr const Command* kCommands[] = {&kCheck, &kNew, &kSnapshot, &kDiff, &kMap};
 
 void PrintHelp() {
   std::printf(
