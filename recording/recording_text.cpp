@@ -123,9 +123,9 @@ class Writer {
     Number(key, value);
     return true;
   }
-  bool Alone(const char*, const SizedBytes&) { return false; }
-  bool Alone(const char*, const StatisticsBlock&) { return false; }
-  bool Alone(const char*, const StatisticsList&) { return false; }
+  static bool Alone(const char*, const SizedBytes&) { return false; }
+  static bool Alone(const char*, const StatisticsBlock&) { return false; }
+  static bool Alone(const char*, const StatisticsList&) { return false; }
 
   // The members of an answer's map. What is zero after a refusal is left out.
   template <class Record>

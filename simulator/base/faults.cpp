@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/nearest_word.h"
 #include "base/results.h"
 #include "base/text.h"
 
@@ -23,17 +24,24 @@ bool Performs(CallKind kind, std::uint32_t result) {
   return false;
 }
 
+// "; did you mean 'TORPI_GetVpd'?" where a call is close to this name.
+std::string Meant(std::string_view call) {
+  std::vector<std::string_view> names;
+  for (const CallInfo& known : kCalls) names.emplace_back(known.name);
+  return DidYouMean(call, names);
+}
+
 }  // namespace
 
 std::string FaultQueue::Add(std::string_view call, std::string_view result, bool once) {
   const CallInfo* info = FindCall(call);
-  if (!info) return "expected the name of a library call, got '" + std::string(call) + "'";
+  if (!info) return "expected the name of a library call, got '" + ShownText(call) + "'" + Meant(call);
   const std::string name = info->name;
   std::uint64_t number = 0;
   if (info->kind == CallKind::kPointer) {
-    if (result != "null") return "expected null for " + name + ", got '" + std::string(result) + "'";
+    if (result != "null") return "expected null for " + name + ", got '" + ShownText(result) + "'";
   } else if (!ReadNumber(result, UINT32_MAX, number)) {
-    return "expected a number for " + name + ", got '" + std::string(result) + "'";
+    return "expected a number for " + name + ", got '" + ShownText(result) + "'";
   }
   const auto lasting = [info](const Entry& entry) { return entry.call == info && !entry.fault.once; };
   if (!once && std::any_of(entries_.begin(), entries_.end(), lasting)) {
@@ -50,7 +58,7 @@ std::string FaultQueue::AddList(std::string_view text) {
     std::string_view item = Trimmed(text.substr(0, comma));
     text.remove_prefix(comma == text.npos ? text.size() : comma + 1);
     const std::size_t equals = item.find('=');
-    if (equals == item.npos) return "expected <call>=<result>, got '" + std::string(item) + "'";
+    if (equals == item.npos) return "expected <call>=<result>, got '" + ShownText(item) + "'";
     std::string_view result = item.substr(equals + 1);
     constexpr std::string_view kOnce = ":once";
     const bool once = result.ends_with(kOnce);

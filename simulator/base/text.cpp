@@ -176,6 +176,23 @@ std::string Escaped(std::string_view text) {
   return escaped;
 }
 
+std::string ShownText(std::string_view text) {
+  constexpr std::size_t kLongest = 64;
+  std::string shown;
+  for (std::size_t at = 0, characters = 0; at < text.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    const bool begins = (byte & 0xC0) != 0x80;  // a character, of UTF-8 too
+    if (begins && characters++ == kLongest) return shown + "...";
+    if (byte >= 0x20 && byte != 0x7f) {
+      shown += text[at];
+    } else {
+      const std::string quoted = Quoted(text.substr(at, 1));
+      shown += quoted.substr(1, quoted.size() - 2);
+    }
+  }
+  return shown;
+}
+
 std::string_view Trimmed(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t\r");
   if (first == text.npos) return {};

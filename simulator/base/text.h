@@ -46,6 +46,9 @@ std::string Escaped(std::string_view text);
 // The same in double quotes.
 std::string Quoted(std::string_view text);
 
+// As a message shows it: what is outside printable ASCII and UTF-8 escaped, cut short after 64 characters.
+std::string ShownText(std::string_view text);
+
 // Without the blanks and tabs at both ends.
 std::string_view Trimmed(std::string_view text);
 

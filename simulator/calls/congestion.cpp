@@ -44,8 +44,8 @@ std::uint32_t PlayStatistics(const ProtocolRecording& port, SCMRStatisticsEntry*
   if (out_head == nullptr) return lab::kBadArgument;
   return lab::Play(port.congestion_statistics, [=](const recording::StatisticsList& list) {
     if (list.elements.empty()) return;
-    std::vector<SCMRStatisticsEntry>& elements =
-        RecordedListsOut().emplace_back(list.elements, list.free_result).elements;
+    RecordedListsOut().push_back({list.elements, list.free_result});
+    std::vector<SCMRStatisticsEntry>& elements = RecordedListsOut().back().elements;
     for (std::size_t i = 1; i < elements.size(); ++i) elements[i - 1].next = &elements[i];
     *out_head = elements.data();
   });

@@ -65,8 +65,8 @@ const Family* FindFamily(std::string_view name) {
   return nullptr;
 }
 
-std::string_view FamilyNames() {
-  return "aster, birch, cedar, ginkgo, elm, fern, hazel, iris, dahlia";
+std::span<const Family> Families() {
+  return kFamilies;
 }
 
 const FlashComponent* FindFlashComponent(std::string_view name) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "framework/device_library/flash_records.h"
@@ -45,8 +46,8 @@ inline constexpr std::uint16_t kSorvexVendorId = 0x1C9E;
 // Null for a name that is no family.
 const Family* FindFamily(std::string_view name);
 
-// "aster, birch, ...", for messages.
-std::string_view FamilyNames();
+// All families, the oldest first.
+std::span<const Family> Families();
 
 // A component of the flash by its name in host files and flash images.
 struct FlashComponent {

@@ -190,6 +190,7 @@ void LinkHost(Host& host) {
       if (port.has_list) port.record.protocols = &port.list;
       for (Entry& of_port : port.entries) {
         FCProtocolEntry& entry = of_port.record;
+        of_port.targets.Build();
         entry.target_count = of_port.targets.Count();
         entry.first_target = of_port.targets.First();
         *entry_link = &entry;

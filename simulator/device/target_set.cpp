@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 #include "base/text.h"
 #include "device/host.h"
@@ -104,7 +105,18 @@ std::uint64_t TargetGroup::LunsPerTarget() const {
   return luns_per_target;
 }
 
-void TargetSet::Add(const TargetGroup& group) {
+void TargetSet::Add(TargetGroup group) {
+  count_ += group.count;
+  lun_count_ += group.LunsPerTarget() * group.count;
+  groups_.push_back(std::move(group));
+}
+
+void TargetSet::Build() {
+  for (const TargetGroup& group : groups_) BuildGroup(group);
+  groups_ = {};
+}
+
+void TargetSet::BuildGroup(const TargetGroup& group) {
   Block& block = blocks_.emplace_back();
   block.records.reserve(group.count);
   block.states.assign(group.count, group.state);
@@ -120,7 +132,6 @@ void TargetSet::Add(const TargetGroup& group) {
     if (place > 0) block.records[place - 1].next = &target;
   }
   if (blocks_.size() > 1) blocks_[blocks_.size() - 2].records.back().next = &block.records.front();
-  count_ += group.count;
 }
 
 const TargetEntry* TargetSet::First() const {

@@ -71,10 +71,17 @@ class TargetSet {
   TargetSet& operator=(const TargetSet&) = delete;
   ~TargetSet() = default;
 
-  // Appends the targets of the group and their LUNs.
-  void Add(const TargetGroup& group);
+  // Appends the targets of the group and their LUNs, so far only as numbers.
+  void Add(TargetGroup group);
+
+  // Writes the records of all groups, each of which is added before. A host that is only checked does
+  // without.
+  void Build();
 
   std::uint32_t Count() const { return count_; }
+  std::uint64_t LunCount() const { return lun_count_; }
+
+  // The rest is about the records.
   const TargetEntry* First() const;
 
   // The state of the first target with this number, or with this port name; null when there is none.
@@ -102,9 +109,12 @@ class TargetSet {
 
   template <typename Wanted>
   TargetState* FindIf(Wanted wanted);
+  void BuildGroup(const TargetGroup& group);
 
+  std::vector<TargetGroup> groups_;  // whose records are not there yet
   std::vector<Block> blocks_;
   std::uint32_t count_ = 0;
+  std::uint64_t lun_count_ = 0;
 };
 
 // A name and a port identifier, `steps` further on.

@@ -41,17 +41,16 @@ constexpr KeyRow<FlashMemoBlock> kMemoKeys[] = {
     {"mbi-version", [](const Value& value, FlashMemoBlock& into) { value.Into(into.mbi_version); }},
     {"build-date",
      [](const Value& value, FlashMemoBlock& into) {
-       if (!ReadDate(value.Text(64), into.mbi_build_date)) value.Expected("a date like 2026-03-14");
+       if (!ReadDate(value.Word(), into.mbi_build_date)) value.Expected("a date like 2026-03-14");
      }},
     {"tool-id", [](const Value& value, FlashMemoBlock& into) { StoreCharacters(value, into.tool_id); }},
     {"tool-version",
      [](const Value& value, FlashMemoBlock& into) {
-       const std::string text = value.Text(64);
-       if (!ReadToolVersion(text, into.tool_version)) value.Expected("four numbers like 1.9.0.0");
+       if (!ReadToolVersion(value.Word(), into.tool_version)) value.Expected("four numbers like 1.9.0.0");
      }},
     {"updated",
      [](const Value& value, FlashMemoBlock& into) {
-       if (!ReadTime(value.Text(64), into)) value.Expected("a time like \"2026-03-14 09:26:53\"");
+       if (!ReadTime(value.Word(), into)) value.Expected("a time like \"2026-03-14 09:26:53\"");
      }},
 };
 

@@ -22,12 +22,13 @@ void ReadFields(const Value& map, std::span<const ConfigField> rows, const char*
                 HBAParamsInfo& into, Other other) {
   map.EachKey([&](const Value& value) {
     if (value.Key() == other_key) return other(value);
-    std::string names;
+    std::vector<std::string_view> names;
     for (const ConfigField& row : rows) {
       if (value.Key() == row.key) return ReadField(row, value, into);
-      names += std::string(row.key) + ", ";
+      names.emplace_back(row.key);
     }
-    value.UnknownKey(names + other_key);
+    names.emplace_back(other_key);
+    value.UnknownKey(names);
   });
 }
 
@@ -43,9 +44,9 @@ constexpr KeyRow<BootDrive> kDriveKeys[] = {
 
 void ReadDrives(const Value& list, HBAParamsInfo& into) {
   for (BootDrive HBAParamsInfo::*drive : kBootDrives) into.*drive = {};
-  list.EachItemUpTo(
-      std::size(kBootDrives), "eight drives and no more",
-      [&](const Value& item, std::size_t place) { ReadMap(item, kDriveKeys, into.*kBootDrives[place]); });
+  list.EachItemUpTo(std::size(kBootDrives), "drives", [&](const Value& item, std::size_t place) {
+    ReadMap(item, kDriveKeys, into.*kBootDrives[place]);
+  });
 }
 
 void ReadBoot(const Value& map, ConfigSetup& into) {
@@ -66,9 +67,9 @@ void ReadNvmeBoot(const Value& value, ConfigSetup& into) {
   into.nvme = {};
   into.nvme_present = !value.Is("none");
   if (!into.nvme_present) return;
-  value.EachItemUpTo(
-      std::size(into.nvme.entries), "eight entries and no more",
-      [&](const Value& item, std::size_t place) { ReadMap(item, kNvmeKeys, into.nvme.entries[place]); });
+  value.EachItemUpTo(std::size(into.nvme.entries), "entries", [&](const Value& item, std::size_t place) {
+    ReadMap(item, kNvmeKeys, into.nvme.entries[place]);
+  });
 }
 
 constexpr NamedNumber kStates[] = {{"offline", 0}, {"online", 1}};

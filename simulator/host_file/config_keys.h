@@ -1,6 +1,8 @@
 // The configuration of a port in host files, and what calls change of it in state files.
 #pragma once
 
+#include <yaml-cpp/yaml.h>
+
 #include "device/config_setup.h"
 #include "host_file/yaml_value.h"
 

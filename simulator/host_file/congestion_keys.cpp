@@ -77,9 +77,7 @@ constexpr NumberRow<SCMRStatisticsEntry, std::uint64_t> kCounters[] = {
 void ReadTargetCounters(const Value& map, CongestionSetup& into) {
   map.EachKey([&](const Value& value) {
     WorldWideName name;
-    if (!ReadOctets(value.Key(), name.octets)) {
-      value.Wrong(value.Key() + ": expected the name of a target");
-    }
+    if (!ReadOctets(value.Key(), name.octets)) return value.WrongKey("the name of a target");
     ReadNumbers(value, kCounters, into.targets[NameNumber(name)]);
   });
 }

@@ -1,8 +1,12 @@
 #include "host_file/host_keys.h"
 
-#include <set>
+#include <string_view>
+#include <vector>
 
+#include "base/call_table.h"
+#include "device/family_table.h"
 #include "host_file/adapter_keys.h"
+#include "host_file/host_reading.h"
 #include "host_file/port_keys.h"
 #include "host_file/yaml_value.h"
 
@@ -15,26 +19,34 @@ constexpr NamedNumber kChatterWords[] = {{"false", static_cast<std::uint32_t>(Ch
                                          {"true", static_cast<std::uint32_t>(Chatter::kAllCalls)},
                                          {"ports", static_cast<std::uint32_t>(Chatter::kPortCalls)}};
 
-// A host while it is read.
-struct HostReading {
-  Host& host;
-  std::set<std::string> port_names;
-};
+// The family of an adapter. After a mistake it is any family, so that the other keys are read all the same.
+const Family& ReadFamily(const Value& map) {
+  std::vector<std::string_view> names;
+  std::string joined;
+  for (const Family& family : Families()) {
+    joined += (names.empty() ? "" : ", ") + std::string(family.name);
+    names.emplace_back(family.name);
+  }
+  const Family* found = nullptr;
+  bool there = false;
+  map.At("family", [&](const Value& value) {
+    there = true;
+    found = FindFamily(value.Word());
+    if (found == nullptr) value.Expected("one of " + joined, names);
+  });
+  if (!there) map.Missing("family");
+  return found != nullptr ? *found : Families().front();
+}
 
 void ReadAdapter(const Value& map, HostReading& reading) {
-  const Family* family = nullptr;
-  map.At("family", [&](const Value& value) {
-    family = FindFamily(value.Text(64));
-    if (!family) value.Expected("one of " + std::string(FamilyNames()));
-  });
-  if (!family) map.Missing("family");
-
+  if (!map.IsMap()) return map.Expected("a map");
   const std::size_t index = reading.host.adapters.size();
-  Adapter& adapter = reading.host.adapters.emplace_back(MakeAdapter(*family, index));
+  Adapter& adapter = reading.host.adapters.emplace_back(MakeAdapter(ReadFamily(map), index));
   ReadAdapterKeys(map, adapter);
   map.At("ports", [&](const Value& ports) {
     adapter.has_list = true;
-    ports.EachItem([&](const Value& item) { ReadPort(item, adapter, index, reading.port_names); });
+    ports.EachItemUpTo(ports.GetLimits().ports, "ports",
+                       [&](const Value& item, std::size_t) { ReadPort(item, adapter, index, reading); });
   });
 }
 
@@ -54,16 +66,20 @@ constexpr KeyRow<FaultReading> kFaultKeys[] = {
 void ReadFault(const Value& map, FaultQueue& faults) {
   FaultReading fault;
   ReadMap(map, kFaultKeys, fault);
+  if (!map.IsMap()) return;
   if (fault.call.empty()) map.Missing("call");
   if (fault.result.empty()) map.Missing("result");
-  if (const std::string wrong = faults.Add(fault.call, fault.result, fault.once); !wrong.empty())
-    map.Wrong(wrong);
+  if (fault.call.empty() || fault.result.empty()) return;
+  const std::string wrong = faults.Add(fault.call, fault.result, fault.once);
+  const Value part = map.AtOrHere(FindCall(fault.call) != nullptr ? "result" : "call");
+  if (!wrong.empty()) part.Wrong(part.Key() + ": " + wrong);
 }
 
 constexpr KeyRow<HostReading> kHostKeys[] = {
     {"adapters",
      [](const Value& value, HostReading& into) {
-       value.EachItem([&](const Value& item) { ReadAdapter(item, into); });
+       value.EachItemUpTo(value.GetLimits().adapters, "adapters",
+                          [&](const Value& item, std::size_t) { ReadAdapter(item, into); });
      }},
     {"no-list", [](const Value& value, HostReading& into) { value.Into(into.host.no_list); }},
     {"reboot-required", [](const Value& value, HostReading& into) { value.Into(into.host.reboot_required); }},
@@ -75,17 +91,19 @@ constexpr KeyRow<HostReading> kHostKeys[] = {
      }},
     {"faults",
      [](const Value& value, HostReading& into) {
-       value.EachItem([&](const Value& item) { ReadFault(item, into.host.faults); });
+       value.EachItemUpTo(value.GetLimits().faults, "faults",
+                          [&](const Value& item, std::size_t) { ReadFault(item, into.host.faults); });
      }},
 };
 
 }  // namespace
 
-std::string ReadHost(const std::string& name, const std::string& text, Host& host) {
-  return ReadDocument(name, text, [&host](const Value& document) {
+std::string ReadHost(const std::string& name, const std::string& text, Host& host, const Limits& limits) {
+  const auto read = [&host](const Value& document) {
     HostReading reading{host, {}};
     ReadMap(document, kHostKeys, reading);
-  });
+  };
+  return ReadDocument(name, text, read, limits);
 }
 
 }  // namespace lab

@@ -3,12 +3,14 @@
 
 #include <string>
 
+#include "base/limits.h"
 #include "device/host.h"
 
 namespace lab {
 
-// Fills `host`, without linking it, from the text of a host file. Returns an empty text, or the mistake with
-// `name` and its line; `host` is then of no use.
-std::string ReadHost(const std::string& name, const std::string& text, Host& host);
+// Fills `host`, without linking it, from the text of a host file. Returns an empty text, or a line for every
+// mistake, "<name>:<line>:<column>: <mistake>", without a line end after the last; `host` is then of no use.
+std::string ReadHost(const std::string& name, const std::string& text, Host& host,
+                     const Limits& limits = kLimits);
 
 }  // namespace lab

@@ -10,7 +10,6 @@ namespace lab {
 namespace {
 
 constexpr std::uint32_t kLargestLun = 65535;
-constexpr std::uint64_t kLunLimit = 1u << 20;
 
 constexpr const char* kLunProduct = "VirtualDisk";
 constexpr std::uint32_t kLunSizeMb = 102400;
@@ -34,21 +33,21 @@ bool ReadRange(std::string_view text, std::uint32_t& first, std::uint32_t& last)
 struct LunReading {
   LunRange& range;
   bool is_nvme;
+  bool has_numbers = true;  // false after a mistake in them
 };
 
 void ReadLunNumbers(const Value& value, LunReading& into) {
-  if (!value.IsText() || !ReadRange(value.Text(64), into.range.first, into.range.last)) {
-    value.Expected("a number or a range like 0-63, up to 65535");
-  }
+  into.has_numbers = ReadRange(value.Word(), into.range.first, into.range.last);
+  if (!into.has_numbers) value.Expected("a number or a range like 0-63, up to 65535");
 }
 
 template <std::size_t N>
 void ReadOctetList(const Value& value, std::uint8_t (&octets)[N], std::uint8_t& length) {
-  const std::string text = value.Text(3 * N);
+  const std::string& text = value.Word();
   const std::size_t count = (text.size() + 1) / 3;
   std::uint8_t read[N] = {};
-  if (count > N || (!text.empty() && !ReadOctets(text, {read, count}))) {
-    value.Expected("at most " + std::to_string(N) + " hexadecimal octets joined by ':'");
+  if (!value.IsText() || count > N || (!text.empty() && !ReadOctets(text, {read, count}))) {
+    return value.Expected("at most " + std::to_string(N) + " hexadecimal octets joined by ':'");
   }
   std::memcpy(octets, read, N);
   length = static_cast<std::uint8_t>(count);
@@ -88,25 +87,36 @@ LunRange MakeRange(const TargetEntry& target) {
   return range;
 }
 
+// Reads one item of the list: LUNs that are alike. `seen` has the numbers of those before.
+void ReadLunItem(const Value& item, TargetGroup& group, std::vector<bool>& seen) {
+  LunRange& range = group.luns.emplace_back(MakeRange(group.first));
+  LunReading reading{range, IsNvmeTarget(group.first)};
+  if (item.IsMap()) {
+    ReadMap(item, kLunKeys, reading);
+  } else {
+    ReadLunNumbers(item, reading);
+  }
+  if (!reading.has_numbers) return;
+  for (std::uint32_t number = range.first; number <= range.last; ++number) {
+    if (seen[number]) return item.Wrong(item.Key() + ": number " + std::to_string(number) + " is here twice");
+    seen[number] = true;
+  }
+}
+
 }  // namespace
 
 void ReadLuns(const Value& luns, TargetGroup& group) {
+  const std::uint64_t limit = luns.GetLimits().luns;
   std::vector<bool> seen(kLargestLun + 1);
-  luns.EachOrOne([&](const Value& item) {
-    LunRange& range = group.luns.emplace_back(MakeRange(group.first));
-    LunReading reading{range, IsNvmeTarget(group.first)};
-    if (item.IsMap()) {
-      ReadMap(item, kLunKeys, reading);
-    } else {
-      ReadLunNumbers(item, reading);
-    }
-    for (std::uint32_t number = range.first; number <= range.last; ++number) {
-      if (seen[number]) item.Wrong(item.Key() + ": number " + std::to_string(number) + " stands here twice");
-      seen[number] = true;
-    }
-  });
-  if (group.LunsPerTarget() * group.count > kLunLimit) {
-    luns.Expected("no more than " + std::to_string(kLunLimit) + " in all targets of one item");
+  if (luns.IsList()) {
+    luns.EachItemUpTo(limit, "items",
+                      [&](const Value& item, std::size_t) { ReadLunItem(item, group, seen); });
+  } else {
+    ReadLunItem(luns, group, seen);
+  }
+  if (group.LunsPerTarget() > limit) {
+    luns.Wrong(luns.Key() + ": expected at most " + std::to_string(limit) + " of a target, got " +
+               std::to_string(group.LunsPerTarget()));
   }
 }
 

@@ -30,7 +30,7 @@ struct EntryReading {
 };
 
 void ReadCounters(const Value& list, std::uint32_t (&counters)[6]) {
-  list.EachItemUpTo(std::size(counters), "six numbers and no more",
+  list.EachItemUpTo(std::size(counters), "numbers",
                     [&](const Value& item, std::size_t place) { item.Into(counters[place]); });
 }
 
@@ -149,14 +149,18 @@ constexpr auto kVirtualKeys = kAllKeys.first(kAllKeys.size() - kPortOnlyKeys);
 
 // The link sets the defaults of the other keys, and they those of the targets, in whatever order they are.
 void ReadEntry(const Value& map, std::span<const KeyRow<EntryReading>> keys, EntryReading& reading,
-               std::set<std::string>& names) {
+               HostReading& host) {
+  if (++host.ports == map.GetLimits().host_ports + 1) {
+    map.Wrong("ports: expected at most " + std::to_string(map.GetLimits().host_ports) + " in the whole host");
+  }
   map.At("link", [&](const Value& link) { ReadLink(link, reading); });
   ReadMap(map, keys, reading);
   const std::string name = OctetText(reading.entry.port_name.octets);
-  if (!names.insert(name).second)
-    map.Wrong("wwpn: expected a name of its own, got '" + name + "' a second time");
+  if (!host.port_names.insert(name).second) {
+    map.AtOrHere("wwpn").Wrong("wwpn: expected a name of its own, got '" + name + "' a second time");
+  }
   map.At("targets",
-         [&](const Value& targets) { ReadTargets(targets, reading.target_defaults, reading.setup); });
+         [&](const Value& targets) { ReadTargets(targets, reading.target_defaults, reading.setup, host); });
 }
 
 // The module in the port's cage: without the key, one that fits the adapter's family.
@@ -183,7 +187,8 @@ Entry MakeVirtualEntry(const Entry& of_port, std::uint8_t place) {
 
 }  // namespace
 
-void ReadPort(const Value& map, Adapter& adapter, std::size_t adapter_index, std::set<std::string>& names) {
+void ReadPort(const Value& map, Adapter& adapter, std::size_t adapter_index, HostReading& host) {
+  if (host.ports > map.GetLimits().host_ports) return;
   auto number = static_cast<std::uint32_t>(adapter.ports.size());
   map.At("number", [&](const Value& value) { value.Into(number); });
   Port& port = adapter.ports.emplace_back();
@@ -192,7 +197,7 @@ void ReadPort(const Value& map, Adapter& adapter, std::size_t adapter_index, std
   const auto read_entry = [&](const Value& entry_map, std::span<const KeyRow<EntryReading>> keys,
                               Entry& entry) {
     EntryReading reading{entry.record, entry, port, target_defaults};
-    ReadEntry(entry_map, keys, reading, names);
+    ReadEntry(entry_map, keys, reading, host);
   };
 
   Entry& entry = port.entries.emplace_back();
@@ -202,7 +207,8 @@ void ReadPort(const Value& map, Adapter& adapter, std::size_t adapter_index, std
   entry.sfp = ModuleOf(map, DefaultSfpValues(*adapter.family, adapter_index, number));
 
   map.At("npiv", [&](const Value& list) {
-    list.EachItem([&](const Value& item) {
+    list.EachItemUpTo(list.GetLimits().virtual_ports, "virtual ports", [&](const Value& item, std::size_t) {
+      if (host.ports > list.GetLimits().host_ports) return;
       const auto place = static_cast<std::uint8_t>(port.entries.size());
       Entry virtual_entry = MakeVirtualEntry(port.entries.front(), place);
       read_entry(item, kVirtualKeys, virtual_entry);

@@ -1,6 +1,5 @@
 #include "host_file/report_keys.h"
 
-#include "base/file.h"
 #include "base/text.h"
 
 namespace lab {
@@ -22,20 +21,11 @@ std::string OctetsOf(const Value& value, std::size_t limit) {
   return bytes;
 }
 
-// The bytes of a file, at most `limit` of them.
-std::string BytesOfFile(const Value& value, std::size_t limit) {
-  std::string bytes;
-  if (ReadFile(value.Path().c_str(), bytes) != FileResult::kRead || bytes.size() > limit) {
-    value.Expected("a file of at most " + std::to_string(limit) + " bytes");
-  }
-  return bytes;
-}
-
-// True for a map, false for "none"; anything else is a mistake.
+// True for a map, false for "none" and after a mistake.
 bool IsThere(const Value& value, bool& none) {
   none = value.Is("none");
   if (!none && !value.IsMap()) value.Expected("a map, or none");
-  return !none;
+  return value.IsMap();
 }
 
 void ReadOneLockdown(const Value& value, Lockdown& into) {
@@ -57,8 +47,8 @@ constexpr KeyRow<LockdownSetup> kLockdownKeys[] = {
 void ReadItems(const Value& map, VpdSetup& into) {
   map.EachKey([&](const Value& item) {
     const std::string& keyword = item.Key();
-    if (keyword.size() != 2) item.Wrong(keyword + ": expected a keyword of two characters");
-    if (keyword == "RV" || keyword == "RW") item.Wrong(keyword + ": expected no item that is made by itself");
+    if (keyword.size() != 2) return item.WrongKey("a keyword of two characters");
+    if (keyword == "RV" || keyword == "RW") return item.WrongKey("no item that is made by itself");
     std::optional<std::string>& value = into.items[keyword];
     if (item.Is("none")) {
       value.reset();
@@ -70,7 +60,7 @@ void ReadItems(const Value& map, VpdSetup& into) {
 
 constexpr KeyRow<VpdSetup> kVpdKeys[] = {
     {"bytes", [](const Value& value, VpdSetup& into) { into.bytes = OctetsOf(value, kLargestVpd); }},
-    {"image", [](const Value& value, VpdSetup& into) { into.bytes = BytesOfFile(value, kLargestVpd); }},
+    {"image", [](const Value& value, VpdSetup& into) { into.bytes = value.FileBytes(kLargestVpd); }},
     {"name", [](const Value& value, VpdSetup& into) { into.name = value.Text(kLargestItem); }},
     {"items", ReadItems},
 };
@@ -99,14 +89,13 @@ constexpr KeyRow<SwitchModule> kModuleKeys[] = {
 };
 
 void ReadLinkErrors(const Value& list, RdpSetup& into) {
-  list.EachItemUpTo(std::size(into.link_errors), "six numbers and no more",
+  list.EachItemUpTo(std::size(into.link_errors), "numbers",
                     [&](const Value& item, std::size_t place) { item.Into(into.link_errors[place]); });
 }
 
 constexpr KeyRow<RdpSetup> kRdpKeys[] = {
     {"bytes", [](const Value& value, RdpSetup& into) { into.bytes = OctetsOf(value, kLargestRdpResponse); }},
-    {"image",
-     [](const Value& value, RdpSetup& into) { into.bytes = BytesOfFile(value, kLargestRdpResponse); }},
+    {"image", [](const Value& value, RdpSetup& into) { into.bytes = value.FileBytes(kLargestRdpResponse); }},
     {"node-name", [](const Value& value, RdpSetup& into) { value.Octets(into.node_name.emplace().octets); }},
     {"port-name", [](const Value& value, RdpSetup& into) { value.Octets(into.port_name.emplace().octets); }},
     {"link-errors", ReadLinkErrors},
@@ -123,7 +112,7 @@ constexpr KeyRow<RdpSetup> kRdpKeys[] = {
 constexpr KeyRow<DumpSetup> kDumpKeys[] = {
     {"size", [](const Value& value,
                 DumpSetup& into) { into.size = static_cast<std::uint32_t>(value.Number(0, kLargestDump)); }},
-    {"image", [](const Value& value, DumpSetup& into) { into.bytes = BytesOfFile(value, kLargestDump); }},
+    {"image", [](const Value& value, DumpSetup& into) { into.bytes = value.FileBytes(kLargestDump); }},
 };
 
 constexpr KeyRow<Entry> kStateKeys[] = {

@@ -1,6 +1,8 @@
 // The reports of a port in host files, and what calls change of them in state files.
 #pragma once
 
+#include <yaml-cpp/yaml.h>
+
 #include "device/host.h"
 #include "host_file/yaml_value.h"
 

@@ -106,25 +106,24 @@ constexpr KeyRow<SfpConstants> kConstantKeys[] = {
     {"rx-power",
      [](const Value& value, SfpConstants& into) {
        std::size_t count = 0;
-       value.EachItemUpTo(into.rx_power.size(), "five numbers and no more",
-                          [&](const Value& item, std::size_t place) {
-                            into.rx_power[place] = static_cast<float>(item.Decimal(-1e38, 1e38));
-                            count = place + 1;
-                          });
-       if (count != into.rx_power.size()) value.Expected("five numbers");
+       value.EachItemUpTo(into.rx_power.size(), "numbers", [&](const Value& item, std::size_t place) {
+         into.rx_power[place] = static_cast<float>(item.Decimal(-1e38, 1e38));
+         count = place + 1;
+       });
+       if (value.IsList() && count != into.rx_power.size()) value.Expected("five numbers");
      }},
 };
 
 void ReadCalibration(const Value& value, SfpValues& into) {
   into.external.reset();
   if (value.Is("internal")) return;
-  if (!value.IsMap()) value.Expected("internal, or a map of the constants of external calibration");
+  if (!value.IsMap()) return value.Expected("internal, or a map of the constants of external calibration");
   ReadMap(value, kConstantKeys, into.external.emplace());
 }
 
 void ReadDateText(const Value& value, SfpValues& into) {
   char date[8];
-  if (!ReadDate(value.Text(64), date)) value.Expected("a date like 2026-01-14");
+  if (!ReadDate(value.Word(), date)) return value.Expected("a date like 2026-01-14");
   into.date.assign(date, sizeof date);
 }
 
@@ -156,7 +155,9 @@ constexpr KeyRow<SfpReading> kUpdateFails = {
 constexpr KeyRow<SfpReading> kImageKeys[] = {
     {"image",
      [](const Value& value, SfpReading& into) {
-       const std::string wrong = ReadSfpMemory(value.Path(), into.memory.emplace());
+       const std::optional<std::string> content = value.FileBytes(kLargestFile);
+       if (!content) return;
+       const std::string wrong = ReadSfpMemory(*content, into.memory.emplace());
        if (!wrong.empty()) value.Expected(wrong);
      }},
     kUpdateFails,
@@ -195,7 +196,7 @@ constexpr KeyRow<SfpReading> kModuleKeys[] = {
     {"calibration", [](const Value& value, SfpReading& into) { ReadCalibration(value, into.values); }},
     {"firmware",
      [](const Value& value, SfpReading& into) {
-       if (!ReadSfpVersion(value.Text(64), into.values.firmware)) value.Expected("a version like 2.07");
+       if (!ReadSfpVersion(value.Word(), into.values.firmware)) value.Expected("a version like 2.07");
      }},
 };
 constexpr std::size_t kSfpOnlyKeys = 4;
@@ -233,7 +234,7 @@ constexpr KeyRow<SfpStateReading> kStateKeys[] = {
     {"firmware",
      [](const Value& value, SfpStateReading& into) {
        std::pair<std::uint8_t, std::uint8_t> version;
-       if (!ReadSfpVersion(value.Text(64), version)) value.Expected("a version like 2.07");
+       if (!ReadSfpVersion(value.Word(), version)) return value.Expected("a version like 2.07");
        SetSfpFirmware(into.module, version);
      }},
 };
@@ -249,7 +250,7 @@ std::shared_ptr<SfpModule> ReadSfp(const Value& value, const SfpValues& defaults
   value.At("image", [&](const Value&) { from_file = true; });
   if (from_file) {
     ReadMap(value, kImageKeys, reading);
-  } else {
+  } else if (value.IsMap()) {
     ReadNamedValues(value, reading);
   }
   std::shared_ptr<SfpModule> module = MakeSfpModule(reading.values);

@@ -1,6 +1,8 @@
 // The pluggable module of a port in host files, and what calls change of it in state files.
 #pragma once
 
+#include <yaml-cpp/yaml.h>
+
 #include <memory>
 
 #include "device/sfp_module.h"

@@ -1,6 +1,7 @@
 #include "host_file/target_keys.h"
 
 #include <set>
+#include <utility>
 
 #include "base/named_number.h"
 #include "base/text.h"
@@ -88,7 +89,7 @@ constexpr KeyRow<TargetGroup> kTargetKeys[] = {
     {"type", ReadElsewhere},
     {"count",
      [](const Value& value, TargetGroup& into) {
-       into.count = static_cast<std::uint32_t>(value.Number(1, kTargetNumbers));
+       into.count = static_cast<std::uint32_t>(value.Number(1, value.GetLimits().targets));
      }},
     {"wwpn", [](const Value& value, TargetGroup& into) { value.Octets(into.first.port_name.octets); }},
     {"wwnn",
@@ -174,15 +175,13 @@ TargetGroup MakeGroup(const TargetDefaults& defaults, const FCProtocolEntry& ent
 // LUNs begin with texts of their target, so they are read after its own keys. Each type of target has its
 // word for them.
 void ReadLunKeys(const Value& map, TargetGroup& group) {
-  map.EachKey([&](const Value& value) {
-    if (value.Key() != "luns" && value.Key() != "namespaces") return;
-    const bool is_nvme = IsNvmeTarget(group.first);
-    if ((value.Key() == "namespaces") != is_nvme) {
-      value.Wrong(value.Key() + ": expected " + (is_nvme ? "namespaces" : "luns") +
-                  " with this type of target");
-    }
-    ReadLuns(value, group);
-  });
+  const char* const word = IsNvmeTarget(group.first) ? "namespaces" : "luns";
+  for (const char* key : {"luns", "namespaces"}) {
+    map.At(key, [&](const Value& value) {
+      if (value.Key() != word) value.WrongKey(std::string(word) + " with this type of target");
+      ReadLuns(value, group);
+    });
+  }
 }
 
 void CheckNames(const Value& map, const TargetGroup& group, std::set<std::uint64_t>& names) {
@@ -190,11 +189,36 @@ void CheckNames(const Value& map, const TargetGroup& group, std::set<std::uint64
     WorldWideName name = group.first.port_name;
     CountUp(name, place);
     if (names.insert(NameNumber(name)).second) continue;
-    map.Wrong("wwpn: expected a name of its own, got '" + OctetText(name.octets) + "' a second time");
+    const Value given = map.AtOrHere("wwpn");
+    return given.Wrong("wwpn: expected a name of its own, got '" + OctetText(name.octets) +
+                       "' a second time");
   }
 }
 
-void ReadTarget(const Value& map, TargetGroup group, TargetSet& set, std::set<std::uint64_t>& names) {
+// Counts what the group adds to its port and to the whole host. Returns whether there is room for it.
+bool CountGroup(const Value& map, const TargetGroup& group, const TargetSet& of_port, HostReading& host) {
+  const Limits& limits = map.GetLimits();
+  if (of_port.Count() + group.count > limits.targets) {
+    map.Wrong("targets: expected at most " + std::to_string(limits.targets) + " of a port, got " +
+              std::to_string(of_port.Count() + group.count));
+    return false;
+  }
+  const bool had_room = host.targets <= limits.host_targets && host.luns <= limits.host_luns;
+  host.targets += group.count;
+  host.luns += group.LunsPerTarget() * group.count;
+  const bool room_for_targets = host.targets <= limits.host_targets;
+  if (room_for_targets && host.luns <= limits.host_luns) return true;
+  const std::uint64_t limit = room_for_targets ? limits.host_luns : limits.host_targets;
+  const char* const things = room_for_targets ? "luns" : "targets";
+  if (had_room) {
+    map.Wrong(std::string(things) + ": expected at most " + std::to_string(limit) + " in the whole host");
+  }
+  return false;
+}
+
+void ReadTarget(const Value& map, TargetGroup group, TargetSet& set, std::set<std::uint64_t>& names,
+                HostReading& host) {
+  if (!map.IsMap()) return map.Expected("a map");
   map.At("type", [&](const Value& type) {
     if (type.Choice(kTypes) == 1) group.first.state_flags[5] = 0x08;
   });
@@ -205,26 +229,27 @@ void ReadTarget(const Value& map, TargetGroup group, TargetSet& set, std::set<st
   }
   ReadLunKeys(map, group);
   if (group.first.number + group.count > kTargetNumbers) {
-    map.Wrong("number: expected target numbers up to 65535, got " +
-              std::to_string(group.first.number + group.count - 1));
+    map.AtOrHere("number").Wrong("number: expected target numbers up to 65535, got " +
+                                 std::to_string(group.first.number + group.count - 1));
   }
+  if (!CountGroup(map, group, set, host)) return;
   CheckNames(map, group, names);
-  set.Add(group);
+  set.Add(std::move(group));
 }
 
 }  // namespace
 
-void ReadTargets(const Value& value, const TargetDefaults& defaults, Entry& entry) {
+void ReadTargets(const Value& value, const TargetDefaults& defaults, Entry& entry, HostReading& host) {
   std::set<std::uint64_t> names;
   value.EachOrOne([&](const Value& item) {
-    ReadTarget(item, MakeGroup(defaults, entry.record, entry.targets.Count()), entry.targets, names);
+    ReadTarget(item, MakeGroup(defaults, entry.record, entry.targets.Count()), entry.targets, names, host);
   });
 }
 
 void ReadTargetSpeeds(const Value& map, TargetSet& targets) {
   map.EachKey([&](const Value& value) {
     WorldWideName name;
-    if (!ReadOctets(value.Key(), name.octets)) value.Wrong(value.Key() + ": expected the name of a target");
+    if (!ReadOctets(value.Key(), name.octets)) return value.WrongKey("the name of a target");
     const std::uint32_t speed = value.Choice(kSpeedCodes);
     TargetState* const state = targets.Find(name);
     if (state == nullptr) return;

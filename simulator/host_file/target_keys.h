@@ -1,7 +1,10 @@
 // The targets of a port in host files, and what calls change of them in state files.
 #pragma once
 
+#include <yaml-cpp/yaml.h>
+
 #include "device/host.h"
+#include "host_file/host_reading.h"
 #include "host_file/yaml_value.h"
 
 namespace lab {
@@ -15,7 +18,7 @@ struct TargetDefaults {
 };
 
 // Reads the value of a port's key `targets`. All other keys of the entry have been read.
-void ReadTargets(const Value& value, const TargetDefaults& defaults, Entry& entry);
+void ReadTargets(const Value& value, const TargetDefaults& defaults, Entry& entry, HostReading& host);
 
 // The link speeds that calls have set, in the state file: a map of target names. Skips targets that the port
 // does not have.

@@ -1,61 +1,77 @@
-// Reading YAML. A mistake names its line, its key, what was expected and what was found.
+// Reading the values of a host file or a state file.
+//
+// A reader asks a value for what it expects. When the value is something else, that is added to the mistakes
+// of its file and the reader gets a harmless value, so that reading goes on to the next mistake. After any
+// mistake nothing of what was read is used.
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
 #include <cstdint>
-#include <set>
+#include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <utility>
+#include <vector>
 
+#include "base/limits.h"
 #include "base/named_number.h"
 #include "base/text.h"
 #include "framework/device_library/flash_records.h"
+#include "yaml/mistakes.h"
+#include "yaml/tree.h"
 
 namespace lab {
 
-// Thrown by the readers and caught where a file is loaded.
-struct Mistake {
-  int line;  // from 1; 0 when the mistake has no line
-  std::string text;
+// A file while it is read.
+struct YamlFile {
+  std::string name;
+  const Limits& limits;
+  Mistakes mistakes;
+  std::uint64_t image_bytes = 0;  // read so far from files that it names
 };
 
-// A value and its key.
+// A value and its key. Values are valid as long as their file and its tree.
 class Value {
  public:
-  // `document` is the name of its file; it must outlive the value.
-  Value(YAML::Node node, std::string key, int line, std::string_view document)
-      : node_(std::move(node)), key_(std::move(key)), line_(line), document_(document) {}
+  Value(YamlItem item, const std::string& key, Place key_place, YamlFile& file)
+      : item_(item), key_(&key), key_place_(key_place), file_(&file) {}
 
-  const std::string& Key() const { return key_; }
+  const std::string& Key() const { return *key_; }
+  const Limits& GetLimits() const { return file_->limits; }
 
-  // Throws the mistake "<key>: expected <what>, got <what was found>".
-  [[noreturn]] void Expected(const std::string& what) const;
+  // Add a mistake: "<key>: expected <what>, got <what was found>", with the word among `known` that was
+  // probably meant; `what` as it is; a key that is missing in this map; a key that nothing reads.
+  void Expected(const std::string& what, std::span<const std::string_view> known = {}) const;
+  void Wrong(const std::string& what) const { file_->mistakes.Add(item_.place, what); }
+  void Missing(const char* key) const { Wrong(std::string(key) + ": expected here, got nothing"); }
+  void UnknownKey(std::span<const std::string_view> known) const;
 
-  // Throw a mistake at this value's line: `what` as it is, a key that is missing, a key that nothing reads.
-  [[noreturn]] void Wrong(const std::string& what) const { throw Mistake{line_, what}; }
-  [[noreturn]] void Missing(const char* key) const {
-    Wrong(std::string(key) + ": expected here, got nothing");
-  }
-  [[noreturn]] void UnknownKey(const std::string& known) const {
-    Wrong(key_ + ": expected one of the keys " + known);
-  }
+  // Adds the mistake "<key>: expected <what>" at the key.
+  void WrongKey(const std::string& what) const;
 
-  bool IsNull() const { return node_.IsNull(); }
-  bool IsText() const { return node_.IsScalar(); }
-  bool IsList() const { return node_.IsSequence(); }
-  bool IsMap() const { return node_.IsMap(); }
+  bool IsNull() const { return item_.node->kind == YamlNode::Kind::kNothing; }
+  bool IsText() const { return item_.node->kind == YamlNode::Kind::kText; }
+  bool IsList() const { return item_.node->kind == YamlNode::Kind::kList; }
+  bool IsMap() const { return item_.node->kind == YamlNode::Kind::kMap; }
+
+  bool Is(std::string_view word) const { return IsText() && Word() == word; }
+
+  // The text, whatever its length; empty for anything but a text.
+  const std::string& Word() const { return item_.node->text; }
+
   std::string Text(std::size_t limit) const;
   std::uint64_t Number(std::uint64_t low, std::uint64_t high) const;
   double Decimal(double low, double high) const;
   bool Bool() const;
-  std::string Path() const;  // of a file; a relative one begins at the document's folder
-  bool Is(std::string_view word) const { return node_.IsScalar() && node_.Scalar() == word; }
   ComponentVersion Version() const;  // "none" is all zero
   void Octets(std::span<std::uint8_t> out) const;
+
+  // The path of a file; a relative one begins at the folder of this one. Empty for a value that is no text.
+  std::string Path() const;
+
+  // The bytes of the file that the value names, at most `limit` of them; nothing after a mistake.
+  std::optional<std::string> FileBytes(std::size_t limit) const;
 
   // A whole number that sixteen bits with a sign hold.
   std::int16_t SignedWord() const;
@@ -88,8 +104,11 @@ class Value {
   // Calls visit(Value) for every item of a list.
   template <typename Visit>
   void EachItem(Visit visit) const {
-    if (!node_.IsSequence()) Expected("a list");
-    for (const YAML::Node& item : node_) visit(Value(item, key_, item.Mark().line + 1, document_));
+    if (!IsList()) return Expected("a list");
+    for (const YamlItem& item : item_.node->items) {
+      if (file_->mistakes.Enough()) return;
+      visit(Value(item, *key_, key_place_, *file_));
+    }
   }
 
   // Calls visit(Value) for every item of a list, or for this value when it is no list.
@@ -102,45 +121,50 @@ class Value {
     }
   }
 
-  // Calls visit(Value, place) for every item of a list of at most `limit`; `no_more` words the limit.
+  // Calls visit(Value, place) for the items of a list. More than `limit` of them, which are `things`, are a
+  // mistake.
   template <typename Visit>
-  void EachItemUpTo(std::size_t limit, const char* no_more, Visit visit) const {
+  void EachItemUpTo(std::size_t limit, const char* things, Visit visit) const {
     std::size_t place = 0;
     EachItem([&](const Value& item) {
-      if (place == limit) item.Expected(no_more);
-      visit(item, place++);
+      if (place < limit) {
+        visit(item, place);
+      } else if (place == limit) {
+        item.Wrong(*key_ + ": expected at most " + std::to_string(limit) + ' ' + things + ", got " +
+                   std::to_string(item_.node->items.size()));
+      }
+      ++place;
     });
   }
 
-  // Calls visit(Value) for every key of a map. A key that is there twice is a mistake.
+  // Calls visit(Value) for every key of a map.
   template <typename Visit>
   void EachKey(Visit visit) const {
-    if (!node_.IsMap()) Expected("a map");
-    std::set<std::string> seen;
-    for (const auto& pair : node_) {
-      Value value(pair.second, pair.first.IsScalar() ? pair.first.Scalar() : "key",
-                  pair.first.Mark().line + 1, document_);
-      if (!pair.first.IsScalar()) throw Mistake{value.line_, "expected a word as key"};
-      if (!seen.insert(value.key_).second) throw Mistake{value.line_, value.key_ + ": stands here twice"};
-      visit(value);
+    if (!IsMap()) return Expected("a map");
+    for (const YamlPair& pair : item_.node->pairs) {
+      if (file_->mistakes.Enough()) return;
+      visit(Value(pair.value, pair.key, pair.key_place, *file_));
     }
   }
 
   // Calls visit(Value) for the key of a map with this name, if it is there.
   template <typename Visit>
   void At(std::string_view key, Visit visit) const {
-    EachKey([&](const Value& value) {
-      if (value.Key() == key) visit(value);
-    });
+    for (const YamlPair& pair : item_.node->pairs) {
+      if (pair.key == key) visit(Value(pair.value, pair.key, pair.key_place, *file_));
+    }
   }
+
+  // The value of this key of the map; the map itself when the key is not there. For the place of a mistake.
+  Value AtOrHere(std::string_view key) const;
 
  private:
   std::string Found() const;
 
-  YAML::Node node_;
-  std::string key_;
-  int line_;
-  std::string_view document_;
+  YamlItem item_;
+  const std::string* key_;
+  Place key_place_;
+  YamlFile* file_;
 };
 
 // A key of a map and what it sets.
@@ -159,10 +183,10 @@ void ReadElsewhere(const Value&, Into&) {}
 template <typename Rows, typename Read>
 void EachRow(const Value& map, const Rows& rows, Read read) {
   map.EachKey([&](const Value& value) {
-    std::string names;
+    std::vector<std::string_view> names;
     for (const auto& row : rows) {
       if (value.Key() == row.name) return read(row, value);
-      names += (names.empty() ? "" : ", ") + std::string(row.name);
+      names.emplace_back(row.name);
     }
     value.UnknownKey(names);
   });
@@ -187,21 +211,9 @@ void ReadNumbers(const Value& map, const NumberRow<Record, Number> (&rows)[N], R
   EachRow(map, rows, [&](const auto& row, const Value& value) { value.Into(into.*row.field); });
 }
 
-// Parses `text` and calls read(Value) with the whole document. Returns an empty text, or "<name>:<line>:
-// <mistake>".
-template <typename Read>
-std::string ReadDocument(const std::string& name, const std::string& text, Read read) {
-  const auto mistake_at = [&name](int line, const std::string& what) {
-    return name + (line > 0 ? ':' + std::to_string(line) : "") + ": " + what;
-  };
-  try {
-    read(Value(YAML::Load(text), "file", 1, name));
-    return {};
-  } catch (const Mistake& mistake) {
-    return mistake_at(mistake.line, mistake.text);
-  } catch (const YAML::Exception& error) {
-    return mistake_at(error.mark.line + 1, error.msg);
-  }
-}
+// Parses `text` and calls read(Value) with the whole document. Returns an empty text, or a line for every
+// mistake, "<name>:<line>:<column>: <mistake>", without a line end after the last.
+std::string ReadDocument(const std::string& name, const std::string& text,
+                         const std::function<void(const Value&)>& read, const Limits& limits = kLimits);
 
 }  // namespace lab

@@ -68,11 +68,7 @@ std::string SfpMemoryText(const SfpMemory& memory) {
   return text;
 }
 
-std::string ReadSfpMemory(const std::string& path, SfpMemory& out) {
-  std::string content;
-  if (ReadFile(path.c_str(), content) != FileResult::kRead) {
-    return std::string("a file that can be read (") + std::strerror(errno) + ")";
-  }
+std::string ReadSfpMemory(const std::string& content, SfpMemory& out) {
   if (content.size() != out.size()) return ReadMemoryText(content, out);
   std::memcpy(out.data(), content.data(), out.size());
   return {};

@@ -10,9 +10,9 @@ namespace lab {
 // The memory as text: 32 lines of an offset and sixteen bytes, all hexadecimal.
 std::string SfpMemoryText(const SfpMemory& memory);
 
-// Reads a file of such text, or of the 512 bytes themselves. Empty lines and lines that begin with '#' are
-// remarks. Returns an empty text, or what was expected in place of the file.
-std::string ReadSfpMemory(const std::string& path, SfpMemory& out);
+// Reads the content of a file of such text, or of the 512 bytes themselves. Empty lines and lines that begin
+// with '#' are remarks. Returns an empty text, or what was expected in place of it.
+std::string ReadSfpMemory(const std::string& content, SfpMemory& out);
 
 // Reads a firmware file and stores its version in the module. Returns 0, or the result that refuses it; the
 // module is then unchanged. docs/lab-host.md describes the format.

@@ -1,6 +1,8 @@
 // What calls can change of an adapter and its ports, in the form that the state file keeps.
 #pragma once
 
+#include <yaml-cpp/yaml.h>
+
 #include "device/host.h"
 #include "host_file/yaml_value.h"
 

@@ -51,7 +51,7 @@ std::string WriteOutput(const std::string& path, std::string_view content, bool 
     const int descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC);
     if (descriptor < 0) return Failure(path);
     const bool written = WriteAll(descriptor, content);
-    const std::string failure = written ? "" : Failure(path);
+    std::string failure = written ? "" : Failure(path);
     close(descriptor);
     return failure;
   }

@@ -13,9 +13,13 @@ struct Command {
   tools::ExitStatus (*run)(const tools::Words& words);
 };
 
-extern const Command kFlashImageCommand;
-extern const Command kRebootCommand;
-extern const Command kRunCommand;
-extern const Command kSnapshotCommand;
+extern const Command kCheck;
+extern const Command kDiff;
+extern const Command kFlashImage;
+extern const Command kMap;
+extern const Command kNew;
+extern const Command kReboot;
+extern const Command kRun;
+extern const Command kSnapshot;
 
 }  // namespace zfc_lab

@@ -83,7 +83,7 @@ tools::ExitStatus Run(const tools::Words& words) {
 
 }  // namespace
 
-extern const Command kFlashImageCommand = {"flash-image", "write the checksum line of images anew", kHelp,
+extern const Command kFlashImage = {"flash-image", "write the checksum line of images anew", kHelp,
                                            Run};
 
 }  // namespace zfc_lab

@@ -9,10 +9,7 @@ namespace zfc_lab {
 namespace {
 
 constexpr const Command* kCommands[] = {
-    &kRunCommand,
-    &kRebootCommand,
-    &kSnapshotCommand,
-    &kFlashImageCommand,
+    &kRun, &kNew, &kCheck, &kReboot, &kSnapshot, &kDiff, &kMap, &kFlashImage,
 };
 
 void PrintHelp() {

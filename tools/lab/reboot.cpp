@@ -48,6 +48,6 @@ tools::ExitStatus Run(const tools::Words& words) {
 
 }  // namespace
 
-extern const Command kRebootCommand = {"reboot", "play a restart of the host on a state file", kHelp, Run};
+extern const Command kReboot = {"reboot", "play a restart of the host on a state file", kHelp, Run};
 
 }  // namespace zfc_lab

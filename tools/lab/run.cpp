@@ -143,6 +143,6 @@ tools::ExitStatus Run(const Words& words) {
 
 }  // namespace
 
-extern const Command kRunCommand = {"run", "run zfcesxcli against a lab host", kHelp, Run};
+extern const Command kRun = {"run", "run zfcesxcli against a lab host", kHelp, Run};
 
 }  // namespace zfc_lab

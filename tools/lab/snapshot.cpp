@@ -41,6 +41,6 @@ tools::ExitStatus RunSnapshot(const tools::Words& words) {
 
 }  // namespace
 
-const Command kSnapshotCommand = {"snapshot", "read a host and write a file that plays it back", kHelp, RunSnapshot};
+const Command kSnapshot = {"snapshot", "read a host and write a file that plays it back", kHelp, RunSnapshot};
 
 }  // namespace zfc_lab

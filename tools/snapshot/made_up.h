@@ -30,7 +30,7 @@ class MadeUp {
  private:
   enum class Kind : char { kText = 't', kHex = 'h', kOctets = 'o' };
 
-  void Replace(Kind kind, Bytes original);
+  void Replace(Kind kind, Bytes bytes);
 
   // Each with its kind ahead of its bytes.
   std::map<std::string, std::string> by_original_;

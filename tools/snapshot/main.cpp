@@ -47,7 +47,7 @@ class OwnOutput {
   auto While(Write write) {
     std::fflush(stdout);  // what the library left there
     dup2(own_, STDOUT_FILENO);
-    const auto result = write();
+    auto result = write();
     Silence();
     return result;
   }

@@ -5,6 +5,7 @@ import subprocess
 
 import pytest
 
+from zfc.runner import ROOT
 from zfc.snapshots import identifiers, played, shell, take
 
 PORT = "FC_21:00:00:0e:1e:11:22:33"
@@ -122,3 +123,19 @@ def test_luns_beyond_what_a_target_can_have(zfc):
     head = "snapshot: 1\nlist: zeros\nadapters:\n  - ports:\n    - protocols:\n      - targets:\n        - luns: |\n"
     assert mistake(zfc, head + "            same\n" * 16384) == ""
     assert "luns: more than a recording holds, in line 16385 of its text" in mistake(zfc, head + "            same\n" * 16385)
+
+
+class TestDescription:
+    TEXT = (ROOT / "docs" / "snapshots.md").read_text()
+
+    def test_example_plays(self, zfc):
+        example = zfc.file("example.yaml", re.search(r"```yaml\n(.*?)```", self.TEXT, re.DOTALL)[1].encode())
+        named = identifiers(zfc, **played(example))
+        assert [len(named[kind]) for kind in ("adapter", "port", "target", "lun")] == [1, 1, 1, 3]
+
+    def test_answers_are_those_of_the_code(self):
+        code = (ROOT / "recording" / "recording.h").read_text()
+        known = re.findall(r'visit\("([a-z-]+)", "(TORPI_\w+)"', code)
+        rows = re.findall(r"^\| (`[a-z-]+`(?:, `[a-z-]+`)?)(?:, of a target)? \| `(TORPI_\w+)`", self.TEXT, re.MULTILINE)
+        described = [(key, call) for keys, call in rows for key in re.findall(r"[a-z-]+", keys)]
+        assert described[2:] == known and len(known) == 25

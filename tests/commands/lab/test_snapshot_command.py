@@ -8,7 +8,7 @@ import pytest
 from zfc.host import NO_LIST, Adapter, Fc, Host, Port, Target
 from zfc.preload import needs_preload, preloaded
 from zfc.runner import BUILD
-from zfc.snapshots import SNAPSHOT, take
+from zfc.snapshots import SNAPSHOT, identifiers, take
 
 LAB = BUILD / "bin" / "zfc-lab"
 SIMULATED = {"library": "simulated"}
@@ -137,3 +137,15 @@ def test_lab_command_runs_it(zfc, snapshot):
 def test_host_without_a_list(snapshot):
     done = snapshot(library="hostile", host=NO_LIST)
     assert done.returncode == 0 and done.stdout.endswith(b"no-list: true\n")
+
+
+def test_check_reads_a_snapshot(zfc, snapshot):
+    take(zfc, "it.yaml", **SIMULATED)
+    done = snapshot("check", "it.yaml", program=LAB)
+    assert done.returncode == 0
+    named = {kind: len(items) for kind, items in identifiers(zfc, **SIMULATED).items()}
+    counted = f"{named['port']} protocol entries, {named['target']} targets, {named['lun']} LUNs\n"
+    assert done.stdout.startswith(b"it.yaml: good: snapshot of 6 adapters, ") and done.stdout.endswith(counted.encode())
+    bad = zfc.file("bad.yaml", b"snapshot: 1\nlist: |\n  0: zz\nboot-mode: -1\n")
+    done = snapshot("check", bad, program=LAB)
+    assert done.returncode == 1 and done.stdout.count(b"\n") == 2

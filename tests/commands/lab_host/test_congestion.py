@@ -72,12 +72,12 @@ def test_thousands_of_targets(zfc):
     host = zfc.file(
         "lab.yaml",
         b"adapters:\n  - family: hazel\n    ports:\n      - wwpn: 21:00:00:0e:1e:11:22:33\n"
-        b"        targets: {count: 20000, wwpn: 50:00:00:00:00:00:00:00}\n        congestion:\n          statistics:\n"
-        b"            targets: {50:00:00:00:00:00:4e:1f: {pun: 99}}\n            departed-targets: 5000\n",
+        b"        targets: {count: 4096, wwpn: 50:00:00:00:00:00:00:00}\n        congestion:\n          statistics:\n"
+        b"            targets: {50:00:00:00:00:00:0f:ff: {pun: 99}}\n            departed-targets: 5000\n",
     )
-    last = "FC_21:00:00:0e:1e:11:22:33_Target_50:00:00:00:00:00:4e:1f"
+    last = "FC_21:00:00:0e:1e:11:22:33_Target_50:00:00:00:00:00:0f:ff"
     report = text(zfc, f"-t target -v scmstats getcli {last}", env={"TORPI_LAB_HOST": str(host)})
-    assert "      Target Number: 19999\n" in report
+    assert "      Target Number: 4095\n" in report
     assert "      PUN Count: 99\n" in report
 
 

@@ -27,7 +27,7 @@ FLOOR_OF = {folder: floor for floor, folders in enumerate(FLOORS) for folder in 
 # The rooms of the simulated library, from top to bottom. A room includes itself and rooms after it; TOP is the files
 # directly in simulator/.
 TOP = "simulator"
-ROOMS = ["calls", TOP, "state", "recorded", "host_file", "images", "device", "base"]
+ROOMS = ["calls", TOP, "state", "recorded", "host_file", "yaml", "images", "device", "base"]
 
 # What a tool's folder may include besides itself, common/ and the record headers. The simulator's own names begin at
 # simulator/.

@@ -395,13 +395,15 @@ TEST_F(Config, WholeRecordsAreInTheTrace) {
 
 TEST_F(Config, MistakesAreReported) {
   EXPECT_EQ(MistakeOf("parameter: {}"),
-            "parameter: expected one of the keys parameters, boot, nvme-boot, credit-recovery, fec, beacon");
+            "parameter: expected one of the keys parameters, boot, nvme-boot, credit-recovery, fec, beacon; "
+            "did you mean "
+            "'parameters'?");
   EXPECT_EQ(
       MistakeOf("parameters: {data-rate: fast}"),
       "data-rate: expected one of 1, 2, auto, 4, 8, 16, 32, 64, or a number up to 4294967295, got 'fast'");
   EXPECT_EQ(MistakeOf("parameters: {lr: 1}"), "lr: expected true or false, got '1'");
   EXPECT_EQ(MistakeOf("boot: {drives: [{}, {}, {}, {}, {}, {}, {}, {}, {lun: 1}]}").substr(0, 37),
-            "drives: expected eight drives and no ");
+            "drives: expected at most 8 drives, go");
   EXPECT_EQ(MistakeOf("boot: {drives: [{lun: 65536}]}"),
             "lun: expected a number from 0 to 65535, got '65536'");
   EXPECT_EQ(MistakeOf("beacon: blink"),

@@ -55,8 +55,10 @@ class PortReports : public LabTest {
     testing::internal::CaptureStderr();
     EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
     const std::string reported = testing::internal::GetCapturedStderr();
-    const std::size_t line = reported.find(":2: ");
-    return line == std::string::npos ? reported : reported.substr(line + 4, reported.size() - line - 5);
+    const std::size_t line = reported.find(":2:");
+    if (line == std::string::npos) return reported;
+    const std::size_t text = reported.find(": ", line) + 2;
+    return reported.substr(text, reported.size() - text - 1);
   }
 };
 
@@ -346,11 +348,11 @@ TEST_F(PortReports, MistakesAreReported) {
   EXPECT_EQ(MistakeOf("vpd: {bytes: 82:xx}"),
             "bytes: expected hexadecimal octets joined by ':', got '82:xx'");
   EXPECT_EQ(MistakeOf("vpd: {image: nowhere}"),
-            "image: expected a file of at most 1024 bytes, got 'nowhere'");
+            "image: expected a file that can be read (No such file or directory), got 'nowhere'");
   EXPECT_EQ(MistakeOf("vpd: {items: {PART: x}}"), "PART: expected a keyword of two characters");
   EXPECT_EQ(MistakeOf("vpd: {items: {RV: x}}"), "RV: expected no item that is made by itself");
   EXPECT_EQ(MistakeOf("rdp: {link-errors: [1, 2, 3, 4, 5, 6, 7]}"),
-            "link-errors: expected six numbers and no more, got '7'");
+            "link-errors: expected at most 6 numbers, got 7");
   EXPECT_EQ(MistakeOf("firmware-dump: {size: 16777217}"),
             "size: expected a number from 0 to 16777216, got '16777217'");
 }

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "unit/simulator/lab_fixture.h"
+#include "unit/simulator/marked_text.h"
 
 namespace {
 
@@ -408,9 +409,9 @@ TEST_F(Targets, MistakeInTheStateIsReported) {
   const std::string head =
       "adapters:\n  ZX100/S:\n    ports:\n      21:00:00:0e:1e:11:22:33:\n        target-speeds:\n";
   for (const auto& [line, message] :
-       {std::pair{"          50:00: 8\n", ":6: 50:00: expected the name of a target"},
+       {std::pair{"          50:00: 8\n", ":6:11: 50:00: expected the name of a target"},
         std::pair{"          50:00:0e:11:00:00:00:01: 9\n",
-                  ":6: 50:00:0e:11:00:00:00:01: expected one of 1, 2, 4, 8, 10, 16, 32, 64, got '9'"}}) {
+                  ":6:36: 50:00:0e:11:00:00:00:01: expected one of 1, 2, 4, 8, 10, 16, 32, 64, got '9'"}}) {
     Write("state.yaml", head + line);
     NextRun();
     testing::internal::CaptureStderr();
@@ -451,8 +452,8 @@ TEST_F(Targets, PortInMaintenanceModeAnswers150) {
 // Mistakes.
 struct BadTargets {
   const char* name;
-  const char* keys;     // of a port, on the fourth line
-  const char* message;  // after the path of the host file
+  const char* keys;     // of a port; "^" ahead of the mistake
+  const char* message;  // after its place
 };
 
 std::ostream& operator<<(std::ostream& out, const BadTargets& bad) {
@@ -460,80 +461,78 @@ std::ostream& operator<<(std::ostream& out, const BadTargets& bad) {
 }
 
 constexpr BadTargets kBadTargets[] = {
-    {"NoMap", "targets: 3", ":4: targets: expected a map, got '3'"},
-    {"ItemNoMap", "targets: [3]", ":4: targets: expected a map, got '3'"},
-    {"Key", "targets: [{lun: 3}]",
-     ":4: lun: expected one of the keys type, count, wwpn, wwnn, port-id, number, vendor, product, revision, "
+    {"NoMap", "targets: ^3", "targets: expected a map, got '3'"},
+    {"ItemNoMap", "targets: [^3]", "targets: expected a map, got '3'"},
+    {"Key", "targets: [{^lun: 3}]",
+     "lun: expected one of the keys type, count, wwpn, wwnn, port-id, number, vendor, product, revision, "
      "serial, product-type, nqn, controller-id, state, remote-record, remote-type, session, secure, "
-     "congestion, "
-     "statistics, link-speed, link-speed-code, luns, namespaces, lun-count"},
-    {"Type", "targets: [{type: scsi}]", ":4: type: expected one of fcp, nvme, got 'scsi'"},
-    {"CountZero", "targets: [{count: 0}]", ":4: count: expected a number from 1 to 65536, got '0'"},
-    {"CountTooLarge", "targets: [{count: 65537}]",
-     ":4: count: expected a number from 1 to 65536, got '65537'"},
-    {"NumbersTooLarge", "targets: [{count: 2, number: 65535}]",
-     ":4: number: expected target numbers up to 65535, got 65536"},
-    {"Name", "targets: [{wwpn: 50:00}]",
-     ":4: wwpn: expected 8 hexadecimal octets joined by ':', got '50:00'"},
-    {"SameName", "targets: [{count: 3}, {wwpn: 50:00:0e:11:00:00:00:02}]",
-     ":4: wwpn: expected a name of its own, got '50:00:0e:11:00:00:00:02' a second time"},
-    {"Vendor", "targets: [{vendor: 123456789}]",
-     ":4: vendor: expected a text of at most 8 bytes, got '123456789'"},
-    {"FcpRevision", "targets: [{revision: 12345}]",
-     ":4: revision: expected a text of at most 4 bytes, got '12345'"},
-    {"NvmeRevision", "targets: [{revision: 123456789, type: nvme}]",
-     ":4: revision: expected a text of at most 8 bytes, got '123456789'"},
-    {"ProductType", "targets: [{product-type: floppy}]",
-     ":4: product-type: expected one of disk, tape, optical, cdrom, changer, raid, saf-te, or a number up to "
+     "congestion, statistics, link-speed, link-speed-code, luns, namespaces, lun-count; did you mean "
+     "'luns'?"},
+    {"Type", "targets: [{type: ^scsi}]", "type: expected one of fcp, nvme, got 'scsi'"},
+    {"CountZero", "targets: [{count: ^0}]", "count: expected a number from 1 to 4096, got '0'"},
+    {"CountTooLarge", "targets: [{count: ^4097}]", "count: expected a number from 1 to 4096, got '4097'"},
+    {"NumbersTooLarge", "targets: [{count: 2, number: ^65535}]",
+     "number: expected target numbers up to 65535, got 65536"},
+    {"Name", "targets: [{wwpn: ^50:00}]", "wwpn: expected 8 hexadecimal octets joined by ':', got '50:00'"},
+    {"SameName", "targets: [{count: 3}, {wwpn: ^50:00:0e:11:00:00:00:02}]",
+     "wwpn: expected a name of its own, got '50:00:0e:11:00:00:00:02' a second time"},
+    {"Vendor", "targets: [{vendor: ^123456789}]",
+     "vendor: expected a text of at most 8 bytes, got '123456789'"},
+    {"FcpRevision", "targets: [{revision: ^12345}]",
+     "revision: expected a text of at most 4 bytes, got '12345'"},
+    {"NvmeRevision", "targets: [{revision: ^123456789, type: nvme}]",
+     "revision: expected a text of at most 8 bytes, got '123456789'"},
+    {"ProductType", "targets: [{product-type: ^floppy}]",
+     "product-type: expected one of disk, tape, optical, cdrom, changer, raid, saf-te, or a number up to "
      "4294967295, got 'floppy'"},
-    {"State", "targets: [{state: up}]", ":4: state: expected one of online, offline, unconfigured, got 'up'"},
-    {"RemoteRecord", "targets: [{remote-record: new}]",
-     ":4: remote-record: expected one of none, current, older, got 'new'"},
-    {"RemoteType", "targets: [{remote-type: both}]",
-     ":4: remote-type: expected one of initiator, target, initiator-target, unknown, got 'both'"},
-    {"Congestion", "targets: [{congestion: {lane: slow}}]",
-     ":4: lane: expected one of the keys state, virtual-lane, throttling, notifications, link-event, "
+    {"State", "targets: [{state: ^up}]", "state: expected one of online, offline, unconfigured, got 'up'"},
+    {"RemoteRecord", "targets: [{remote-record: ^new}]",
+     "remote-record: expected one of none, current, older, got 'new'"},
+    {"RemoteType", "targets: [{remote-type: ^both}]",
+     "remote-type: expected one of initiator, target, initiator-target, unknown, got 'both'"},
+    {"Congestion", "targets: [{congestion: {^lane: slow}}]",
+     "lane: expected one of the keys state, virtual-lane, throttling, notifications, link-event, "
      "link-event-threshold, delivery-reason, peer-event, peer-event-period, link-integrity-events, "
      "seconds-since-event"},
-    {"Statistics", "targets: [{statistics: {crc: 1}}]",
-     ":4: crc: expected one of the keys link-failure, loss-of-sync, loss-of-signal, "
-     "primitive-sequence-error, "
+    {"Statistics", "targets: [{statistics: {^crc: 1}}]",
+     "crc: expected one of the keys link-failure, loss-of-sync, loss-of-signal, primitive-sequence-error, "
      "invalid-transmission-word, invalid-crc, delivery-failure-unknown, delivery-timeout, "
      "delivery-unable-to-route, delivery-failure-device-specific, peer-congestion-clear, "
      "peer-congestion-lost-credit, peer-congestion-credit-stall, peer-congestion-oversubscription, "
      "peer-congestion-device-specific, link-unknown-event, link-device-specific-event"},
-    {"LinkSpeed", "targets: [{link-speed: 12}]",
-     ":4: link-speed: expected one of 1, 2, 4, 8, 10, 16, 32, 64, got '12'"},
-    {"LunWord", "targets: [{luns: all}]",
-     ":4: luns: expected a number or a range like 0-63, up to 65535, got 'all'"},
-    {"LunNumber", "targets: [{luns: 65536}]",
-     ":4: luns: expected a number or a range like 0-63, up to 65535, got '65536'"},
-    {"LunRangeBackwards", "targets: [{luns: 3-2}]",
-     ":4: luns: expected a number or a range like 0-63, up to 65535, got '3-2'"},
-    {"LunRangeOpen", "targets: [{luns: 3-}]",
-     ":4: luns: expected a number or a range like 0-63, up to 65535, got '3-'"},
-    {"LunTwice", "targets: [{luns: [0-3, 7, 2]}]", ":4: luns: number 2 stands here twice"},
-    {"LunKey", "targets: [{luns: [{lun: 3}]}]",
-     ":4: lun: expected one of the keys number, vendor, product, revision, size, unique-id"},
-    {"LunSize", "targets: [{luns: [{size: 4294967296}]}]",
-     ":4: size: expected a number from 0 to 4294967295, got '4294967296'"},
-    {"UniqueId", "targets: [{luns: [{unique-id: 6}]}]",
-     ":4: unique-id: expected at most 32 hexadecimal octets joined by ':', got '6'"},
-    {"TooManyLuns", "targets: [{count: 17, luns: 0-65535}]",
-     ":4: luns: expected no more than 1048576 in all targets of one item, got '0-65535'"},
-    {"LunsOfNvme", "targets: [{luns: 0, type: nvme}]",
-     ":4: luns: expected namespaces with this type of target"},
-    {"NamespacesOfFcp", "targets: [{namespaces: 0}]",
-     ":4: namespaces: expected luns with this type of target"},
+    {"LinkSpeed", "targets: [{link-speed: ^12}]",
+     "link-speed: expected one of 1, 2, 4, 8, 10, 16, 32, 64, got '12'"},
+    {"LunWord", "targets: [{luns: ^all}]",
+     "luns: expected a number or a range like 0-63, up to 65535, got 'all'"},
+    {"LunNumber", "targets: [{luns: ^65536}]",
+     "luns: expected a number or a range like 0-63, up to 65535, got '65536'"},
+    {"LunRangeBackwards", "targets: [{luns: ^3-2}]",
+     "luns: expected a number or a range like 0-63, up to 65535, got '3-2'"},
+    {"LunRangeOpen", "targets: [{luns: ^3-}]",
+     "luns: expected a number or a range like 0-63, up to 65535, got '3-'"},
+    {"LunTwice", "targets: [{luns: [0-3, 7, ^2]}]", "luns: number 2 is here twice"},
+    {"LunKey", "targets: [{luns: [{^lun: 3}]}]",
+     "lun: expected one of the keys number, vendor, product, revision, size, unique-id"},
+    {"LunSize", "targets: [{luns: [{size: ^4294967296}]}]",
+     "size: expected a number from 0 to 4294967295, got '4294967296'"},
+    {"UniqueId", "targets: [{luns: [{unique-id: ^6}]}]",
+     "unique-id: expected at most 32 hexadecimal octets joined by ':', got '6'"},
+    {"TooManyLuns", "targets: [{count: 17, luns: ^0-16384}]",
+     "luns: expected at most 16384 of a target, got 16385"},
+    {"LunsOfNvme", "targets: [{^luns: 0, type: nvme}]", "luns: expected namespaces with this type of target"},
+    {"NamespacesOfFcp", "targets: [{^namespaces: 0}]", "namespaces: expected luns with this type of target"},
 };
 
 class BadTargetsFile : public Targets, public testing::WithParamInterface<BadTargets> {};
 
 TEST_P(BadTargetsFile, IsReportedWithItsLineAndGivesAnEmptyList) {
-  UseHost(std::string("adapters:\n  - family: elm\n    ports:\n      - ") + GetParam().keys + "\n");
+  const MarkedText host =
+      WithoutMark(std::string("adapters:\n  - family: elm\n    ports:\n      - ") + GetParam().keys + "\n");
+  UseHost(host.text);
   testing::internal::CaptureStderr();
   EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), Path("lab.yaml") + GetParam().message + "\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            Path("lab.yaml") + host.place + ": " + GetParam().message + "\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(Targets, BadTargetsFile, testing::ValuesIn(kBadTargets),

@@ -1,6 +1,7 @@
 // The key `sfp` of a port: files of real modules, and mistakes.
 #include <string>
 
+#include "unit/simulator/marked_text.h"
 #include "unit/simulator/sfp_fixture.h"
 
 namespace {
@@ -24,68 +25,75 @@ TEST_F(SfpKeys, PathOfAnImageBeginsAtTheHostFile) {
 
 struct BadModule {
   const char* name;
-  const char* module;
-  const char* message;  // after the name of the file
+  const char* module;   // "^" ahead of the mistake
+  const char* message;  // after its place
 };
 
 constexpr BadModule kBadModules[] = {
-    {"Word", "some", ":5: sfp: expected a map, or none, got 'some'"},
-    {"Key", "{colour: red}",
-     ":5: colour: expected one of the keys form, vendor, oui, part, revision, serial, date, speeds, "
-     "ethernet, media, "
-     "transmitter, distance, connector, wavelength, measured, after-refresh, update-fails, diagnostics, "
-     "thresholds, "
-     "calibration, firmware"},
-    {"SfpKeyOfAQsfp", "{form: qsfp, thresholds: {}}",
-     ":5: thresholds: expected one of the keys form, vendor, oui, part, revision, serial, date, speeds, "
-     "ethernet, "
-     "media, transmitter, distance, connector, wavelength, measured, after-refresh, update-fails"},
-    {"KeyBesideImage", "{vendor: X, image: x.hex}",
-     ":5: vendor: expected one of the keys image, update-fails"},
-    {"MissingImage", "{image: x.hex}",
-     ":5: image: expected a file that can be read (No such file or directory), got 'x.hex'"},
-    {"Form", "{form: xfp}", ":5: form: expected one of sfp, qsfp, got 'xfp'"},
-    {"Vendor", "{vendor: A NAME OF SEVENTEEN}",
-     ":5: vendor: expected a text of at most 16 bytes, got 'A NAME OF SEVENTEEN'"},
-    {"QsfpRevision", "{form: qsfp, revision: A10}",
-     ":5: revision: expected a text of at most 2 bytes, got 'A10'"},
-    {"Date", "{date: 2025-02-29}", ":5: date: expected a date like 2026-01-14, got '2025-02-29'"},
-    {"Speed", "{speeds: [5]}", ":5: speeds: expected one of 1, 2, 4, 8, 10, 16, 32, 64, 128, got '5'"},
-    {"QsfpSpeed", "{form: qsfp, speeds: [64]}",
-     ":5: speeds: expected one of 1, 2, 4, 8, 10, 16, 32, got '64'"},
-    {"Ethernet", "{ethernet: [40]}", ":5: ethernet: expected one of 10, got '40'"},
-    {"Temperature", "{measured: {temperature: 200}}",
-     ":5: temperature: expected a number from -128 to 127.99, got '200'"},
-    {"Power", "{measured: {rx-power: lots}}", ":5: rx-power: expected a number from 0 to 6.5535, got 'lots'"},
-    {"Exponent", "{measured: {bias: 1e1}}", ":5: bias: expected a number from 0 to 131.07, got '1e1'"},
-    {"Threshold", "{thresholds: {voltage: {high: 3}}}",
-     ":5: high: expected one of the keys high-alarm, low-alarm, high-warning, low-warning"},
-    {"Calibration", "{calibration: external}",
-     ":5: calibration: expected internal, or a map of the constants of external calibration, got 'external'"},
-    {"Offset", "{calibration: {bias: {offset: 0.5}}}",
-     ":5: offset: expected a whole number from -32768 to 32767, got '0.5'"},
-    {"FourCoefficients", "{calibration: {rx-power: [0, 1, 0, 0]}}",
-     ":5: rx-power: expected five numbers, got a list"},
-    {"SixCoefficients", "{calibration: {rx-power: [0, 1, 0, 0, 0, 0]}}",
-     ":5: rx-power: expected five numbers and no more, got '0'"},
-    {"Firmware", "{firmware: 2.7.1}", ":5: firmware: expected a version like 2.07, got '2.7.1'"},
+    {"Word", "^some", "sfp: expected a map, or none, got 'some'"},
+    {"Key", "{^colour: red}",
+     "colour: expected one of the keys form, vendor, oui, part, revision, serial, date, speeds, ethernet, "
+     "media, transmitter, distance, connector, wavelength, measured, after-refresh, update-fails, "
+     "diagnostics, thresholds, calibration, firmware"},
+    {"SfpKeyOfAQsfp", "{form: qsfp, ^thresholds: {}}",
+     "thresholds: expected one of the keys form, vendor, oui, part, revision, serial, date, speeds, "
+     "ethernet, media, transmitter, distance, connector, wavelength, measured, after-refresh, update-fails"},
+    {"MissingImage", "{image: ^x.hex}",
+     "image: expected a file that can be read (No such file or directory), got 'x.hex'"},
+    {"Form", "{form: ^xfp}", "form: expected one of sfp, qsfp, got 'xfp'; did you mean 'sfp'?"},
+    {"Vendor", "{vendor: ^A NAME OF SEVENTEEN}",
+     "vendor: expected a text of at most 16 bytes, got 'A NAME OF SEVENTEEN'"},
+    {"QsfpRevision", "{form: qsfp, revision: ^A10}",
+     "revision: expected a text of at most 2 bytes, got 'A10'"},
+    {"Date", "{date: ^2025-02-29}", "date: expected a date like 2026-01-14, got '2025-02-29'"},
+    {"Speed", "{speeds: [^5]}", "speeds: expected one of 1, 2, 4, 8, 10, 16, 32, 64, 128, got '5'"},
+    {"QsfpSpeed", "{form: qsfp, speeds: [^64]}", "speeds: expected one of 1, 2, 4, 8, 10, 16, 32, got '64'"},
+    {"Ethernet", "{ethernet: [^40]}", "ethernet: expected one of 10, got '40'"},
+    {"Temperature", "{measured: {temperature: ^200}}",
+     "temperature: expected a number from -128 to 127.99, got '200'"},
+    {"Power", "{measured: {rx-power: ^lots}}", "rx-power: expected a number from 0 to 6.5535, got 'lots'"},
+    {"Exponent", "{measured: {bias: ^1e1}}", "bias: expected a number from 0 to 131.07, got '1e1'"},
+    {"Threshold", "{thresholds: {voltage: {^high: 3}}}",
+     "high: expected one of the keys high-alarm, low-alarm, high-warning, low-warning"},
+    {"Calibration", "{calibration: ^external}",
+     "calibration: expected internal, or a map of the constants of external calibration, got 'external'"},
+    {"Offset", "{calibration: {bias: {offset: ^0.5}}}",
+     "offset: expected a whole number from -32768 to 32767, got '0.5'"},
+    {"FourCoefficients", "{calibration: {rx-power: ^[0, 1, 0, 0]}}",
+     "rx-power: expected five numbers, got a list"},
+    {"SixCoefficients", "{calibration: {rx-power: [0, 1, 0, 0, 0, ^0]}}",
+     "rx-power: expected at most 5 numbers, got 6"},
+    {"Firmware", "{firmware: ^2.7.1}", "firmware: expected a version like 2.07, got '2.7.1'"},
 };
 
 class BadSfp : public SfpTest, public testing::WithParamInterface<BadModule> {};
 
 TEST_P(BadSfp, IsReportedWithItsLine) {
-  UseHost(HostWithModule(GetParam().module));
+  const MarkedText host = WithoutMark(HostWithModule(GetParam().module));
+  UseHost(host.text);
   testing::internal::CaptureStderr();
   EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), Path("lab.yaml") + GetParam().message + "\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            Path("lab.yaml") + host.place + ": " + GetParam().message + "\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(Sfp, BadSfp, testing::ValuesIn(kBadModules),
                          [](const auto& test) { return test.param.name; });
 
+TEST_F(SfpKeys, KeyBesideAnImageIsReported) {
+  const MarkedText host =
+      WithoutMark(HostWithModule("{^vendor: X, image: " + RealModule("qsfp28-100g-finisar") + "}"));
+  UseHost(host.text);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            Path("lab.yaml") + host.place + ": vendor: expected one of the keys image, update-fails\n");
+}
+
 TEST_F(SfpKeys, FileThatIsNoMemoryIsReported) {
   const std::string expected =
-      Path("lab.yaml") + ":5: image: expected a file of 512 bytes or of 32 lines like '0010: 08 03 00 ...', ";
+      Path("lab.yaml") +
+      ":5:22: image: expected a file of 512 bytes or of 32 lines like '0010: 08 03 00 ...', ";
   const std::string good = ContentOf(RealModule("sfpp-10g-sr-finisar-a"));
   const struct {
     std::string content;

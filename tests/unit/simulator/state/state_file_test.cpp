@@ -96,9 +96,9 @@ TEST_F(State, MistakeInTheFileIsReportedAndGivesAnEmptyList) {
   Write("state.yaml", "adapters:\n  ZX100/AB12345:\n    personality: both\n");
   testing::internal::CaptureStderr();
   EXPECT_EQ(TORPI_GetAdapterList()->first, nullptr);
-  EXPECT_EQ(
-      testing::internal::GetCapturedStderr(),
-      Path("state.yaml") + ":3: personality: expected one of fc, cna, or a number up to 255, got 'both'\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            Path("state.yaml") +
+                ":3:18: personality: expected one of fc, cna, or a number up to 255, got 'both'\n");
 }
 
 TEST_F(State, UnreadableFileIsReportedAndGivesAnEmptyList) {

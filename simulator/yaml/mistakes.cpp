@@ -1,0 +1,27 @@
+#include "yaml/mistakes.h"
+
+namespace lab {
+
+void Mistakes::Add(Place place, std::string what) {
+  ++found_;
+  if (!Enough()) kept_.emplace(place, std::move(what));
+}
+
+std::string Mistakes::Report(const std::string& file) const {
+  std::string report;
+  std::size_t shown = 0;
+  for (const auto& [place, what] : kept_) {
+    if (shown == kShown) break;
+    if (shown++ > 0) report += '\n';
+    report += file;
+    if (place.line > 0) report += ':' + std::to_string(place.line) + ':' + std::to_string(place.column);
+    report += ": " + what;
+  }
+  if (kept_.size() > shown) {
+    report += '\n' + file + ": and " + (Enough() ? "at least " : "") + std::to_string(kept_.size() - shown) +
+              " more";
+  }
+  return report;
+}
+
+}  // namespace lab

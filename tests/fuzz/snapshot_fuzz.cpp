@@ -1,0 +1,94 @@
+// Any bytes as a snapshot: bad ones have a report, good ones are written as they are read, are anonymised,
+// and are played back by all calls that read.
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "framework/device_library/calls.h"
+#include "lab.h"
+#include "recorded/recorded_file.h"
+#include "recording/recording_text.h"
+#include "tools/snapshot/anonymise.h"
+
+namespace {
+
+void Require(bool condition) {
+  if (!condition) std::abort();
+}
+
+recording::HostRecording Read(const std::string& text) {
+  recording::HostRecording host;
+  Require(lab::ReadRecording("lab.yaml", text, host).empty());
+  return host;
+}
+
+void Play(const FCProtocolEntry& entry) {
+  const DeviceHandle* const handle = &entry.handle;
+  std::vector<std::uint8_t> bytes(4096);
+  std::uint32_t size = 1024;
+  std::uint32_t number = 0;
+  std::uint8_t byte = 0;
+  TORPI_GetVpd(handle, 0, bytes.data(), &size);
+  size = 508;
+  TORPI_DiagnosticsRDPTest(handle, bytes.data(), &size);
+  for (const std::uint32_t mode : {0u, 1u, 2u, 3u}) TORPI_GetSFPDataEx(handle, bytes.data(), mode, 0);
+  FWPrivateStats* block = nullptr;
+  TORPI_GetFWPrivateStats(handle, &block, &number);
+  std::free(block);
+  char reason[64];
+  TORPI_FCGetBBCSupportInfoEx(handle, &byte, &byte, &byte, &byte, reason, sizeof reason);
+  SCMRStatisticsEntry* list = nullptr;
+  TORPI_GetSCMRStatisticsList(handle, &list);
+  if (list != nullptr) TORPI_FreeSCMRStatisticsList(list);
+  for (const TargetEntry* target = entry.first_target; target != nullptr; target = target->next) {
+    TargetStatisticsAddress address{};
+    address.kind = kTargetByPortName;
+    address.port_name = target->port_name;
+    TargetPortStatistics statistics{};
+    TORPI_GetPortStatisticsFC(handle->sd_handle, 0, &address, &statistics);
+    TORPI_GetTargetLinkSpeed(handle, target->number, &number);
+    for (const LunEntry* lun = target->first_lun; lun != nullptr; lun = lun->next) byte ^= lun->unique_id[31];
+  }
+}
+
+void PlayHost() {
+  const AdapterList* const list = TORPI_GetAdapterList();
+  for (const AdapterEntry* adapter = list ? list->first : nullptr; adapter; adapter = adapter->next) {
+    for (const PhyPortEntry* port = adapter->ports ? adapter->ports->first : nullptr; port;
+         port = port->next) {
+      const ProtocolList* const protocols = port->protocols;
+      for (const FCProtocolEntry* entry = protocols ? protocols->first : nullptr; entry;
+           entry = entry->next) {
+        Play(*entry);
+      }
+    }
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  recording::HostRecording host;
+  if (!lab::ReadRecording("lab.yaml", text, host).empty()) return 0;
+
+  const std::string written = recording::ToText(host);
+  Require(recording::ToText(Read(written)) == written);
+  snapshot::Anonymise(host);
+  const std::string hidden = recording::ToText(host);
+  Require(recording::ToText(Read(hidden)) == hidden);
+
+  static const int file = memfd_create("snapshot", 0);
+  Require(file >= 0 && ftruncate(file, 0) == 0);
+  Require(pwrite(file, written.data(), written.size(), 0) == static_cast<ssize_t>(written.size()));
+  setenv("TORPI_LAB_HOST", ("/proc/self/fd/" + std::to_string(file)).c_str(), 1);
+  setenv("TORPI_LAB_QUIET", "1", 1);
+  lab::Lab::Reset();
+  PlayHost();
+  lab::Lab::Reset();
+  return 0;
+}
