@@ -82,7 +82,8 @@ def test_state_file_is_left_alone(zfc, recorded):
 def test_edited_file_plays_what_it_says(zfc, recorded):
     text = recorded.read_text()
     assert text.count('"AB12345"  # serial number') == 1
-    recorded.write_text(text.replace('"AB12345"  # serial number', '"NEW" 2d "1"').replace("mezzanine: 0", "mezzanine: {result: 7}"))
+    text = text.replace('"AB12345"  # serial number', '"NEW" 2d "1"')
+    recorded.write_text(text.replace("mezzanine: 0", "mezzanine: {result: 7}"))
     assert identifiers(zfc, **played(recorded))["adapter"][0] == b"Adapter_ZX100_NEW-1"
     assert "Message: Failed" in run(zfc, f"-t port -s beacon getcli {PORT}", recorded)
 
@@ -111,7 +112,11 @@ def mistake(zfc, text):
         ("snapshot: 1\nlist: [1]\n", 2, "list: expected bytes or the word zeros, got a list"),
         ("snapshot: 1\nboot-mode: soon\n", 2, "boot-mode: expected a number from 0 to 4294967295, got 'soon'"),
         ("snapshot: 1\nboot-mode: {result: -1}\n", 2, "result: expected a number from 0 to 4294967295, got '-1'"),
-        ("snapshot: 1\nlist: zeros\nadapters:\n  - ports:\n    - protocols:\n      - vpd: 1\n", 6, "vpd: expected a map with size and bytes, got '1'"),
+        (
+            "snapshot: 1\nlist: zeros\nadapters:\n  - ports:\n    - protocols:\n      - vpd: 1\n",
+            6,
+            "vpd: expected a map with size and bytes, got '1'",
+        ),
     ],
 )
 def test_mistakes(zfc, text, line, what):
@@ -122,7 +127,8 @@ def test_mistakes(zfc, text, line, what):
 def test_luns_beyond_what_a_target_can_have(zfc):
     head = "snapshot: 1\nlist: zeros\nadapters:\n  - ports:\n    - protocols:\n      - targets:\n        - luns: |\n"
     assert mistake(zfc, head + "            same\n" * 16384) == ""
-    assert "luns: more than a recording holds, in line 16385 of its text" in mistake(zfc, head + "            same\n" * 16385)
+    said = mistake(zfc, head + "            same\n" * 16385)
+    assert "luns: more than a recording holds, in line 16385 of its text" in said
 
 
 class TestDescription:
@@ -139,3 +145,11 @@ class TestDescription:
         rows = re.findall(r"^\| (`[a-z-]+`(?:, `[a-z-]+`)?)(?:, of a target)? \| `(TORPI_\w+)`", self.TEXT, re.MULTILINE)
         described = [(key, call) for keys, call in rows for key in re.findall(r"[a-z-]+", keys)]
         assert described[2:] == known and len(known) == 25
+
+
+def test_boot_mode_is_that_of_the_host(zfc):
+    host = zfc.file("uefi.yaml", b"boot-mode: uefi\nadapters: [{family: hazel, ports: [{wwpn: 21:00:00:00:00:00:00:01}]}]")
+    file, _ = take(zfc, "host.yaml", **played(host))
+    output = run(zfc, "-t port -s bootconfig getcli FC_21:00:00:00:00:00:00:01", file)
+    assert "TORPI_GetBfsConfigMode() -> 2\n" in trace(zfc) and "TORPI_SetBfsConfigMode(1) -> 909\n" in trace(zfc)
+    assert "Message: Failed" in output

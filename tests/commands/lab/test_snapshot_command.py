@@ -149,3 +149,10 @@ def test_check_reads_a_snapshot(zfc, snapshot):
     bad = zfc.file("bad.yaml", b"snapshot: 1\nlist: |\n  0: zz\nboot-mode: -1\n")
     done = snapshot("check", bad, program=LAB)
     assert done.returncode == 1 and done.stdout.count(b"\n") == 2
+
+
+def test_library_finds_the_services_of_the_program(zfc):
+    take(zfc, "it.yaml", services=True, **HOSTILE)
+    calls = zfc.calls()
+    assert [call for call in calls if "missing" in call] == []
+    assert "CoreMalloc(64) gives a block" in calls and "CoreZMalloc(64) gives zeros" in calls

@@ -99,7 +99,10 @@ def test_host(zfc, name):
 
 
 WHOLE = Host(
-    [Adapter(ports=[Port(i, [named(i, device=device, targets=targets())])]) for i, device in enumerate([0x3432, 0x3522, 0x3640])]
+    [
+        Adapter(ports=[Port(number, [named(number, device=device, targets=targets())])])
+        for number, device in enumerate([0x3432, 0x3522, 0x3640])
+    ]
 )
 
 

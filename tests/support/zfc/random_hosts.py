@@ -198,12 +198,16 @@ class _Maker:
 
     def luns(self):
         pick = self.random.choice
-        luns = [pick(["0-5", 7, 65535, {"number": "20-22", "unique-id": self.octets(12)}, {"number": 30, "size": self.number(32)}])]
+        sized = {"number": 30, "size": self.number(32)}
+        luns = [pick(["0-5", 7, 65535, {"number": "20-22", "unique-id": self.octets(12)}, sized])]
         return luns if self.random.random() < 0.8 else []
 
     def configuration(self):
         pick = self.random.choice
-        drives = lambda: [{"wwpn": self.octets(8), "lun": self.number(16)} for _ in range(self.random.randint(1, 8))]
+
+        def drives():
+            return [{"wwpn": self.octets(8), "lun": self.number(16)} for _ in range(self.random.randint(1, 8))]
+
         return self.map(
             0.5,
             parameters=lambda: {"data-rate": pick([8, 16, "auto", 99]), "frame-size": self.number(16), "vclm": True},

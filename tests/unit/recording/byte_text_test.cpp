@@ -113,7 +113,7 @@ TEST(ChangeText, NamesEveryPlace) {
   EXPECT_EQ(ChangeOf(before, after), "0: 01 10: 02000003");
 }
 
-TEST(ChangeText, TellsWhatBecomesZero) {
+TEST(ChangeText, NamesWhatBecomesZero) {
   EXPECT_EQ(ChangeOf({1, 1, 1}, {1, 0, 1}), "1: 00");
 }
 
