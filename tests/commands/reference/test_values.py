@@ -81,10 +81,11 @@ def check_values(zfc, node, word, command, described, words_with):
     no_value = {None} if wrong == "no-document" else {answer_to_a_wrong_value(node, described)} if refused else set()
 
     def answers(value):
-        return {answer(zfc, node, word, command, words_with(name, str(value))) for name in names}
+        return (answer(zfc, node, word, command, words_with(name, str(value))) for name in names)
 
-    assert [value for value in taken if not answers(value) - no_value - {None}] == []
-    assert [value for value in refused if "Success" in (got := answers(value)) or not got & no_value] == []
+    # The first that takes it will do: the highest count of a test takes long on every further one.
+    assert [value for value in taken if all(got in no_value | {None} for got in answers(value))] == []
+    assert [value for value in refused if "Success" in (got := {*answers(value)}) or not got & no_value] == []
 
 
 @pytest.mark.parametrize("node, word, command, name, option", OPTIONS)
