@@ -1,6 +1,7 @@
 #include "state/state_file.h"
 
 #include <sys/stat.h>
+#include <yaml-cpp/yaml.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -93,8 +94,9 @@ bool AreListsOfOneLength(const YAML::Node& one, const YAML::Node& other) {
 }
 
 // Sets in the map `now` what differs between the maps `before` and `mine`, down to single settings. `place`
-// names the map in messages.
-void Merge(const YAML::Node& before, const YAML::Node& mine, YAML::Node now, const std::string& place) {
+// names the map in mistakes, which `document` takes.
+void Merge(const YAML::Node& before, const YAML::Node& mine, YAML::Node now, const std::string& place,
+           const Value& document) {
   for (const auto& pair : mine) {
     const std::string key = pair.first.Scalar();
     const YAML::Node& value = pair.second;
@@ -106,8 +108,8 @@ void Merge(const YAML::Node& before, const YAML::Node& mine, YAML::Node now, con
       now[key] = YAML::Clone(value);
     } else {
       if (!now[key].IsDefined()) now[key] = YAML::Node(YAML::NodeType::Map);
-      if (!now[key].IsMap()) throw Mistake{0, place + key + ": expected a map"};
-      Merge(old, value, now[key], place + key + ": ");
+      if (!now[key].IsMap()) return document.Wrong(place + key + ": expected a map");
+      Merge(old, value, now[key], place + key + ": ", document);
     }
   }
 }
@@ -174,7 +176,7 @@ std::string StateFile::SaveLocked(const Host& host, std::span<const Adapter> ada
       mine[adapter.state_key] = AdapterState(adapter);
       before[adapter.state_key] = adapters_[adapter.state_key];
     }
-    Merge(before, mine, document.adapters, "adapters: ");
+    Merge(before, mine, document.adapters, "adapters: ", value);
   });
   if (wrong.empty()) wrong = ReplaceFile(path_, TextOf(document));
   if (!wrong.empty()) return wrong;
