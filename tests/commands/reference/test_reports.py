@@ -42,6 +42,8 @@ def rows(output, data_field):
 def is_known(row, described):
     if any(pattern(label).match(row) for label, _, _ in described):
         return True
+    if any(is_section and len(row) > 5 and row in label for label, is_section, _ in described):
+        return True  # the head of a section, or a line of it
     heads = {head for label, is_section, _ in described if is_section for head in label.split(", ")}
     cells = re.split(r"\s\s+", row)
     return (
