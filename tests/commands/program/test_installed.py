@@ -20,13 +20,22 @@ def installed(zfc):
 
 def test_layout(installed):
     """The staging folder is empty, and there all the same: the program never creates it."""
-    assert {str(path.relative_to(installed)) for path in installed.rglob("*")} == {
+    files = {str(path.relative_to(installed)) for path in installed.rglob("*")}
+    assert {name for name in files if not name.startswith("share/")} == {
         "bin",
         "bin/zfcesxcli",
         "bin/ZFC_ESXCLI_Readme.txt",
         "lib",
         "lib/libtorpifconly.so",
+        "share",
         "tmp",
+    }
+    assert files >= {
+        "share/bash-completion/completions/zfcesxcli",
+        "share/esxcli/zfcesxcli.xml",
+        "share/man/man1/zfcesxcli.1",
+        "share/man/man1/zfcesxcli-port-dmi.1",
+        "share/zsh/site-functions/_zfcesxcli",
     }
 
 
