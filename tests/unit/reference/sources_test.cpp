@@ -40,7 +40,7 @@ TEST(Sources, NameStatuses) {
 }
 
 TEST(Sources, EndInTheMiddleOfAnything) {
-  for (const char* const source : {"\"Failed", "'", "/*", "//", "\"\\", "StatusMessage k[", "\"--a\","}) {
+  for (const char* const source : {"\"Failed, ", "'", "/*", "//", "\"\\", "StatusMessage k[", "\"--a\","}) {
     const SourceTexts texts = TextsOf(source);
     EXPECT_EQ(texts.messages.size(), source[1] == 'F' ? 1U : 0U) << source;
     EXPECT_EQ(texts.status_names.size() + texts.options.size(), 0U) << source;
