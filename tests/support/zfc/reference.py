@@ -95,8 +95,9 @@ def families_of(node, *inner):
 
 
 def message_of(output):
-    """The message of a document as text; None without one."""
+    """The message of a document as text, which the verdict of a test has under another name; None without one."""
     for line in output.decode(errors="replace").splitlines():
-        if line.startswith("Message: "):
-            return line.removeprefix("Message: ")
+        name, _, value = line.partition(": ")
+        if name in ("Message", "Test Result"):
+            return value
     return None
