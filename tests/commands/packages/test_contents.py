@@ -13,6 +13,7 @@ from zfc.runner import ROOT
 
 PROGRAM = {
     f"{PLUGIN}/bin/zfcesxcli",
+    f"{PLUGIN}/bin/zfc-snapshot",
     f"{PLUGIN}/bin/ZFC_ESXCLI_Readme.txt",
     "usr/bin/zfcesxcli",
     "usr/share/doc/zfcesxcli/changelog.gz",
@@ -31,7 +32,7 @@ LAB = {
 }
 # Where other parts of the build add their files.
 SHARED = re.compile(rf"usr/share/(man|bash-completion|zsh)/|{PLUGIN}/(lab/)?share/")
-TOOLS = {f"{PLUGIN}/bin/zfc-json", f"{PLUGIN}/bin/zfc-snapshot", "usr/bin/zfc-json"}
+TOOLS = {f"{PLUGIN}/bin/zfc-json", "usr/bin/zfc-json"}
 
 
 def control(package):

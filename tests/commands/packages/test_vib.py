@@ -14,6 +14,7 @@ from zfc.runner import ROOT
 ENTRIES = {
     "etc/vmware/vm-support/zfcesxcli.mfx": "-r--r--r--",
     f"{PLUGIN}/bin/ZFC_ESXCLI_Readme.txt": "-r--r--r--",
+    f"{PLUGIN}/bin/zfc-snapshot": "-r-xr-xr-x",
     f"{PLUGIN}/bin/zfcesxcli": "-r-xr-xr-x",
     f"{PLUGIN}/tmp/": "drwx------",
     f"{PLUGIN}/tmp/README": "-r--r--r--",
@@ -21,7 +22,6 @@ ENTRIES = {
 # What other parts of the build add when they are there.
 ADDED = {
     f"{PLUGIN}/bin/zfc-json": "-r-xr-xr-x",
-    f"{PLUGIN}/bin/zfc-snapshot": "-r-xr-xr-x",
     "usr/lib/vmware/esxcli/ext/zfcesxcli.xml": "-r--r--r--",
 }
 

@@ -12,9 +12,9 @@ from zfc.tree import TREE
 README = (ROOT / "packaging" / "ZFC_ESXCLI_Readme.txt").read_text()
 
 
-PROGRAM = {".installed", "bin", "bin/zfcesxcli", "bin/ZFC_ESXCLI_Readme.txt", "tmp"}
+PROGRAM = {".installed", "bin", "bin/zfcesxcli", "bin/zfc-snapshot", "bin/ZFC_ESXCLI_Readme.txt", "tmp"}
 # Files of other parts of the build, which are there when the part is.
-TOOLS = {"bin/zfc-json", "bin/zfc-snapshot"}
+TOOLS = {"bin/zfc-json"}
 
 
 def install(folder, *words):
