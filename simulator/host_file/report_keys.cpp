@@ -5,8 +5,9 @@
 namespace lab {
 namespace {
 
-constexpr NamedNumber kLockdowns[] = {{"off", 0}, {"on", 1}};
-constexpr NamedNumber kLockdownFailures[] = {{"unsupported-driver", 0x76}, {"unsupported-firmware", 0x86}};
+// Whether it is on, or the status that says why nobody knows.
+constexpr NamedNumber kLockdowns[] = {
+    {"off", 0}, {"on", 1}, {"unsupported-driver", 0x76}, {"unsupported-firmware", 0x86}};
 
 constexpr std::size_t kLargestItem = 255;
 constexpr std::uint32_t kLargestDump = 16u << 20;
@@ -30,10 +31,11 @@ bool IsThere(const Value& value, bool& none) {
 
 void ReadOneLockdown(const Value& value, Lockdown& into) {
   into = {};
+  const std::uint32_t code = value.ChoiceOrNumber(kLockdowns, UINT32_MAX);
   if (value.Is("on") || value.Is("off")) {
-    into.on = value.Choice(kLockdowns) != 0;
+    into.on = code != 0;
   } else {
-    value.CodeInto(kLockdownFailures, into.status);
+    into.status = code;
   }
 }
 

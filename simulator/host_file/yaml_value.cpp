@@ -86,7 +86,7 @@ std::int16_t Value::SignedWord() const {
 }
 
 std::string Value::Path() const {
-  const std::string path = Text(4096);
+  std::string path = Text(4096);
   const std::size_t slash = file_->name.rfind('/');
   if (path.empty() || path.starts_with('/') || slash == std::string::npos) return path;
   return file_->name.substr(0, slash + 1) + path;

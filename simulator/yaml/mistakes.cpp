@@ -1,20 +1,22 @@
 #include "yaml/mistakes.h"
 
+#include <utility>
+
 namespace lab {
 
 void Mistakes::Add(Place place, std::string what) {
   ++found_;
-  if (!Enough()) kept_.emplace(place, std::move(what));
+  if (!Enough()) kept_.emplace(place.line, place.column, std::move(what));
 }
 
 std::string Mistakes::Report(const std::string& file) const {
   std::string report;
   std::size_t shown = 0;
-  for (const auto& [place, what] : kept_) {
+  for (const auto& [line, column, what] : kept_) {
     if (shown == kShown) break;
     if (shown++ > 0) report += '\n';
     report += file;
-    if (place.line > 0) report += ':' + std::to_string(place.line) + ':' + std::to_string(place.column);
+    if (line > 0) report += ':' + std::to_string(line) + ':' + std::to_string(column);
     report += ": " + what;
   }
   if (kept_.size() > shown) {

@@ -1,11 +1,10 @@
 // What is wrong in a file: all of it, in the order of its lines.
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <set>
 #include <string>
-#include <utility>
+#include <tuple>
 
 namespace lab {
 
@@ -13,7 +12,7 @@ namespace lab {
 struct Place {
   int line = 0;
   int column = 0;
-  auto operator<=>(const Place&) const = default;
+  bool operator==(const Place&) const = default;
 };
 
 // Collects mistakes. One that is found twice, as in a part that several aliases name, is kept once.
@@ -35,7 +34,7 @@ class Mistakes {
  private:
   static constexpr std::size_t kEnough = 10000;
 
-  std::set<std::pair<Place, std::string>> kept_;
+  std::set<std::tuple<int, int, std::string>> kept_;  // line, column, what
   std::size_t found_ = 0;
 };
 

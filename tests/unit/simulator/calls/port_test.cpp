@@ -342,8 +342,8 @@ TEST_F(PortReports, MistakesAreReported) {
   EXPECT_EQ(MistakeOf("temperature: 1.5"),
             "temperature: expected a whole number from -32768 to 32767, got '1.5'");
   EXPECT_EQ(MistakeOf("lockdown: {config: maybe}"),
-            "config: expected one of unsupported-driver, unsupported-firmware, or a number up to 4294967295, "
-            "got 'maybe'");
+            "config: expected one of off, on, unsupported-driver, unsupported-firmware, or a number up to "
+            "4294967295, got 'maybe'");
   EXPECT_EQ(MistakeOf("vpd: some"), "vpd: expected a map, or none, got 'some'");
   EXPECT_EQ(MistakeOf("vpd: {bytes: 82:xx}"),
             "bytes: expected hexadecimal octets joined by ':', got '82:xx'");
