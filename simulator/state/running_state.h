@@ -2,6 +2,8 @@
 // that begin anew.
 #pragma once
 
+#include <yaml-cpp/yaml.h>
+
 #include "device/host.h"
 #include "host_file/yaml_value.h"
 
