@@ -25,6 +25,7 @@ def test_documents_that_have_sessions():
     [
         ("a\nb\n", "a\nb\n", True),
         ("a\nb\n", "a\r\nb\r\n", True),
+        ("a\n", "a", True),
         ("a\n", "a\nb\n", False),
         ("a.\n", "ab\n", False),
         ("a\n...\nd\n", "a\nb\nc\nd\n", True),

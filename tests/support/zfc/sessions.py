@@ -31,11 +31,14 @@ def steps(text):
 
 
 def shows(expected, output):
-    """Whether the output is that of the document. Line ends of a terminal count as plain ones."""
+    """Whether the output is that of the document. Line ends of a terminal count as plain ones; a last line may have none."""
+    output = output.replace("\r\n", "\n")
+    if output and not output.endswith("\n"):
+        output += "\n"
     pattern = "".join(
         r"(?:.*\n)*" if line == _ANY_LINES + "\n" else re.escape(line) for line in expected.splitlines(keepends=True)
     )
-    return re.fullmatch(pattern, output.replace("\r\n", "\n")) is not None
+    return re.fullmatch(pattern, output) is not None
 
 
 def play(zfc, document):
