@@ -3,8 +3,6 @@
 #include <array>
 #include <cstddef>
 
-#include "recording/recording.h"
-
 // Place and size of a member, which no constant expression can take from a pointer to it.
 #define FIELD(record, member) offsetof(record, member), sizeof(record::member)
 
@@ -335,6 +333,17 @@ constexpr auto kNvmeBootRecord = [] {
   return fields;
 }();
 
+constexpr Field kSfpTexts[] = {
+    {"vendor name", 20, 16, Form::kText}, {"part number", 40, 16, Form::kText},
+    {"revision", 56, 4, Form::kText},     {"serial number", 68, 16, Form::kText, Identity::kSerial},
+    {"date", 84, 8, Form::kText},
+};
+constexpr Field kQsfpTexts[] = {
+    {"vendor name", 148, 16, Form::kText}, {"part number", 168, 16, Form::kText},
+    {"revision", 184, 2, Form::kText},     {"serial number", 196, 16, Form::kText, Identity::kSerial},
+    {"date", 212, 8, Form::kText},
+};
+
 // Ascending, none over another, and none past the end of the record.
 template <class Record>
 consteval bool AreInPlace(std::span<const Field> fields) {
@@ -451,6 +460,14 @@ std::span<const Field> FieldsOf<PortList>() {
 template <>
 std::span<const Field> FieldsOf<SfpImage>() {
   return {};
+}
+
+std::span<const Field> FieldsOfModule(const SfpImage& image) {
+  static_assert(AreInPlace<SfpImage>(kSfpTexts) && AreInPlace<SfpImage>(kQsfpTexts));
+  // Identifiers of SFF-8024: QSFP, QSFP+, QSFP28, CXP2.
+  const std::uint8_t identifier = image.bytes[0];
+  const bool is_qsfp = identifier == 0x0c || identifier == 0x0d || identifier == 0x11 || identifier == 0x12;
+  return is_qsfp ? kQsfpTexts : kSfpTexts;
 }
 
 }  // namespace recording

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <span>
 
+#include "recording/recording.h"
+
 namespace recording {
 
 // How a field is shown.
@@ -30,5 +32,8 @@ struct Field {
 // no fields. Defined for the records of recording.h.
 template <class Record>
 std::span<const Field> FieldsOf();
+
+// The texts of a module's memory (SFF-8472, or SFF-8636 by the module's identifier).
+std::span<const Field> FieldsOfModule(const SfpImage& image);
 
 }  // namespace recording

@@ -41,10 +41,10 @@ struct Answer {
 
 // The most entries of one list. The device library's chains end by themselves, but nothing vouches for it.
 inline constexpr std::size_t kMostAdapters = 256;
-inline constexpr std::size_t kMostPorts = 64;                     // of an adapter
-inline constexpr std::size_t kMostProtocols = 1024;               // on a port: itself and its virtual ports
-inline constexpr std::size_t kMostTargets = 4096;                 // of a protocol entry
-inline constexpr std::size_t kMostLuns = 16384;                   // of a target
+inline constexpr std::size_t kMostPorts = 64;           // of an adapter
+inline constexpr std::size_t kMostProtocols = 1024;     // on a port: itself and its virtual ports
+inline constexpr std::size_t kMostTargets = 4096;       // of a protocol entry
+inline constexpr std::size_t kMostLuns = 16384;         // of a target
 inline constexpr std::size_t kMostStatistics = 131072;  // elements for one port
 
 // How much more a recording takes, so that a file of a few lines can't ask for all memory: entries of the

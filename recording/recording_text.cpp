@@ -77,6 +77,8 @@ class Writer {
     Bytes(key, BytesOf(record), FieldsOf<Record>());
   }
 
+  void RecordOf(const char* key, const SfpImage& image) { Bytes(key, BytesOf(image), FieldsOfModule(image)); }
+
   // One item per entry, with a comment ahead.
   template <class Items, class Visit>
   void List(const char* key, const Items& items, Visit visit) {

@@ -22,10 +22,10 @@ struct ArgumentKind {
 // The values that an argument or an option takes.
 struct ValueRule {
   std::string type = "word";                // bool, number, word, or the id of an argument kind
-  std::vector<std::string> choices;         // empty: any
+  std::vector<std::string> choices = {};    // empty: any
   std::string wrong = "invalid-parameter";  // the status that any other value leads to; none, no-document
-  std::optional<std::uint32_t> least;
-  std::optional<std::uint32_t> most;
+  std::optional<std::uint32_t> least = std::nullopt;
+  std::optional<std::uint32_t> most = std::nullopt;
 };
 
 struct Argument {

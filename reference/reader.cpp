@@ -15,8 +15,8 @@ namespace {
 
 constexpr const char* kFirstVersion = "1.9.0";
 
-const std::vector<std::string> kFamilies = {"aster", "birch", "cedar", "ginkgo", "fern",
-                                            "elm",   "hazel", "iris",  "dahlia"};
+constexpr const char* kFamilies[] = {"aster", "birch", "cedar", "ginkgo", "fern",
+                                     "elm",   "hazel", "iris",  "dahlia"};
 
 class Reader {
  public:
@@ -41,9 +41,7 @@ class Reader {
                                      const std::string& source);
   Argument ReadArgument(const std::string& file, const YAML::Node& yaml);
   Option ReadOption(const std::string& file, const std::string& name, const YAML::Node& yaml);
-  ValueRule ReadValues(YamlMap& map, const std::string& type);
   NodeStatus ReadStatus(const Node& node, const std::string& file, const YAML::Node& yaml);
-  std::vector<std::string> ReadFamilies(YamlMap& map);
   void ReadExample(const Node& node, Command& command);
 
   std::string folder_;
@@ -76,10 +74,10 @@ std::string Reader::ReadWhole(const std::string& file) const {
   return content;
 }
 
-std::vector<std::string> Reader::ReadFamilies(YamlMap& map) {
+std::vector<std::string> ReadFamilies(YamlMap& map) {
   std::vector<std::string> families = map.Texts("families");
   for (const std::string& family : families) {
-    if (std::find(kFamilies.begin(), kFamilies.end(), family) == kFamilies.end()) {
+    if (std::find(std::begin(kFamilies), std::end(kFamilies), family) == std::end(kFamilies)) {
       map.Wrong("families", "no family \"" + family + "\"");
     }
   }
@@ -115,7 +113,7 @@ void Reader::ReadStatuses() {
   }
 }
 
-ValueRule Reader::ReadValues(YamlMap& map, const std::string& type) {
+ValueRule ReadValues(YamlMap& map, const std::string& type) {
   ValueRule rule;
   rule.type = type;
   rule.choices = map.Texts("choices");
@@ -126,8 +124,12 @@ ValueRule Reader::ReadValues(YamlMap& map, const std::string& type) {
     map.Wrong("range", "two numbers are needed, as [0, 255]");
     return rule;
   }
-  rule.least = static_cast<std::uint32_t>(std::stoul(range[0]));
-  rule.most = static_cast<std::uint32_t>(std::stoul(range[1]));
+  rule.least = NumberOf(range[0]);
+  rule.most = NumberOf(range[1]);
+  if (!rule.least.has_value() || !rule.most.has_value()) {
+    map.Wrong("range", "two numbers are needed, as [0, 255]");
+    return {};
+  }
   rule.type = "number";
   return rule;
 }

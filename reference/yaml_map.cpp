@@ -11,6 +11,13 @@ std::string ScalarText(const YAML::Node& node) {
   return text;
 }
 
+std::optional<std::uint32_t> NumberOf(const std::string& text) {
+  std::uint32_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
+}
+
 std::vector<std::pair<std::string, YAML::Node>> EntriesOf(const YAML::Node& node) {
   std::vector<std::pair<std::string, YAML::Node>> entries;
   if (!node.IsDefined() || !node.IsMap()) return entries;
@@ -26,6 +33,7 @@ YamlMap::YamlMap(std::string file, const YAML::Node& node, Mistakes& mistakes)
   }
 }
 
+// Memory alone can run out here. NOLINTNEXTLINE(bugprone-exception-escape)
 YamlMap::~YamlMap() {
   for (const auto& entry : node_) {
     const std::string key = ScalarText(entry.first);
@@ -65,7 +73,7 @@ std::string YamlMap::Text(const std::string& key, const std::string& without) {
 }
 
 std::string YamlMap::NeededText(const std::string& key) {
-  const std::string text = Text(key);
+  std::string text = Text(key);
   if (text.empty()) Wrong(key, "missing");
   return text;
 }
@@ -80,9 +88,8 @@ bool YamlMap::Flag(const std::string& key, bool without) {
 std::optional<std::uint32_t> YamlMap::MaybeNumber(const std::string& key) {
   const std::optional<std::string> text = MaybeText(key);
   if (!text.has_value()) return std::nullopt;
-  std::uint32_t number = 0;
-  const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), number);
-  if (error != std::errc() || end != text->data() + text->size()) Wrong(key, "a number is needed");
+  const std::optional<std::uint32_t> number = NumberOf(*text);
+  if (!number.has_value()) Wrong(key, "a number is needed");
   return number;
 }
 

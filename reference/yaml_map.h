@@ -49,6 +49,9 @@ class YamlMap {
   std::set<std::string> asked_;
 };
 
+// The number that the whole text is; nothing for any other text.
+std::optional<std::uint32_t> NumberOf(const std::string& text);
+
 // The text of a scalar without line ends at its end; empty for any other node.
 std::string ScalarText(const YAML::Node& node);
 

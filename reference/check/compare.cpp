@@ -126,7 +126,9 @@ void Comparison::CompareMessages(const Node& node, const ProgramNode& program) {
     return std::any_of(node.statuses.begin(), node.statuses.end(),
                        [&message](const NodeStatus& status) { return status.message == message; });
   };
-  for (const auto& [number, message] : program.messages) {
+  for (const auto& row : program.messages) {
+    const unsigned number = row.first;
+    const std::string& message = row.second;
     if (number == 0) continue;
     const auto same = [&](const NodeStatus& status) {
       return status.number == number && status.message == message;

@@ -105,7 +105,7 @@ std::map<std::string, SourceTexts> TextsBelow(const std::filesystem::path& root,
   for (const auto& entry : std::filesystem::recursive_directory_iterator(root / folder)) {
     const std::string end = entry.path().extension();
     if (end != ".cpp" && end != ".h") continue;
-    found[std::filesystem::relative(entry.path(), root)] = TextsOf(ReadWholeFile(entry.path()));
+    found[entry.path().lexically_relative(root)] = TextsOf(ReadWholeFile(entry.path()));
   }
   return found;
 }

@@ -19,7 +19,7 @@ struct SourceTexts {
 // The texts of one source. Comments do not count, and adjacent literals are one text.
 SourceTexts TextsOf(const std::string& source);
 
-// The texts of every source below `folder`, by its path from `root` on.
+// The texts of every source below `folder`, by its path from `root` on, links unresolved.
 std::map<std::string, SourceTexts> TextsBelow(const std::filesystem::path& root, const std::string& folder);
 
 // The names that an enumeration of status.h gives to numbers: "kFileNotFound" to 19.

@@ -37,7 +37,8 @@ std::string Escaped(const std::string& text) {
 }
 
 std::string Indent(std::size_t depth) {
-  return std::string(2 * depth, ' ');
+  std::string blanks(2 * depth, ' ');
+  return blanks;
 }
 
 std::string Element(std::size_t depth, const std::string& name, const std::string& text) {
@@ -55,12 +56,13 @@ std::string FreeLetter(const std::string& name, const std::set<std::string>& tak
   for (const bool capital : {false, true}) {
     for (const char letter : name) {
       if (letter < 'a' || letter > 'z') continue;
-      const std::string candidate(1, capital ? static_cast<char>(letter - 'a' + 'A') : letter);
+      std::string candidate(1, capital ? static_cast<char>(letter - 'a' + 'A') : letter);
       if (!taken.contains(candidate)) return candidate;
     }
   }
   for (char letter = 'A'; letter <= 'Z'; ++letter) {
-    if (!taken.contains(std::string(1, letter))) return std::string(1, letter);
+    std::string candidate(1, letter);
+    if (!taken.contains(candidate)) return candidate;
   }
   return {};
 }

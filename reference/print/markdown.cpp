@@ -206,7 +206,7 @@ std::string NodePage(const Reference& reference, const Node& node) {
       if (other.id == id) links.push_back(LinkTo(other));
     }
   }
-  links.push_back("[all commands](README.md)");
+  links.emplace_back("[all commands](README.md)");
   return out + "See also: " + Join(links, ", ") + "\n";
 }
 

@@ -122,7 +122,7 @@ std::string ValuesText(const ValueRule& values) {
 std::string ValueShown(const Option& option) {
   constexpr std::size_t kLongest = 40;
   if (option.values.type == "bool") return "true|false";
-  if (const std::string choices = Join(option.values.choices, "|");
+  if (std::string choices = Join(option.values.choices, "|");
       !choices.empty() && choices.size() <= kLongest) {
     return choices;
   }

@@ -57,7 +57,7 @@ def softness(path):
 
 
 def test_there_are_programs(unpacked):
-    assert programs(unpacked.program) >= {f"{PLUGIN}/bin/zfcesxcli"}
+    assert programs(unpacked.program) >= {f"{PLUGIN}/bin/zfcesxcli", f"{PLUGIN}/bin/zfc-snapshot"}
     assert programs(unpacked.host) == programs(unpacked.program)
     assert programs(unpacked.lab) == {f"{PLUGIN}/lab/bin/zfc-lab", f"{PLUGIN}/lab/lib/libtorpifconly.so"}
 

@@ -88,8 +88,8 @@ def test_plays_the_host_back(zfc, collected):
 def test_library_that_hangs_costs_its_time_and_nothing_else(zfc, collected, call):
     put(zfc, STAGED)
     begun = time.monotonic()
-    bundle = collected(faster=100, pause=f"{call}:60000")
-    assert time.monotonic() - begun < 20
+    bundle = collected(faster=100, pause=f"{call}:600000")
+    assert time.monotonic() - begun < 120  # limits of 2.4 seconds in all, on a busy machine
     assert {*bundle} >= {SNAPSHOT, *LISTS, *STAGED}
     assert all(b"Adapter_" not in bundle[row] for row in LISTS)
     assert {name: bundle[name] for name in STAGED} == STAGED

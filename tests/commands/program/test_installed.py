@@ -12,9 +12,15 @@ from zfc.tree import TREE
 README = (BUILD / "bin" / "ZFC_ESXCLI_Readme.txt").read_text()
 
 
-PROGRAM = {".installed", "bin", "bin/zfcesxcli", "bin/ZFC_ESXCLI_Readme.txt", "tmp"}
-# Files of other parts of the build, which are there when the part is.
-TOOLS = {"bin/zfc-json", "bin/zfc-snapshot"}
+PROGRAM = {
+    ".installed",
+    "bin",
+    "bin/ZFC_ESXCLI_Readme.txt",
+    "bin/zfc-json",
+    "bin/zfc-snapshot",
+    "bin/zfcesxcli",
+    "tmp",
+}
 
 
 def install(folder, *words):
@@ -29,7 +35,7 @@ def uninstall(folder):
 def content(folder):
     """What is below a folder, without what the build makes into share/."""
     found = {str(path.relative_to(folder)) for path in folder.rglob("*")}
-    return {name for name in found - TOOLS if not re.match(r"(lab/)?share(/|$)", name)}
+    return {name for name in found if not re.match(r"(lab/)?share(/|$)", name)}
 
 
 @pytest.fixture
@@ -43,6 +49,17 @@ def test_layout(installed):
     """The staging folder is empty, and there all the same: the program never creates it. No device library comes along."""
     assert content(installed) == PROGRAM
     assert (installed / "tmp").stat().st_mode & 0o7777 == 0o700
+
+
+def test_has_what_the_build_makes_of_the_descriptions(installed):
+    for name in (
+        "bash-completion/completions/zfcesxcli",
+        "esxcli/zfcesxcli.xml",
+        "man/man1/zfcesxcli.1",
+        "man/man1/zfcesxcli-port-dmi.1",
+        "zsh/site-functions/_zfcesxcli",
+    ):
+        assert (installed / "share" / name).is_file(), name
 
 
 def test_the_lab_is_installed_by_its_name_only_and_apart(installed):

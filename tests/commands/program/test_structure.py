@@ -12,6 +12,7 @@ SRC = ROOT / "src"
 SIMULATOR = ROOT / "simulator"
 RECORDING = ROOT / "recording"
 TOOLS = ROOT / "tools"
+REFERENCE = ROOT / "reference"
 
 # From top to bottom. A folder includes nothing of a folder above it, nor of another folder on its own floor.
 FLOORS = [
@@ -166,6 +167,13 @@ def test_tools_include_what_their_folder_may():
     assert offences(sources(TOOLS), offends) == {}
 
 
+def test_only_the_comparison_of_the_reference_uses_the_program():
+    def offends(path):
+        return [name for name in includes(path)[0] if not name.startswith("reference/")]
+
+    assert offences(sources(REFERENCE), offends) == {"reference/check/program_tree.cpp": ["src/main.cpp"]}
+
+
 def test_every_room_of_the_simulated_library_has_its_place():
     assert {room_of(path.relative_to(SIMULATOR)) for path in sources(SIMULATOR)} <= {*ROOMS}
 
@@ -183,7 +191,7 @@ def test_rooms_of_the_simulated_library_include_downwards():
 
 
 def test_no_folder_is_too_full():
-    held = Counter(name_of(path.parent) for path in sources(SRC) + sources(SIMULATOR) + sources(RECORDING) + sources(TOOLS))
+    held = Counter(name_of(path.parent) for path in sources(SRC) + sources(SIMULATOR) + sources(RECORDING) + sources(TOOLS) + sources(REFERENCE))
     too_full = {name: count for name, count in held.items() if count > LARGE_FOLDERS.get(name, FOLDER_SIZE)}
     assert too_full == {}
 
@@ -211,4 +219,4 @@ def test_no_source_holds(pattern):
     def offends(path):
         return [line for line in path.read_bytes().decode().split("\n") if re.search(pattern, line)]
 
-    assert offences(sources(SRC) + sources(SIMULATOR) + sources(RECORDING) + sources(TOOLS), offends) == {}
+    assert offences(sources(SRC) + sources(SIMULATOR) + sources(RECORDING) + sources(TOOLS) + sources(REFERENCE), offends) == {}

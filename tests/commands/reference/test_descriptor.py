@@ -1,12 +1,13 @@
 """The descriptor for the host's shell, used as the shell uses it, over every command of the built-in host."""
 
 import json
+import re
 
 import pytest
 
 from zfc.esxcli import PROGRAM, Descriptor, Misfit, Refused, shown
 from zfc.reference import NODES, commands, example_path, give_examples, identifiers, runs_of
-from zfc.runner import BUILD, EXECUTABLE
+from zfc.runner import BUILD, EXECUTABLE, ROOT
 
 SHELL = Descriptor(BUILD / "share" / "esxcli" / "zfcesxcli.xml")
 
@@ -136,9 +137,44 @@ def test_failure_fits(zfc, path, node, word, command):
         described.check(output)
 
 
-# What a call can fail with: an answer without a meaning of its own, wrong parameters, maintenance mode, and two that
-# several commands translate.
-ANSWERS = (1, 2, 113, 118, 150)
+HOSTS = ("all-families", "odd", "modules")
+FIELDS = {"adapter": "Adapters", "port": "Ports", "target": "Targets", "lun": "LUNs/Namespaces"}
+
+
+@pytest.mark.parametrize("host", HOSTS)
+def test_documents_of_other_hosts_fit(zfc, host):
+    """Or they are not well-formed, because a text in them is none that XML may have as it is."""
+    env = {"TORPI_LAB_HOST": str(ROOT / "examples" / f"{host}.yaml")}
+    names = {}
+    for kind, field in FIELDS.items():
+        text = zfc(f"-t {kind} listcli", library="simulated", env=env).stdout.decode(errors="surrogateescape")
+        listed = [line.removeprefix(f"{field}: ") for line in text.split("\n") if line.startswith(f"{field}: ")]
+        names[kind] = listed[:: max(1, len(listed) // 4)]  # a few of each
+    fitting = 0
+    for path, kind in (param.values for param in READS):
+        for name in names[kind] if kind else [None]:
+            command, output = run(zfc, path, {kind: name} if kind else {}, env=env)
+            try:
+                command.check(output)
+                fitting += 1
+            except Misfit as misfit:
+                assert "not well-formed" in str(misfit) and not is_plain(output), (path, name, output)
+    assert fitting > 50
+
+
+def is_plain(output):
+    """Whether nothing but the tags of a document has characters that XML does not take in a text."""
+    tags = rb"</?(?:output|list|structure|field|string|int|bool)(?: [a-zA-Z:]+=\"[^\"]*\")*/?>|<\?xml version=\"1.0\"\?>"
+    text = re.sub(tags, b"", output)
+    try:
+        text.decode()
+    except UnicodeDecodeError:
+        return False
+    return re.search(rb"[<&\x00-\x08\x0b\x0c\x0e-\x1f]|\]\]>", text) is None
+
+
+# What a call can fail with: an answer without a meaning of its own, one that several commands translate, maintenance mode.
+ANSWERS = (1, 113, 150)
 KEPT = ("TORPI_Initialize", "TORPI_SetToolID", "TORPI_SetToolVersion", "TORPI_Uninitialize", "TORPI_GetAdapterList")
 RECORD_CALLS = ("TORPI_DiagnosticsReadWriteBufferTest",)  # it answers a pointer
 

@@ -1,5 +1,5 @@
 """The values of arguments and options that the descriptions name, tried on the built-in host: some adapter, port or target
-must take each, and none may take any other."""
+must take each, and none may take any other. A value of an old model is taken on a host of all families."""
 
 import pytest
 
@@ -14,7 +14,9 @@ from zfc.reference import (
     runs_of,
     text_word,
 )
+from zfc.runner import ROOT
 
+ALL_FAMILIES = str(ROOT / "examples" / "all-families.yaml")
 KINDS = ("adapter", "port", "target", "lun")
 
 
@@ -50,9 +52,9 @@ def words_of_example(node, word, command):
     return last[last.index(text_word(word, command)) + 1 :]
 
 
-def answer(zfc, node, word, command, words):
+def answer(zfc, node, word, command, words, **options):
     """The message that the command answers the words with; None without a document."""
-    output = zfc(node["node"].split() + [text_word(word, command), *words], library="simulated").stdout
+    output = zfc(node["node"].split() + [text_word(word, command), *words], library="simulated", **options).stdout
     return message_of(output)
 
 
@@ -69,6 +71,18 @@ def hosts_of(zfc, node, command, kind, *described):
     return [name for name in identifiers(zfc)[kind] if family_of(name) in (families or [family_of(name)])]
 
 
+def modes_of(command, described):
+    """What an option is tried with: each boot mode, since many belong to one of them."""
+    mode = (command.get("options") or {}).get("--boot-mode")
+    return [[]] if mode in (None, described) else [["--boot-mode", choice] for choice in mode["choices"]]
+
+
+def all_families_ports(zfc):
+    """The ports of a host that has adapters which the built-in host lacks."""
+    text = zfc("-t port listcli", library="simulated", env={"TORPI_LAB_HOST": ALL_FAMILIES}).stdout.decode()
+    return [line.removeprefix("Ports: ") for line in text.splitlines() if line.startswith("Ports: ")]
+
+
 def check_values(zfc, node, word, command, described, words_with):
     taken, refused = values_of(described)
     kind = command["arguments"][0]
@@ -81,10 +95,19 @@ def check_values(zfc, node, word, command, described, words_with):
     no_value = {None} if wrong == "no-document" else {answer_to_a_wrong_value(node, described)} if refused else set()
 
     def answers(value):
-        return (answer(zfc, node, word, command, words_with(name, str(value))) for name in names)
+        for name in names:
+            for mode in modes_of(command, described):
+                yield answer(zfc, node, word, command, words_with(name, str(value)) + mode)
 
-    # The first that takes it will do: the highest count of a test takes long on every further one.
-    assert [value for value in taken if all(got in no_value | {None} for got in answers(value))] == []
+    def is_taken(value):
+        return any(message not in {*no_value, None} for message in answers(value))
+
+    def is_taken_elsewhere(value):
+        ports = [words_with(name, str(value)) for name in all_families_ports(zfc)] if kind == "port" else []
+        env = {"TORPI_LAB_HOST": ALL_FAMILIES}
+        return "Success" in {answer(zfc, node, word, command, words, env=env) for words in ports}
+
+    assert [value for value in taken if not is_taken(value) and not is_taken_elsewhere(value)] == []
     assert [value for value in refused if "Success" in (got := {*answers(value)}) or not got & no_value] == []
 
 

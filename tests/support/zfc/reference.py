@@ -57,14 +57,20 @@ def listed(zfc, node, field):
     return [line.removeprefix(f"{field}: ") for line in text.splitlines() if line.startswith(f"{field}: ")]
 
 
+_identifiers = {}
+
+
 def identifiers(zfc):
-    """All identifiers of the built-in host by their kinds."""
-    return {
-        "adapter": listed(zfc, "adapter", "Adapters"),
-        "port": listed(zfc, "port", "Ports"),
-        "target": listed(zfc, "target", "Targets"),
-        "lun": listed(zfc, "lun", "LUNs/Namespaces"),
-    }
+    """The identifiers of the built-in host by their kinds: all of them, but of the LUNs, which are many and alike, every
+    fifth."""
+    if not _identifiers:
+        _identifiers.update(
+            adapter=listed(zfc, "adapter", "Adapters"),
+            port=listed(zfc, "port", "Ports"),
+            target=listed(zfc, "target", "Targets"),
+            lun=listed(zfc, "lun", "LUNs/Namespaces")[::5],
+        )
+    return _identifiers
 
 
 def family_of(identifier):

@@ -149,6 +149,23 @@ TEST(RecordingText, AnswersThatAreNot) {
             "  value: 7\n");
 }
 
+TEST(RecordingText, TextsOfAModuleAreNamed) {
+  HostRecording host = WithPort();
+  recording::ProtocolRecording& port = PortOf(host);
+  port.sfp.asked = port.sfp_straight.asked = Asked::kYes;
+  port.sfp.record.bytes[0] = 0x03;
+  std::memcpy(port.sfp.record.bytes + 68, "SN1             ", 16);
+  port.sfp_straight.record.bytes[0] = 0x11;
+  std::memcpy(port.sfp_straight.record.bytes + 196, "Q2", 2);
+  EXPECT_EQ(PortText(host),
+            "sfp: |\n"
+            "  0: 03\n"
+            "  68: \"SN1             \"  # serial number\n"
+            "sfp-straight: |\n"
+            "  0: 11\n"
+            "  196: \"Q2\"  # serial number\n");
+}
+
 TEST(RecordingText, StatisticsAndNullBlocks) {
   HostRecording host = WithPort();
   recording::ProtocolRecording& port = PortOf(host);
