@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # For scripts of several steps: names each as it begins, with the time since the start, and how long it took at the end.
 #
 #   step NAME        begins a step, and ends the one before
