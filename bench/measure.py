@@ -188,4 +188,7 @@ if __name__ == "__main__":
     actions = {"table": print_table, "check": check_ceilings, "--update": update_ceilings}
     if len(sys.argv) != 2 or sys.argv[1] not in actions:
         sys.exit("usage: bench/run, or bench/check [--update]")
+    missing = [program for program in (ADAPTERS[0], PLAIN_ADAPTERS[0], LUN_PROGRAM, WALK[0]) if not Path(program).exists()]
+    if missing:
+        sys.exit(f"bench: not built: {', '.join(missing)}; bench/build makes them")
     actions[sys.argv[1]]()

@@ -1,4 +1,4 @@
-"""What the generator makes of the descriptions: the committed pages, their links, and the readme."""
+"""What the generator makes of the descriptions: the committed pages and the readme."""
 
 import re
 import subprocess
@@ -10,7 +10,6 @@ from zfc.runner import BUILD, ROOT
 
 PAGES = BUILD / "reference" / "reference_pages"
 DOCS = ROOT / "docs" / "reference"
-LINK = re.compile(r"\]\(([^)\s]+)\)")
 
 
 def contents(folder):
@@ -19,12 +18,6 @@ def contents(folder):
 
 def generate(*words):
     subprocess.run([PAGES, REFERENCE, *words], check=True, capture_output=True)
-
-
-def anchors(page):
-    """The anchors of the headings of a page."""
-    heads = re.findall(r"^#+ (.*)$", page, re.MULTILINE)
-    return {re.sub(r"[^a-z0-9_-]", "", head.lower().replace(" ", "-")) for head in heads}
 
 
 def test_committed_pages_are_those_of_the_generator(tmp_path):
@@ -42,18 +35,6 @@ def test_all_is_made_the_same_twice(tmp_path):
 def test_build_has_what_the_descriptions_give_now(tmp_path):
     generate("--readme", tmp_path / "readme")
     assert (BUILD / "bin" / "ZFC_ESXCLI_Readme.txt").read_bytes() == (tmp_path / "readme").read_bytes()
-
-
-@pytest.mark.parametrize("page", sorted(path.name for path in DOCS.glob("*.md")))
-def test_links_lead_somewhere(page):
-    text = (DOCS / page).read_text()
-    links = LINK.findall(text)
-    assert links
-    for link in links:
-        name, _, anchor = link.partition("#")
-        target = DOCS / name if name else DOCS / page
-        assert target.is_file(), link
-        assert not anchor or anchor in anchors(target.read_text()), link
 
 
 def test_index_names_every_node_and_task():

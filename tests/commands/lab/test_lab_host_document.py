@@ -1,4 +1,4 @@
-"""docs/lab-host.md: its tour, typed as it is, and what it says of the examples' images."""
+"""docs/lab-host.md: what it says of the examples' images, and of the commands. Its tour is played by documents/test_sessions.py."""
 
 import re
 import subprocess
@@ -14,35 +14,6 @@ ZFC_LAB = BUILD / "bin" / "zfc-lab"
 
 def section(title):
     return re.split(r"^## ", DOCUMENT.split(f"\n## {title}\n")[1], maxsplit=1, flags=re.MULTILINE)[0]
-
-
-def typed(block):
-    """The commands of a block and what each shows; lines that begin with "> " continue a command."""
-    steps = []
-    for line in block.splitlines():
-        if line.startswith("$ "):
-            steps.append((line[2:] + "\n", ""))
-        elif line.startswith("> ") or line == ">":
-            steps[-1] = (steps[-1][0] + line[2:] + "\n", "")
-        else:
-            steps[-1] = (steps[-1][0], steps[-1][1] + line + "\n")
-    return steps
-
-
-TOUR = [step for block in re.findall(r"```console\n(.*?)```", section("Ten minutes"), re.DOTALL) for step in typed(block)]
-
-
-def test_tour(zfc):
-    """One shell, in an empty folder."""
-    assert len(TOUR) >= 10
-    mark = "=== next ==="
-    script = "exec 2>&1\nunset TORPI_LAB_QUIET\n" + f"echo '{mark}'\n".join(command for command, _ in TOUR)
-    argv, env = zfc.command(["-c", script], library="simulated", program="/bin/bash")
-    env["PATH"] = f"{BUILD}/bin:{env['PATH']}"
-    done = subprocess.run(argv, capture_output=True, env=env, timeout=60)
-    shown = done.stdout.decode().split(f"{mark}\n")
-    assert [*zip((command for command, _ in TOUR), shown)] == TOUR
-    assert done.stderr == b""
 
 
 IMAGES = re.findall(r"^\| `(\S+\.img)` \| `(updatecli .*?)` \| (\d+) \|$", section("Flash images"), re.MULTILINE)
