@@ -40,9 +40,11 @@ unset(only_by_name)
 
 install(TARGETS zfc-lab RUNTIME DESTINATION lab/bin COMPONENT lab EXCLUDE_FROM_ALL)
 install(TARGETS torpifconly LIBRARY DESTINATION lab/lib COMPONENT lab EXCLUDE_FROM_ALL)
-# `zfc-lab run` starts the program beside it.
-file(CREATE_LINK ../../bin/zfcesxcli ${PROJECT_BINARY_DIR}/packaging/zfcesxcli SYMBOLIC)
-install(FILES ${PROJECT_BINARY_DIR}/packaging/zfcesxcli DESTINATION lab/bin COMPONENT lab EXCLUDE_FROM_ALL)
+# `zfc-lab run` and `zfc-lab snapshot` start the programs beside it.
+foreach(command zfcesxcli zfc-snapshot)
+  file(CREATE_LINK ../../bin/${command} ${PROJECT_BINARY_DIR}/packaging/${command} SYMBOLIC)
+  install(FILES ${PROJECT_BINARY_DIR}/packaging/${command} DESTINATION lab/bin COMPONENT lab EXCLUDE_FROM_ALL)
+endforeach()
 install(DIRECTORY examples DESTINATION lab COMPONENT lab EXCLUDE_FROM_ALL)
 install(FILES docs/lab-host.md DESTINATION lab COMPONENT lab EXCLUDE_FROM_ALL)
 

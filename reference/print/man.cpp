@@ -75,7 +75,7 @@ std::string Paragraphs(const std::string& text, bool first_has_break) {
   for (const Block& block : BlocksOf(text)) {
     if (!block.literal && needs_break) out += ".Pp\n";
     out += block.literal ? Literal(block.text) : Sentences(block.text);
-    needs_break = !block.literal;
+    needs_break = true;
   }
   return out;
 }

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -15,21 +16,25 @@ namespace {
 
 constexpr const char* kHelp =
     "Usage: zfc-lab snapshot [-o FILE] [--anonymise] [--with-rdp] [--force]\n"
-    "Runs the zfc-snapshot beside zfc-lab: reads the host of the device library that it loads, a lab host "
-    "where\n"
-    "TORPI_LAB_HOST names one, and writes a file that plays it back. 'zfc-snapshot --help' says more.\n";
+    "Runs the zfc-snapshot beside zfc-lab with the simulated library: reads the host that TORPI_LAB_HOST\n"
+    "names, or the built-in one, and writes a file that plays it back. LD_LIBRARY_PATH may name another\n"
+    "library. 'zfc-snapshot --help' says more.\n";
 
-// The path of a program in the folder of this one; empty when that is not to be had.
-std::string Sibling(const char* name) {
+// The folder of this program, with the slash at its end; empty when that is not to be had.
+std::string OwnFolder() {
   char path[PATH_MAX];
   const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
   if (length <= 0 || static_cast<std::size_t>(length) >= sizeof path) return {};
   const std::string own(path, static_cast<std::size_t>(length));
-  return own.substr(0, own.rfind('/') + 1) + name;
+  return own.substr(0, own.rfind('/') + 1);
 }
 
 tools::ExitStatus RunSnapshot(const tools::Words& words) {
-  std::string program = Sibling("zfc-snapshot");
+  const std::string folder = OwnFolder();
+  std::string program = folder.empty() ? "" : folder + "zfc-snapshot";
+  // In an installation the program is a link out of the lab, and would look for the library there.
+  const std::string libraries = folder + "../lib/";
+  setenv("LD_LIBRARY_PATH", libraries.c_str(), 0);
   std::vector<std::string> kept(words);
   std::vector<char*> arguments = {program.data()};
   for (std::string& word : kept) arguments.push_back(word.data());

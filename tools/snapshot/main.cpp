@@ -28,7 +28,8 @@ constexpr const char* kHelp =
     "  --anonymise        replace names, serial numbers and identifiers by made-up ones\n"
     "  --with-rdp         also read the diagnostic parameters of every link, which sends frames on it\n"
     "  --force            replace FILE if it is there\n"
-    "  --help, --version  say this, or the version, and do nothing else\n\n"
+    "  -h, --help         say this and do nothing else\n"
+    "  --version          say the version and do nothing else\n\n"
     "A call of the device library takes the time that it takes: it can't be cut short from here.\n"
     "Exit status: 0 good, 1 nothing written or not everything read, 2 wrong usage.\n";
 

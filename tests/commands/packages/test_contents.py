@@ -17,6 +17,7 @@ PROGRAM = {
     f"{PLUGIN}/bin/zfc-snapshot",
     f"{PLUGIN}/bin/zfcesxcli",
     "usr/bin/zfc-json",
+    "usr/bin/zfc-snapshot",
     "usr/bin/zfcesxcli",
     "usr/share/doc/zfcesxcli/changelog.gz",
     "usr/share/doc/zfcesxcli/copyright",
@@ -24,6 +25,7 @@ PROGRAM = {
 }
 LAB = {
     f"{PLUGIN}/lab/bin/zfc-lab",
+    f"{PLUGIN}/lab/bin/zfc-snapshot",
     f"{PLUGIN}/lab/bin/zfcesxcli",
     f"{PLUGIN}/lab/lib/libtorpifconly.so",
     f"{PLUGIN}/lab/lab-host.md",
@@ -46,6 +48,12 @@ def modes(package):
     listing = subprocess.run(["dpkg-deb", "--contents", package], check=True, capture_output=True, text=True).stdout
     rows = [line.split(None, 5) for line in listing.splitlines()]
     return {row[5].split(" -> ")[0].removeprefix("./"): f"{row[0]} {row[1]}" for row in rows if row[5] != "./"}
+
+
+def pages_of(folder):
+    """The manual pages of a package, by their paths from usr/share/man."""
+    man = folder / "usr/share/man"
+    return {str(path.relative_to(man)) for path in man.rglob("*") if path.is_file()}
 
 
 def test_what_is_made(packages):
@@ -77,8 +85,19 @@ class TestProgram:
     def test_needs_an_old_c_library_and_nothing_else(self, packages):
         assert control(packages / PROGRAM_DEB)["Depends"] == "libc6 (>= 2.17)"
 
-    def test_command_on_the_path_is_the_installed_one(self, unpacked):
-        assert os.readlink(unpacked.program / "usr/bin/zfcesxcli") == f"/{PLUGIN}/bin/zfcesxcli"
+    @pytest.mark.parametrize("command", ["zfcesxcli", "zfc-json", "zfc-snapshot"])
+    def test_command_on_the_path_is_the_installed_one(self, unpacked, command):
+        assert os.readlink(unpacked.program / "usr/bin" / command) == f"/{PLUGIN}/bin/{command}"
+
+    def test_manual_pages(self, unpacked):
+        """Those of the program's commands are compared with the descriptions elsewhere."""
+        pages = pages_of(unpacked.program)
+        assert {page for page in pages if not page.startswith("man1/zfcesxcli-")} == {
+            "man1/zfc-json.1.gz",
+            "man1/zfc-snapshot.1.gz",
+            "man1/zfcesxcli.1.gz",
+        }
+        assert "man1/zfcesxcli-port-dmi.1.gz" in pages
 
     def test_description_says_what_a_missing_library_looks_like(self, packages, unpacked):
         """In the loader's own words."""
@@ -107,8 +126,12 @@ class TestLab:
         (c_library,) = [need for need in needs if need.startswith("libc6 ")]
         assert c_library == "libc6 (>= 2.36)" and len(needs) == 2
 
-    def test_starts_the_program_beside_it(self, unpacked):
-        assert os.readlink(unpacked.lab / PLUGIN / "lab/bin/zfcesxcli") == "../../bin/zfcesxcli"
+    @pytest.mark.parametrize("command", ["zfcesxcli", "zfc-snapshot"])
+    def test_starts_the_programs_beside_it(self, unpacked, command):
+        assert os.readlink(unpacked.lab / PLUGIN / "lab/bin" / command) == f"../../bin/{command}"
+
+    def test_manual_pages(self, unpacked):
+        assert pages_of(unpacked.lab) == {"man1/zfc-lab.1.gz", "man5/zfc-lab-host.5.gz"}
 
 
 @pytest.mark.parametrize("name", ["program", "lab"])

@@ -57,6 +57,8 @@ def test_has_what_the_build_makes_of_the_descriptions(installed):
         "esxcli/zfcesxcli.xml",
         "man/man1/zfcesxcli.1",
         "man/man1/zfcesxcli-port-dmi.1",
+        "man/man1/zfc-json.1",
+        "man/man1/zfc-snapshot.1",
         "zsh/site-functions/_zfcesxcli",
     ):
         assert (installed / "share" / name).is_file(), name
@@ -67,6 +69,8 @@ def test_the_lab_is_installed_by_its_name_only_and_apart(installed):
     added = content(installed) - PROGRAM
     assert added >= {"lab/bin/zfc-lab", "lab/bin/zfcesxcli", "lab/lib/libtorpifconly.so", "lab/examples/small.yaml"}
     assert {name.split("/")[0] for name in added} == {"lab"}
+    for name in ("man/man1/zfc-lab.1", "man/man5/zfc-lab-host.5"):
+        assert (installed / "lab" / "share" / name).is_file() and not (installed / "share" / name).exists(), name
 
 
 def test_takes_a_device_library_only_from_the_folder_that_is_for_it(zfc, installed):
@@ -89,6 +93,14 @@ def test_runs_with_the_labs_library_when_its_folder_is_named(zfc, installed, nam
     assert (done.returncode, done.stderr) == (0, b"")
     assert done.stdout == zfc("-t adapter listcli", library="simulated", env={"TORPI_LAB_QUIET": "1"}).stdout
     assert b"Adapters: Adapter_" in done.stdout
+
+
+def test_snapshot_of_the_lab_takes_its_library(zfc, installed):
+    install(installed, "--component", "lab")
+    lab = installed / "lab" / "bin" / "zfc-lab"
+    made = zfc("snapshot", library="simulated", program=lab).stdout
+    assert made == zfc("snapshot", library="simulated", program=BUILD / "bin" / "zfc-lab").stdout
+    assert b"\nsnapshot: 1\n" in made and b"Adapter_ZX100_AB12345" in made
 
 
 class TestUninstall:

@@ -1,10 +1,10 @@
 """The descriptor for the host's shell, used as the shell uses it, over every command of the built-in host."""
 
 import json
-import re
 
 import pytest
 
+from zfc.documents import is_plain
 from zfc.esxcli import PROGRAM, Descriptor, Misfit, Refused, shown
 from zfc.reference import NODES, commands, example_path, give_examples, identifiers, runs_of
 from zfc.runner import BUILD, EXECUTABLE, ROOT
@@ -160,17 +160,6 @@ def test_documents_of_other_hosts_fit(zfc, host):
             except Misfit as misfit:
                 assert "not well-formed" in str(misfit) and not is_plain(output), (path, name, output)
     assert fitting > 50
-
-
-def is_plain(output):
-    """Whether nothing but the tags of a document has characters that XML does not take in a text."""
-    tags = rb"</?(?:output|list|structure|field|string|int|bool)(?: [a-zA-Z:]+=\"[^\"]*\")*/?>|<\?xml version=\"1.0\"\?>"
-    text = re.sub(tags, b"", output)
-    try:
-        text.decode()
-    except UnicodeDecodeError:
-        return False
-    return re.search(rb"[<&\x00-\x08\x0b\x0c\x0e-\x1f]|\]\]>", text) is None
 
 
 # What a call can fail with: an answer without a meaning of its own, one that several commands translate, maintenance mode.

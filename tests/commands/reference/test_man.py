@@ -29,8 +29,9 @@ def test_page_is_clean(path):
     assert (done.returncode, done.stdout + done.stderr) == (0, "")
 
 
-def test_there_is_a_page_for_every_node():
-    assert {path.name for path in PAGES} >= {f"zfcesxcli-{node_id}.1" for node_id in NODES} | {"zfcesxcli.1"}
+def test_there_is_a_page_for_every_node_and_tool():
+    tools = {"zfcesxcli.1", "zfc-lab.1", "zfc-json.1", "zfc-snapshot.1", "zfc-lab-host.5"}
+    assert {path.name for path in PAGES} == {f"zfcesxcli-{node_id}.1" for node_id in NODES} | tools
 
 
 @pytest.mark.parametrize("node_id, word, command, node", commands())
@@ -45,6 +46,11 @@ def test_page_has_the_command(node_id, word, command, node):
             assert words(line) in page
 
 
+def test_break_follows_lines_that_are_shown_as_they_are():
+    page = (MAN / "man5" / "zfc-lab-host.5").read_text()
+    assert ".Ed\n.Pp\nNumbers are decimal" in page
+
+
 @pytest.mark.parametrize("node_id", NODES)
 def test_apropos_finds_the_page(tmp_path, node_id):
     shutil.copytree(MAN, tmp_path / "man")
@@ -56,9 +62,7 @@ def test_apropos_finds_the_page(tmp_path, node_id):
 
 
 def test_references_lead_to_pages():
-    """Those between the pages of this project."""
     names = {path.name for path in PAGES}
     for path in PAGES:
-        for name, section in re.findall(r"^\.(?:It )?Xr (\S+) (\d)", path.read_text(), re.MULTILINE):
-            if name.startswith("zfcesxcli"):
-                assert f"{name}.{section}" in names
+        references = re.findall(r"^\.(?:It )?Xr (\S+) (\d)", path.read_text(), re.MULTILINE)
+        assert references and {f"{name}.{section}" for name, section in references} <= names

@@ -6,6 +6,7 @@ what the program printed (see tests/commands/renew).
 """
 
 import os
+import re
 from dataclasses import dataclass
 from pathlib import Path
 
@@ -68,3 +69,14 @@ def check_both(
             zfc.mend_log()
     assert results[0].calls == results[1].calls
     return BothForms(*results)
+
+
+def is_plain(output):
+    """Whether nothing but the tags of a document has characters that XML does not take in a text."""
+    tags = rb"</?(?:output|list|structure|field|string|int|bool)(?: [a-zA-Z:]+=\"[^\"]*\")*/?>|<\?xml version=\"1.0\"\?>"
+    text = re.sub(tags, b"", output)
+    try:
+        text.decode()
+    except UnicodeDecodeError:
+        return False
+    return re.search(rb"[<&\x00-\x08\x0b\x0c\x0e-\x1f]|\]\]>", text) is None
