@@ -43,7 +43,7 @@ install(TARGETS torpifconly LIBRARY DESTINATION lab/lib COMPONENT lab EXCLUDE_FR
 # `zfc-lab run` starts the program beside it.
 file(CREATE_LINK ../../bin/zfcesxcli ${PROJECT_BINARY_DIR}/packaging/zfcesxcli SYMBOLIC)
 install(FILES ${PROJECT_BINARY_DIR}/packaging/zfcesxcli DESTINATION lab/bin COMPONENT lab EXCLUDE_FROM_ALL)
-install(DIRECTORY examples DESTINATION lab COMPONENT lab EXCLUDE_FROM_ALL)
+install(DIRECTORY examples DESTINATION lab COMPONENT lab EXCLUDE_FROM_ALL PATTERN __pycache__ EXCLUDE)
 install(FILES docs/lab-host.md DESTINATION lab COMPONENT lab EXCLUDE_FROM_ALL)
 
 # Each installed component has a list of its files, by which the removal finds them.

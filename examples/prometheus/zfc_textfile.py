@@ -200,7 +200,6 @@ def run(argv, deadline):
             argv,
             stdin=subprocess.DEVNULL,
             stdout=subprocess.PIPE,
-            stderr=subprocess.DEVNULL,
             start_new_session=True,
         )
     except (OSError, ValueError) as error:

@@ -13,7 +13,7 @@ FLEET = ROOT / "examples" / "fleet"
 ANSIBLE = shutil.which("ansible-playbook")
 
 pytestmark = [
-    pytest.mark.skipif(ANSIBLE is None, reason="ansible-playbook is not installed: scripts/setup examples"),
+    pytest.mark.skipif(ANSIBLE is None, reason="ansible-playbook is not installed; scripts/setup examples installs it"),
     pytest.mark.skipif(SANITIZED, reason="the playbooks start hundreds of programs, whose sanitizers have tests of their own"),
 ]
 
