@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Turns reports of ports, modules and congestion into metrics, as a file for the textfile collector of node_exporter.
 
 Reads every host through zfc-json, all at the same time, and replaces the file as a whole. A host or a command that fails

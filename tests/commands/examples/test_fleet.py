@@ -222,6 +222,18 @@ class TestUpdate:
         status, _, recap = lab.play("update")
         assert status != 0 and sorted(recap) == ["lab01", "lab02"] and lab.touched() == ["lab01", "lab02"]
 
+    def test_a_host_that_cannot_be_reached_ends_it(self, lab):
+        lab = lab(3)
+        inventory = lab.folder / "hosts.yml"
+        program = lab.folder / "ssh"
+        program.write_text("#!/bin/sh\nexit 255  # as ssh ends without a connection\n")
+        program.chmod(0o755)
+        ssh = {"ansible_connection": "ssh", "ansible_ssh_executable": str(program)}
+        inventory.write_text(inventory.read_text().replace("    lab02:", f"    lab02: {json.dumps(ssh)}"))
+        status, output, recap = lab.play("update")
+        assert status != 0 and "can't be reached" in output
+        assert sorted(recap) == ["lab01", "lab02"] and lab.touched() == ["lab01"]
+
     def test_check_and_again(self, lab):
         lab = lab(1)
         status, output, recap = lab.play("update", "--check", "--diff")

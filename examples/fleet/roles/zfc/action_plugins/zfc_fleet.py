@@ -12,6 +12,7 @@ needs a shell and zfc-json, and no Python.
 import json
 import shlex
 
+from ansible.errors import AnsibleConnectionFailure
 from ansible.plugins.action import ActionBase
 
 # The options of `hbaparams setFile`, and the fields in which its documents show their values.
@@ -79,7 +80,12 @@ class ActionModule(ActionBase):
     # Commands.
 
     def _shell(self, words):
-        return self._low_level_execute_command(" ".join(shlex.quote(word) for word in words), sudoable=False)
+        command = " ".join(shlex.quote(word) for word in words)
+        try:
+            return self._low_level_execute_command(command, sudoable=False)
+        except AnsibleConnectionFailure as error:
+            # A failure: with `serial`, Ansible goes on to the next host when one is unreachable.
+            raise Refusal(f"can't be reached: {error}") from error
 
     def _zfc(self, *words):
         """The document of a command, whatever its outcome; fails without one."""
