@@ -249,7 +249,7 @@ class TestFailures:
         zfc.file("info.json", json.dumps({"message": "Success", **report}).encode())
         zfc.file("answer", b'case "$*" in *list*) cat list.json;; *) sleep 0.02; cat info.json;; esac\n')
         started = time.monotonic()
-        status, text, _ = collect(["--local", "many=sh answer", "--timeout", "2"])
+        status, text, _ = collect(["--local", "many=sh answer", "--timeout", "1"])
         assert time.monotonic() - started < 10 and status == 0
         found = samples(text)
         assert found['zfc_up{host="many"}'] == "0" and found['zfc_port_up{host="many",port="FC_0"}'] == "0"
@@ -289,7 +289,7 @@ class TestFile:
 
 
 def test_over_ssh(collect, zfc):
-    """What reaches the shell of the other side, here that of a stand-in for ssh."""
+    """What reaches the shell of the other side, here that of a script in place of ssh."""
     script = zfc.file("ssh", b'#!/bin/sh\nfor last; do :; done\nprintf "%s\\n" "$*" >>asked\nexec sh -c "$last"\n')
     script.chmod(0o755)
     host = "adapters: [{family: elm, serial: A, ports: [{}]}]"
