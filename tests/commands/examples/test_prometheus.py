@@ -10,13 +10,16 @@ import time
 
 import pytest
 
-from zfc.runner import BUILD, ROOT
+from zfc.runner import BUILD, ROOT, SANITIZED
 
 FOLDER = ROOT / "examples" / "prometheus"
 COLLECTOR = FOLDER / "zfc_textfile.py"
 ZFC_JSON = f"{BUILD / 'bin/zfc-json'} --"
 PORT = "FC_21:00:f4:c7:aa:64:00:10"
 
+pytestmark = pytest.mark.skipif(
+    SANITIZED, reason="the collector starts hundreds of programs, whose sanitizers have tests of their own"
+)
 PROMTOOL = shutil.which("promtool")
 needs_promtool = pytest.mark.skipif(PROMTOOL is None, reason="promtool is not installed; scripts/setup examples installs it")
 
