@@ -45,7 +45,7 @@ foreach(command zfcesxcli zfc-snapshot)
   file(CREATE_LINK ../../bin/${command} ${PROJECT_BINARY_DIR}/packaging/${command} SYMBOLIC)
   install(FILES ${PROJECT_BINARY_DIR}/packaging/${command} DESTINATION lab/bin COMPONENT lab EXCLUDE_FROM_ALL)
 endforeach()
-install(DIRECTORY examples DESTINATION lab COMPONENT lab EXCLUDE_FROM_ALL)
+install(DIRECTORY examples DESTINATION lab COMPONENT lab EXCLUDE_FROM_ALL PATTERN __pycache__ EXCLUDE)
 install(FILES docs/lab-host.md DESTINATION lab COMPONENT lab EXCLUDE_FROM_ALL)
 
 # Each installed component has a list of its files, by which the removal finds them.
