@@ -55,10 +55,10 @@ class Held {
 void SetEnvironment(const std::string& file) {
   setenv("TORPI_LAB_QUIET", "1", 1);
   setenv("TORPI_LAB_CHATTER", "0", 1);
+  unsetenv("TORPI_LAB_TRACE");  // it may go to standard error, where lines are mistakes
   if (file.empty()) return;
   setenv("TORPI_LAB_HOST", file.c_str(), 1);
-  for (const char* name : {"TORPI_LAB_STATE", "TORPI_LAB_FAULTS", "TORPI_LAB_TRACE", "TORPI_LAB_TIME"})
-    unsetenv(name);
+  for (const char* name : {"TORPI_LAB_STATE", "TORPI_LAB_FAULTS", "TORPI_LAB_TIME"}) unsetenv(name);
 }
 
 }  // namespace

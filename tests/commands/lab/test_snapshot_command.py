@@ -71,7 +71,7 @@ class TestFiles:
     def test_one_that_is_there_stays(self, zfc, snapshot):
         file = zfc.file("there.yaml", b"mine")
         done = snapshot("-o", "there.yaml")
-        assert (done.returncode, done.stderr) == (1, b"zfc-snapshot: there.yaml: is there already; --force replaces it\n")
+        assert (done.returncode, done.stderr) == (1, b"# zfc-snapshot: there.yaml: is there already; --force replaces it\n")
         assert file.read_bytes() == b"mine" and zfc.calls() == []
         assert snapshot("-o", "there.yaml", "--force").returncode == 0
         assert b"snapshot: 1\n" in file.read_bytes()
@@ -79,17 +79,17 @@ class TestFiles:
     def test_folder_that_is_not_there(self, snapshot):
         done = snapshot("-o", "nowhere/it.yaml")
         assert (done.returncode, done.stdout) == (1, b"")
-        assert done.stderr == b"zfc-snapshot: nowhere/it.yaml: can't be written: No such file or directory\n"
+        assert done.stderr == b"# zfc-snapshot: nowhere/it.yaml: can't be written: No such file or directory\n"
 
     def test_full_disk(self, snapshot):
         with open("/dev/full", "wb") as full:
             done = snapshot(stdout=full)
         assert done.returncode == 1
-        assert done.stderr == b"zfc-snapshot: standard output: can't be written: No space left on device\n"
+        assert done.stderr == b"# zfc-snapshot: standard output: can't be written: No space left on device\n"
 
     def test_standard_output_that_is_closed(self, snapshot):
         done = snapshot(before=lambda: os.close(1), stdout=None)
-        assert (done.returncode, done.stderr) == (1, b"zfc-snapshot: standard output is closed\n")
+        assert (done.returncode, done.stderr) == (1, b"# zfc-snapshot: standard output is closed\n")
 
 
 class TestMemory:
@@ -98,7 +98,7 @@ class TestMemory:
     def test_gives_out(self, zfc, snapshot, call):
         done = snapshot("-o", "it.yaml", env=preloaded("refuse_memory", REFUSE_FROM=call))
         assert done.returncode == 1 and not (zfc.work / "it.yaml").exists()
-        assert done.stderr == b"zfc-snapshot: out of memory; nothing is written\n"
+        assert done.stderr == b"# zfc-snapshot: out of memory; nothing is written\n"
 
 
 class TestReadsAlone:
