@@ -1,14 +1,6 @@
 // zfc-lab snapshot: the zfc-snapshot beside this executable.
-#include <unistd.h>
-
-#include <cerrno>
-#include <climits>
-#include <cstdio>
-#include <cstring>
-#include <string>
-#include <vector>
-
 #include "tools/lab/command.h"
+#include "tools/lab/sibling.h"
 
 namespace zfc_lab {
 namespace {
@@ -19,24 +11,8 @@ constexpr const char* kHelp =
     "where\n"
     "TORPI_LAB_HOST names one, and writes a file that plays it back. 'zfc-snapshot --help' says more.\n";
 
-// The path of a program in the folder of this one; empty when that is not to be had.
-std::string Sibling(const char* name) {
-  char path[PATH_MAX];
-  const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-  if (length <= 0 || static_cast<std::size_t>(length) >= sizeof path) return {};
-  const std::string own(path, static_cast<std::size_t>(length));
-  return own.substr(0, own.rfind('/') + 1) + name;
-}
-
 tools::ExitStatus RunSnapshot(const tools::Words& words) {
-  std::string program = Sibling("zfc-snapshot");
-  std::vector<std::string> kept(words);
-  std::vector<char*> arguments = {program.data()};
-  for (std::string& word : kept) arguments.push_back(word.data());
-  arguments.push_back(nullptr);
-  execv(program.c_str(), arguments.data());
-  std::fprintf(stderr, "zfc-lab snapshot: %s: can't be run: %s\n", program.c_str(), std::strerror(errno));
-  return tools::kMistake;
+  return Execute("zfc-lab snapshot", OwnFolder() + "zfc-snapshot", words);
 }
 
 }  // namespace

@@ -15,6 +15,9 @@ SIMULATED = {"library": "simulated"}
 # A port with a target, and a statistics block as long as its record.
 HOSTILE = {"host": Host([Adapter(ports=[Port(0, [Fc(targets=[Target()])])])]), "buffers": {"fw_stats": bytes(528)}}
 
+# One adapter more than a snapshot holds.
+LONG = Host([Adapter(serial=f"S{number}", ports=[]) for number in range(257)])
+
 
 @pytest.fixture
 def snapshot(zfc):
@@ -90,6 +93,20 @@ class TestFiles:
     def test_standard_output_that_is_closed(self, snapshot):
         done = snapshot(before=lambda: os.close(1), stdout=None)
         assert (done.returncode, done.stderr) == (1, b"# zfc-snapshot: standard output is closed\n")
+
+
+def test_messages_beside_the_snapshot_are_remarks_of_it(zfc, snapshot):
+    """As in a support bundle, whose files have standard output and standard error."""
+    both = zfc.work / "both.yaml"
+    with both.open("wb") as file:
+        argv, env = zfc.command([], program=SNAPSHOT, library="hostile", host=LONG)
+        done = subprocess.run(argv, stdout=file, stderr=subprocess.STDOUT, env=env, timeout=60)
+    assert done.returncode == 1
+    remarks = [line for line in both.read_text().splitlines() if "zfc-snapshot: " in line]
+    assert len(remarks) == 1 and remarks[0].startswith("# zfc-snapshot: ")
+    argv, env = zfc.command(["check", str(both)], program=LAB)
+    checked = subprocess.run(argv, capture_output=True, env=env, timeout=60)
+    assert checked.returncode == 0 and b"good: snapshot of 256 adapters, " in checked.stdout
 
 
 class TestMemory:
