@@ -51,6 +51,15 @@ class Held {
   int memory_;
 };
 
+// Gives closed standard streams a place, so that no other file becomes one of them. Writing there fails.
+void FillStandardStreams() {
+  int descriptor = 0;
+  do {
+    descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+  if (descriptor >= 0) close(descriptor);
+}
+
 // The library is silent but for mistakes; a file is a host by itself.
 void SetEnvironment(const std::string& file) {
   setenv("TORPI_LAB_QUIET", "1", 1);
@@ -65,6 +74,7 @@ void SetEnvironment(const std::string& file) {
 
 std::optional<recording::HostRecording> LoadHost(const char* program, const std::string& file) {
   SetEnvironment(file);
+  FillStandardStreams();
   std::fflush(stdout);
   Held prints(STDOUT_FILENO);
   Held mistakes(STDERR_FILENO);
