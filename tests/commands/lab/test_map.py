@@ -9,10 +9,9 @@ import zlib
 import pytest
 from lxml import etree
 
-from zfc.lab_view import BUILTIN_HOST, EXAMPLES, lab
-from zfc.runner import BUILD, ROOT
+from zfc.lab_view import BUILTIN_HOST, EXAMPLES, LAB, lab
+from zfc.runner import ROOT
 
-LAB = BUILD / "bin" / "zfc-lab"
 SVG = "{http://www.w3.org/2000/svg}"
 HOSTS = [BUILTIN_HOST, *(EXAMPLES / name for name in ("all-families.yaml", "many-luns.yaml", "odd.yaml", "modules.yaml"))]
 

@@ -106,7 +106,11 @@ def mistake(zfc, text):
             "adapter: expected one of the keys snapshot, reboot-required, boot-mode, no-list, list, adapters; "
             "did you mean 'adapters'?",
         ),
-        ("snapshot: 1\nadapters: [{rekord: zeros}]\n", 2, "rekord: expected one of the keys record, port-list, ports; did you mean 'record'?"),
+        (
+            "snapshot: 1\nadapters: [{rekord: zeros}]\n",
+            2,
+            "rekord: expected one of the keys record, port-list, ports; did you mean 'record'?",
+        ),
         ("snapshot: 1\nboot-mode: {reslt: 1}\n", 2, "reslt: expected one of the keys result, value; did you mean 'result'?"),
         ("snapshot: 1\nlist: |\n  0: 1\n", 2, "list: an odd number of hexadecimal digits, in line 1 of its text"),
         ("snapshot: 1\nlist: |\n  0: 01\n  16: 02\n", 2, "list: an offset outside the record, in line 2 of its text"),
