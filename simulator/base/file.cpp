@@ -52,6 +52,11 @@ bool SyncFolder(const std::string& folder) {
 
 }  // namespace
 
+bool IsNoRegularFile(const std::string& path) {
+  struct stat info {};
+  return stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode);
+}
+
 FileResult ReadFile(const char* path, std::string& out) {
   std::FILE* file = std::fopen(path, "rbe");
   if (!file) return FileResult::kNotOpened;

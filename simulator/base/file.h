@@ -13,6 +13,10 @@ inline constexpr std::size_t kLargestFile = 16u << 20;
 
 enum class FileResult { kRead, kNotOpened, kNotRead };
 
+// Whether the path is a folder, a device or a pipe, whose reading may fail or never end; false for a regular
+// file and where nothing is.
+bool IsNoRegularFile(const std::string& path);
+
 // Appends the content of a file to `out`; errno says why it could not be opened or read.
 FileResult ReadFile(const char* path, std::string& out);
 

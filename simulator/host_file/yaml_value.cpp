@@ -99,6 +99,8 @@ std::optional<std::string> Value::FileBytes(std::size_t limit) const {
   if (file_->image_bytes > GetLimits().image_bytes) {
     Wrong(*key_ + ": expected at most " + std::to_string(GetLimits().image_bytes) +
           " bytes in all files together");
+  } else if (IsNoRegularFile(path)) {
+    Expected("a regular file");
   } else if (ReadFile(path.c_str(), bytes) != FileResult::kRead) {
     Expected("a file that can be read (" + std::string(std::strerror(errno)) + ")");
   } else if (bytes.size() > limit) {

@@ -79,30 +79,42 @@ void ReadRecord(const Value& value, SCMRStatisticsEntry& record) {
   record.next = nullptr;
 }
 
-// Calls read(Value) for every key of the map, which says whether it knows the key.
+// A key of a map with its value, and the names that it has been compared to.
+struct Key {
+  const Value& value;
+  std::vector<std::string_view>& known;
+
+  bool Is(const char* name) const {
+    known.emplace_back(name);
+    return value.Key() == name;
+  }
+};
+
+// Calls read(Key) for every key of the map, which says whether it knows the key.
 template <class Read>
 void ReadKeys(const Value& map, Read read) {
   map.EachKey([&](const Value& value) {
-    if (!read(value)) value.Wrong(value.Key() + ": is no key of a recording here");
+    std::vector<std::string_view> known;
+    if (!read(Key{value, known})) value.UnknownKey(known);
   });
 }
 
-// Calls read(Value) when the value has this key; returns whether it has.
+// Calls read(Value) when the key has this name; returns whether it has.
 template <class Read>
-bool Take(const Value& value, const char* key, Read read) {
-  if (value.Key() != key) return false;
-  read(value);
+bool Take(const Key& key, const char* name, Read read) {
+  if (!key.Is(name)) return false;
+  read(key.value);
   return true;
 }
 
 template <class Record>
-bool TakeRecord(const Value& value, const char* key, Record& record) {
-  return Take(value, key, [&](const Value& found) { ReadRecord(found, record); });
+bool TakeRecord(const Key& key, const char* name, Record& record) {
+  return Take(key, name, [&](const Value& found) { ReadRecord(found, record); });
 }
 
 template <std::integral Number>
-bool TakeNumber(const Value& value, const char* key, Number& number) {
-  return Take(value, key, [&](const Value& found) { found.Into(number); });
+bool TakeNumber(const Key& key, const char* name, Number& number) {
+  return Take(key, name, [&](const Value& found) { found.Into(number); });
 }
 
 // Calls read(Value, entry) for each item of a list, with a new entry: at most `most`, and no more than there
@@ -143,33 +155,33 @@ void ReadLuns(const Value& value, std::vector<LunEntry>& luns, std::size_t& room
 
 // What a call wrote. Each reads one key of an answer's map and says whether it knows it.
 template <class Record>
-bool TakeMember(const Value& value, Record& record, Room&) {
-  return TakeRecord(value, "record", record);
+bool TakeMember(const Key& key, Record& record, Room&) {
+  return TakeRecord(key, "record", record);
 }
 template <std::integral Number>
-bool TakeMember(const Value& value, Number& number, Room&) {
-  return TakeNumber(value, "value", number);
+bool TakeMember(const Key& key, Number& number, Room&) {
+  return TakeNumber(key, "value", number);
 }
-bool TakeMember(const Value& value, recording::SizedBytes& sized, Room&) {
+bool TakeMember(const Key& key, recording::SizedBytes& sized, Room&) {
   constexpr std::size_t kLargestBuffer = 4096;  // more than any call is given
-  return TakeNumber(value, "size", sized.size) || Take(value, "bytes", [&](const Value& found) {
+  return TakeNumber(key, "size", sized.size) || Take(key, "bytes", [&](const Value& found) {
            sized.bytes.resize(kLargestBuffer);
            ReadBytesInto(found, sized.bytes);
            while (!sized.bytes.empty() && sized.bytes.back() == 0) sized.bytes.pop_back();
          });
 }
-bool TakeMember(const Value& value, recording::StatisticsBlock& statistics, Room&) {
-  return TakeNumber(value, "size", statistics.size) || Take(value, "block", [&](const Value& found) {
+bool TakeMember(const Key& key, recording::StatisticsBlock& statistics, Room&) {
+  return TakeNumber(key, "size", statistics.size) || Take(key, "block", [&](const Value& found) {
            statistics.is_null = false;
            ReadRecord(found, statistics.block);
          });
 }
-bool TakeMember(const Value& value, recording::StatisticsList& list, Room& room) {
-  return TakeNumber(value, "free-result", list.free_result) ||
-         Take(value, "elements", [&](const Value& found) {
+bool TakeMember(const Key& key, recording::StatisticsList& list, Room& room) {
+  return TakeNumber(key, "free-result", list.free_result) || Take(key, "elements", [&](const Value& found) {
            ReadList(found, list.elements, recording::kMostStatistics, room.statistics,
                     [](const Value& item, SCMRStatisticsEntry& element) {
-                      ReadKeys(item, [&](const Value& key) { return TakeRecord(key, "record", element); });
+                      ReadKeys(item,
+                               [&](const Key& member) { return TakeRecord(member, "record", element); });
                     });
          });
 }
@@ -208,34 +220,34 @@ void ReadAnswer(const Value& value, Answer<Record>& answer, Room& room) {
   answer.asked = Asked::kYes;
   if (value.IsText()) return ReadAlone(value, answer.record);
   Prepare(answer.record);
-  ReadKeys(value, [&](const Value& key) {
+  ReadKeys(value, [&](const Key& key) {
     return TakeNumber(key, "result", answer.result) || TakeMember(key, answer.record, room);
   });
 }
 
 // Reads the answer that the key names, if it is one of the entry's.
 template <class Recorded>
-bool TakeAnswer(const Value& value, Recorded& recorded, Room& room) {
+bool TakeAnswer(const Key& key, Recorded& recorded, Room& room) {
   bool taken = false;
-  VisitAnswers(recorded, [&](const char* key, const char*, auto& answer) {
-    if (value.Key() != key) return;
-    ReadAnswer(value, answer, room);
+  VisitAnswers(recorded, [&](const char* name, const char*, auto& answer) {
+    if (!key.Is(name)) return;
+    ReadAnswer(key.value, answer, room);
     taken = true;
   });
   return taken;
 }
 
 void ReadTarget(const Value& map, TargetRecording& target, Room& room) {
-  ReadKeys(map, [&](const Value& value) {
-    return TakeRecord(value, "record", target.record) || TakeAnswer(value, target, room) ||
-           Take(value, "luns", [&](const Value& luns) { ReadLuns(luns, target.luns, room.luns); });
+  ReadKeys(map, [&](const Key& key) {
+    return TakeRecord(key, "record", target.record) || TakeAnswer(key, target, room) ||
+           Take(key, "luns", [&](const Value& luns) { ReadLuns(luns, target.luns, room.luns); });
   });
 }
 
 void ReadProtocol(const Value& map, ProtocolRecording& protocol, Room& room) {
-  ReadKeys(map, [&](const Value& value) {
-    return TakeRecord(value, "record", protocol.record) || TakeAnswer(value, protocol, room) ||
-           Take(value, "targets", [&](const Value& targets) {
+  ReadKeys(map, [&](const Key& key) {
+    return TakeRecord(key, "record", protocol.record) || TakeAnswer(key, protocol, room) ||
+           Take(key, "targets", [&](const Value& targets) {
              ReadList(targets, protocol.targets, recording::kMostTargets, room.targets,
                       [&](const Value& item, TargetRecording& target) { ReadTarget(item, target, room); });
            });
@@ -243,11 +255,10 @@ void ReadProtocol(const Value& map, ProtocolRecording& protocol, Room& room) {
 }
 
 void ReadPort(const Value& map, recording::PhyPortRecording& port, Room& room) {
-  ReadKeys(map, [&](const Value& value) {
-    if (value.Key() == "protocol-list") port.has_protocols = true;
-    return TakeRecord(value, "record", port.record) ||
-           TakeRecord(value, "protocol-list", port.protocol_list) ||
-           Take(value, "protocols", [&](const Value& protocols) {
+  ReadKeys(map, [&](const Key& key) {
+    if (key.value.Key() == "protocol-list") port.has_protocols = true;
+    return TakeRecord(key, "record", port.record) || TakeRecord(key, "protocol-list", port.protocol_list) ||
+           Take(key, "protocols", [&](const Value& protocols) {
              ReadList(
                  protocols, port.protocols, recording::kMostProtocols, room.protocols,
                  [&](const Value& item, ProtocolRecording& protocol) { ReadProtocol(item, protocol, room); });
@@ -257,10 +268,10 @@ void ReadPort(const Value& map, recording::PhyPortRecording& port, Room& room) {
 
 void ReadAdapter(const Value& map, recording::AdapterRecording& adapter, Room& room) {
   std::size_t enough = recording::kMostPorts;
-  ReadKeys(map, [&](const Value& value) {
-    if (value.Key() == "port-list") adapter.has_ports = true;
-    return TakeRecord(value, "record", adapter.record) || TakeRecord(value, "port-list", adapter.port_list) ||
-           Take(value, "ports", [&](const Value& ports) {
+  ReadKeys(map, [&](const Key& key) {
+    if (key.value.Key() == "port-list") adapter.has_ports = true;
+    return TakeRecord(key, "record", adapter.record) || TakeRecord(key, "port-list", adapter.port_list) ||
+           Take(key, "ports", [&](const Value& ports) {
              ReadList(
                  ports, adapter.ports, recording::kMostPorts, enough,
                  [&](const Value& item, recording::PhyPortRecording& port) { ReadPort(item, port, room); });
@@ -271,19 +282,19 @@ void ReadAdapter(const Value& map, recording::AdapterRecording& adapter, Room& r
 void ReadHostKeys(const Value& document, recording::HostRecording& host) {
   Room room;
   std::size_t enough = recording::kMostAdapters;
-  ReadKeys(document, [&](const Value& value) {
-    if (value.Key() == "list") host.has_list = true;
-    return Take(value, "snapshot",
+  ReadKeys(document, [&](const Key& key) {
+    if (key.value.Key() == "list") host.has_list = true;
+    return Take(key, "snapshot",
                 [](const Value& version) {
                   if (!version.Is(std::to_string(recording::kTextVersion))) {
                     version.Expected(std::to_string(recording::kTextVersion));
                   }
                 }) ||
-           Take(value, "reboot-required",
+           Take(key, "reboot-required",
                 [&](const Value& found) { ReadAnswer(found, host.reboot_required, room); }) ||
-           Take(value, "boot-mode", [&](const Value& found) { ReadAnswer(found, host.boot_mode, room); }) ||
-           Take(value, "no-list", [](const Value& found) { found.Bool(); }) ||
-           TakeRecord(value, "list", host.list) || Take(value, "adapters", [&](const Value& adapters) {
+           Take(key, "boot-mode", [&](const Value& found) { ReadAnswer(found, host.boot_mode, room); }) ||
+           Take(key, "no-list", [](const Value& found) { found.Bool(); }) ||
+           TakeRecord(key, "list", host.list) || Take(key, "adapters", [&](const Value& adapters) {
              ReadList(adapters, host.adapters, recording::kMostAdapters, enough,
                       [&](const Value& item, recording::AdapterRecording& adapter) {
                         ReadAdapter(item, adapter, room);

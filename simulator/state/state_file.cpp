@@ -77,8 +77,15 @@ constexpr KeyRow<Document> kDocumentKeys[] = {
      }},
 };
 
+// Whether both would be written alike, their maps in the same order.
 bool Same(const YAML::Node& one, const YAML::Node& other) {
-  return one.IsDefined() && other.IsDefined() && YAML::Dump(one) == YAML::Dump(other);
+  if (!one.IsDefined() || !other.IsDefined() || one.Type() != other.Type()) return false;
+  if (one.IsScalar()) return one.Scalar() == other.Scalar();
+  if (one.size() != other.size()) return false;
+  const auto same_items = [](const auto& mine, const auto& its) {
+    return mine.IsDefined() ? Same(mine, its) : Same(mine.first, its.first) && Same(mine.second, its.second);
+  };
+  return std::equal(one.begin(), one.end(), other.begin(), same_items);
 }
 
 // Items of a list that both sides have in full are settings of their own: boot drives, NVMe entries.
@@ -114,6 +121,13 @@ void Merge(const YAML::Node& before, const YAML::Node& mine, YAML::Node now, con
   }
 }
 
+// The states of the adapters by their keys.
+YAML::Node StatesOf(std::span<const Adapter> adapters) {
+  YAML::Node states(YAML::NodeType::Map);
+  for (const Adapter& adapter : adapters) states.force_insert(adapter.state_key, AdapterState(adapter));
+  return states;
+}
+
 std::string TextOf(const Document& document) {
   YAML::Node node(YAML::NodeType::Map);
   node[kRebootRequired] = document.reboot_required;
@@ -133,13 +147,8 @@ std::string StateFile::Load(Host& host) {
   }
   if (!wrong.empty()) return wrong;
   reboot_required_ = host.reboot_required;
-  for (const Adapter& adapter : host.adapters) Remember(host, adapter);
+  for (const Adapter& adapter : host.adapters) adapters_[adapter.state_key] = AdapterState(adapter);
   return {};
-}
-
-void StateFile::Remember(const Host& host, const Adapter& adapter) {
-  reboot_required_ = host.reboot_required;
-  adapters_[adapter.state_key] = AdapterState(adapter);
 }
 
 std::string StateFile::Lock(FileLock& lock) {
@@ -148,9 +157,10 @@ std::string StateFile::Lock(FileLock& lock) {
 }
 
 std::string StateFile::Save(const Host& host, const Adapter& adapter) {
+  const YAML::Node states = StatesOf({&adapter, 1});  // ahead of the lock, which others may wait for
   FileLock lock;
   if (std::string wrong = Lock(lock); !wrong.empty()) return wrong;
-  return SaveLocked(host, {&adapter, 1});
+  return SaveLocked(host, states);
 }
 
 std::string StateFile::Change(Host& host, const std::function<void(Host&)>& change) {
@@ -158,10 +168,10 @@ std::string StateFile::Change(Host& host, const std::function<void(Host&)>& chan
   if (std::string wrong = Lock(lock); !wrong.empty()) return wrong;
   if (std::string wrong = Load(host); !wrong.empty()) return wrong;
   change(host);
-  return SaveLocked(host, host.adapters);
+  return SaveLocked(host, StatesOf(host.adapters));
 }
 
-std::string StateFile::SaveLocked(const Host& host, std::span<const Adapter> adapters) {
+std::string StateFile::SaveLocked(const Host& host, const YAML::Node& states) {
   std::string text;
   std::string wrong = ReadText(path_, text);
   if (!wrong.empty()) return wrong;
@@ -170,17 +180,14 @@ std::string StateFile::SaveLocked(const Host& host, std::span<const Adapter> ada
   wrong = ReadDocument(path_, text.empty() ? "{}" : text, [&](const Value& value) {
     ReadMap(value, kDocumentKeys, document);
     if (host.reboot_required != reboot_required_) document.reboot_required = host.reboot_required;
-    YAML::Node mine(YAML::NodeType::Map);
     YAML::Node before(YAML::NodeType::Map);
-    for (const Adapter& adapter : adapters) {
-      mine[adapter.state_key] = AdapterState(adapter);
-      before[adapter.state_key] = adapters_[adapter.state_key];
-    }
-    Merge(before, mine, document.adapters, "adapters: ", value);
+    for (const auto& state : states) before.force_insert(state.first, adapters_[state.first.Scalar()]);
+    Merge(before, states, document.adapters, "adapters: ", value);
   });
   if (wrong.empty()) wrong = ReplaceFile(path_, TextOf(document));
   if (!wrong.empty()) return wrong;
-  for (const Adapter& adapter : adapters) Remember(host, adapter);
+  reboot_required_ = host.reboot_required;
+  for (const auto& state : states) adapters_[state.first.Scalar()] = state.second;
   return {};
 }
 

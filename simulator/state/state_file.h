@@ -37,8 +37,7 @@ class StateFile {
 
  private:
   std::string Lock(FileLock& lock);
-  std::string SaveLocked(const Host& host, std::span<const Adapter> adapters);
-  void Remember(const Host& host, const Adapter& adapter);
+  std::string SaveLocked(const Host& host, const YAML::Node& states);
 
   std::string path_;
   std::chrono::milliseconds patience_;

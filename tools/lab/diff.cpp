@@ -41,7 +41,7 @@ tools::ExitStatus Run(const tools::Words& words) {
 
 const Command kDiff = {
     .word = "diff",
-    .summary = "says what changed between two hosts",
+    .summary = "say what changed between two hosts",
     .help =
         "Usage: zfc-lab diff [--json] BEFORE AFTER\n"
         "Says what changed between two hosts, each a host file or a snapshot: links, modules, versions, "

@@ -83,6 +83,6 @@ tools::ExitStatus Run(const tools::Words& words) {
 
 }  // namespace
 
-extern const Command kFlashImage = {"flash-image", "write the checksum line of images anew", kHelp, Run};
+const Command kFlashImage = {"flash-image", "write the checksum line of images anew", kHelp, Run};
 
 }  // namespace zfc_lab

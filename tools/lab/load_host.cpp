@@ -51,20 +51,30 @@ class Held {
   int memory_;
 };
 
+// Gives closed standard streams a place, so that no other file becomes one of them. Writing there fails.
+void FillStandardStreams() {
+  int descriptor = 0;
+  do {
+    descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+  if (descriptor >= 0) close(descriptor);
+}
+
 // The library is silent but for mistakes; a file is a host by itself.
 void SetEnvironment(const std::string& file) {
   setenv("TORPI_LAB_QUIET", "1", 1);
   setenv("TORPI_LAB_CHATTER", "0", 1);
+  unsetenv("TORPI_LAB_TRACE");  // it may go to standard error, where lines are mistakes
   if (file.empty()) return;
   setenv("TORPI_LAB_HOST", file.c_str(), 1);
-  for (const char* name : {"TORPI_LAB_STATE", "TORPI_LAB_FAULTS", "TORPI_LAB_TRACE", "TORPI_LAB_TIME"})
-    unsetenv(name);
+  for (const char* name : {"TORPI_LAB_STATE", "TORPI_LAB_FAULTS", "TORPI_LAB_TIME"}) unsetenv(name);
 }
 
 }  // namespace
 
 std::optional<recording::HostRecording> LoadHost(const char* program, const std::string& file) {
   SetEnvironment(file);
+  FillStandardStreams();
   std::fflush(stdout);
   Held prints(STDOUT_FILENO);
   Held mistakes(STDERR_FILENO);

@@ -1,4 +1,5 @@
 // zfc-lab: the lab's own command. Each command is in the file of its name.
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -61,9 +62,17 @@ int Run(int count, char** arguments) {
   return command->run(words);
 }
 
+// Whether all that was printed has gone out; else says why not.
+bool FinishOutput() {
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return true;
+  std::fprintf(stderr, "zfc-lab: standard output: can't be written: %s\n", std::strerror(errno));
+  return false;
+}
+
 }  // namespace
 }  // namespace zfc_lab
 
 int main(int count, char** arguments) {
-  return zfc_lab::Run(count, arguments);
+  const int status = zfc_lab::Run(count, arguments);
+  return zfc_lab::FinishOutput() || status != tools::kGood ? status : tools::kMistake;
 }

@@ -50,7 +50,7 @@ tools::ExitStatus Run(const tools::Words& words) {
 
 const Command kMap = {
     .word = "map",
-    .summary = "draws a picture of a host",
+    .summary = "draw a picture of a host",
     .help =
         "Usage: zfc-lab map [-o FILE] [--text] [--force] [FILE]\n"
         "Draws a host, of a host file or a snapshot: adapters, ports with speed and health, fabric, targets "

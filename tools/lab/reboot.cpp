@@ -1,10 +1,10 @@
 // zfc-lab reboot: a restart of the host, played on a state file.
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
-
-#include <unistd.h>
 
 #include "lab.h"
 #include "state/reboot.h"
@@ -48,6 +48,6 @@ tools::ExitStatus Run(const tools::Words& words) {
 
 }  // namespace
 
-extern const Command kReboot = {"reboot", "play a restart of the host on a state file", kHelp, Run};
+const Command kReboot = {"reboot", "play a restart of the host on a state file", kHelp, Run};
 
 }  // namespace zfc_lab

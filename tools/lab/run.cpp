@@ -1,20 +1,18 @@
 // zfc-lab run: the program against a lab host, with nothing of an earlier run in its way.
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
-#include <vector>
 
 #include "base/faults.h"
 #include "base/file.h"
 #include "tools/lab/command.h"
 #include "tools/lab/private_staging.h"
+#include "tools/lab/sibling.h"
 
 namespace zfc_lab {
 namespace {
@@ -42,14 +40,6 @@ constexpr char kLibrary[] = "libtorpifconly.so";
 
 void Report(const std::string& text) {
   std::fprintf(stderr, "%s: %s\n", kName, text.c_str());
-}
-
-// The folder of this program, with the slash at its end.
-std::string OwnFolder() {
-  char path[PATH_MAX];
-  const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-  const std::string own(path, length > 0 ? static_cast<std::size_t>(length) : 0);
-  return own.substr(0, own.rfind('/') + 1);
 }
 
 // Why the library in this folder must not be used, or an empty text. An installation may have the library of
@@ -83,19 +73,6 @@ void ReportStaging(const std::string& wrong) {
                 : "commands with staged files fail until someone does: sudo mkdir -p -m 777 " + folder));
 }
 
-// In place of this program. Returns only where that fails.
-tools::ExitStatus Execute(const std::string& program, const Words& words) {
-  std::vector<std::string> arguments = {program};
-  arguments.insert(arguments.end(), words.begin(), words.end());
-  std::vector<char*> pointers;
-  pointers.reserve(arguments.size() + 1);
-  for (std::string& argument : arguments) pointers.push_back(argument.data());
-  pointers.push_back(nullptr);
-  execv(program.c_str(), pointers.data());
-  Report(program + ": can't be run: " + std::strerror(errno));
-  return tools::kMistake;
-}
-
 std::string Joined(const Words& words) {
   std::string text;
   for (const std::string& word : words) text += (text.empty() ? "" : ",") + word;
@@ -121,7 +98,7 @@ tools::ExitStatus Run(const Words& words) {
   const std::string* const state = arguments.Value("--state");
   if (state != nullptr && state->empty()) return arguments.Refuse("--state: expected the name of a file");
 
-  const std::string folder = OwnFolder();
+  const std::string folder = OwnFolder();  // ahead of the mount namespace, in which it may have no name
   const std::string libraries = folder + "../lib/";
   if (const std::string wrong = CheckLibrary(libraries); !wrong.empty()) {
     Report(wrong);
@@ -138,11 +115,11 @@ tools::ExitStatus Run(const Words& words) {
     return tools::kMistake;
   }
   if (const std::string wrong = MakeStagingPrivate(staged); !wrong.empty()) ReportStaging(wrong);
-  return Execute(folder + "zfcesxcli", of_program);
+  return Execute(kName, folder + "zfcesxcli", of_program);
 }
 
 }  // namespace
 
-extern const Command kRun = {"run", "run zfcesxcli against a lab host", kHelp, Run};
+const Command kRun = {"run", "run zfcesxcli against a lab host", kHelp, Run};
 
 }  // namespace zfc_lab

@@ -68,13 +68,15 @@ class OwnOutput {
 };
 
 [[noreturn]] void EndWithoutMemoryHere(void*) {
-  constexpr std::string_view kMessage = "zfc-snapshot: out of memory; nothing is written\n";
+  constexpr std::string_view kMessage = "# zfc-snapshot: out of memory; nothing is written\n";
   [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kMessage.data(), kMessage.size());
   _exit(tools::kMistake);
 }
 
+// A message is a remark of YAML: where one file takes standard output and standard error, as in a support
+// bundle, it is still the snapshot.
 void Say(const std::string& what) {
-  std::fprintf(stderr, "%s: %s\n", kProgram, what.c_str());
+  std::fprintf(stderr, "# %s: %s\n", kProgram, what.c_str());
 }
 
 tools::ExitStatus Snapshot(const tools::Arguments& arguments) {

@@ -61,6 +61,22 @@ def test_good_file_is_summed_up_in_a_line(check, tmp_path, content, holds):
     assert check(name) == (0, f"lab.yaml: good: {holds}\n", "")
 
 
+def test_output_that_is_full():
+    with open("/dev/full", "wb") as full:
+        done = subprocess.run([LAB, "check", "--help"], stdout=full, stderr=subprocess.PIPE, timeout=60)
+    assert (done.returncode, done.stderr) == (
+        1,
+        b"zfc-lab: standard output: can't be written: No space left on device\n",
+    )
+
+
+def test_pipe_as_image_is_refused(check, tmp_path):
+    """Nobody writes to it: reading it would never end."""
+    os.mkfifo(tmp_path / "pipe")
+    name = written(tmp_path, "lab.yaml", "adapters: [{family: elm, ports: [{sfp: {image: pipe}}]}]\n")
+    assert check(name) == (1, "lab.yaml:1:48: image: expected a regular file, got 'pipe'\n", "")
+
+
 def test_millions_of_luns_take_no_memory(check, tmp_path):
     """They are counted, not built: a program with 100 MB of address space checks them."""
     name = written(tmp_path, "lab.yaml", "adapters: [{family: elm, ports: [{targets: {count: 256, luns: 0-16383}}]}]\n")

@@ -1,5 +1,6 @@
 """zfc-lab map: a host as a picture, drawn by a real renderer, and as a text."""
 
+import os
 import re
 import struct
 import subprocess
@@ -8,7 +9,7 @@ import zlib
 import pytest
 from lxml import etree
 
-from zfc.lab_view import BUILTIN_HOST, EXAMPLES, lab
+from zfc.lab_view import BUILTIN_HOST, EXAMPLES, LAB, lab
 from zfc.runner import ROOT
 
 SVG = "{http://www.w3.org/2000/svg}"
@@ -219,3 +220,14 @@ def test_wrong_words_are_refused(words):
 
 def test_help():
     assert lab("map", "--help")[0].startswith("Usage: zfc-lab map ")
+
+
+def test_standard_output_that_is_closed(tmp_path):
+    def run(*words):
+        close = lambda: os.close(1)  # noqa: E731
+        done = subprocess.run([LAB, "map", *words], stderr=subprocess.PIPE, cwd=tmp_path, preexec_fn=close, timeout=60)
+        return done.returncode, done.stderr
+
+    assert run("-o", "host.svg") == (0, b"")
+    assert picture((tmp_path / "host.svg").read_text()).tag == f"{SVG}svg"
+    assert run() == (1, b"zfc-lab map: standard output: can't be written: Bad file descriptor\n")

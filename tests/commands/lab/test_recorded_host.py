@@ -100,7 +100,18 @@ def mistake(zfc, text):
     ("text", "line", "what"),
     [
         ("snapshot: 2\n", 1, "snapshot: expected 1, got '2'"),
-        ("snapshot: 1\nadapter: []\n", 2, "adapter: is no key of a recording here"),
+        (
+            "snapshot: 1\nadapter: []\n",
+            2,
+            "adapter: expected one of the keys snapshot, reboot-required, boot-mode, no-list, list, adapters; "
+            "did you mean 'adapters'?",
+        ),
+        (
+            "snapshot: 1\nadapters: [{rekord: zeros}]\n",
+            2,
+            "rekord: expected one of the keys record, port-list, ports; did you mean 'record'?",
+        ),
+        ("snapshot: 1\nboot-mode: {reslt: 1}\n", 2, "reslt: expected one of the keys result, value; did you mean 'result'?"),
         ("snapshot: 1\nlist: |\n  0: 1\n", 2, "list: an odd number of hexadecimal digits, in line 1 of its text"),
         ("snapshot: 1\nlist: |\n  0: 01\n  16: 02\n", 2, "list: an offset outside the record, in line 2 of its text"),
         ("snapshot: 1\nlist: 15:\n", 2, None),

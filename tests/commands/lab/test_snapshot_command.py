@@ -15,6 +15,9 @@ SIMULATED = {"library": "simulated"}
 # A port with a target, and a statistics block as long as its record.
 HOSTILE = {"host": Host([Adapter(ports=[Port(0, [Fc(targets=[Target()])])])]), "buffers": {"fw_stats": bytes(528)}}
 
+# One adapter more than a snapshot holds.
+LONG = Host([Adapter(serial=f"S{number}", ports=[]) for number in range(257)])
+
 
 @pytest.fixture
 def snapshot(zfc):
@@ -71,7 +74,7 @@ class TestFiles:
     def test_one_that_is_there_stays(self, zfc, snapshot):
         file = zfc.file("there.yaml", b"mine")
         done = snapshot("-o", "there.yaml")
-        assert (done.returncode, done.stderr) == (1, b"zfc-snapshot: there.yaml: is there already; --force replaces it\n")
+        assert (done.returncode, done.stderr) == (1, b"# zfc-snapshot: there.yaml: is there already; --force replaces it\n")
         assert file.read_bytes() == b"mine" and zfc.calls() == []
         assert snapshot("-o", "there.yaml", "--force").returncode == 0
         assert b"snapshot: 1\n" in file.read_bytes()
@@ -79,17 +82,31 @@ class TestFiles:
     def test_folder_that_is_not_there(self, snapshot):
         done = snapshot("-o", "nowhere/it.yaml")
         assert (done.returncode, done.stdout) == (1, b"")
-        assert done.stderr == b"zfc-snapshot: nowhere/it.yaml: can't be written: No such file or directory\n"
+        assert done.stderr == b"# zfc-snapshot: nowhere/it.yaml: can't be written: No such file or directory\n"
 
     def test_full_disk(self, snapshot):
         with open("/dev/full", "wb") as full:
             done = snapshot(stdout=full)
         assert done.returncode == 1
-        assert done.stderr == b"zfc-snapshot: standard output: can't be written: No space left on device\n"
+        assert done.stderr == b"# zfc-snapshot: standard output: can't be written: No space left on device\n"
 
     def test_standard_output_that_is_closed(self, snapshot):
         done = snapshot(before=lambda: os.close(1), stdout=None)
-        assert (done.returncode, done.stderr) == (1, b"zfc-snapshot: standard output is closed\n")
+        assert (done.returncode, done.stderr) == (1, b"# zfc-snapshot: standard output is closed\n")
+
+
+def test_messages_beside_the_snapshot_are_remarks_of_it(zfc, snapshot):
+    """As in a support bundle, whose files have standard output and standard error."""
+    both = zfc.work / "both.yaml"
+    with both.open("wb") as file:
+        argv, env = zfc.command([], program=SNAPSHOT, library="hostile", host=LONG)
+        done = subprocess.run(argv, stdout=file, stderr=subprocess.STDOUT, env=env, timeout=60)
+    assert done.returncode == 1
+    remarks = [line for line in both.read_text().splitlines() if "zfc-snapshot: " in line]
+    assert len(remarks) == 1 and remarks[0].startswith("# zfc-snapshot: ")
+    argv, env = zfc.command(["check", str(both)], program=LAB)
+    checked = subprocess.run(argv, capture_output=True, env=env, timeout=60)
+    assert checked.returncode == 0 and b"good: snapshot of 256 adapters, " in checked.stdout
 
 
 class TestMemory:
@@ -98,7 +115,7 @@ class TestMemory:
     def test_gives_out(self, zfc, snapshot, call):
         done = snapshot("-o", "it.yaml", env=preloaded("refuse_memory", REFUSE_FROM=call))
         assert done.returncode == 1 and not (zfc.work / "it.yaml").exists()
-        assert done.stderr == b"zfc-snapshot: out of memory; nothing is written\n"
+        assert done.stderr == b"# zfc-snapshot: out of memory; nothing is written\n"
 
 
 class TestReadsAlone:

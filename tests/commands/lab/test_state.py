@@ -109,6 +109,19 @@ def test_forty_changes_at_once_all_stay(zfc, state):
     assert sorted(path.name for path in zfc.work.iterdir()) == ["lab.yaml", "state.yaml", "state.yaml.lock"]
 
 
+def test_forty_ports_of_one_adapter_change_at_once(zfc, state):
+    ports = [{"wwpn": port(0, number)} for number in range(40)]
+    zfc.file("lab.yaml", yaml.safe_dump({"adapters": [{"family": "hazel", "serial": "H", "ports": ports}]}).encode())
+    env = {**state, "TORPI_LAB_HOST": "lab.yaml"}
+    running = []
+    for number in range(40):
+        argv, variables = zfc.command(f"-t port -s beacon setcli FC_{port(0, number)} on", library="simulated", env=env)
+        running.append(subprocess.Popen(argv, env=variables, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE))
+    assert [process.communicate(timeout=60)[1] for process in running] == [b""] * 40
+    kept = yaml.load((zfc.work / "state.yaml").read_text(), yaml.BaseLoader)["adapters"]["ZX320/H"]["ports"]
+    assert kept == {port(0, number): {"configuration": {"beacon": "1"}} for number in range(40)}
+
+
 def test_lock_that_a_hung_process_holds(zfc, state):
     lock = zfc.file("state.yaml.lock", b"")
     with lock.open() as held:
