@@ -35,7 +35,7 @@ def test_every_folder_of_unit_tests_has_a_program():
 def test_rooms_of_the_command_tests():
     table = text("tests/commands/README.md").split("| Room |")[1].split("\n\n")[0]
     described = {room for row in re.findall(r"^\| (`.*?) \|", table, re.MULTILINE) for room in re.findall(r"`(\w+)/`", row)}
-    rooms = {path.name for path in (ROOT / "tests/commands").iterdir() if path.is_dir() and path.name != "__pycache__"}
+    rooms = {path.name for path in (ROOT / "tests/commands").iterdir() if path.is_dir() and path.name[0] not in "._"}
     assert described == rooms
 
 
