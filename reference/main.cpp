@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <map>
-#include <memory>
 #include <string>
 
 #include "reference/description.h"
@@ -16,6 +15,7 @@
 #include "reference/print/markdown.h"
 #include "reference/print/readme.h"
 #include "reference/reader.h"
+#include "reference/whole_file.h"
 
 namespace {
 
@@ -24,18 +24,8 @@ using Files = std::map<std::string, std::string>;  // contents by paths
 constexpr const char* kUsage =
     "usage: reference DESCRIPTIONS [--readme FILE] [--docs FOLDER] [--share FOLDER]\n";
 
-std::string ContentOf(const std::filesystem::path& path) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(path.c_str(), "rb"), &std::fclose);
-  std::string content;
-  if (stream == nullptr) return content;
-  char buffer[4096];
-  std::size_t count = 0;
-  while ((count = std::fread(buffer, 1, sizeof buffer, stream.get())) > 0) content.append(buffer, count);
-  return content;
-}
-
 bool WriteFile(const std::filesystem::path& path, const std::string& content) {
-  if (std::filesystem::exists(path) && ContentOf(path) == content) return true;
+  if (std::filesystem::exists(path) && reference::ReadWholeFile(path) == content) return true;
   std::error_code error;
   std::filesystem::create_directories(path.parent_path(), error);
   std::FILE* const stream = std::fopen(path.c_str(), "wb");
@@ -52,9 +42,9 @@ void AddDocs(const reference::Reference& described, const std::string& folder, F
 void AddShare(const reference::Reference& described, const std::string& folder, Files& files) {
   for (const auto& [name, content] : reference::ManPages(described)) files[folder + "/man/" + name] = content;
   files[folder + "/bash-completion/completions/zfcesxcli"] =
-      reference::BashCompletion(described, ContentOf(described.folder + "/completion/bash"));
+      reference::BashCompletion(described, reference::ReadWholeFile(described.folder + "/completion/bash"));
   files[folder + "/zsh/site-functions/_zfcesxcli"] =
-      reference::ZshCompletion(described, ContentOf(described.folder + "/completion/zsh"));
+      reference::ZshCompletion(described, reference::ReadWholeFile(described.folder + "/completion/zsh"));
   files[folder + "/esxcli/zfcesxcli.xml"] = reference::DescriptorText(described);
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "reference/check/sources.h"
+#include "reference/whole_file.h"
 
 namespace reference {
 namespace {

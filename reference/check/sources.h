@@ -28,6 +28,4 @@ std::map<std::string, unsigned> EnumeratorsOf(const std::string& source);
 // "file-not-found" of "kFileNotFound".
 std::string IdOf(const std::string& enumerator);
 
-std::string ReadWholeFile(const std::filesystem::path& path);
-
 }  // namespace reference
