@@ -38,19 +38,62 @@ std::string FolderOf(const std::string& path) {
   return path.substr(0, path.rfind('/') + 1);
 }
 
-// Makes sure that a new name in the folder outlasts a crash of the machine. A file system that can't sync a
-// folder has nothing to wait for.
-bool SyncFolder(const std::string& folder) {
+// A file system that knows no sync has nothing to wait for.
+bool Sync(int descriptor) {
+  return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS;
+}
+
+// Writes a new file beside `place`, with this mode, and renames it over it. False, with errno, leaves what is
+// there, and nothing else.
+bool Replace(const std::string& place, const std::string& content, mode_t mode) {
+  std::string temporary = place + ".XXXXXX";
+  const int descriptor = mkostemp(temporary.data(), O_CLOEXEC);
+  if (descriptor < 0) return false;
+  bool good = WriteAll(descriptor, content) && fchmod(descriptor, mode) == 0 && Sync(descriptor);
+  int error = errno;
+  if (close(descriptor) != 0 && good) {
+    error = errno;
+    good = false;
+  }
+  if (good && rename(temporary.c_str(), place.c_str()) != 0) {
+    error = errno;
+    good = false;
+  }
+  if (!good) unlink(temporary.c_str());
+  errno = error;
+  return good && SyncFolderOf(place);
+}
+
+bool IsDiskFailure(int error) {
+  return error == ENOSPC || error == EDQUOT || error == EFBIG || error == EIO;
+}
+
+std::uint32_t WriteInPlace(const std::string& path, const std::string& content) {
+  std::FILE* const file = std::fopen(path.c_str(), "wbe");
+  if (file == nullptr) return errno == ENOENT || errno == ENOTDIR ? kFileNotFound : kFileOpenError;
+  const bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size();
+  const bool closed = std::fclose(file) == 0;
+  return written && closed ? kSuccess : kFileOpenError;
+}
+
+mode_t ModeOfNewFile() {
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0666 & ~mask;
+}
+
+}  // namespace
+
+bool SyncFolderOf(const std::string& path) {
+  const std::string folder = FolderOf(path);
   const int descriptor = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) return errno == EACCES;  // a folder that may be written to but not read
-  const bool good = fsync(descriptor) == 0 || errno == EINVAL;
+  const bool good = Sync(descriptor);
   const int error = errno;
   close(descriptor);
   errno = error;
   return good;
 }
-
-}  // namespace
 
 bool IsNoRegularFile(const std::string& path) {
   struct stat info {};
@@ -72,14 +115,6 @@ FileResult ReadFile(const char* path, std::string& out) {
   return good ? FileResult::kRead : FileResult::kNotRead;
 }
 
-std::uint32_t WriteFile(const char* path, const std::string& content) {
-  std::FILE* const file = std::fopen(path, "wbe");
-  if (file == nullptr) return errno == ENOENT || errno == ENOTDIR ? kFileNotFound : kFileOpenError;
-  const bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size();
-  const bool closed = std::fclose(file) == 0;
-  return written && closed ? kSuccess : kFileOpenError;
-}
-
 std::string FollowLinks(const std::string& path) {
   std::string place = path;
   for (int links = 0; links < kMostLinks; ++links) {
@@ -92,28 +127,23 @@ std::string FollowLinks(const std::string& path) {
   return path;
 }
 
+std::uint32_t WriteFile(const char* path, const std::string& content) {
+  const std::string place = FollowLinks(path);
+  struct stat old {};
+  const bool there = stat(place.c_str(), &old) == 0;
+  const bool replaceable = !there || (S_ISREG(old.st_mode) && access(place.c_str(), W_OK) == 0);
+  if (replaceable && Replace(place, content, there ? old.st_mode & 07777 : ModeOfNewFile())) return kSuccess;
+  // Where the disk has failed, what is there stays whole.
+  if (replaceable && IsDiskFailure(errno)) return kFileOpenError;
+  // A device can only be written to, and so can a file in a folder that takes no new one.
+  return WriteInPlace(place, content);
+}
+
 std::string ReplaceFile(const std::string& path, const std::string& content) {
   const std::string place = FollowLinks(path);
-  std::string temporary = place + ".XXXXXX";
-  const int descriptor = mkostemp(temporary.data(), O_CLOEXEC);
-  if (descriptor < 0) return Failed(path);
   struct stat old {};
   const mode_t mode = stat(place.c_str(), &old) == 0 ? old.st_mode & 07777 : 0644;
-  bool good = WriteAll(descriptor, content) && fchmod(descriptor, mode) == 0 && fsync(descriptor) == 0;
-  std::string wrong = good ? "" : Failed(path);
-  if (close(descriptor) != 0 && good) {
-    wrong = Failed(path);
-    good = false;
-  }
-  if (good && rename(temporary.c_str(), place.c_str()) != 0) {
-    wrong = Failed(path);
-    good = false;
-  }
-  if (!good) {
-    unlink(temporary.c_str());
-    return wrong;
-  }
-  return SyncFolder(FolderOf(place)) ? "" : Failed(path);
+  return Replace(place, content, mode) ? "" : Failed(path);
 }
 
 }  // namespace lab

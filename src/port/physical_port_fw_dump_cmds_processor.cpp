@@ -7,6 +7,7 @@
 #include "framework/library_call.h"
 #include "framework/report.h"
 #include "framework/table.h"
+#include "runtime/sync.h"
 
 namespace {
 
@@ -39,12 +40,16 @@ StatusCode DisplayFwDumpInfo(CommandRun& run) {
   return WriteDocument(run, kSuccess);
 }
 
-// Only a file that cannot be opened is a failure. Intended: how much could be written does not count.
+// Only a file that cannot be opened is a failure. Intended: how much could be written, or reaches the disk,
+// does not count. The file is written under its own name, so a run that ends early leaves a part of it.
 StatusCode WriteDump(const CommandRun& run, const char* path, const void* dump, std::uint32_t size) {
   std::FILE* const file = std::fopen(path, "we");
   if (file == nullptr) return run.Refuse(kFileNotFound, "Failed to open %s file", path);
   if (dump != nullptr) std::fwrite(dump, 1, size, file);
+  // An adapter gives a dump once: it has to outlast the host's own trouble.
+  if (std::fflush(file) == 0) SyncDescriptor(fileno(file));
   std::fclose(file);
+  SyncFolderOf(path);
   return kSuccess;
 }
 

@@ -26,6 +26,24 @@ std::string Failure(const std::string& path) {
   return path + ": can't be written: " + std::strerror(errno);
 }
 
+// A file system that knows no sync has nothing to wait for.
+bool Sync(int descriptor) {
+  return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS;
+}
+
+// Waits until the name of the file is on the disk: until then a loss of power takes it away again.
+bool SyncFolderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return errno == EACCES;  // a folder that may be written to but not read
+  const bool synced = Sync(descriptor);
+  const int error = errno;
+  close(descriptor);
+  errno = error;
+  return synced;
+}
+
 // Also for a link that leads nowhere. An old C library has no lstat() to link against.
 bool IsThere(const std::string& path) {
   char target = 0;
@@ -61,8 +79,7 @@ std::string WriteOutput(const std::string& path, std::string_view content, bool 
   if (descriptor < 0) return Failure(path);
   const mode_t mask = umask(0);
   umask(mask);
-  bool good =
-      WriteAll(descriptor, content) && fchmod(descriptor, 0666 & ~mask) == 0 && fsync(descriptor) == 0;
+  bool good = WriteAll(descriptor, content) && fchmod(descriptor, 0666 & ~mask) == 0 && Sync(descriptor);
   std::string failure = good ? "" : Failure(path);
   if (close(descriptor) != 0 && good) {
     failure = Failure(path);
@@ -73,6 +90,7 @@ std::string WriteOutput(const std::string& path, std::string_view content, bool 
     good = false;
   }
   if (!good) unlink(temporary.c_str());
+  if (good && !SyncFolderOf(path)) return Failure(path);
   return failure;
 }
 

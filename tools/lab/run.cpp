@@ -110,7 +110,8 @@ tools::ExitStatus Run(const Words& words) {
   SetVariable("TORPI_LAB_FAULTS", faults);
   SetVariable("TORPI_LAB_TRACE", arguments.Has("--trace") ? "/dev/stderr" : "");
   const std::string staged = state == nullptr ? "" : *state + ".staged";
-  if (!staged.empty() && mkdir(staged.c_str(), 0777) != 0 && errno != EEXIST) {
+  // A new folder's name is on the disk before what is staged in it.
+  if (!staged.empty() && (mkdir(staged.c_str(), 0777) == 0 ? !lab::SyncFolderOf(staged) : errno != EEXIST)) {
     Report(staged + ": can't be made: " + std::strerror(errno));
     return tools::kMistake;
   }

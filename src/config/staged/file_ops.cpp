@@ -11,6 +11,7 @@
 #include "framework/words.h"
 #include "runtime/debug_log.h"
 #include "runtime/out_of_memory.h"
+#include "runtime/sync.h"
 #include "runtime/text.h"
 #include "runtime/timing_scope.h"
 
@@ -43,18 +44,22 @@ bool Write(std::FILE* file, std::string_view text) {
   return std::fwrite(text.data(), 1, text.size(), file) == text.size();
 }
 
-// Closes the file. Returns whether everything written to it has reached the file system.
-bool Finish(File file) {
-  const bool written = std::ferror(file.get()) == 0;
+// Closes the file. Returns whether everything written to it has reached the file system, or the disk.
+bool Finish(File file, FileOps::Reach reach) {
+  bool written = std::ferror(file.get()) == 0;
+  if (written && reach == FileOps::kDisk) {
+    written = std::fflush(file.get()) == 0 && SyncDescriptor(fileno(file.get()));
+  }
   return std::fclose(file.release()) == 0 && written;
 }
 
-// Makes the file with this one line. A line that cannot be written leaves no file.
-bool CreateWithLine(const char* path, const std::string& line) {
+// Makes the file with this one line, under its own name: a run that ends early leaves it empty, and a loss of
+// power may cut it. A line that cannot be written leaves no file.
+bool CreateWithLine(const char* path, const std::string& line, FileOps::Reach reach) {
   File file(std::fopen(path, "w+"));
   if (file == nullptr) return false;
   Write(file.get(), line);
-  if (Finish(std::move(file))) return true;
+  if (Finish(std::move(file), reach)) return true;
   std::remove(path);
   return false;
 }
@@ -114,7 +119,7 @@ int FileOps::IsFilePresent(const char* path) {
   return stat(path, &status) == 0 && S_ISREG(status.st_mode) ? 1 : 0;
 }
 
-int FileOps::UpdateKeyValueInFile(const char* path, const char* key, const char* value) {
+int FileOps::UpdateKeyValueInFile(const char* path, const char* key, const char* value, Reach reach) {
   const TraceScope trace({kClass, __func__});
   DebugLogLevel(kDebugTrace, "FileOps::%s: %s: %s=%s", __func__, path, key, value);
   std::string temporary = std::string(path) + "_tmp";
@@ -122,7 +127,7 @@ int FileOps::UpdateKeyValueInFile(const char* path, const char* key, const char*
 
   File source(std::fopen(path, "r"));
   if (source == nullptr) {
-    return CreateWithLine(path, line) ? kDone : Fail(kFailed, __func__, "cannot create", path);
+    return CreateWithLine(path, line, reach) ? kDone : Fail(kFailed, __func__, "cannot create", path);
   }
   File target(std::fopen(temporary.c_str(), "w+"));
   if (target == nullptr) {
@@ -132,7 +137,9 @@ int FileOps::UpdateKeyValueInFile(const char* path, const char* key, const char*
   const bool copied = CopyWithLine(source.get(), target.get(), key, line);
   remove_temporary.Drop();  // from here on nothing takes memory
   source.reset();
-  if (!Finish(std::move(target)) || !copied) {
+  // The copy and its name are on the disk before the old file goes: a loss of power leaves one of the two.
+  const bool finished = Finish(std::move(target), reach) && (reach != kDisk || SyncFolderOf(path));
+  if (!finished || !copied) {
     std::remove(temporary.c_str());
     return Fail(kFailed, __func__, "cannot write", temporary.c_str());
   }
@@ -142,11 +149,17 @@ int FileOps::UpdateKeyValueInFile(const char* path, const char* key, const char*
   return kDone;
 }
 
+int FileOps::SyncFile(const char* path) {
+  if (SyncPath(path) && SyncFolderOf(path)) return kDone;
+  return Fail(kFailed, __func__, "cannot sync", path);
+}
+
 int FileOps::RemoveFile(const char* path) {
   const TraceScope trace({kClass, __func__});
   DebugLogLevel(kDebugTrace, "FileOps::%s: %s", __func__, path);
-  if (std::remove(path) == 0) return kDone;
-  return Fail(kFailed, __func__, "cannot remove", path);
+  if (std::remove(path) != 0) return Fail(kFailed, __func__, "cannot remove", path);
+  SyncFolderOf(path);  // or the file might be back after a loss of power
+  return kDone;
 }
 
 int FileOps::GetKeyValueFromFile(const char* path, const char* key, char* value, std::size_t size,

@@ -14,6 +14,10 @@ class FileOps {
   static constexpr int kDone = 0;
   static constexpr int kFailed = 19;
 
+  // How far a change has come when a function returns: other processes see it, or it also outlasts a loss of
+  // power.
+  enum Reach { kProcesses, kDisk };
+
   // 1 when the path names a regular file, else 0.
   static int IsFilePresent(const char* path);
 
@@ -22,8 +26,14 @@ class FileOps {
   // key that holds it is overwritten too. A line of more than 511 characters counts as several.
   //
   // The file is written anew beside the old one, which is then removed and replaced; in between there is no
-  // file. Returns kDone or kFailed. The old file stays as it was unless its replacement is complete.
-  static int UpdateKeyValueInFile(const char* path, const char* key, const char* value);
+  // file. Returns kDone or kFailed. The old file stays as it was unless its replacement is complete: for
+  // kDisk, on the disk. The new name gets there with the next change, or SyncFile.
+  static int UpdateKeyValueInFile(const char* path, const char* key, const char* value,
+                                  Reach reach = kProcesses);
+
+  // Waits until the file's content and its name are on the disk. kDone, also where the file system knows no
+  // such wait, or kFailed.
+  static int SyncFile(const char* path);
 
   // kDone or kFailed.
   static int RemoveFile(const char* path);

@@ -3,12 +3,15 @@
 #include <string_view>
 
 #include "config/options.h"
-#include "config/staged/file_ops.h"
 
 namespace {
 
 // Made when the program is installed; nothing here creates it.
 constexpr const char* kCacheFolder = "/opt/ZunaFcEsxcliPlugin/tmp";
+
+StatusCode FileOpsFailed(const CommandRun& run) {
+  return run.Refuse(kFileNotFound, "file ops failed");
+}
 
 }  // namespace
 
@@ -36,12 +39,23 @@ bool StagedFile::FindNumber(const std::string& key, std::uint32_t& number) const
   return true;
 }
 
+StatusCode StagedFile::Create(const CommandRun& run, const StagedValues& values) {
+  reach_ = FileOps::kProcesses;
+  return Write(run, values);
+}
+
 StatusCode StagedFile::Write(const CommandRun& run, const StagedValues& values) const {
   for (const auto& [key, value] : values) {
-    if (FileOps::UpdateKeyValueInFile(path_.c_str(), key.c_str(), value.c_str()) == FileOps::kDone) continue;
-    return run.Refuse(kFileNotFound, "file ops failed");
+    if (FileOps::UpdateKeyValueInFile(path_.c_str(), key.c_str(), value.c_str(), reach_) == FileOps::kDone) {
+      continue;
+    }
+    return FileOpsFailed(run);
   }
   return kSuccess;
+}
+
+StatusCode StagedFile::Sync(const CommandRun& run) const {
+  return FileOps::SyncFile(path_.c_str()) == FileOps::kDone ? kSuccess : FileOpsFailed(run);
 }
 
 void StagedFile::Remove() const {

@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "config/staged/file_ops.h"
 #include "framework/command_run.h"
 #include "framework/status.h"
 
@@ -31,9 +32,16 @@ class StagedFile {
   bool Find(const std::string& key, std::string& value) const;
   bool FindNumber(const std::string& key, std::uint32_t& number) const;
 
+  // Writes the values of a file that is not there yet. This and what follows it is on the disk only after
+  // Sync: waiting for the disk once per key would take seconds, and nobody relies on the file before.
+  StatusCode Create(const CommandRun& run, const StagedValues& values);
+
   // Writes the values, each with a pass of its own over the file. kFileNotFound, with a line in the log, at
   // the first failure; what was written before it stays.
   StatusCode Write(const CommandRun& run, const StagedValues& values) const;
+
+  // Waits until the file is on the disk. kFileNotFound, with a line in the log, when the disk fails.
+  StatusCode Sync(const CommandRun& run) const;
 
   // A failure is only logged.
   void Remove() const;
@@ -41,4 +49,5 @@ class StagedFile {
  private:
   std::string path_;
   std::size_t value_size_;
+  FileOps::Reach reach_ = FileOps::kDisk;
 };

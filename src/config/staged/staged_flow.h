@@ -51,11 +51,11 @@ StagedFile FileOf(const CommandRun& run) {
 
 // A new file takes every value from the device.
 template <StagedSettings Settings>
-StatusCode CreateFile(CommandRun& run, const Settings& settings, const StagedFile& file) {
+StatusCode CreateFile(CommandRun& run, const Settings& settings, StagedFile& file) {
   const FunctionScope function(run, Settings::kNode.create);
   StagedValues values;
   settings.AddAll(values);
-  return file.Write(run, values);
+  return file.Create(run, values);
 }
 
 // The changes reach the file only after all options have passed.
@@ -104,9 +104,11 @@ StatusCode CmdSetFileCommon(CommandRun& run) {
   StatusCode status = settings.Open(run, StagedCommand::kSetFile);
   if (status != kSuccess) return run.DisplayError(status);
 
-  const StagedFile file = FileOf<Settings>(run);
+  StagedFile file = FileOf<Settings>(run);
   if (!file.IsPresent()) status = CreateFile(run, settings, file);
   if (status == kSuccess) status = UpdateFile(run, settings, file);
+  const StatusCode synced = file.Sync(run);  // also a new file of which an option was refused
+  if (status == kSuccess) status = synced;
   if (status == kSuccess) status = ReadFile(run, settings, file);
   return status == kSuccess ? Display(run, settings) : run.DisplayError(status);
 }

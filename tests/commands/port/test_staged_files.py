@@ -1,145 +1,18 @@
-"""Staged files: what a `setFile` leaves for the next `set`, whatever a person, a full disk or a crash does in between."""
+"""Staged files: what a `setFile` leaves for the next `set`, whatever a person or a full disk does in between.
 
-import itertools
+What an interrupted run leaves is in interrupted/."""
+
 import os
 import subprocess
-from dataclasses import dataclass
 
 import pytest
 
-from zfc import documents
-from zfc.boot import FILE as BOOT_FILE
+from zfc import config, documents, port
 from zfc.boot import bios
-from zfc.config import (
-    IDENTIFIER,
-    INVALID,
-    PARAMS,
-    UNKNOWN,
-    Staging,
-    bbcr,
-    boot,
-    changed,
-    lines,
-    nvme,
-    one_port,
-    params,
-    with_params,
-)
+from zfc.config import IDENTIFIER, INVALID, PARAMS, UNKNOWN, Staging, changed, params, with_params
 from zfc.host import Adapter, Host, Port
-from zfc.preload import needs_preload, preloaded
 from zfc.runner import EXECUTABLE
-from zfc import config, port
-
-BUFFERS = {"params": params(), "bbcr": bbcr(), "boot": boot(), "nvme": nvme()}
-OPTIONS = {"host": one_port(), "buffers": BUFFERS}
-
-
-@dataclass
-class Node:
-    word: str
-    family: str
-    created: bytes  # what a `setFile` without options creates
-    options: list  # valid ones
-    changes: dict  # what they change in the file
-    refused: list  # options of which one fails its check
-    bad: dict  # a value that no file may hold
-    write: str  # the call that takes the record
-    failed_file: str = UNKNOWN  # what a failed file operation shows
-
-    def __str__(self):
-        return self.word
-
-
-PARAMS_FILE = lines(
-    {
-        "Connection_Options": 1,
-        "Data_Rate": 2,
-        "Disable_BIOS": 1,
-        "Disable_SCM": 1,
-        "Enable_Fabric_Assign_WWN": 1,
-        "Enable_Fibre_Channel_Tape_Support": 1,
-        "Enable_Hard_Loop_Id": 0,
-        "Enable_LR": 0,
-        "Enable_Lip_Full_Login": 1,
-        "Enable_Receive_Out_Of_Order_Frames": 1,
-        "Enable_Target_Reset": 0,
-        "Enable_Virtual_Lane": 0,
-        "Execution_Throttle": 65535,
-        "Frame_Size": 2048,
-        "Hard_Loop_ID": 17,
-        "Interrupt_Delay_Timer": 100,
-        "Link_Down_Timeout": 29,
-        "Login_Retry_Count": 8,
-        "Loop_Reset_Delay": 5,
-        "Luns_Per_Target": 128,
-        "Operation_Mode": 6,
-        "Port_Down_Retry_Count": 30,
-    }
-)
-
-_ENTRY = {"ControllerID": 0, "Enable": 0, "NQN": "", "NamespaceID": 0, "WWNN": config.NO_NAME, "WWPN": config.NO_NAME}
-_EXT = dict(line.split("=", 1) for line in BOOT_FILE.decode().splitlines())
-_EXT.update({"Boot_Mode": 1, "NVMe_Enable": 0})
-_EXT.update({f"NVME_{number}_{key}": value for number in range(8) for key, value in _ENTRY.items()})
-EXT_FILE = lines(dict(sorted(_EXT.items())))
-
-HBA = Node(
-    "hbaparams",
-    "HBAParams",
-    PARAMS_FILE,
-    ["-u", "3", "-y", "7"],
-    {"Login_Retry_Count": 3, "Luns_Per_Target": 7},
-    ["-u", "4", "-b", "maybe"],
-    {"Data_Rate": 8},
-    "TORPI_UpdateHBAParameters",
-)
-BBCR = Node(
-    "bbcr",
-    "BBCR",
-    lines({"BBCR_Count": 5, "BBCR_Status": 1}),
-    ["-c", "3", "-b", "false"],
-    {"BBCR_Count": 3, "BBCR_Status": 0},
-    ["-b", "true", "-c", "16"],
-    {"BBCR_Count": 16},
-    "TORPI_FCSetBBCSupportInfo",
-    "Failed, File not found",
-)
-BOOT = Node(
-    "bootconfig",
-    "BootConfig",
-    BOOT_FILE,
-    ["-a", "false", "-d", "false"],
-    {"Disable_BIOS": 1, "Selectable_Boot": 0},
-    ["-a", "true", "-e", "true"],
-    {"World_Login": 2},
-    "TORPI_SetBootDeviceInfo",
-)
-EXT = Node(
-    "bootconfigext",
-    "BootConfigExt",
-    EXT_FILE,
-    ["-a", "false", "-d", "false"],
-    {"Disable_BIOS": 1, "Selectable_Boot": 0},
-    ["-a", "true", "-o", "1"],
-    {"NVME_3_Enable": 2},
-    "TORPI_SetBootDeviceInfo",
-)
-NODES = [HBA, BBCR, BOOT, EXT]
-
-
-def run(zfc, node, command, options=(), *, identifier=IDENTIFIER, **more):
-    return zfc(["-t", "port", "-s", node.word, f"{command}cli", identifier, *options], **{**OPTIONS, **more})
-
-
-def message(result):
-    """What the document says; a command writes exactly one."""
-    found = [line for line in result.stdout.decode().split("\n") if line.startswith("Message: ")]
-    assert len(found) == 1, result.stdout
-    return found[0].removeprefix("Message: ").rstrip("\r")
-
-
-def writes(node, result):
-    return [call for call in result.command_calls if call.startswith(node.write + "(")]
+from zfc.staged import BBCR, BOOT, EXT, HBA, NODES, OPTIONS, message, run, writes
 
 
 @pytest.mark.parametrize("node", NODES, ids=str)
@@ -435,88 +308,6 @@ class TestFolder:
 def test_read_only_folder_needs_no_write_without_changes(zfc):
     Staging(zfc, HBA.family).write(HBA.created)
     assert message(run_in(zfc, READ_ONLY, HBA, "setFile")) == "Success"
-
-
-# A run that is killed. The points are the openings, closings, removals and renamings of files in the staging folder.
-KILLED = 77
-
-
-def killed_at(zfc, point, node, command, options=()):
-    """Runs a command that ends before its `point`-th step; returns whether it got that far."""
-    env = preloaded("exit_at", EXIT_AT=point)
-    argv, variables = zfc.command(["-t", "port", "-s", node.word, f"{command}cli", IDENTIFIER, *options], **OPTIONS, env=env)
-    done = subprocess.run(argv, capture_output=True, env=variables, timeout=60)
-    assert done.returncode in (0, KILLED) and done.stderr == b""
-    return done.returncode == KILLED
-
-
-def every_point(zfc, node, command, options, prepare):
-    """Kills a command at each of its points in turn, always from the same state, and yields after each."""
-    for point in itertools.count(1):
-        for found in zfc.staging.iterdir():
-            found.unlink()
-        prepare()
-        if not killed_at(zfc, point, node, command, options):
-            assert point > 1
-            return
-        yield point
-
-
-@needs_preload
-@pytest.mark.parametrize("node", [HBA, BBCR, BOOT], ids=str)
-class TestKilled:
-    def test_update_of_one_key(self, zfc, node):
-        """Either value is in the file, or the file is missing and its replacement is complete."""
-        staging = Staging(zfc, node.family)
-        old = changed(node.created, **node.changes)
-        key, value = list(node.changes.items())[-1]
-        option = node.options[-2:]
-        before = changed(old, **{key: 1 - value if value in (0, 1) else value + 1})
-        seen = set()
-        for point in every_point(zfc, node, "setFile", option, lambda: staging.write(before)):
-            temporary = zfc.staging / f"{staging.path.name}_tmp"
-            content = staging.read()
-            if content is None:
-                assert temporary.read_bytes() in (before, old)
-                seen.add("gap")
-            else:
-                assert content in (before, old)
-                seen.add("old" if content == before else "new")
-            assert message(run(zfc, node, "setFile", node.options)) == "Success", point
-            assert staging.read() == old
-            assert not temporary.exists()
-            assert message(run(zfc, node, "set")) == "Success"
-        assert seen == {"old", "gap", "new"}
-
-    def test_creation(self, zfc, node):
-        """The file holds the first keys of the new one, in their order, or is missing in the middle of a replacement."""
-        staging = Staging(zfc, node.family)
-        whole = changed(node.created, **node.changes)
-        growing = itertools.accumulate(node.created.splitlines(keepends=True))
-        allowed = {b"", *growing}
-        changing = node.created
-        for key, value in sorted(node.changes.items()):
-            changing = changed(changing, **{key: value})
-            allowed.add(changing)
-        for point in every_point(zfc, node, "setFile", node.options, lambda: None):
-            content = staging.read()
-            assert content is None or content in allowed, point
-            assert message(run(zfc, node, "setFile", node.options)) == "Success"
-            after = dict(line.split("=") for line in staging.read().decode().splitlines())
-            complete = dict(line.split("=") for line in whole.decode().splitlines())
-            assert after == {key: value for key, value in complete.items() if key in after}
-            assert {key: after[key] for key in node.changes} == {key: str(value) for key, value in node.changes.items()}
-            assert message(run(zfc, node, "set")) == "Success"
-            assert staging.read() is None
-
-    def test_commit(self, zfc, node):
-        """The file is as it was until the device has its values."""
-        staging = Staging(zfc, node.family)
-        staged = changed(node.created, **node.changes)
-        for _ in every_point(zfc, node, "set", [], lambda: staging.write(staged)):
-            assert staging.read() == staged
-            assert message(run(zfc, node, "set")) == "Success"
-            assert staging.read() is None
 
 
 # Two runs at once.

@@ -6,10 +6,12 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <string>
 
 #include "support/unit_debug_log.h"
 #include "support/unit_files.h"
+#include "support/unit_sync.h"
 
 namespace {
 
@@ -237,6 +239,64 @@ TEST_F(FileOpsLogTest, EveryFailureToReplaceAFileHasALine) {
   EXPECT_EQ(umount(path.c_str()), 0);
   EXPECT_EQ(Lines().back(), head + "cannot replace " + path);
   EXPECT_EQ(ContentOf(path), "A=1\n");
+}
+
+TEST_F(FileOpsTest, AnUpdateForTheDiskWaitsForTheCopyAndItsName) {
+  WriteContent(path_, "A=1\n");
+  const FailedSync counted(0);
+  EXPECT_EQ(Update("A", "2"), FileOps::kDone);
+  EXPECT_EQ(SyncCalls(), 0);
+  EXPECT_EQ(FileOps::UpdateKeyValueInFile(path_.c_str(), "A", "3", FileOps::kDisk), FileOps::kDone);
+  EXPECT_EQ(SyncCalls(), 2);
+  EXPECT_EQ(FileOps::SyncFile(path_.c_str()), FileOps::kDone);
+  EXPECT_EQ(SyncCalls(), 4);
+  EXPECT_EQ(FileOps::RemoveFile(path_.c_str()), FileOps::kDone);
+  EXPECT_EQ(SyncCalls(), 5);
+}
+
+TEST_F(FileOpsTest, ADiskThatFailsKeepsTheOldFile) {
+  for (const int good : {0, 1}) {  // the copy, its name
+    WriteContent(path_, "A=1\n");
+    const FailedSync failed(EIO, good);
+    EXPECT_EQ(FileOps::UpdateKeyValueInFile(path_.c_str(), "A", "2", FileOps::kDisk), FileOps::kFailed);
+    EXPECT_EQ(SyncCalls(), good + 1);
+    EXPECT_EQ(ContentOf(path_), "A=1\n");
+    EXPECT_FALSE(TemporaryExists());
+  }
+}
+
+TEST_F(FileOpsTest, ADiskThatFailsLeavesNoNewFile) {
+  const FailedSync failed(EIO);
+  EXPECT_EQ(FileOps::UpdateKeyValueInFile(path_.c_str(), "A", "1", FileOps::kDisk), FileOps::kFailed);
+  EXPECT_EQ(FileOps::IsFilePresent(path_.c_str()), 0);
+}
+
+TEST_F(FileOpsTest, AFileSystemWithoutSyncsIsNoFailure) {
+  const FailedSync unknown(EINVAL);
+  EXPECT_EQ(FileOps::UpdateKeyValueInFile(path_.c_str(), "A", "1", FileOps::kDisk), FileOps::kDone);
+  EXPECT_EQ(FileOps::UpdateKeyValueInFile(path_.c_str(), "A", "2", FileOps::kDisk), FileOps::kDone);
+  EXPECT_EQ(FileOps::SyncFile(path_.c_str()), FileOps::kDone);
+  EXPECT_EQ(ContentOf(path_), "A=2\n");
+}
+
+TEST_F(FileOpsTest, ARemovalIsDoneWhateverTheDiskSays) {
+  WriteContent(path_, "A=1\n");
+  const FailedSync failed(EIO);
+  EXPECT_EQ(FileOps::RemoveFile(path_.c_str()), FileOps::kDone);
+  EXPECT_EQ(SyncCalls(), 1);
+}
+
+TEST_F(FileOpsLogTest, ADiskThatFailsHasALine) {
+  const ScratchFolder folder;
+  const std::string path = folder / "staged";
+  WriteContent(path, "A=1\n");
+  SetMask("4");
+  for (const int good : {0, 1}) {
+    const FailedSync failed(EIO, good);
+    EXPECT_EQ(FileOps::SyncFile(path.c_str()), FileOps::kFailed);
+  }
+  const std::string line = Head("DEBUG      ") + "FileOps::SyncFile: cannot sync " + path;
+  EXPECT_EQ(Lines(), (std::vector<std::string>{line, line}));
 }
 
 TEST_F(FileOpsLogTest, StepsHaveTheirValues) {

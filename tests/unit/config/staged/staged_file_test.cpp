@@ -1,10 +1,12 @@
 #include "config/staged/staged_file.h"
 
+#include <cerrno>
 #include <cstring>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "support/unit_sync.h"
 #include "unit/config/staged_fixture.h"
 
 namespace {
@@ -41,6 +43,32 @@ TEST_F(StagedFileTest, AFailedWriteStopsAtOnce) {
   EXPECT_EQ(file_.Write(test_.run, {{"A", "2"}, {"B", "3"}}), kFileNotFound);
   EXPECT_EQ(ContentOf(path_), "A=1\n");
   std::filesystem::remove(path_ + "_tmp");
+}
+
+TEST_F(StagedFileTest, ANewFileIsOnTheDiskWhenItIsSynced) {
+  StagedFile file(path_);
+  const FailedSync counted(0);
+  EXPECT_EQ(file.Create(test_.run, {{"A", "1"}, {"B", "2"}}), kSuccess);
+  EXPECT_EQ(file.Write(test_.run, {{"A", "3"}}), kSuccess);
+  EXPECT_EQ(SyncCalls(), 0);
+  EXPECT_EQ(file.Sync(test_.run), kSuccess);
+  EXPECT_EQ(SyncCalls(), 2);
+  EXPECT_EQ(ContentOf(path_), "A=3\nB=2\n");
+}
+
+TEST_F(StagedFileTest, AnOldFileIsReplacedByCopiesOnTheDisk) {
+  Stage("A=1\nB=2\n");
+  const FailedSync counted(0);
+  EXPECT_EQ(file_.Write(test_.run, {{"A", "3"}, {"B", "4"}}), kSuccess);
+  EXPECT_EQ(SyncCalls(), 4);
+}
+
+TEST_F(StagedFileTest, ADiskThatFailsIsAFailedFileOperation) {
+  Stage("A=1\n");
+  const FailedSync failed(EIO);
+  EXPECT_EQ(file_.Sync(test_.run), kFileNotFound);
+  EXPECT_EQ(file_.Write(test_.run, {{"A", "2"}}), kFileNotFound);
+  EXPECT_EQ(ContentOf(path_), "A=1\n");
 }
 
 TEST_F(StagedFileTest, FindLeavesTheValueWithoutTheKey) {

@@ -5,10 +5,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
 
 #include "support/unit_files.h"
+#include "support/unit_sync.h"
 
 namespace {
 
@@ -51,6 +53,29 @@ TEST_F(NewFile, FileThatIsThereNeedsForce) {
   EXPECT_EQ(WriteOutput(Path("there"), "new", true), "");
   EXPECT_EQ(ContentOf(Path("there")), "new");
   EXPECT_EQ(Files(), 1u);
+}
+
+TEST_F(NewFile, IsOnTheDiskWithItsName) {
+  const FailedSync counted(0);
+  EXPECT_EQ(WriteOutput(Path("new"), "x", false), "");
+  EXPECT_EQ(WriteOutput(Path("new"), "y", true), "");
+  EXPECT_EQ(SyncCalls(), 4);
+}
+
+TEST_F(NewFile, ADiskThatFailsIsAFailure) {
+  const FailedSync failed(EIO);
+  EXPECT_EQ(WriteOutput(Path("new"), "x", false), Path("new") + ": can't be written: Input/output error");
+  EXPECT_EQ(Files(), 0u);
+  const FailedSync name(EIO, 1);
+  EXPECT_EQ(WriteOutput(Path("new"), "x", false), Path("new") + ": can't be written: Input/output error");
+  EXPECT_EQ(ContentOf(Path("new")), "x");
+}
+
+TEST_F(NewFile, AFileSystemWithoutSyncsIsNoFailure) {
+  const FailedSync unknown(ENOTSUP);
+  EXPECT_EQ(WriteOutput(Path("new"), "x", false), "");
+  EXPECT_EQ(SyncCalls(), 2);
+  EXPECT_EQ(ContentOf(Path("new")), "x");
 }
 
 TEST_F(NewFile, LinkWithoutTargetIsThereToo) {
