@@ -1,12 +1,28 @@
 # Removes an installation: the files that it lists, then the folders that this leaves empty. Staged settings that were never
-# set on a port are a user's: they stay, and are named.
+# set on a port are a user's: they stay, and are named. A removal that was interrupted is finished by the next one: the lists
+# go last.
 #
 #   [DESTDIR=...] cmake -D PREFIX=<where it was installed> -P uninstall.cmake
 cmake_minimum_required(VERSION 3.25)
 set(prefix $ENV{DESTDIR}${PREFIX})
 set(lists ${prefix}/lab/.installed ${prefix}/.installed)
-set(folders ${prefix}/tmp)
+set(folders ${prefix}/tmp ${prefix}/lab)
 set(found FALSE)
+
+# Removes the folder and those around it while they are empty, and never above the prefix.
+function(remove_empty folder)
+  cmake_path(IS_PREFIX prefix "${folder}" NORMALIZE within)
+  while(within)
+    file(GLOB content LIST_DIRECTORIES true ${folder}/* ${folder}/.*)
+    list(FILTER content EXCLUDE REGEX "/\\.\\.?$")
+    if(content)
+      break()
+    endif()
+    file(REMOVE_RECURSE ${folder})
+    cmake_path(GET folder PARENT_PATH folder)
+    cmake_path(IS_PREFIX prefix "${folder}" NORMALIZE within)
+  endwhile()
+endfunction()
 
 foreach(list IN LISTS lists)
   if(NOT EXISTS ${list})
@@ -23,7 +39,6 @@ foreach(list IN LISTS lists)
       list(APPEND folders ${folder})
     endif()
   endforeach()
-  file(REMOVE ${list})
 endforeach()
 if(NOT found)
   message(FATAL_ERROR "uninstall: nothing is installed in ${prefix}")
@@ -34,17 +49,11 @@ foreach(file IN LISTS staged)
   message("Kept, with settings that were not set: ${file}")
 endforeach()
 
-# From each folder outwards while they are empty, and never above the prefix.
 foreach(folder IN LISTS folders)
-  cmake_path(IS_PREFIX prefix ${folder} NORMALIZE within)
-  while(within)
-    file(GLOB content LIST_DIRECTORIES true ${folder}/* ${folder}/.*)
-    list(FILTER content EXCLUDE REGEX "/\\.\\.?$")
-    if(content)
-      break()
-    endif()
-    file(REMOVE_RECURSE ${folder})
-    cmake_path(GET folder PARENT_PATH folder)
-    cmake_path(IS_PREFIX prefix ${folder} NORMALIZE within)
-  endwhile()
+  remove_empty(${folder})
+endforeach()
+foreach(list IN LISTS lists)
+  file(REMOVE ${list})
+  cmake_path(GET list PARENT_PATH folder)
+  remove_empty(${folder})
 endforeach()
