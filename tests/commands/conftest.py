@@ -12,7 +12,8 @@ from zfc.runner import BUILD, EXECUTABLE, ZFC_JSON, Zfc  # noqa: E402
 
 
 def pytest_sessionstart(session):
-    parts = [EXECUTABLE, ZFC_JSON, BUILD / "tests/private_run", BUILD / "tests/step_files", BUILD / "tests/hostile", BUILD / "tests/sparse"]
+    made = [BUILD / "tests" / name for name in ("private_run", "step_files", "hostile", "sparse")]
+    parts = [EXECUTABLE, ZFC_JSON, *made]
     missing = [str(part) for part in parts if not part.exists()]
     if missing:
         pytest.exit(f"not built: {', '.join(missing)}; ZFC_BUILD_DIR names the build folder", returncode=3)

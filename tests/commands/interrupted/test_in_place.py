@@ -6,8 +6,8 @@
 | the mirror of the shell (`log FILE`) | grows line by line, and is to be read while it does |
 | /var/tmp/torpi-output.log, the debug log, the trace of the lab | grow, and several runs write them |
 
-Whatever is left of one, the next command works. Only a dump is data that nothing else has: it is on the disk when its command
-has ended."""
+Whatever is left of one, the next command works. Only a dump is data that nothing else has: it is on the disk when its
+command has ended."""
 
 import signal
 

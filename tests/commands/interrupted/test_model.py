@@ -71,7 +71,7 @@ def test_a_removal_may_come_before_the_name_of_the_copy():
     steps = [*make("/d/t", b"new"), *sync("/d/t"), Step("unlink", "/d/f"), Step("rename", "/d/t", "/d/f")]
     assert {} in outcomes({"/d/f": b"old"}, steps)
     steps[3:3] = sync("/d")
-    assert [tree for tree in outcomes({"/d/f": b"old"}, steps) if b"old" not in tree.values() and b"new" not in tree.values()] == []
+    assert all({b"old", b"new"} & {*tree.values()} for tree in outcomes({"/d/f": b"old"}, steps))
 
 
 def test_a_removed_file_may_be_back():
@@ -80,8 +80,8 @@ def test_a_removed_file_may_be_back():
 
 
 def test_a_link_is_a_second_name():
-    found = outcomes({}, make("/d/t", b"new"), sync("/d/t"), [Step("link", "/d/t", "/d/f"), Step("unlink", "/d/t")], sync("/d"))
-    assert found == [{"/d/f": b"new"}]
+    names = [Step("link", "/d/t", "/d/f"), Step("unlink", "/d/t")]
+    assert outcomes({}, make("/d/t", b"new"), sync("/d/t"), names, sync("/d")) == [{"/d/f": b"new"}]
 
 
 def test_a_lost_folder_takes_its_files_along():

@@ -75,7 +75,8 @@ class TestDebianPackage:
         first, said, second, left = removed(zfc, "remove", 0)
         assert (first, second) == (0, 0)
         assert said == [f"zfcesxcli: kept, with settings that were not set: {PLUGIN}/{name}" for name in sorted(OURS)]
-        assert left == sorted([f"{PLUGIN}/tmp", *(f"{PLUGIN}/{name}" for name in OURS), *(f"/var/tmp/{name}" for name in LOGS)])
+        names = [f"{PLUGIN}/tmp", *(f"{PLUGIN}/{name}" for name in OURS), *(f"/var/tmp/{name}" for name in LOGS)]
+        assert left == sorted(names)
         assert (zfc.folder / "steps.log").read_text().splitlines() == ["exit\t0\t"]
 
 

@@ -169,7 +169,8 @@ def test_staged_folder_of_a_lab_run(zfc):
         return staged + path.removeprefix(STAGING) if path == STAGING or path.startswith(STAGING + "/") else path
 
     # The folder is mounted where the program looks for it, over one of its own in memory.
-    steps = [Step(step.what, there(step.path), there(step.other), step.content) for step in steps if step.path != STAGING + "/staging"]
+    steps = [step for step in steps if step.path != STAGING + "/staging"]
+    steps = [Step(step.what, there(step.path), there(step.other), step.content) for step in steps]
     file = f"{staged}/BBCR_{DAHLIA}"
     finished = states({}, steps)[2]
     assert finished == {((staged, FOLDER), (file, b"BBCR_Count=5\nBBCR_Status=1\n"))}

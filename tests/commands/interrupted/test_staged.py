@@ -1,11 +1,11 @@
 """Staged files after a run that was killed, got a signal or lost its power at any of its steps on files.
 
-Two places are not whole, as the way in which these files are written has them:
+Not everything can be old or new, by the fixed order in which these files are written:
 
-| Where | What is left | Why |
-|---|---|---|
-| an update, after the old file is removed | no file, and the whole new one as FILE_tmp | the old file is removed before the new one is renamed |
-| a new file, until `setFile` ends | some of its lines; after a loss of power the last may be cut | written under its own name key by key, and on the disk at the end: it has nothing of the user's before |
+- An update removes the old file before it renames the new one. Between the two there is no file, and the whole new one as
+  FILE_tmp.
+- A new file is written under its own name, key by key, and is on the disk when `setFile` ends. Until then it has some of its
+  lines, and after a loss of power the last one may be cut. It has nothing of the user's before.
 """
 
 import itertools

@@ -49,6 +49,8 @@ class File:
         if len(self.contents) == 1:
             return [last]
         parts = [last[: len(last) // 2], last[: max(len(last) - 2, 0)]]
+        if not self.emptied:  # what grows keeps what it had
+            parts = [part for part in parts if len(part) >= len(self.contents[0])]
         return list(dict.fromkeys([self.contents[0], last, *self.contents, *parts, *([b""] if self.emptied else [])]))
 
 
