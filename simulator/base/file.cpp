@@ -68,8 +68,8 @@ bool IsDiskFailure(int error) {
   return error == ENOSPC || error == EDQUOT || error == EFBIG || error == EIO;
 }
 
-std::uint32_t WriteInPlace(const std::string& path, const std::string& content) {
-  std::FILE* const file = std::fopen(path.c_str(), "wbe");
+std::uint32_t WriteInPlace(const char* path, const std::string& content) {
+  std::FILE* const file = std::fopen(path, "wbe");
   if (file == nullptr) return errno == ENOENT || errno == ENOTDIR ? kFileNotFound : kFileOpenError;
   const bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size();
   const bool closed = std::fclose(file) == 0;
@@ -128,15 +128,19 @@ std::string FollowLinks(const std::string& path) {
 }
 
 std::uint32_t WriteFile(const char* path, const std::string& content) {
-  const std::string place = FollowLinks(path);
   struct stat old {};
-  const bool there = stat(place.c_str(), &old) == 0;
-  const bool replaceable = !there || (S_ISREG(old.st_mode) && access(place.c_str(), W_OK) == 0);
+  struct stat linked {};
+  const bool there = stat(path, &old) == 0;
+  const std::string place = FollowLinks(path);
+  // A link of the kernel's own, such as /dev/stdout, may name what it leads to in a way that leads nowhere.
+  const bool same = there && stat(place.c_str(), &linked) == 0 && old.st_dev == linked.st_dev &&
+                    old.st_ino == linked.st_ino;
+  const bool replaceable = !there || (same && S_ISREG(old.st_mode) && access(path, W_OK) == 0);
   if (replaceable && Replace(place, content, there ? old.st_mode & 07777 : ModeOfNewFile())) return kSuccess;
   // Where the disk has failed, what is there stays whole.
   if (replaceable && IsDiskFailure(errno)) return kFileOpenError;
   // A device can only be written to, and so can a file in a folder that takes no new one.
-  return WriteInPlace(place, content);
+  return WriteInPlace(path, content);
 }
 
 std::string ReplaceFile(const std::string& path, const std::string& content) {

@@ -46,7 +46,7 @@ StatusCode WriteDump(const CommandRun& run, const char* path, const void* dump, 
   std::FILE* const file = std::fopen(path, "we");
   if (file == nullptr) return run.Refuse(kFileNotFound, "Failed to open %s file", path);
   if (dump != nullptr) std::fwrite(dump, 1, size, file);
-  // An adapter gives a dump once: it has to outlast the host's own trouble.
+  // A dump is taken after a failure: it has to outlast the next one.
   if (std::fflush(file) == 0) SyncDescriptor(fileno(file));
   std::fclose(file);
   SyncFolderOf(path);

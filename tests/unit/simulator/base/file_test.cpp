@@ -1,5 +1,6 @@
 #include "base/file.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -45,6 +46,7 @@ TEST_F(FileTest, AWrittenFileIsNewOrReplaced) {
 }
 
 TEST_F(FileTest, ALinkToAWrittenFileStays) {
+  WriteContent(Path("target"), "old");
   std::filesystem::create_symlink("target", Path("link"));
   EXPECT_EQ(WriteFile(Path("link").c_str(), "new"), kSuccess);
   EXPECT_TRUE(std::filesystem::is_symlink(Path("link")));
@@ -55,6 +57,39 @@ TEST_F(FileTest, ADeviceIsWrittenTo) {
   EXPECT_EQ(WriteFile("/dev/null", "x"), kSuccess);
   EXPECT_EQ(WriteFile("/dev/full", "x"), kFileOpenError);
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+}
+
+// The name of an open file among the links of the kernel, as /dev/stdout has one.
+std::string LinkOf(int descriptor) {
+  return "/proc/self/fd/" + std::to_string(descriptor);
+}
+
+TEST_F(FileTest, AnOpenFileIsWrittenToByItsLink) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  EXPECT_EQ(WriteFile(LinkOf(ends[1]).c_str(), "piped"), kSuccess);
+  char read_back[8] = "";
+  EXPECT_EQ(read(ends[0], read_back, sizeof read_back - 1), 5);
+  EXPECT_STREQ(read_back, "piped");
+  close(ends[0]);
+  close(ends[1]);
+
+  WriteContent(Path("file"), "old");
+  const int file = open(Path("file").c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_GE(file, 0);
+  ASSERT_EQ(unlink(Path("file").c_str()), 0);
+  EXPECT_EQ(WriteFile(LinkOf(file).c_str(), "new"), kSuccess);
+  EXPECT_EQ(pread(file, read_back, sizeof read_back - 1, 0), 3);
+  EXPECT_STREQ(read_back, "newed");  // three bytes over the five
+  close(file);
+  EXPECT_EQ(Files(), 0u);
+}
+
+TEST_F(FileTest, ADanglingLinkLeadsToTheNewFile) {
+  std::filesystem::create_symlink("target", Path("link"));
+  EXPECT_EQ(WriteFile(Path("link").c_str(), "new"), kSuccess);
+  EXPECT_TRUE(std::filesystem::is_symlink(Path("link")));
+  EXPECT_EQ(ContentOf(Path("target")), "new");
 }
 
 TEST_F(FileTest, AFileInAFolderThatTakesNoOtherIsWrittenTo) {
