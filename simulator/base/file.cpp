@@ -73,10 +73,10 @@ FileResult ReadFile(const char* path, std::string& out) {
 }
 
 std::uint32_t WriteFile(const char* path, const std::string& content) {
-  std::FILE* const file = std::fopen(path, "wbe");
-  if (file == nullptr) return errno == ENOENT || errno == ENOTDIR ? kFileNotFound : kFileOpenError;
-  const bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size();
-  const bool closed = std::fclose(file) == 0;
+  const int file = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0664);
+  if (file < 0) return errno == ENOENT || errno == ENOTDIR ? kFileNotFound : kFileOpenError;
+  const bool written = WriteAll(file, content);
+  const bool closed = close(file) == 0;
   return written && closed ? kSuccess : kFileOpenError;
 }
 
