@@ -8,19 +8,17 @@
 
 namespace harmless_text_detail {
 
-// A row of RFC 3629's table: the lead bytes from `first` on, the bits of the lead that count, how many bytes
-// follow, and the least code point that needs so many.
+// A row of RFC 3629's table: the lead bytes from `first` on, the bits of the lead that count (0 for bytes
+// that lead nothing), how many bytes follow, and the least code point that needs so many.
 struct Utf8Lead {
   std::uint8_t first;
   std::uint8_t bits;
   std::uint8_t following;
   std::uint32_t least;
 };
-inline constexpr Utf8Lead kUtf8Leads[] = {{0xf0, 0x07, 3, 0x10000},
-                                          {0xe0, 0x0f, 2, 0x800},
-                                          {0xc0, 0x1f, 1, 0x80},
-                                          {0x80, 0, 0, 0},
-                                          {0, 0x7f, 0, 0}};
+inline constexpr Utf8Lead kUtf8Leads[] = {{0xf8, 0, 0, 0},        {0xf0, 0x07, 3, 0x10000},
+                                          {0xe0, 0x0f, 2, 0x800}, {0xc0, 0x1f, 1, 0x80},
+                                          {0x80, 0, 0, 0},        {0, 0x7f, 0, 0}};
 
 struct CodeRange {
   std::uint32_t first;

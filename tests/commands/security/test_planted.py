@@ -296,17 +296,21 @@ RACES += [place for place in PLACES if place.name.startswith(("zfc-snapshot", "z
 @pytest.mark.parametrize("how", ["symlink", "link"])
 @pytest.mark.parametrize("place", RACES, ids=str)
 def test_swap_between_two_calls(zfc, victim, place, how):
-    """At every call, with nothing in the place at first and with a file there."""
+    """At every call, with nothing in the place at first, with a file and with a pipe there."""
     counts = []
-    for there in (False, True):
+    for there in ("nothing", "file", "pipe"):
         for at in range(1, place.calls + 1):
             path = zfc.folder / place.path
             for left in (path, path.with_name(path.name.removesuffix("_tmp"))):
                 left.unlink(missing_ok=True)
             prepare(zfc, place)
-            if there:
+            if there == "file":
                 path.write_bytes(STAGED)
-            if not swapped(zfc, place, at, how, victim):
+            reader = plant("pipe", path, victim) if there == "pipe" else None
+            has_swapped = swapped(zfc, place, at, how, victim)
+            if reader is not None:
+                os.close(reader)
+            if not has_swapped:
                 break
             assert victim.read_bytes() == VICTIM, (there, at)
         counts.append(at)
