@@ -1,5 +1,5 @@
-// Preloaded into a program: plays somebody who changes a folder while the program works there. Just before the program's
-// n-th call that names one path, a link to a victim's file is put in the path's place.
+// Preloaded into a program: plays somebody who changes a folder while the program works there. Just before
+// the program's n-th call that names one path, a link to a victim's file is put in the path's place.
 //
 //   SWAP_AT     n, from 1
 //   SWAP_PATH   the path, as the program names it

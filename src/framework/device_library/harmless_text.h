@@ -34,10 +34,10 @@ inline constexpr CodeRange kHarmful[] = {{0, 0x1f},        {0x7f, 0x9f},        
 // Returns how many bytes the character at the front of `text` has, in UTF-8; 0 when it is a control code, a
 // mark that turns the direction of a text, or no UTF-8, and for an empty text.
 inline std::size_t HarmlessLength(std::string_view text) {
-  using namespace harmless_text_detail;
+  using harmless_text_detail::kHarmful, harmless_text_detail::kUtf8Leads;
   if (text.empty()) return 0;
   const auto lead = static_cast<std::uint8_t>(text.front());
-  const Utf8Lead* row = kUtf8Leads;
+  const auto* row = kUtf8Leads;
   while (lead < row->first) ++row;
   if (row->bits == 0 || text.size() <= row->following) return 0;
   std::uint32_t code = lead & row->bits;
@@ -47,7 +47,7 @@ inline std::size_t HarmlessLength(std::string_view text) {
     code = code << 6 | (byte & 0x3f);
   }
   if (code < row->least) return 0;
-  for (const CodeRange& range : kHarmful) {
+  for (const auto& range : kHarmful) {
     if (code >= range.first && code <= range.last) return 0;
   }
   return row->following + std::size_t{1};

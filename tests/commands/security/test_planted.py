@@ -160,7 +160,7 @@ def plant(kind, path, victim):
     return None
 
 
-def run(zfc, place, env=None, timeout=60):
+def run(zfc, place, env=None, timeout=30):
     """The run of a place; what it prints on standard output and standard error."""
     buffers = {"params": params(), "bbcr": bbcr(), "dump": b"of a device\n"}
     argv, variables = zfc.command(
