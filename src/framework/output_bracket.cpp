@@ -22,8 +22,7 @@ ssize_t WriteNowhere(void*, const char*, std::size_t size) {
 }  // namespace
 
 OutputBracket::OutputBracket(const FunctionName& function, const char* step)
-    : standard_output_(stdout),
-      library_output_(OpenLibraryOutput()) {  // NOLINT(cppcoreguidelines-pro-type-member-init)
+    : standard_output_(stdout), library_output_(OpenLibraryOutput()) {
   if (IsOpen()) {
     stdout = library_output_;
     close_.Plan([](void* bracket) { static_cast<OutputBracket*>(bracket)->Close(); }, this);

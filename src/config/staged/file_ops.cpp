@@ -51,10 +51,11 @@ bool Finish(File file) {
   return std::fclose(file.release()) == 0 && written;
 }
 
-// Opens a file for reading. Null also for a pipe, whose opening would wait for a writer.
+// Opens a file for reading. Null also for a pipe, whose opening would wait for a writer, and for a device,
+// whose reading might never end. A folder opens, and can't be read.
 File OpenSource(const char* path) {
   struct stat status;
-  if (stat(path, &status) == 0 && S_ISFIFO(status.st_mode)) return nullptr;
+  if (stat(path, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) return nullptr;
   return File(std::fopen(path, "r"));
 }
 

@@ -8,6 +8,7 @@ PLACES says for every file that the program or a tool writes what comes of each 
 
 import fcntl
 import os
+import stat
 import subprocess
 from dataclasses import dataclass, field
 
@@ -271,6 +272,23 @@ class TestFilesOfAnotherUser:
             assert held.read() == b"of another user\n"
         staged = zfc.staging / f"BBCR_{IDENTIFIER}"
         assert staged.stat().st_uid == 0 and b"BBCR_Count=3\n" in staged.read_bytes()
+
+
+# A device that has no room and no end.
+DEVICES = list(zip(PLACES[:5], ["commands", "commands", NO_FILE, NO_FILE, SUCCESS]))
+
+
+@needs_root
+@pytest.mark.parametrize("place, says", DEVICES, ids=str)
+def test_device(zfc, place, says):
+    prepare(zfc, place)
+    path = zfc.folder / place.path
+    try:
+        os.mknod(path, 0o666 | stat.S_IFCHR, os.makedev(1, 7))
+    except PermissionError:
+        pytest.skip("no right to make a device")
+    assert says.encode() in run(zfc, place)
+    assert stat.S_ISCHR(path.lstat().st_mode)
 
 
 # Somebody changes the folder while the program works in it.

@@ -17,6 +17,23 @@ namespace {
 
 using std::string_literals::operator""s;
 
+// While an object lives, no file grows beyond `size`: its write fails, as on a full disk.
+class LargestFile {
+ public:
+  explicit LargestFile(rlim_t size) {
+    signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &usual_);
+    const rlimit limit = {size, usual_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~LargestFile() { setrlimit(RLIMIT_FSIZE, &usual_); }
+  LargestFile(const LargestFile&) = delete;
+  LargestFile& operator=(const LargestFile&) = delete;
+
+ private:
+  rlimit usual_{};
+};
+
 class FileOpsTest : public testing::Test {
  protected:
   int Update(const char* key, const char* value) const {
@@ -218,23 +235,6 @@ TEST_F(FileOpsLogTest, EveryFailureHasALine) {
                      }));
 }
 
-// While an object lives, no file grows beyond `size`: its write fails, as on a full disk.
-class LargestFile {
- public:
-  explicit LargestFile(rlim_t size) {
-    signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &usual_);
-    const rlimit limit = {size, usual_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~LargestFile() { setrlimit(RLIMIT_FSIZE, &usual_); }
-  LargestFile(const LargestFile&) = delete;
-  LargestFile& operator=(const LargestFile&) = delete;
-
- private:
-  rlimit usual_{};
-};
-
 TEST_F(FileOpsLogTest, EveryFailureToReplaceAFileHasALine) {
   const ScratchFolder folder;
   const std::string path = folder / "staged";
@@ -299,6 +299,13 @@ TEST_F(FileOpsTest, APipeDoesNotHoldTheProgram) {
   ASSERT_EQ(mkfifo(temporary_.c_str(), 0600), 0);
   EXPECT_EQ(Update("Data_Rate", "7"), 19);
   EXPECT_EQ(ContentOf(path_), "Data_Rate=3\n");
+}
+
+TEST_F(FileOpsTest, ADeviceWithoutAnEndIsNoSource) {
+  ASSERT_EQ(symlink("/dev/zero", path_.c_str()), 0);
+  const LargestFile limit(1 << 20);
+  EXPECT_EQ(Update("Data_Rate", "7"), 19);
+  EXPECT_FALSE(TemporaryExists());
 }
 
 TEST_F(FileOpsTest, AReadTakesAnySeparator) {
