@@ -35,7 +35,7 @@ class Place:
     path: str  # from the run's folder
     words: list
     follows: str = ""  # the plants that are followed, for the reasons in docs/security.md
-    says: dict = field(default_factory=dict)  # what is printed, by plant; "" stands for all others
+    says: dict = field(default_factory=dict)  # what is printed, by plant; "" is for all others
     program: str = str(EXECUTABLE)
     env: dict = field(default_factory=dict)
     simulated: bool = False
