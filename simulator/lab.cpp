@@ -13,6 +13,7 @@
 #include "base/file.h"
 #include "base/results.h"
 #include "base/text.h"
+#include "framework/device_library/harmless_text.h"
 #include "host_file/host_keys.h"
 #include "recorded/recorded_file.h"
 
@@ -31,7 +32,7 @@ std::string Variable(const char* name) {
 }
 
 void Report(const std::string& line) {
-  std::fprintf(stderr, "%s\n", line.c_str());
+  std::fprintf(stderr, "%s\n", Harmless(line, LineEnds::kKept).c_str());
 }
 
 Environment ReadEnvironment() {
@@ -104,7 +105,7 @@ Lab::Lab() : environment_(ReadEnvironment()) {
     trace_descriptor_ = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     return;
   }
-  trace_descriptor_ = open(environment_.trace_file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+  trace_descriptor_ = open(environment_.trace_file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0664);
   if (trace_descriptor_ < 0) Report(environment_.trace_file + ": can't be written: " + std::strerror(errno));
 }
 

@@ -23,7 +23,7 @@ constexpr milliseconds kPause{3};
 int OpenLock(const char* path) {
   constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
   const int descriptor = open(path, kFlags);
-  return descriptor >= 0 || errno != ENOENT ? descriptor : open(path, kFlags | O_CREAT, 0666);
+  return descriptor >= 0 || errno != ENOENT ? descriptor : open(path, kFlags | O_CREAT, 0664);
 }
 
 std::string Seconds(milliseconds time) {

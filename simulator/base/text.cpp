@@ -1,9 +1,12 @@
 #include "base/text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <span>
+
+#include "framework/device_library/harmless_text.h"
 
 namespace lab {
 namespace {
@@ -179,16 +182,11 @@ std::string Escaped(std::string_view text) {
 std::string ShownText(std::string_view text) {
   constexpr std::size_t kLongest = 64;
   std::string shown;
-  for (std::size_t at = 0, characters = 0; at < text.size(); ++at) {
-    const auto byte = static_cast<unsigned char>(text[at]);
-    const bool begins = (byte & 0xC0) != 0x80;  // a character, of UTF-8 too
-    if (begins && characters++ == kLongest) return shown + "...";
-    if (byte >= 0x20 && byte != 0x7f) {
-      shown += text[at];
-    } else {
-      const std::string quoted = Quoted(text.substr(at, 1));
-      shown += quoted.substr(1, quoted.size() - 2);
-    }
+  for (std::size_t characters = 0; !text.empty(); ++characters) {
+    if (characters == kLongest) return shown + "...";
+    const std::size_t length = HarmlessLength(text);
+    shown += length > 0 ? std::string(text.substr(0, length)) : Escaped(text.substr(0, 1));
+    text.remove_prefix(std::max<std::size_t>(length, 1));
   }
   return shown;
 }

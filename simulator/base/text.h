@@ -46,7 +46,7 @@ std::string Escaped(std::string_view text);
 // The same in double quotes.
 std::string Quoted(std::string_view text);
 
-// As a message shows it: what is outside printable ASCII and UTF-8 escaped, cut short after 64 characters.
+// As a message shows it: what HarmlessLength() refuses is escaped, and it is cut short after 64 characters.
 std::string ShownText(std::string_view text);
 
 // Without the blanks and tabs at both ends.

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "framework/device_library/harmless_text.h"
+
 namespace lab {
 
 void Mistakes::Add(Place place, std::string what) {
@@ -15,13 +17,13 @@ std::string Mistakes::Report(const std::string& file) const {
   for (const auto& [line, column, what] : kept_) {
     if (shown == kShown) break;
     if (shown++ > 0) report += '\n';
-    report += file;
+    report += Harmless(file);
     if (line > 0) report += ':' + std::to_string(line) + ':' + std::to_string(column);
     report += ": " + what;
   }
   if (kept_.size() > shown) {
-    report += '\n' + file + ": and " + (Enough() ? "at least " : "") + std::to_string(kept_.size() - shown) +
-              " more";
+    report += '\n' + Harmless(file) + ": and " + (Enough() ? "at least " : "") +
+              std::to_string(kept_.size() - shown) + " more";
   }
   return report;
 }

@@ -1,20 +1,18 @@
 #include "framework/output_bracket.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "runtime/debug_log.h"
 
 namespace {
 
-// Opens the library output file for appending, as mode "a+" does, but through no symbolic link: its folder is
-// writable for everybody. Null when that fails.
-std::FILE* OpenLibraryOutput() {
-  const int descriptor = open(kLibraryOutputFile, O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0666);
-  if (descriptor < 0) return nullptr;
-  std::FILE* const stream = fdopen(descriptor, "a+");
-  if (stream == nullptr) close(descriptor);
-  return stream;
+// A second name would lead to somebody's other file. The owner may be another user: whoever runs the program
+// first on a machine makes the file for all.
+bool HasOneName(int descriptor) {
+  struct stat status;
+  return fstat(descriptor, &status) == 0 && status.st_nlink <= 1;
 }
 
 ssize_t WriteNowhere(void*, const char*, std::size_t size) {
@@ -32,6 +30,21 @@ OutputBracket::OutputBracket(const FunctionName& function, const char* step)
     DebugLogLevel(kDebugFailure, "%s::%s: Failed to open %s file%s", function.class_name, function.function,
                   kLibraryOutputFile, step);
   }
+}
+
+// Opens the library output file for appending, as mode "a+" does, but through no link and no pipe: its folder
+// is writable for everybody. Null when that fails.
+std::FILE* OutputBracket::OpenLibraryOutput() {
+  constexpr int kFlags = O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  const int descriptor = open(kLibraryOutputFile, kFlags, 0664);
+  if (descriptor < 0) return nullptr;
+  std::FILE* const stream = HasOneName(descriptor) ? fdopen(descriptor, "a+") : nullptr;
+  if (stream == nullptr) {
+    close(descriptor);
+  } else {
+    std::setvbuf(stream, buffer_, _IOFBF, sizeof buffer_);
+  }
+  return stream;
 }
 
 void OutputBracket::Close() {

@@ -30,6 +30,10 @@ class OutputBracket {
   void Close();
 
  private:
+  std::FILE* OpenLibraryOutput();
+
+  char buffer_[4096];  // the library output's; it takes no memory, and the C library does not ask for the
+                       // file's block size
   std::FILE* standard_output_;
   std::FILE* library_output_;
   EndStep close_;

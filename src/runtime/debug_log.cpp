@@ -1,6 +1,7 @@
 #include "runtime/debug_log.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "runtime/debug_log_writer.h"
 #include "runtime/local_time.h"
@@ -45,16 +47,76 @@ void BuildLogFileName() {
   std::snprintf(log_file_name, sizeof log_file_name, "/var/tmp%.*s.log", static_cast<int>(length), component);
 }
 
+// A second name would lead to somebody's other file, and the file of another user would show him the log.
+bool IsOwnFile(int file) {
+  struct stat status;
+  return fstat(file, &status) == 0 && status.st_nlink <= 1 && status.st_uid == geteuid();
+}
+
 // Writes at most `length` characters in one piece, and loses silently what can't be written.
 void AppendToLogFile(const char* text, std::size_t length) {
   if (log_file_name[0] == '\0') BuildLogFileName();
   // The folder is everybody's: neither a link nor a pipe that someone put there may lead or hold the program.
   constexpr int kFlags = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
-  const int file = open(log_file_name, kFlags, 0666);
+  const int file = open(log_file_name, kFlags, 0664);
   if (file < 0) return;
-  [[maybe_unused]] const ssize_t written = write(file, text, length);
+  if (IsOwnFile(file)) {
+    [[maybe_unused]] const ssize_t written = write(file, text, length);
+  }
   close(file);
 }
+
+bool IsLineEnd(char character) {
+  return character == '\r' || character == '\n';
+}
+
+// A line that is put together in place, as far as FormatString's limit.
+class LogLine {
+ public:
+  void AddHead(const char* tag, unsigned long process, const char* context) {
+    const int length =
+        tag == nullptr ? std::snprintf(text_, sizeof text_, "CIM Provider %lu%s: ", process, context)
+                       : std::snprintf(text_, sizeof text_, "CIM Provider %s %lu%s: ", tag, process, context);
+    length_ = std::min(static_cast<std::size_t>(std::max(length, 0)), kFormatLimit);
+  }
+
+  // Adds a message that may hold bytes of devices, files and words. Only printable ASCII goes in as it is,
+  // any other byte as \xNN, so that no such text begins a line of its own or commands a terminal. What stays
+  // are line ends at the message's end, after which the next line has its own head, and the first `lead`
+  // bytes, which are the format's.
+  void AddMessage(std::string_view message, std::size_t lead) {
+    std::size_t end = message.size();
+    while (end > lead && IsLineEnd(message[end - 1])) --end;
+    for (std::size_t at = 0; at < message.size() && length_ < kFormatLimit; ++at) {
+      if (at < lead || at >= end || (message[at] >= ' ' && message[at] <= '~')) {
+        Add(message[at]);
+      } else {
+        AddEscaped(static_cast<unsigned char>(message[at]));
+      }
+    }
+  }
+
+  // Returns the line with its end, where that still has room.
+  const char* Finish() {
+    Add('\r');
+    Add('\n');
+    text_[length_] = '\0';
+    return text_;
+  }
+
+ private:
+  void Add(char character) {
+    if (length_ < kFormatLimit) text_[length_++] = character;
+  }
+
+  void AddEscaped(unsigned byte) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    for (const char character : {'\\', 'x', kDigits[byte / 16], kDigits[byte % 16]}) Add(character);
+  }
+
+  char text_[kFormatLimit + 1];
+  std::size_t length_ = 0;
+};
 
 void AppendLine(const char* line) {
   timeval now{};
@@ -110,7 +172,7 @@ void DumpMember(const char* prefix, const char* class_name, const char* member, 
   if (DebugMask() == 0) return;
   std::string name;
   FormatString(name, "%s::%s", prefix == nullptr ? "" : prefix, class_name);
-  // The line end is part of the message, and the log adds its own: this is deliberate.
+  // Intended: the line end is part of the message, and the log adds its own.
   DebugLog("%s.%s(%u) at address[%p - 0x%x].\r\n", name.c_str(), member, static_cast<unsigned>(size), address,
            value);
 }
@@ -134,19 +196,16 @@ void DebugLogWriter::Write(const char* tag, const char* context, const char* for
   errno = saved_errno_;  // for a %m in the format
   const int length = std::vsnprintf(message_buffer, sizeof message_buffer, format, arguments);
   if (length < 0) message_buffer[0] = '\0';
-  WriteMessage(tag, context, message_buffer);
+  WriteMessage(tag, context, message_buffer, std::strspn(format, "\r\n"));
 }
 
 // No member is used, but whoever calls this holds the lock.
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
-void DebugLogWriter::WriteMessage(const char* tag, const char* context, const char* message) {
-  const auto process = static_cast<unsigned long>(getpid());
-  // Cut at FormatString's limit, but in place: a line is also written where no memory can be had. A long
-  // message thus loses its line end, which is deliberate.
-  char line[kFormatLimit + 1];
-  const int length =
-      tag == nullptr
-          ? std::snprintf(line, sizeof line, "CIM Provider %lu%s: %s\r\n", process, context, message)
-          : std::snprintf(line, sizeof line, "CIM Provider %s %lu%s: %s\r\n", tag, process, context, message);
-  if (length > 0) AppendLine(line);
+void DebugLogWriter::WriteMessage(const char* tag, const char* context, const char* message,
+                                  std::size_t lead) {
+  // In place: a line is also written where no memory can be had. Intended: a long message loses its line end.
+  LogLine line;
+  line.AddHead(tag, static_cast<unsigned long>(getpid()), context);
+  line.AddMessage(message, lead);
+  AppendLine(line.Finish());
 }

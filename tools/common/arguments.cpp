@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "framework/device_library/harmless_text.h"
+
 namespace tools {
 
 Arguments::Arguments(std::string_view program, const Words& words, std::initializer_list<Option> options)
@@ -76,8 +78,8 @@ long Arguments::Number(std::string_view name, long low, long high, long fallback
 
 ExitStatus Arguments::Refuse(std::string_view what) {
   good_ = false;
-  std::fprintf(stderr, "%s: %.*s\nTry '%s --help'.\n", program_.c_str(), static_cast<int>(what.size()),
-               what.data(), program_.c_str());
+  std::fprintf(stderr, "%s: %s\nTry '%s --help'.\n", program_.c_str(), Harmless(what).c_str(),
+               program_.c_str());
   return kWrongUsage;
 }
 

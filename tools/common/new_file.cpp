@@ -68,7 +68,10 @@ std::string WriteOutput(const std::string& path, std::string_view content, bool 
   if (stat(path.c_str(), &there) == 0 && !S_ISREG(there.st_mode)) {
     const int descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC);
     if (descriptor < 0) return Failure(path);
-    const bool written = WriteAll(descriptor, content);
+    // Put there since: a file is not to be written over from its start.
+    const bool changed = fstat(descriptor, &there) == 0 && S_ISREG(there.st_mode);
+    if (changed) errno = EEXIST;
+    const bool written = !changed && WriteAll(descriptor, content);
     std::string failure = written ? "" : Failure(path);
     close(descriptor);
     return failure;
@@ -79,7 +82,7 @@ std::string WriteOutput(const std::string& path, std::string_view content, bool 
   if (descriptor < 0) return Failure(path);
   const mode_t mask = umask(0);
   umask(mask);
-  bool good = WriteAll(descriptor, content) && fchmod(descriptor, 0666 & ~mask) == 0 && Sync(descriptor);
+  bool good = WriteAll(descriptor, content) && fchmod(descriptor, 0664 & ~mask) == 0 && Sync(descriptor);
   std::string failure = good ? "" : Failure(path);
   if (close(descriptor) != 0 && good) {
     failure = Failure(path);

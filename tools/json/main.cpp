@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "framework/device_library/harmless_text.h"
 #include "runtime/out_of_memory.h"
 #include "tools/common/arguments.h"
 #include "tools/json/conversion.h"
@@ -34,7 +35,7 @@ constexpr const char* kHelp =
     "usage; 3 see --reboot-status.\n";
 
 void Report(const std::string& what) {
-  std::fprintf(stderr, "zfc-json: %s\n", what.c_str());
+  std::fprintf(stderr, "zfc-json: %s\n", Harmless(what).c_str());
 }
 
 // Status 0, with which a program without memory ends, would say that all went well.

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/file.h"
+#include "framework/device_library/harmless_text.h"
 #include "host_file/host_keys.h"
 #include "recorded/recorded_file.h"
 #include "state/state_check.h"
@@ -76,18 +77,19 @@ std::string StateSummary(const lab::StateContent& content) {
 
 // Prints the mistakes of a file, or what it holds. Returns whether it is good.
 bool CheckFile(const std::string& name) {
+  const std::string shown = Harmless(name);
   std::string text;
   if (lab::ReadFile(name.c_str(), text) != lab::FileResult::kRead) {
-    std::printf("%s: can't be read: %s\n", name.c_str(), std::strerror(errno));
+    std::printf("%s: can't be read: %s\n", shown.c_str(), std::strerror(errno));
     return false;
   }
   if (lab::IsRecording(text)) {
     recording::HostRecording recording;
     const std::string wrong = lab::ReadRecording(name, text, recording);
     if (wrong.empty()) {
-      std::printf("%s: good: %s\n", name.c_str(), RecordingSummary(recording).c_str());
+      std::printf("%s: good: %s\n", shown.c_str(), RecordingSummary(recording).c_str());
     } else {
-      std::printf("%s\n", wrong.c_str());
+      std::printf("%s\n", Harmless(wrong, LineEnds::kKept).c_str());
     }
     return wrong.empty();
   }
@@ -97,11 +99,11 @@ bool CheckFile(const std::string& name) {
   const std::string mistakes =
       is_state ? lab::CheckState(name, text, content) : lab::ReadHost(name, text, host);
   if (!mistakes.empty()) {
-    std::printf("%s\n", mistakes.c_str());
+    std::printf("%s\n", Harmless(mistakes, LineEnds::kKept).c_str());
     return false;
   }
   const std::string summary = is_state ? StateSummary(content) : HostSummary(host);
-  std::printf("%s: good: %s\n", name.c_str(), summary.c_str());
+  std::printf("%s: good: %s\n", shown.c_str(), summary.c_str());
   return true;
 }
 

@@ -1,6 +1,7 @@
 // zfc-lab diff: what changed between two hosts.
 #include <cstdio>
 
+#include "framework/device_library/harmless_text.h"
 #include "tools/common/new_file.h"
 #include "tools/lab/command.h"
 #include "tools/lab/diff/hosts.h"
@@ -14,7 +15,7 @@ constexpr const char* kName = "zfc-lab diff";
 tools::ExitStatus Print(const std::string& text) {
   const std::string failure = tools::WriteOutput("", text, false);
   if (failure.empty()) return tools::kGood;
-  std::fprintf(stderr, "%s: %s\n", kName, failure.c_str());
+  std::fprintf(stderr, "%s: %s\n", kName, Harmless(failure).c_str());
   return tools::kMistake;
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/file.h"
+#include "framework/device_library/harmless_text.h"
 #include "images/image_text.h"
 #include "tools/lab/command.h"
 
@@ -75,7 +76,7 @@ tools::ExitStatus Run(const tools::Words& words) {
   for (const std::string& file : arguments.Operands()) {
     const std::string wrong = Seal(file);
     if (wrong.empty()) continue;
-    std::fprintf(stderr, "%s\n", wrong.c_str());
+    std::fprintf(stderr, "%s\n", Harmless(wrong, LineEnds::kKept).c_str());
     status = tools::kMistake;
   }
   return status;

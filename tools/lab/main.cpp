@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string>
 
+#include "framework/device_library/harmless_text.h"
 #include "tools/lab/command.h"
 
 namespace zfc_lab {
@@ -51,7 +52,8 @@ int Run(int count, char** arguments) {
   }
   const Command* const command = FindCommand(arguments[1]);
   if (command == nullptr) {
-    std::fprintf(stderr, "zfc-lab: unknown command '%s'\nTry 'zfc-lab --help'.\n", arguments[1]);
+    std::fprintf(stderr, "zfc-lab: unknown command '%s'\nTry 'zfc-lab --help'.\n",
+                 Harmless(arguments[1]).c_str());
     return tools::kWrongUsage;
   }
   const tools::Words words(arguments + 2, arguments + count);

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "framework/device_library/harmless_text.h"
 #include "tools/common/new_file.h"
 #include "tools/lab/command.h"
 #include "tools/lab/load_host.h"
@@ -42,7 +43,7 @@ tools::ExitStatus Run(const tools::Words& words) {
       output == nullptr ? "" : *output,
       arguments.Has("--text") ? map::TextTree(shown) : map::Picture(shown, name), arguments.Has("--force"));
   if (failure.empty()) return tools::kGood;
-  std::fprintf(stderr, "%s: %s\n", kName, failure.c_str());
+  std::fprintf(stderr, "%s: %s\n", kName, Harmless(failure).c_str());
   return tools::kMistake;
 }
 

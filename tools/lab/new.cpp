@@ -7,6 +7,7 @@
 #include "base/limits.h"
 #include "base/named_number.h"
 #include "device/family_table.h"
+#include "framework/device_library/harmless_text.h"
 #include "tools/common/new_file.h"
 #include "tools/lab/command.h"
 
@@ -135,7 +136,7 @@ tools::ExitStatus Run(const tools::Words& words) {
   const std::string failure =
       tools::WriteOutput(output != nullptr ? *output : "", HostText(plan), arguments.Has("--force"));
   if (failure.empty()) return tools::kGood;
-  std::fprintf(stderr, "zfc-lab new: %s\n", failure.c_str());
+  std::fprintf(stderr, "zfc-lab new: %s\n", Harmless(failure).c_str());
   return tools::kMistake;
 }
 

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 
+#include "framework/device_library/harmless_text.h"
 #include "lab.h"
 #include "state/reboot.h"
 #include "tools/lab/command.h"
@@ -42,7 +43,7 @@ tools::ExitStatus Run(const tools::Words& words) {
   }
   const std::string wrong = Play(operands[0], operands.size() > 1 ? operands[1] : "");
   if (wrong.empty()) return tools::kGood;
-  std::fprintf(stderr, "%s\n", wrong.c_str());
+  std::fprintf(stderr, "%s\n", Harmless(wrong, LineEnds::kKept).c_str());
   return tools::kMistake;
 }
 

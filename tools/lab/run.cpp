@@ -10,6 +10,7 @@
 
 #include "base/faults.h"
 #include "base/file.h"
+#include "framework/device_library/harmless_text.h"
 #include "tools/lab/command.h"
 #include "tools/lab/private_staging.h"
 #include "tools/lab/sibling.h"
@@ -39,7 +40,7 @@ constexpr char kName[] = "zfc-lab run";
 constexpr char kLibrary[] = "libtorpifconly.so";
 
 void Report(const std::string& text) {
-  std::fprintf(stderr, "%s: %s\n", kName, text.c_str());
+  std::fprintf(stderr, "%s: %s\n", kName, Harmless(text).c_str());
 }
 
 // Why the library in this folder must not be used, or an empty text. An installation may have the library of
@@ -111,7 +112,7 @@ tools::ExitStatus Run(const Words& words) {
   SetVariable("TORPI_LAB_TRACE", arguments.Has("--trace") ? "/dev/stderr" : "");
   const std::string staged = state == nullptr ? "" : *state + ".staged";
   // A new folder's name is on the disk before what is staged in it.
-  if (!staged.empty() && (mkdir(staged.c_str(), 0777) == 0 ? !lab::SyncFolderOf(staged) : errno != EEXIST)) {
+  if (!staged.empty() && (mkdir(staged.c_str(), 0775) == 0 ? !lab::SyncFolderOf(staged) : errno != EEXIST)) {
     Report(staged + ": can't be made: " + std::strerror(errno));
     return tools::kMistake;
   }

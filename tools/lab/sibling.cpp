@@ -8,6 +8,8 @@
 #include <cstring>
 #include <vector>
 
+#include "framework/device_library/harmless_text.h"
+
 namespace zfc_lab {
 
 std::string OwnFolder() {
@@ -26,7 +28,8 @@ tools::ExitStatus Execute(const char* command, const std::string& program, const
   for (std::string& argument : arguments) pointers.push_back(argument.data());
   pointers.push_back(nullptr);
   execv(program.c_str(), pointers.data());
-  std::fprintf(stderr, "%s: %s: can't be run: %s\n", command, program.c_str(), std::strerror(errno));
+  std::fprintf(stderr, "%s: %s: can't be run: %s\n", command, Harmless(program).c_str(),
+               std::strerror(errno));
   return tools::kMistake;
 }
 

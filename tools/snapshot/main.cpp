@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "framework/device_library/harmless_text.h"
 #include "recording/recording_text.h"
 #include "runtime/out_of_memory.h"
 #include "tools/common/arguments.h"
@@ -76,7 +77,7 @@ class OwnOutput {
 // A message is a remark of YAML: where one file takes standard output and standard error, as in a support
 // bundle, it is still the snapshot.
 void Say(const std::string& what) {
-  std::fprintf(stderr, "# %s: %s\n", kProgram, what.c_str());
+  std::fprintf(stderr, "# %s: %s\n", kProgram, Harmless(what).c_str());
 }
 
 tools::ExitStatus Snapshot(const tools::Arguments& arguments) {

@@ -1,8 +1,10 @@
 #include "config/staged/file_ops.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -53,10 +55,34 @@ bool Finish(File file, FileOps::Reach reach) {
   return std::fclose(file.release()) == 0 && written;
 }
 
+// Opens a file for reading. Null also for a pipe, whose opening would wait for a writer, and for a device,
+// whose reading might never end. A folder opens, and can't be read.
+File OpenSource(const char* path) {
+  struct stat status;
+  if (stat(path, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) return nullptr;
+  return File(std::fopen(path, "r"));
+}
+
+// True for a regular file under one name alone. A link of either kind would lead to another file.
+bool IsStale(const char* path) {
+  struct stat status;
+  return lstat(path, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1;
+}
+
+// Opens a new file for writing, in place of a stale one; null for anything else that has its name.
+File OpenNew(const char* path) {
+  constexpr const char* kOnlyNew = "w+x";
+  File file(std::fopen(path, kOnlyNew));
+  if (file == nullptr && errno == EEXIST && IsStale(path) && unlink(path) == 0) {
+    file.reset(std::fopen(path, kOnlyNew));
+  }
+  return file;
+}
+
 // Makes the file with this one line, under its own name: a run that ends early leaves it empty, and a loss of
 // power may cut it. A line that cannot be written leaves no file.
 bool CreateWithLine(const char* path, const std::string& line, FileOps::Reach reach) {
-  File file(std::fopen(path, "w+"));
+  File file = OpenNew(path);
   if (file == nullptr) return false;
   Write(file.get(), line);
   if (Finish(std::move(file), reach)) return true;
@@ -125,11 +151,11 @@ int FileOps::UpdateKeyValueInFile(const char* path, const char* key, const char*
   std::string temporary = std::string(path) + "_tmp";
   const std::string line = std::string(key) + "=" + value + "\n";
 
-  File source(std::fopen(path, "r"));
+  File source = OpenSource(path);
   if (source == nullptr) {
     return CreateWithLine(path, line, reach) ? kDone : Fail(kFailed, __func__, "cannot create", path);
   }
-  File target(std::fopen(temporary.c_str(), "w+"));
+  File target = OpenNew(temporary.c_str());
   if (target == nullptr) {
     return Fail(kFailed, __func__, "cannot open", temporary.c_str());
   }

@@ -18,6 +18,14 @@ int stat(const char* path, struct stat* status) noexcept {
   return static_cast<int>(syscall(SYS_stat, path, status));
 }
 
+int lstat(const char* path, struct stat* status) noexcept {
+  return static_cast<int>(syscall(SYS_lstat, path, status));
+}
+
+int fstat(int descriptor, struct stat* status) noexcept {
+  return static_cast<int>(syscall(SYS_fstat, descriptor, status));
+}
+
 // Since 2.30.
 pid_t gettid() noexcept {
   return static_cast<pid_t>(syscall(SYS_gettid));

@@ -42,7 +42,7 @@ void ZNDM_DebugPrint(const char* tag, const char* text) {
 
 void WriteApiLog(const char* line) {
   constexpr int kFlags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
-  const int file = open(kApiLogFile, kFlags, 0666);
+  const int file = open(kApiLogFile, kFlags, 0664);
   if (file < 0) {
     ReportFailedOpen(errno);
     return;

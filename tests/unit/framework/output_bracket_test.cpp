@@ -1,7 +1,9 @@
 #include "framework/output_bracket.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -165,6 +167,31 @@ TEST_F(Bracket, CreatesNothingThroughADanglingLink) {
   std::filesystem::create_symlink(target, kFile);
   ExpectDoesNotOpen();
   EXPECT_FALSE(std::filesystem::exists(target));
+}
+
+TEST_F(Bracket, LeavesAFileWithAnotherNameAlone) {
+  const std::string target = std::string(kFile) + ".target";
+  WriteContent(target, "not ours");
+  ASSERT_EQ(link(target.c_str(), kFile), 0);
+  ExpectDoesNotOpen();
+  EXPECT_EQ(ContentOf(target), "not ours");
+  ASSERT_EQ(unlink(target.c_str()), 0);
+  const OutputBracket bracket(kFunction);
+  EXPECT_TRUE(bracket.IsOpen());
+}
+
+TEST_F(Bracket, IsNotHeldByAFullPipe) {
+  ASSERT_EQ(mkfifo(kFile, 0600), 0);
+  const int pipe = open(kFile, O_RDWR | O_NONBLOCK);
+  const std::string block(4096, 'x');
+  while (write(pipe, block.data(), block.size()) > 0) {
+  }
+  {
+    const OutputBracket bracket(kFunction);
+    EXPECT_TRUE(bracket.IsOpen());
+    std::printf("%s", block.c_str());
+  }
+  close(pipe);
 }
 
 TEST_F(Bracket, OpensAgainOnceItsFileCanBe) {

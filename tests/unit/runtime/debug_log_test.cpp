@@ -191,6 +191,32 @@ TEST_F(DebugLogTest, KeepsPercentSignsInArguments) {
   EXPECT_EQ(Lines(), Strings{Head() + "100% %s %n"});
 }
 
+// What comes from outside makes no line of its own, and nothing in it is obeyed by a terminal.
+TEST_F(DebugLogTest, ShowsOtherBytesThanPrintableOnesAsNumbers) {
+  SetMask("1");
+  DebugLog("got %s", "a\nb\r\n\tc\x1b[2J\x7f\xc2\x9b~ \\");
+  EXPECT_EQ(WithoutTime(Content()), Head() + R"(got a\x0ab\x0d\x0a\x09c\x1b[2J\x7f\xc2\x9b~ \)" + "\r\n");
+}
+
+TEST_F(DebugLogTest, KeepsLineEndsAtTheEndOfAMessage) {
+  SetMask("1");
+  DebugLog("%s", "text\r\n\n");
+  EXPECT_EQ(WithoutTime(Content()), Head() + "text\r\n\n\r\n");
+}
+
+TEST_F(DebugLogTest, KeepsLineEndsAtTheStartOfAFormatAndOfNoText) {
+  SetMask("1");
+  DebugLog("\r\n%s", "\ntext");
+  EXPECT_EQ(WithoutTime(Content()), Head() + "\r\n\\x0atext\r\n");
+}
+
+TEST_F(DebugLogTest, NumberAtTheEndOfALineIsCutWithIt) {
+  SetMask("1");
+  const std::string message(1024 - Head().size() - 2, 'x');
+  DebugLog("%s\n!", message.c_str());
+  EXPECT_EQ(WithoutTime(Content()), Head() + message + "\\x");
+}
+
 TEST_F(DebugLogTest, FailedConversionLeavesTheMessageEmpty) {
   SetMask("1");
   DebugLog("before");
@@ -234,6 +260,28 @@ TEST_F(DebugLogTest, SymbolicLinkIsNotFollowed) {
   struct stat status {};
   ASSERT_EQ(lstat(path_.c_str(), &status), 0);
   EXPECT_TRUE(S_ISLNK(status.st_mode));
+}
+
+TEST_F(DebugLogTest, FileWithAnotherNameIsLeftAlone) {
+  const std::string target = path_ + ".target";
+  WriteContent(target, "not ours\n");
+  ASSERT_EQ(link(target.c_str(), path_.c_str()), 0);
+  SetMask("1");
+  DebugLog("plain");
+  EXPECT_EQ(ContentOf(target), "not ours\n");
+  ASSERT_EQ(unlink(target.c_str()), 0);
+  DebugLog("plain");
+  EXPECT_EQ(WithoutTime(Content().substr(9)), Head() + "plain\r\n");
+}
+
+TEST_F(DebugLogTest, NoBitsOfTheMaskMakeTheFileWritableForEverybody) {
+  SetMask("1");
+  const mode_t mask = umask(0);
+  DebugLog("plain");
+  umask(mask);
+  struct stat status {};
+  ASSERT_EQ(stat(path_.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode, static_cast<mode_t>(S_IFREG | 0664));
 }
 
 TEST_F(DebugLogTest, PipeInPlaceOfTheFileDoesNotHoldTheProgram) {

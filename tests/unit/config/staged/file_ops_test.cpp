@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <string>
 
 #include "support/unit_debug_log.h"
@@ -16,6 +18,23 @@
 namespace {
 
 using std::string_literals::operator""s;
+
+// While an object lives, no file grows beyond `size`: its write fails, as on a full disk.
+class LargestFile {
+ public:
+  explicit LargestFile(rlim_t size) {
+    signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &usual_);
+    const rlimit limit = {size, usual_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~LargestFile() { setrlimit(RLIMIT_FSIZE, &usual_); }
+  LargestFile(const LargestFile&) = delete;
+  LargestFile& operator=(const LargestFile&) = delete;
+
+ private:
+  rlimit usual_{};
+};
 
 class FileOpsTest : public testing::Test {
  protected:
@@ -223,14 +242,17 @@ TEST_F(FileOpsLogTest, EveryFailureToReplaceAFileHasALine) {
   const std::string path = folder / "staged";
   const std::string temporary = path + "_tmp";
   const std::string head = Head("DEBUG      ") + "FileOps::UpdateKeyValueInFile: ";
-  WriteContent(path, "A=1\n");
+  const std::string content = "A=1\n#" + std::string(20000, 'x') + "\n";
+  WriteContent(path, content);
   SetMask("4");
   ASSERT_EQ(symlink("/no/such/file", temporary.c_str()), 0);
   EXPECT_EQ(FileOps::UpdateKeyValueInFile(path.c_str(), "A", "2"), 19);
   ASSERT_EQ(unlink(temporary.c_str()), 0);
-  ASSERT_EQ(symlink("/dev/full", temporary.c_str()), 0);
-  EXPECT_EQ(FileOps::UpdateKeyValueInFile(path.c_str(), "A", "2"), 19);
-  EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(temporary)));
+  {
+    const LargestFile limit(16384);  // the log needs less
+    EXPECT_EQ(FileOps::UpdateKeyValueInFile(path.c_str(), "A", "2"), 19);
+  }
+  EXPECT_FALSE(std::filesystem::exists(temporary));
   EXPECT_EQ(Lines(), (std::vector<std::string>{head + "cannot open " + temporary,
                                                head + "cannot write " + temporary}));
   // A file that something is mounted on cannot be removed.
@@ -238,7 +260,7 @@ TEST_F(FileOpsLogTest, EveryFailureToReplaceAFileHasALine) {
   EXPECT_EQ(FileOps::UpdateKeyValueInFile(path.c_str(), "A", "2"), 19);
   EXPECT_EQ(umount(path.c_str()), 0);
   EXPECT_EQ(Lines().back(), head + "cannot replace " + path);
-  EXPECT_EQ(ContentOf(path), "A=1\n");
+  EXPECT_EQ(ContentOf(path), content);
 }
 
 TEST_F(FileOpsTest, AnUpdateForTheDiskWaitsForTheCopyAndItsName) {
@@ -307,6 +329,43 @@ TEST_F(FileOpsLogTest, StepsHaveTheirValues) {
   const std::string head = Head("INFORMATION") + "FileOps::GetKeyValueFromFile: ";
   EXPECT_EQ(Lines(), (std::vector<std::string>{head + "Entered", head + "/var/tmp/steps: A", head + "A=1",
                                                head + "Exiting"}));
+}
+
+TEST_F(FileOpsTest, NothingIsWrittenThroughALinkInPlaceOfTheTemporaryFile) {
+  const std::string victim = folder_ / "victim";
+  WriteContent(victim, "not ours");
+  WriteContent(path_, "Data_Rate=3\n");
+  for (const auto link : {&symlink, &::link}) {
+    ASSERT_EQ(link(victim.c_str(), temporary_.c_str()), 0);
+    EXPECT_EQ(Update("Data_Rate", "7"), 19);
+    EXPECT_EQ(ContentOf(victim), "not ours");
+    EXPECT_EQ(ContentOf(path_), "Data_Rate=3\n");
+    ASSERT_EQ(unlink(temporary_.c_str()), 0);
+  }
+}
+
+TEST_F(FileOpsTest, NothingIsMadeThroughADanglingLink) {
+  const std::string victim = folder_ / "victim";
+  ASSERT_EQ(symlink(victim.c_str(), path_.c_str()), 0);
+  EXPECT_EQ(Update("Data_Rate", "7"), 19);
+  EXPECT_FALSE(std::filesystem::exists(victim));
+}
+
+TEST_F(FileOpsTest, APipeDoesNotHoldTheProgram) {
+  ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
+  EXPECT_EQ(Update("Data_Rate", "7"), 19);
+  ASSERT_EQ(unlink(path_.c_str()), 0);
+  WriteContent(path_, "Data_Rate=3\n");
+  ASSERT_EQ(mkfifo(temporary_.c_str(), 0600), 0);
+  EXPECT_EQ(Update("Data_Rate", "7"), 19);
+  EXPECT_EQ(ContentOf(path_), "Data_Rate=3\n");
+}
+
+TEST_F(FileOpsTest, ADeviceWithoutAnEndIsNoSource) {
+  ASSERT_EQ(symlink("/dev/zero", path_.c_str()), 0);
+  const LargestFile limit(1 << 20);
+  EXPECT_EQ(Update("Data_Rate", "7"), 19);
+  EXPECT_FALSE(TemporaryExists());
 }
 
 TEST_F(FileOpsTest, AReadTakesAnySeparator) {
