@@ -79,7 +79,7 @@ std::uint32_t WriteInPlace(const char* path, const std::string& content) {
 mode_t ModeOfNewFile() {
   const mode_t mask = umask(0);
   umask(mask);
-  return 0666 & ~mask;
+  return 0664 & ~mask;
 }
 
 }  // namespace
