@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -121,6 +122,8 @@ int FileOps::UpdateKeyValueInFile(const char* path, const char* key, const char*
   const std::string line = std::string(key) + "=" + value + "\n";
 
   File source(std::fopen(path, "r"));
+  // A file that is there but can't be opened now, for want of memory say, keeps its lines.
+  if (source == nullptr && errno != ENOENT) return Fail(kFailed, __func__, "cannot read", path);
   if (source == nullptr) {
     return CreateWithLine(path, line) ? kDone : Fail(kFailed, __func__, "cannot create", path);
   }
@@ -170,5 +173,5 @@ int FileOps::GetKeyValueFromFile(const char* path, const char* key, char* value,
     DebugLogLevel(kDebugTrace, "FileOps::%s: %s=%s", __func__, key, value);
     return kFound;
   }
-  return kNotFound;
+  return std::ferror(file.get()) == 0 ? kNotFound : Fail(kNotReadable, __func__, "cannot read", path);
 }

@@ -31,6 +31,10 @@ class StagedFile {
   bool Find(const std::string& key, std::string& value) const;
   bool FindNumber(const std::string& key, std::uint32_t& number) const;
 
+  // kFileNotFound, with a line in the log, when a look-up so far could not read the file: its answer, that
+  // the key is not there, then means nothing, and nothing may be done on it.
+  StatusCode CheckReads(const CommandRun& run) const;
+
   // Writes the values, each with a pass of its own over the file. kFileNotFound, with a line in the log, at
   // the first failure; what was written before it stays.
   StatusCode Write(const CommandRun& run, const StagedValues& values) const;
@@ -41,4 +45,5 @@ class StagedFile {
  private:
   std::string path_;
   std::size_t value_size_;
+  mutable bool is_unreadable_ = false;
 };

@@ -1,0 +1,70 @@
+"""Runs of leaves on the built-in host by one server, each from the same files."""
+
+from contextlib import contextmanager
+
+from exhaustion import Server
+from outcomes import Folders, mistake, mistake_in_files
+from zfc.reference import CLOCK, give_examples
+from zfc.runner import SANITIZED, EXECUTABLE
+import subprocess
+
+
+class Bench:
+    def __init__(self, zfc):
+        self.zfc = zfc
+        give_examples(zfc)
+        env = {"TORPI_LAB_TIME": CLOCK, "TORPI_LAB_STATE": str(zfc.work / "state.yaml")}
+        self.env = zfc.command([], library="simulated", env=env)[1]
+        self.server = Server(zfc, library="simulated")
+        self.folders = Folders(zfc)
+        self.server.run(["version"], self.env, warm=1)  # from here on the private folders are laid out
+        self._clean = self.folders.read()
+
+    def close(self):
+        self.server.close()
+
+    @contextmanager
+    def leaf(self, leaf, **options):
+        """The files as the runs that come first leave them, for the runs of a test."""
+        for words in leaf.before:
+            done = self.server.run(words, self.env, warm=1)
+            assert done.status == 0 and done.stderr == b"", (words, done)
+        try:
+            yield Runs(self, leaf, options)
+        finally:
+            self.folders.restore(self._clean, self.folders.read())
+
+
+class Runs:
+    """Runs of one leaf; each starts from the same files."""
+
+    def __init__(self, bench, leaf, options):
+        self._bench = bench
+        self.leaf = leaf
+        self._options = {"warm": 1, **options}
+        self.before = bench.folders.read()
+        self.good = self.run()
+        self.after = self.found
+        assert self.good.status == 0 and self.good.stderr == b"", self.good
+        self._verdicts = {}
+
+    def run(self, **options):
+        run = self._bench.server.run(self.leaf.words, self._bench.env, **{**self._options, **options})
+        self.found = self._bench.folders.read()
+        if self.found != self.before:
+            self._bench.folders.restore(self.before, self.found)
+        return run
+
+    def verdict(self, run, allowed):
+        key = (run.status, run.stdout, run.stderr, tuple(allowed), tuple(self.found.items()))
+        if key not in self._verdicts:
+            wrong = mistake(run, self.good, allowed)
+            self._verdicts[key] = wrong or mistake_in_files(self.found, self.before, self.after)
+        return self._verdicts[key]
+
+
+def places(addresses):
+    """Functions and lines of addresses in the program."""
+    words = ["addr2line", "-Cfse", str(EXECUTABLE), *(hex(address - 1) for address in addresses)]
+    lines = subprocess.run(words, capture_output=True, text=True).stdout.splitlines()
+    return [f"{name.split('(')[0][-60:]} {place}" for name, place in zip(lines[::2], lines[1::2])]
