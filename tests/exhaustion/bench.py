@@ -3,7 +3,7 @@
 from contextlib import contextmanager
 
 from exhaustion import Server
-from outcomes import Folders, mistake, mistake_in_files
+from outcomes import Folders, is_same, mistake, mistake_in_files
 from zfc.reference import CLOCK, give_examples
 from zfc.runner import SANITIZED, EXECUTABLE
 import subprocess
@@ -55,12 +55,17 @@ class Runs:
             self._bench.folders.restore(self.before, self.found)
         return run
 
-    def verdict(self, run, allowed):
-        key = (run.status, run.stdout, run.stderr, tuple(allowed), tuple(self.found.items()))
+    def verdict(self, run, allowed, may_stay=()):
+        """Why the run did not end in one of the allowed ways; None when it did."""
+        key = (run.status, run.stdout, run.stderr, tuple(allowed), tuple(may_stay), tuple(self.found.items()))
         if key not in self._verdicts:
-            wrong = mistake(run, self.good, allowed)
-            self._verdicts[key] = wrong or mistake_in_files(self.found, self.before, self.after)
+            self._verdicts[key] = mistake(run, self.good, allowed) or self.mistake_in_files(run, may_stay)
         return self._verdicts[key]
+
+    def mistake_in_files(self, run, may_stay=()):
+        # Whoever reads a success relies on the files of a success.
+        before = self.after if is_same(run, self.good) else self.before
+        return mistake_in_files(self.found, before, self.after, may_stay)
 
 
 def places(addresses):

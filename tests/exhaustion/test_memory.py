@@ -5,7 +5,7 @@ import pytest
 from bench import places
 from exhaustion import FUNCTIONS, LIBRARY, MEMORY, PROGRAM, signal_name
 from leaves import LEAVES
-from outcomes import AGAIN, EMPTY, ENDED, SAME, SILENT, TABLE, documents, is_whole, mistake_in_files, no_file, of_memory
+from outcomes import AGAIN, EMPTY, ENDED, SAME, SILENT, TABLE, documents, is_whole, no_file, of_memory
 
 
 # Of a change that the library saves there are many thousands, most of them of its YAML reader: the first, and from
@@ -74,7 +74,7 @@ def test_of_the_device_library(bench, leaf, record_property):
                 run = runs.run(watch=MEMORY, owners=LIBRARY, at=number, onward=onward)
                 why = None if run.status == 0 else f"ended with {signal_name(run.status)}"
                 why = why or (None if all(map(is_whole, documents(run.stdout))) else "not whole")
-                if why := why or mistake_in_files(runs.found, runs.before, runs.after):
+                if why := why or runs.mistake_in_files(run):
                     wrong.append(described(runs, number, onward, why, {"owners": LIBRARY}))
         record_property("requests", count)
         assert not wrong, f"{len(wrong)} of {count}:\n" + "\n".join(wrong[:4])
