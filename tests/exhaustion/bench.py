@@ -49,7 +49,7 @@ class Runs:
         self._verdicts = {}
 
     def run(self, **options):
-        run = self._bench.server.run(self.leaf.words, self._bench.env, **{**self._options, **options})
+        run = self._bench.server.run(self.leaf.words, self._bench.env, stdin=self.leaf.stdin, **{**self._options, **options})
         self.found = self._bench.folders.read()
         if self.found != self.before:
             self._bench.folders.restore(self.before, self.found)
@@ -65,7 +65,9 @@ class Runs:
     def mistake_in_files(self, run, may_stay=()):
         # Whoever reads a success relies on the files of a success.
         before = self.after if is_same(run, self.good) else self.before
-        return mistake_in_files(self.found, before, self.after, may_stay)
+        # The mirror of a session is written line by line.
+        mirror = ["session.txt"] if self.leaf.plain == "shell" else []
+        return mistake_in_files(self.found, before, self.after, [*may_stay, *mirror])
 
 
 def places(addresses):

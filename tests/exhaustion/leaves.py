@@ -14,6 +14,7 @@ class Leaf:
     words: list
     before: list = field(default_factory=list)  # words of the runs that come first
     variant: str = ""
+    stdin: bytes = b""
 
     def __str__(self):
         return f"{self.node}-{self.word}{self.variant}"
@@ -67,4 +68,13 @@ def leaves():
             yield Leaf(node_id, word, plain, [word, "session.txt"], variant="-file")
 
 
-LEAVES = list(leaves())
+# What is typed at the prompt; the end of the input ends the second one.
+SHELL = [
+    Leaf("root", "shell", "shell", [], variant=variant, stdin=typed)
+    for variant, typed in (
+        ("", b"version\n\n-t adapter list\nlog session.txt\nversion\nlog\n'no end\nq\n"),
+        ("-end", b"-t port listcli\nno such command\nq now\n"),
+    )
+]
+
+LEAVES = [*leaves(), *SHELL]

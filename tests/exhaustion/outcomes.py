@@ -17,10 +17,16 @@ MESSAGE = b"zfcesxcli: out of memory\n"
 
 # Ends of a run: as the good one; without memory; an empty report; nothing at all. A text is the message of a document.
 SAME, ENDED, EMPTY, SILENT = "@same", "@ended", "@empty", "@silent"
+CUT, HOLED = "@cut", "@holed"  # the good output up to some byte, or without some bytes in a row
+TEXT = "@text: "  # the text that follows and nothing else
+SESSION = "@session"  # each answer at the prompt as ever or a sentence of the prompt
+PROMPT = b"$>"
 AGAIN = "@again: "  # the good document, then one with the message that follows
 
 
 def no_file(leaf):
+    if leaf.name in TABLE["no_file_text"]:
+        return TEXT + TABLE["no_file_text"][leaf.name]
     return TABLE["no_file_of"].get(leaf.node, TABLE["no_file"])
 
 
@@ -146,6 +152,24 @@ def _is_empty(output, whole):
     return is_whole(output) and re.search(rb"</?(?!string>)[a-z]+", cut.replace(b"<string>", b"")) is None
 
 
+def _mistake_in_session(run, good):
+    """Each line is answered as ever, or with one of the sentences of the prompt; only the last answer may be cut."""
+    answers = run.stdout.split(PROMPT)
+    for place, (answer, then) in enumerate(zip(answers, good.stdout.split(PROMPT))):
+        is_said = any(answer == text.encode() for text in TABLE["said_at_prompt"])
+        is_last = place == len(answers) - 1 and run.stderr == MESSAGE
+        if answer != then and not is_said and not (is_last and _is_ended(answer, then)):
+            return f"answer {place}: {answer[-200:]!r}"
+    return None
+
+
+def _is_cut(output, whole, may_go_on):
+    if not may_go_on:
+        return whole.startswith(output)
+    length = len(os.path.commonprefix([output, whole]))
+    return len(output) < len(whole) and whole.endswith(output[length:])
+
+
 def _is_failed(output, whole, message):
     """A document of the same structure with this message and nothing that was read."""
     if _message(output) != message or not is_whole(output) or _structure(output) != _structure(whole):
@@ -178,7 +202,7 @@ def mistake(run, good, allowed):
             is_failed = any(_is_failed(run.stdout, good.stdout, message) for message in failures)
             if run.stderr == MESSAGE and (_is_ended(run.stdout, good.stdout) or is_failed):
                 return None
-        elif run.stderr != good.stderr:
+        elif end != SESSION and run.stderr != good.stderr:
             continue
         elif end == SAME:
             if run.stdout == good.stdout:
@@ -188,6 +212,15 @@ def mistake(run, good, allowed):
                 return None
         elif end == EMPTY:
             if _is_empty(run.stdout, good.stdout):
+                return None
+        elif end in (CUT, HOLED):
+            if _is_cut(run.stdout, good.stdout, end == HOLED):
+                return None
+        elif end == SESSION:
+            if run.stderr == MESSAGE or run.stderr == good.stderr:
+                return _mistake_in_session(run, good)
+        elif end.startswith(TEXT):
+            if run.stdout == end.removeprefix(TEXT).encode():
                 return None
         elif end.startswith(AGAIN):
             if _is_again(run.stdout, good.stdout, end.removeprefix(AGAIN), EMPTY in allowed):
@@ -207,7 +240,7 @@ def _keys(content):
 
 def is_same(run, good):
     """Whether the run printed what a good one prints."""
-    return (run.stdout, run.stderr, run.status) == (good.stdout, good.stderr, good.status)
+    return run.stdout != b"" and (run.stdout, run.stderr, run.status) == (good.stdout, good.stderr, good.status)
 
 
 def mistake_in_files(found, before, after, may_stay=()):

@@ -9,12 +9,12 @@ import pytest
 from bench import places
 from exhaustion import CALLS, FAILS, LIBRARY, PROGRAM, SHORT, signal_name
 from leaves import LEAVES
-from outcomes import AGAIN, SAME, SILENT, TABLE, documents, is_whole, no_file, no_stream
+from outcomes import AGAIN, CUT, HOLED, SAME, SESSION, SILENT, documents, is_whole, no_file, no_stream
 
 READ, WRITE, CLOSE, STAT, FSTAT, IOCTL, NANOSLEEP, FLOCK, FSYNC, RENAME, UNLINK, READLINK, FCHMOD = (
     0, 1, 3, 4, 5, 16, 35, 73, 74, 82, 87, 89, 91,
 )  # fmt: skip
-OPENAT, FSTATAT = 257, 262
+OPENAT, FSTATAT, PPOLL = 257, 262, 271
 STANDARD_OUTPUT = 1
 
 
@@ -40,7 +40,10 @@ OF_PROGRAM = [
     Fault(WRITE),
     Fault(WRITE, onward=1),
     Fault(READ, errno.EIO),
+    Fault(READ, errno.EINTR),
     Fault(READ, onward=1),
+    Fault(PPOLL, errno.EINTR),
+    Fault(NANOSLEEP, errno.EINTR),
     Fault(OPENAT, errno.EMFILE),
     Fault(OPENAT, errno.EMFILE, onward=1),
     Fault(CLOSE, errno.EIO),
@@ -71,6 +74,11 @@ def is_quiet_loss(leaf, fault):
 
 def ends_of(leaf, fault, event, streams):
     """How the run may end. Where the text of the document itself is lost, nobody is left to say so."""
+    is_document_lost = event.what == WRITE and event.size == STANDARD_OUTPUT and fault.error != 0
+    if is_document_lost:
+        return [CUT if fault.onward else HOLED]
+    if leaf.plain == "shell":
+        return [SESSION]
     if fault.error == 0:
         return [SAME]
     if event.what == OPENAT and event.via == "open":
@@ -81,8 +89,6 @@ def ends_of(leaf, fault, event, streams):
         ends = [no_file(leaf)]
         # The removal of a staged file after its commit, whose failure is logged.
         return [*ends, SAME] if event.what == UNLINK and leaf.plain == "set" else ends
-    if event.what == WRITE and event.size == STANDARD_OUTPUT:
-        return [SAME, SILENT]
     # What the library printed, or a file that was only read, is lost unseen; a staged file that is lost is a failure, and
     # a success is one for its files too.
     return [SAME, no_file(leaf)] if event.what in (WRITE, CLOSE) else [SAME]
