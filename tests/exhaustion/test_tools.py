@@ -1,0 +1,153 @@
+"""The tools without memory, and with every system call failing: a message, a status of their own, and no file half
+written."""
+
+import errno
+import tempfile
+from dataclasses import dataclass, field
+from pathlib import Path
+
+import pytest
+import yaml
+
+from bench import Bench
+from exhaustion import CALLS, FAILS, MEMORY, SHORT, signal_name
+from leaves import Leaf
+from test_memory import library_requests
+from test_system_calls import CLOSE, FSTATAT, FSYNC, OPENAT, READ, RENAME, UNLINK, WRITE, Fault
+from zfc.runner import BUILD, ROOT, Zfc
+
+DOCUMENT = b"""<?xml version="1.0"?><output xmlns:esxcli="znfc">
+<structure typeName="FECInfo">
+<field name="Message">
+<string>Success</string></field>
+<field name="FEC">
+<list type="structure">
+<structure typeName="FECList">
+<field name="Data">
+<string>FEC Status: true
+      Errors: 41
+</string></field>
+</structure>
+</list>
+</field>
+</structure>
+</output>
+"""
+
+
+@dataclass
+class Tool:
+    program: str
+    words: list
+    failed: int  # the status of a failure
+    message: bytes  # what standard error begins with then
+    stdin: bytes = b""
+    files: dict = field(default_factory=dict)  # those that are there at the start
+    runs_others: bool = False  # the filter of system calls would end the other program
+    taken: str = ""  # the file for whatever the device library answers, its failures included
+
+    def __str__(self):
+        return " ".join([self.program, *self.words])
+
+
+LAB = {"failed": 1, "message": b"zfc-lab: "}
+HOST = "adapters:\n  - family: elm\n    model: ZX160\n    serial: E1\n    ports:\n      - wwpn: 21:00:f4:c7:aa:00:00:01\n"
+OTHER = HOST.replace("E1", "E2")
+TOOLS = [
+    Tool("zfc-json", [], 2, b"zfc-json: ", stdin=2 * DOCUMENT),
+    Tool("zfc-json", ["--stream", "--parsed-only"], 2, b"zfc-json: ", stdin=DOCUMENT),
+    Tool("zfc-json", ["--", "-t", "port", "list"], 2, b"zfc-json: ", runs_others=True),
+    Tool("zfc-snapshot", ["-o", "host.yaml"], 1, b"# zfc-snapshot: ", taken="host.yaml"),
+    Tool("zfc-snapshot", ["-o", "host.yaml", "--force", "--anonymise"], 1, b"# zfc-snapshot: ", files={"host.yaml": "old\n"}, taken="host.yaml"),
+    Tool("zfc-lab", ["new", "-o", "new.yaml"], **LAB),
+    Tool("zfc-lab", ["check", "host.yaml"], files={"host.yaml": HOST}, **LAB),
+    Tool("zfc-lab", ["map", "--text", "host.yaml"], files={"host.yaml": HOST}, **LAB),
+    Tool("zfc-lab", ["map", "-o", "host.svg", "--force", "host.yaml"], files={"host.yaml": HOST, "host.svg": "old"}, **LAB),
+    Tool("zfc-lab", ["diff", "--json", "host.yaml", "other.yaml"], files={"host.yaml": HOST, "other.yaml": OTHER}, **LAB),
+    Tool("zfc-lab", ["reboot", "state.yaml", "host.yaml"], files={"host.yaml": HOST, "state.yaml": "reboot-required: true\n"}, **LAB),
+    Tool("zfc-lab", ["flash-image", "a.img"], files={"a.img": (ROOT / "examples/flash/damaged.img").read_text()}, **LAB),
+    Tool("zfc-lab", ["run", "host.yaml", "--", "version"], files={"host.yaml": HOST}, runs_others=True, **LAB),
+    Tool("zfc-lab", ["snapshot", "-o", "taken.yaml"], runs_others=True, **LAB),
+]  # fmt: skip
+
+
+@pytest.fixture
+def tool_runs(request):
+    tool = request.param
+    with tempfile.TemporaryDirectory() as folder:
+        zfc = Zfc(Path(folder) / "run")
+        for name, text in tool.files.items():
+            zfc.file(name, text.encode())
+        bench = Bench(zfc, program=BUILD / "bin" / tool.program)
+        leaf = Leaf(tool.program, tool.program, "", tool.words, stdin=tool.stdin)
+        try:
+            yield bench.runs(leaf, {0, 1})
+        finally:
+            bench.close()
+
+
+def mistake(tool, runs, run):
+    """Why this is neither a good run nor a failure that says so and leaves no half of anything."""
+    if run.status < 0:
+        return f"ended with {signal_name(run.status)}"
+    good = runs.good
+    if (run.status, run.stdout, run.stderr) == (good.status, good.stdout, good.stderr):
+        return None if runs.found == runs.after else "a success without its files"
+    # A program that it runs has failures of its own, which it passes on.
+    if run.status not in (tool.failed, good.status) and not tool.runs_others:
+        return f"status {run.status}"
+    if run.stderr == good.stderr and run.status == 0:
+        return "nothing is said"
+    if run.status == tool.failed and not run.stderr.startswith((tool.message, b"zfcesxcli: ", b"/")):
+        return "not its message"
+    return runs.mistake_in_files(run, [tool.taken] if tool.taken and is_snapshot(runs, tool.taken) else [])
+
+
+def is_snapshot(runs, name):
+    content = next((content for path, content in runs.found.items() if path.endswith(f"/{name}")), b"")
+    return content.startswith(b"# A host as zfc-snapshot") and yaml.safe_load(content)["snapshot"] == 1
+
+
+def failures(tool, runs, requests, options):
+    wrong = []
+    for number in requests:
+        run = runs.run(at=number, **options)
+        if why := mistake(tool, runs, run):
+            wrong.append(f"number {number} of {options}: {why}: {run.stdout[-100:]!r} {run.stderr!r}")
+    return wrong
+
+
+@pytest.mark.parametrize("tool, tool_runs", [(tool, tool) for tool in TOOLS], indirect=["tool_runs"], ids=lambda tool: str(tool))
+def test_memory(tool, tool_runs):
+    count = tool_runs.run(watch=MEMORY).counted
+    wrong = []
+    for onward in (0, 1):
+        wrong += failures(tool, tool_runs, library_requests(count), {"watch": MEMORY, "onward": onward})
+    assert not wrong, f"{len(wrong)}:\n" + "\n".join(wrong[:8])
+
+
+FAULTS = [
+    Fault(WRITE, errno.ENOSPC),
+    Fault(WRITE, errno.ENOSPC, onward=1),
+    Fault(WRITE, errno.EINTR),
+    Fault(WRITE, onward=1),
+    Fault(READ, errno.EIO),
+    Fault(READ, errno.EINTR),
+    Fault(READ, onward=1),
+    Fault(OPENAT, errno.EMFILE),
+    Fault(CLOSE, errno.EIO),
+    Fault(FSTATAT, errno.EIO),
+    Fault(FSYNC, errno.EIO),
+    Fault(RENAME, errno.EIO),
+]
+ALONE = [tool for tool in TOOLS if not tool.runs_others]
+
+
+@pytest.mark.parametrize("tool, tool_runs", [(tool, tool) for tool in ALONE], indirect=["tool_runs"], ids=lambda tool: str(tool))
+def test_system_calls(tool, tool_runs):
+    events = tool_runs.run(watch=CALLS).events
+    wrong = []
+    for fault in FAULTS:
+        count = sum(event.what == fault.call for event in events)
+        wrong += failures(tool, tool_runs, range(1, count + 1), fault.options)
+    assert not wrong, f"{len(wrong)}:\n" + "\n".join(wrong[:8])
