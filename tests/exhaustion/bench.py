@@ -53,7 +53,8 @@ class Runs:
         self._verdicts = {}
 
     def run(self, **options):
-        run = self._bench.server.run(self.leaf.words, self._bench.env, stdin=self.leaf.stdin, **{**self._options, **options})
+        options = {**self._options, **options}
+        run = self._bench.server.run(self.leaf.words, self._bench.env, stdin=self.leaf.stdin, **options)
         self.found = self._bench.folders.read()
         if self.found != self.before:
             self._bench.folders.restore(self.before, self.found)

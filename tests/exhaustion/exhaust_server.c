@@ -1,10 +1,10 @@
-// Preloaded into a program: a server that runs the program again and again, each time in a fork made right before
-// its constructors and main(), and makes chosen resources give out. docs: README.md of this folder.
+// Preloaded into a program: a server that runs the program again and again, each time in a fork made right
+// before its constructors and main(), and makes chosen resources give out. docs: README.md of this folder.
 //
-// EXHAUST_REQUESTS and EXHAUST_REPLIES are descriptors. A request is a struct Request, then standard input, words
-// and environment of the run; the reply is a struct Reply, then standard output, standard error and the events, which
-// refer to names that come first of all. An event is one use of a watched resource: a request for memory, or a system
-// call.
+// EXHAUST_REQUESTS and EXHAUST_REPLIES are descriptors. A request is a struct Request, then standard input,
+// words and environment of the run; the reply is a struct Reply, then standard output, standard error and the
+// events, which refer to names that come first of all. An event is one use of a watched resource: a request
+// for memory, or a system call.
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <elf.h>
@@ -37,33 +37,32 @@ enum Fault { kNoFault, kFails, kShort };
 // 64 bits each, so that Python packs it with one letter.
 struct Request {
   int64_t watch;
-  int64_t owners;    // whose events count: a sum of Owner
-  int64_t at;        // the number of the event that fails, from 1 among those that count; 0: none
-  int64_t onward;    // all that follow fail too
-  int64_t fault;     // of a system call
-  int64_t error;     // the errno
-  int64_t only;      // number of the system call that counts; -1: each
-  int64_t files;     // RLIMIT_NOFILE; these limits: -1 for none
-  int64_t space;     // RLIMIT_AS, bytes above what is mapped at the start
-  int64_t stack;     // RLIMIT_STACK
-  int64_t file_size; // RLIMIT_FSIZE
-  int64_t closed;    // a sum of 1, 2, 4: standard input, output, error are closed
-  int64_t output;    // descriptor number of another standard output; -1: none
-  int64_t warm;      // the device library is started once for all runs
-  int64_t callers;   // note who asked at the failing event
+  int64_t owners;     // whose events count: a sum of Owner
+  int64_t at;         // the number of the event that fails, from 1 among those that count; 0: none
+  int64_t onward;     // all that follow fail too
+  int64_t fault;      // of a system call
+  int64_t error;      // the errno
+  int64_t only;       // number of the system call that counts; -1: each
+  int64_t files;      // RLIMIT_NOFILE; these limits: -1 for none
+  int64_t space;      // RLIMIT_AS, bytes above what is mapped at the start
+  int64_t stack;      // RLIMIT_STACK
+  int64_t file_size;  // RLIMIT_FSIZE
+  int64_t closed;     // a sum of 1, 2, 4: standard input, output, error are closed
+  int64_t warm;       // the device library is started once for all runs
+  int64_t callers;    // note who asked at the failing event
   int64_t input_bytes, words, word_bytes, variables, variable_bytes;
 };
 
 struct Reply {
-  int64_t status;  // of wait(); -1: no fork
+  int64_t status;   // of wait(); -1: no fork
   int64_t counted;  // events that count
   int64_t failed;   // how many of them failed
-  int64_t last;    // index of the first event that failed; -1: none
+  int64_t last;     // index of the first event that failed; -1: none
   int64_t output_bytes, error_bytes, events, callers;
 };
 
 struct Event {
-  uint32_t what;    // memory: 0 malloc, 1 calloc, 2 realloc, 3 aligned; else the number of the system call
+  uint32_t what;  // memory: 0 malloc, 1 calloc, 2 realloc, 3 aligned; else the number of the system call
   uint32_t owner;
   uint32_t via;     // function of another library that the program was in, an index of the names; 0: none
   uint32_t number;  // among those that count
@@ -82,10 +81,12 @@ static int is_child;
 
 // --- calls of the program into other libraries -------------------------------------------------------------
 
-// The program's calls go through these: the table of its imported functions is replaced by thunks, which note where
-// the program is. Called by name from the assembler below.
+// The program's calls go through these: the table of its imported functions is replaced by thunks, which note
+// where the program is. Called by name from the assembler below.
 uintptr_t exhaust_real[kMostFunctions];
-struct { uintptr_t back, function; } exhaust_frames[kMostFrames];
+struct {
+  uintptr_t back, function;
+} exhaust_frames[kMostFrames];
 uintptr_t exhaust_depth;
 static const char* names[kMostFunctions] = {""};
 static uint8_t is_library[kMostFunctions];
@@ -93,8 +94,8 @@ static uint32_t functions = 1;
 static uintptr_t text_start, text_end, text_base;
 static void* stack_start;
 
-// On entry: the number of the function, below it the return address, below that the call's arguments. Keeps all
-// registers that carry arguments or results.
+// On entry: the number of the function, below it the return address, below that the call's arguments. Keeps
+// all registers that carry arguments or results.
 __asm__(
     ".text\n"
     ".type exhaust_enter, @function\n"
@@ -131,9 +132,10 @@ static int Begins(const char* text, const char* with) {
 
 // Functions that use nothing, and those that do not return to where they were called.
 static int IsOfInterest(const char* name) {
-  static const char* const kOthers[] = {"mem", "str", "is", "__memcpy", "__errno", "__stack", "__cxa", "__libc",
-                                        "_ITM", "__gmon", "_exit", "abort", "malloc", "calloc", "realloc", "free",
-                                        "sig", "_Unwind", "_Z", "__pthread", "pthread"};
+  static const char* const kOthers[] = {"mem",    "str",       "is",      "__memcpy", "__errno", "__stack",
+                                        "__cxa",  "__libc",    "_ITM",    "__gmon",   "_exit",   "abort",
+                                        "malloc", "calloc",    "realloc", "free",     "sig",     "_Unwind",
+                                        "_Z",     "__pthread", "pthread"};
   for (size_t i = 0; i < sizeof kOthers / sizeof *kOthers; ++i) {
     if (Begins(name, kOthers[i])) return 0;
   }
@@ -190,8 +192,8 @@ static void ReplaceImports(uintptr_t base, const ElfW(Dyn) * dynamic) {
     if (dynamic->d_tag == DT_SYMTAB) symbols = (const ElfW(Sym)*)Placed(base, value);
     if (dynamic->d_tag == DT_STRTAB) texts = (const char*)Placed(base, value);
   }
-  uint8_t* const thunks = mmap(NULL, kMostFunctions * kThunkBytes, PROT_READ | PROT_WRITE,
-                               MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  uint8_t* const thunks =
+      mmap(NULL, kMostFunctions * kThunkBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (thunks == MAP_FAILED) Die("mmap");
   for (int table = 0; table < 2; ++table) {
     const ElfW(Rela)* at = (const ElfW(Rela)*)tables[table];
@@ -323,13 +325,62 @@ __asm__(
 extern const char exhaust_called[];
 
 static const int kWatched[] = {
-    SYS_read,   SYS_write,    SYS_open,   SYS_openat, SYS_creat, SYS_close,    SYS_stat,     SYS_newfstatat, SYS_fstat,
-    SYS_lseek,  SYS_ioctl,    SYS_pread64, SYS_pwrite64, SYS_readv, SYS_writev, SYS_access,  SYS_poll,       SYS_ppoll,
-    SYS_select, SYS_nanosleep, SYS_clock_nanosleep, SYS_fcntl, SYS_flock, SYS_fsync, SYS_fdatasync, SYS_truncate,
-    SYS_ftruncate, SYS_getdents64, SYS_rename, SYS_renameat, SYS_renameat2, SYS_mkdir, SYS_mkdirat, SYS_rmdir,
-    SYS_unlink, SYS_unlinkat, SYS_link, SYS_linkat, SYS_symlink, SYS_readlink, SYS_chmod, SYS_fchmod, SYS_dup,
-    SYS_dup2,   SYS_dup3,     SYS_pipe2,  SYS_mmap,   SYS_brk,   SYS_copy_file_range, SYS_sendfile, SYS_statx,
-    SYS_faccessat2, SYS_fchown, SYS_utimensat, SYS_wait4, SYS_pselect6,
+    SYS_read,
+    SYS_write,
+    SYS_open,
+    SYS_openat,
+    SYS_creat,
+    SYS_close,
+    SYS_stat,
+    SYS_newfstatat,
+    SYS_fstat,
+    SYS_lseek,
+    SYS_ioctl,
+    SYS_pread64,
+    SYS_pwrite64,
+    SYS_readv,
+    SYS_writev,
+    SYS_access,
+    SYS_poll,
+    SYS_ppoll,
+    SYS_select,
+    SYS_nanosleep,
+    SYS_clock_nanosleep,
+    SYS_fcntl,
+    SYS_flock,
+    SYS_fsync,
+    SYS_fdatasync,
+    SYS_truncate,
+    SYS_ftruncate,
+    SYS_getdents64,
+    SYS_rename,
+    SYS_renameat,
+    SYS_renameat2,
+    SYS_mkdir,
+    SYS_mkdirat,
+    SYS_rmdir,
+    SYS_unlink,
+    SYS_unlinkat,
+    SYS_link,
+    SYS_linkat,
+    SYS_symlink,
+    SYS_readlink,
+    SYS_chmod,
+    SYS_fchmod,
+    SYS_dup,
+    SYS_dup2,
+    SYS_dup3,
+    SYS_pipe2,
+    SYS_mmap,
+    SYS_brk,
+    SYS_copy_file_range,
+    SYS_sendfile,
+    SYS_statx,
+    SYS_faccessat2,
+    SYS_fchown,
+    SYS_utimensat,
+    SYS_wait4,
+    SYS_pselect6,
 };
 enum { kWatchedCount = sizeof kWatched / sizeof *kWatched };
 
@@ -368,8 +419,8 @@ static void WatchCalls(void) {
 #define LOAD(field) BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(struct seccomp_data, field))
   filter[length++] = (struct sock_filter)LOAD(instruction_pointer);
   filter[length++] = (struct sock_filter)BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, (uint32_t)allowed, 0, 3);
-  filter[length++] =
-      (struct sock_filter)BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(struct seccomp_data, instruction_pointer) + 4);
+  filter[length++] = (struct sock_filter)BPF_STMT(BPF_LD | BPF_W | BPF_ABS,
+                                                  offsetof(struct seccomp_data, instruction_pointer) + 4);
   filter[length++] = (struct sock_filter)BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, (uint32_t)(allowed >> 32), 0, 1);
   filter[length++] = (struct sock_filter)BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW);
   filter[length++] = (struct sock_filter)LOAD(nr);
@@ -498,7 +549,7 @@ static void Redirect(int from, int to) {
 static void BecomeRun(void) {
   Redirect(input_file, STDIN_FILENO);
   Redirect(error_file, STDERR_FILENO);
-  Redirect(request.output >= 0 ? (int)request.output : output_file, STDOUT_FILENO);
+  Redirect(output_file, STDOUT_FILENO);
   const long mapped = request.space >= 0 ? MappedBytes() : 0;
   alarm(kSecondsToEnd);
   if (request.watch == kWatchCalls) WatchCalls();
@@ -597,11 +648,12 @@ static int Descriptor(const char* name) {
 }
 
 typedef int Main(int, char**, char**);
-typedef int StartMain(Main*, int, char**, void (*)(int, char**, char**), void (*)(void), void (*)(void), void*);
+typedef int StartMain(Main*, int, char**, void (*)(int, char**, char**), void (*)(void), void (*)(void),
+                      void*);
 
 // What the program's start calls: from here its constructors run, then main().
-int __libc_start_main(Main* main, int argc, char** argv, void (*init)(int, char**, char**), void (*fini)(void),
-                      void (*loader_fini)(void), void* stack_end) {
+int __libc_start_main(Main* main, int argc, char** argv, void (*init)(int, char**, char**),
+                      void (*fini)(void), void (*loader_fini)(void), void* stack_end) {
   StartMain* real;
   *(void**)&real = dlsym(RTLD_NEXT, "__libc_start_main");
   if (real == NULL) Die("__libc_start_main");

@@ -1,4 +1,4 @@
-"""Runs of a program by the server of exhaust_server.c: one fork for each, with resources that give out where a test says."""
+"""Runs of a program by the server of exhaust_server.c, a fork for each, with resources that give out when asked."""
 
 import os
 import signal
@@ -13,10 +13,10 @@ PROGRAM, LIBRARY = 1, 2  # whose events count
 FAILS, SHORT = 1, 2
 
 _FIELDS = (
-    "watch owners at onward fault error only files space stack file_size closed output warm callers"
+    "watch owners at onward fault error only files space stack file_size closed warm callers"
     " input_bytes words word_bytes variables variable_bytes"
 ).split()
-_DEFAULTS = {**dict.fromkeys(_FIELDS, 0), "owners": PROGRAM, "only": -1, "output": -1}
+_DEFAULTS = {**dict.fromkeys(_FIELDS, 0), "owners": PROGRAM, "only": -1}
 _DEFAULTS.update(files=-1, space=-1, stack=-1, file_size=-1)
 _REQUEST = struct.Struct(f"<{len(_FIELDS)}q")
 _REPLY = struct.Struct("<8q")
@@ -99,7 +99,7 @@ class Server:
         stderr = self._in.read(error_bytes)
         raw = self._in.read(count * _EVENT.size)
         addresses = [value for (value,) in struct.iter_unpack("<Q", self._in.read(8 * callers))]
-        events = [Event(what, owner, self._names[via], number, size) for what, owner, via, number, size in _EVENT.iter_unpack(raw)]
+        events = [Event(what, owner, self._names[via], *rest) for what, owner, via, *rest in _EVENT.iter_unpack(raw)]
         ended = -os.WTERMSIG(status) if os.WIFSIGNALED(status) else os.WEXITSTATUS(status)
         return Run(ended, stdout, stderr, counted, failed, events[0] if last >= 0 else None, events, addresses)
 

@@ -50,9 +50,11 @@ def _described():
         for word, command in (node.get("commands") or {}).items():
             typed = [run.split() for run in runs_of(node, command)]
             shown = text_word(word, command)
-            at = [run.index(shown) if shown in run else run.index(word) for run in typed[-1:]]
             for form in {word, shown}:
-                runs[node_id, form] = (word, [*typed[:-1], *([*run[: at[0]], form, *run[at[0] + 1 :]] for run in typed[-1:])])
+                runs[node_id, form] = (word, typed)
+                if typed:
+                    last = [form if part in (word, shown) else part for part in typed[-1]]
+                    runs[node_id, form] = (word, [*typed[:-1], last])
     return runs
 
 

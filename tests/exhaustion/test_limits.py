@@ -60,7 +60,8 @@ def quiet(run):
 @pytest.mark.parametrize("leaf", PLAIN, ids=str)
 def test_address_space(bench, leaf):
     """Nothing more may be mapped, or little: the heap still has what the process has mapped."""
-    ends = {ENDED, SAME, SILENT, EMPTY, no_file(leaf), AGAIN + no_file(leaf), *TABLE["buffers"].get(leaf.name, {}).values()}
+    ends = {ENDED, SAME, SILENT, EMPTY, no_file(leaf), AGAIN + no_file(leaf)}
+    ends.update(TABLE["buffers"].get(leaf.name, {}).values())
     with bench.leaf(leaf) as runs:
         for pages in (0, 1, 8, 33, 34, 40, 64, 1024):
             run = quiet(runs.run(space=pages * 4096))
@@ -78,7 +79,8 @@ def test_stack(bench, leaf):
 
 @pytest.mark.parametrize("leaf", PLAIN, ids=str)
 def test_size_of_files(bench, leaf):
-    """A file that would grow beyond the limit ends the process by the signal for it; what it was to replace is there."""
+    """A file that would grow beyond the limit ends the process by the signal for it; the file that it was to replace is
+    there."""
     with bench.leaf(leaf) as runs:
         for limit in (0, 64, 4096):
             run = runs.run(file_size=limit)

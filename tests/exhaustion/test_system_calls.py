@@ -6,7 +6,6 @@ from dataclasses import dataclass
 
 import pytest
 
-from bench import places
 from exhaustion import CALLS, FAILS, LIBRARY, PROGRAM, SHORT, signal_name
 from leaves import LEAVES
 from outcomes import AGAIN, CUT, HOLED, SAME, SESSION, SILENT, documents, is_whole, no_file, no_stream
@@ -89,8 +88,8 @@ def ends_of(leaf, fault, event, streams):
         ends = [no_file(leaf)]
         # The removal of a staged file after its commit, whose failure is logged.
         return [*ends, SAME] if event.what == UNLINK and leaf.plain == "set" else ends
-    # What the library printed, or a file that was only read, is lost unseen; a staged file that is lost is a failure, and
-    # a success is one for its files too.
+    # What the library printed, or a file that was only read, is lost unseen; a staged file that is lost is a failure,
+    # and a success is one for its files too.
     return [SAME, no_file(leaf)] if event.what in (WRITE, CLOSE) else [SAME]
 
 
@@ -121,7 +120,8 @@ def test_of_the_program(bench, leaf, record_property):
                 if fault.onward and fault.error:
                     allowed = [*allowed, no_file(leaf), SILENT, AGAIN + no_file(leaf)]
                 if why := runs.verdict(run, allowed, stays(fault, leaf)):
-                    wrong.append(f"{fault}, number {number} ({event.via}, {event.size}): {why}: {run.stdout[-200:]!r} {run.stderr!r}")
+                    place = f"number {number} ({event.via}, {event.size})"
+                    wrong.append(f"{fault}, {place}: {why}: {run.stdout[-200:]!r} {run.stderr!r}")
         record_property("runs", made)
         assert not wrong, f"{len(wrong)} of {made}:\n" + "\n".join(wrong[:12])
 

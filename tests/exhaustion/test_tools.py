@@ -49,25 +49,45 @@ class Tool:
         return " ".join([self.program, *self.words])
 
 
-LAB = {"failed": 1}
-HOST = "adapters:\n  - family: elm\n    model: ZX160\n    serial: E1\n    ports:\n      - wwpn: 21:00:f4:c7:aa:00:00:01\n"
+HOST = """adapters:
+  - family: elm
+    model: ZX160
+    serial: E1
+    ports:
+      - wwpn: 21:00:f4:c7:aa:00:00:01
+"""
 OTHER = HOST.replace("E1", "E2")
+STATE = "reboot-required: true\n"
+IMAGE = (ROOT / "examples/flash/damaged.img").read_text()
+
+
+def lab(*words, **files):
+    """A command of zfc-lab; the files by their names, with an underscore for the point."""
+    return Tool("zfc-lab", list(words), 1, files={name.replace("_", "."): text for name, text in files.items()})
+
+
 TOOLS = [
     Tool("zfc-json", [], 2, stdin=2 * DOCUMENT),
     Tool("zfc-json", ["--stream", "--parsed-only"], 2, stdin=DOCUMENT),
     Tool("zfc-json", ["--", "-t", "port", "list"], 2, runs_others=True),
     Tool("zfc-snapshot", ["-o", "host.yaml"], 1, taken="host.yaml"),
-    Tool("zfc-snapshot", ["-o", "host.yaml", "--force", "--anonymise"], 1, files={"host.yaml": "old\n"}, taken="host.yaml"),
-    Tool("zfc-lab", ["new", "-o", "new.yaml"], **LAB),
-    Tool("zfc-lab", ["check", "host.yaml"], files={"host.yaml": HOST}, **LAB),
-    Tool("zfc-lab", ["map", "--text", "host.yaml"], files={"host.yaml": HOST}, **LAB),
-    Tool("zfc-lab", ["map", "-o", "host.svg", "--force", "host.yaml"], files={"host.yaml": HOST, "host.svg": "old"}, **LAB),
-    Tool("zfc-lab", ["diff", "--json", "host.yaml", "other.yaml"], files={"host.yaml": HOST, "other.yaml": OTHER}, **LAB),
-    Tool("zfc-lab", ["reboot", "state.yaml", "host.yaml"], files={"host.yaml": HOST, "state.yaml": "reboot-required: true\n"}, **LAB),
-    Tool("zfc-lab", ["flash-image", "a.img"], files={"a.img": (ROOT / "examples/flash/damaged.img").read_text()}, **LAB),
-    Tool("zfc-lab", ["run", "host.yaml", "--", "version"], files={"host.yaml": HOST}, runs_others=True, **LAB),
-    Tool("zfc-lab", ["snapshot", "-o", "taken.yaml"], runs_others=True, **LAB),
-]  # fmt: skip
+    Tool(
+        "zfc-snapshot",
+        ["-o", "host.yaml", "--force", "--anonymise"],
+        1,
+        files={"host.yaml": "old\n"},
+        taken="host.yaml",
+    ),
+    lab("new", "-o", "new.yaml"),
+    lab("check", "host.yaml", host_yaml=HOST),
+    lab("map", "--text", "host.yaml", host_yaml=HOST),
+    lab("map", "-o", "host.svg", "--force", "host.yaml", host_yaml=HOST, host_svg="old"),
+    lab("diff", "--json", "host.yaml", "other.yaml", host_yaml=HOST, other_yaml=OTHER),
+    lab("reboot", "state.yaml", "host.yaml", host_yaml=HOST, state_yaml=STATE),
+    lab("flash-image", "a.img", a_img=IMAGE),
+    Tool("zfc-lab", ["run", "host.yaml", "--", "version"], 1, files={"host.yaml": HOST}, runs_others=True),
+    Tool("zfc-lab", ["snapshot", "-o", "taken.yaml"], 1, runs_others=True),
+]
 
 
 @pytest.fixture
@@ -80,7 +100,7 @@ def tool_runs(request):
         bench = Bench(zfc, program=BUILD / "bin" / tool.program)
         leaf = Leaf(tool.program, tool.program, "", tool.words, stdin=tool.stdin)
         try:
-            yield bench.runs(leaf, {0, 1})
+            yield tool, bench.runs(leaf, {0, 1})
         finally:
             bench.close()
 
@@ -117,12 +137,13 @@ def failures(tool, runs, requests, options):
     return wrong
 
 
-@pytest.mark.parametrize("tool, tool_runs", [(tool, tool) for tool in TOOLS], indirect=["tool_runs"], ids=lambda tool: str(tool))
-def test_memory(tool, tool_runs):
-    count = tool_runs.run(watch=MEMORY).counted
+@pytest.mark.parametrize("tool_runs", TOOLS, indirect=True, ids=str)
+def test_memory(tool_runs):
+    tool, runs = tool_runs
+    count = runs.run(watch=MEMORY).counted
     wrong = []
     for onward in (0, 1):
-        wrong += failures(tool, tool_runs, library_requests(count), {"watch": MEMORY, "onward": onward})
+        wrong += failures(tool, runs, library_requests(count), {"watch": MEMORY, "onward": onward})
     assert not wrong, f"{len(wrong)}:\n" + "\n".join(wrong[:8])
 
 
@@ -143,11 +164,12 @@ FAULTS = [
 ALONE = [tool for tool in TOOLS if not tool.runs_others]
 
 
-@pytest.mark.parametrize("tool, tool_runs", [(tool, tool) for tool in ALONE], indirect=["tool_runs"], ids=lambda tool: str(tool))
-def test_system_calls(tool, tool_runs):
-    events = tool_runs.run(watch=CALLS).events
+@pytest.mark.parametrize("tool_runs", ALONE, indirect=True, ids=str)
+def test_system_calls(tool_runs):
+    tool, runs = tool_runs
+    events = runs.run(watch=CALLS).events
     wrong = []
     for fault in FAULTS:
         count = sum(event.what == fault.call for event in events)
-        wrong += failures(tool, tool_runs, range(1, count + 1), fault.options)
+        wrong += failures(tool, runs, range(1, count + 1), fault.options)
     assert not wrong, f"{len(wrong)}:\n" + "\n".join(wrong[:8])
