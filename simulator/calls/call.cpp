@@ -6,6 +6,11 @@
 
 namespace lab {
 
+std::uint32_t FailInternally() noexcept {
+  std::fputs("zfcesxcli: simulated host: out of memory\n", stderr);
+  return kInternalFailure;
+}
+
 Call::Call(const char* name, Arguments arguments) : name_(name) {
   AddArguments(arguments);
 }

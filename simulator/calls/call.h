@@ -24,6 +24,10 @@ struct Argument {
 };
 using Arguments = std::initializer_list<Argument>;
 
+// Says on standard error that the library has run out of memory, or the like: the answer alone would pass for
+// one about the host. Takes no memory. Returns kInternalFailure.
+std::uint32_t FailInternally() noexcept;
+
 // What a call that changes something or runs a test answers about a port of a recorded host.
 struct Refuse {
   std::uint32_t operator()(const recording::ProtocolRecording&) const { return kRecordedHost; }
@@ -97,7 +101,7 @@ std::uint32_t ServeReading(const char* name, Handle handle, Arguments arguments,
     call.Finish(std::to_string(result));
     return result;
   } catch (...) {
-    return kInternalFailure;
+    return FailInternally();
   }
 }
 
@@ -118,7 +122,7 @@ std::uint32_t ServeHost(const char* name, Arguments arguments, Action action) {
     call.Finish(std::to_string(result));
     return result;
   } catch (...) {
-    return kInternalFailure;
+    return FailInternally();
   }
 }
 
@@ -135,6 +139,7 @@ Record ServeRecord(const char* name, const DeviceHandle* handle, Arguments argum
     call.Finish(std::to_string(result));
     return record;
   } catch (...) {
+    FailInternally();
     return {};
   }
 }

@@ -63,7 +63,7 @@ std::uint32_t TakeIn(const char* name, const DeviceHandle* handle, const Record*
       return call.KeepPort(true);
     });
   } catch (...) {
-    return lab::kInternalFailure;
+    return lab::FailInternally();
   }
 }
 

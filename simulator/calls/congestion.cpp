@@ -128,6 +128,6 @@ LibraryStatus TORPI_SetSCMRProfile(const DeviceHandle* handle, const SCMRProfile
                           return call.KeepPort(false);
                         });
   } catch (...) {
-    return lab::kInternalFailure;
+    return lab::FailInternally();
   }
 }

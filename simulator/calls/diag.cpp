@@ -170,6 +170,7 @@ RWBufferResult* TORPI_DiagnosticsReadWriteBufferTest(const DeviceHandle* handle,
       call.Finish(first == nullptr ? "null" : "list");
       return first;
     } catch (...) {
+      lab::FailInternally();
       return nullptr;
     }
   });

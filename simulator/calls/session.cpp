@@ -18,7 +18,7 @@ LibraryStatus ServeSession(const char* name, lab::Arguments arguments, Action ac
     call.Finish(std::to_string(result));
     return result;
   } catch (...) {
-    return lab::kInternalFailure;
+    return lab::FailInternally();
   }
 }
 
@@ -59,6 +59,7 @@ const AdapterList* TORPI_GetAdapterList() {
     call.Finish(given ? "list" : "null");
     return given ? list : nullptr;
   } catch (...) {
+    lab::FailInternally();
     return nullptr;
   }
 }

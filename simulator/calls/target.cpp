@@ -58,7 +58,7 @@ LibraryStatus TORPI_GetPortStatisticsFC(std::uint32_t sd_handle, std::uint32_t z
                                return ReadStatistics(call, *address, *out);
                              });
   } catch (...) {
-    return lab::kInternalFailure;
+    return lab::FailInternally();
   }
 }
 

@@ -56,11 +56,15 @@ void OutputBracket::Close() {
 }
 
 void ReserveStandardOutput() {
-  for (const int closed : {STDOUT_FILENO, STDERR_FILENO}) {
-    if (fcntl(closed, F_GETFD) >= 0) continue;
+  for (const int number : {STDOUT_FILENO, STDERR_FILENO}) {
+    const int flags = fcntl(number, F_GETFL);
+    // A process that shares it may have asked for writes that fail instead of waiting: a reader that is slow
+    // would lose a part of the document.
+    if (flags >= 0 && (flags & O_NONBLOCK) != 0) fcntl(number, F_SETFL, flags & ~O_NONBLOCK);
+    if (flags >= 0) continue;
     const int nowhere = open("/dev/null", O_WRONLY);
-    if (nowhere < 0 || nowhere == closed) continue;
-    dup2(nowhere, closed);  // a closed standard input stays closed
+    if (nowhere < 0 || nowhere == number) continue;
+    dup2(nowhere, number);  // a closed standard input stays closed
     close(nowhere);
   }
 }

@@ -40,7 +40,7 @@ class OutputBracket {
 };
 
 // Gives a closed standard output and a closed standard error to /dev/null. Otherwise the next file to be
-// opened gets the number, and with it the document or a message.
+// opened gets the number, and with it the document or a message. Writes to either wait for a slow reader.
 void ReserveStandardOutput();
 
 // Throws away all that is printed to standard output from here on.

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "tools/lab/memory.h"
 #include "tools/snapshot/capture.h"
 
 namespace zfc_lab {
@@ -21,7 +22,7 @@ class Held {
     if (Good()) dup2(memory_, descriptor_);
   }
   ~Held() {
-    Release();
+    GiveBack();
     if (memory_ >= 0) close(memory_);
   }
   Held(const Held&) = delete;
@@ -32,11 +33,7 @@ class Held {
   // Gives the descriptor back and returns what was written to it.
   std::string Release() {
     std::string text;
-    if (kept_ < 0) return text;
-    dup2(kept_, descriptor_);
-    close(kept_);
-    kept_ = -1;
-    if (memory_ < 0) return text;
+    if (!GiveBack() || memory_ < 0) return text;
     lseek(memory_, 0, SEEK_SET);
     char buffer[4096];
     for (ssize_t count; (count = read(memory_, buffer, sizeof buffer)) > 0;) {
@@ -46,6 +43,15 @@ class Held {
   }
 
  private:
+  // False when it has been given back before. Takes no memory.
+  bool GiveBack() {
+    if (kept_ < 0) return false;
+    dup2(kept_, descriptor_);
+    close(kept_);
+    kept_ = -1;
+    return true;
+  }
+
   int descriptor_;
   int kept_;
   int memory_;
@@ -62,11 +68,11 @@ void FillStandardStreams() {
 
 // The library is silent but for mistakes; a file is a host by itself.
 void SetEnvironment(const std::string& file) {
-  setenv("TORPI_LAB_QUIET", "1", 1);
-  setenv("TORPI_LAB_CHATTER", "0", 1);
+  SetVariable("TORPI_LAB_QUIET", "1");
+  SetVariable("TORPI_LAB_CHATTER", "0");
   unsetenv("TORPI_LAB_TRACE");  // it may go to standard error, where lines are mistakes
   if (file.empty()) return;
-  setenv("TORPI_LAB_HOST", file.c_str(), 1);
+  SetVariable("TORPI_LAB_HOST", file);
   for (const char* name : {"TORPI_LAB_STATE", "TORPI_LAB_FAULTS", "TORPI_LAB_TIME"}) unsetenv(name);
 }
 

@@ -2,10 +2,12 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <string>
 
 #include "framework/device_library/harmless_text.h"
 #include "tools/lab/command.h"
+#include "tools/lab/memory.h"
 
 namespace zfc_lab {
 namespace {
@@ -74,7 +76,10 @@ bool FinishOutput() {
 }  // namespace
 }  // namespace zfc_lab
 
-int main(int count, char** arguments) {
+int main(int count, char** arguments) try {
+  std::set_new_handler(nullptr);  // from here on what is unfinished is removed by those that a throw passes
   const int status = zfc_lab::Run(count, arguments);
   return zfc_lab::FinishOutput() || status != tools::kGood ? status : tools::kMistake;
+} catch (const std::bad_alloc&) {
+  zfc_lab::EndWithoutMemory();
 }

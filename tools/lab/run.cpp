@@ -12,6 +12,7 @@
 #include "base/file.h"
 #include "framework/device_library/harmless_text.h"
 #include "tools/lab/command.h"
+#include "tools/lab/memory.h"
 #include "tools/lab/private_staging.h"
 #include "tools/lab/sibling.h"
 
@@ -56,11 +57,11 @@ std::string CheckLibrary(const std::string& folder) {
 }
 
 // Sets the variable, or takes it away for an empty value.
-void SetVariable(const char* name, const std::string& value) {
+void SetOrRemove(const char* name, const std::string& value) {
   if (value.empty()) {
     unsetenv(name);
   } else {
-    setenv(name, value.c_str(), 1);
+    SetVariable(name, value);
   }
 }
 
@@ -105,11 +106,11 @@ tools::ExitStatus Run(const Words& words) {
     Report(wrong);
     return tools::kMistake;
   }
-  SetVariable("LD_LIBRARY_PATH", libraries);
-  SetVariable("TORPI_LAB_HOST", arguments.Operands().empty() ? "" : arguments.Operands()[0]);
-  SetVariable("TORPI_LAB_STATE", state == nullptr ? "" : *state);
-  SetVariable("TORPI_LAB_FAULTS", faults);
-  SetVariable("TORPI_LAB_TRACE", arguments.Has("--trace") ? "/dev/stderr" : "");
+  SetOrRemove("LD_LIBRARY_PATH", libraries);
+  SetOrRemove("TORPI_LAB_HOST", arguments.Operands().empty() ? "" : arguments.Operands()[0]);
+  SetOrRemove("TORPI_LAB_STATE", state == nullptr ? "" : *state);
+  SetOrRemove("TORPI_LAB_FAULTS", faults);
+  SetOrRemove("TORPI_LAB_TRACE", arguments.Has("--trace") ? "/dev/stderr" : "");
   const std::string staged = state == nullptr ? "" : *state + ".staged";
   // A new folder's name is on the disk before what is staged in it.
   if (!staged.empty() && (mkdir(staged.c_str(), 0775) == 0 ? !lab::SyncFolderOf(staged) : errno != EEXIST)) {

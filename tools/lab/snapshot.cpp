@@ -3,6 +3,7 @@
 #include <string>
 
 #include "tools/lab/command.h"
+#include "tools/lab/memory.h"
 #include "tools/lab/sibling.h"
 
 namespace zfc_lab {
@@ -14,10 +15,12 @@ constexpr const char* kHelp =
     "names, or the built-in one, and writes a file that plays it back. LD_LIBRARY_PATH may name another\n"
     "library. 'zfc-snapshot --help' says more.\n";
 
+constexpr const char* kLibraryPath = "LD_LIBRARY_PATH";
+
 tools::ExitStatus RunSnapshot(const tools::Words& words) {
   const std::string folder = OwnFolder();
   // In an installation the program is a link out of the lab, and would look for the library there.
-  setenv("LD_LIBRARY_PATH", (folder + "../lib/").c_str(), 0);
+  if (std::getenv(kLibraryPath) == nullptr) SetVariable(kLibraryPath, folder + "../lib/");
   return Execute("zfc-lab snapshot", folder + "zfc-snapshot", words);
 }
 

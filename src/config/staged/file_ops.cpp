@@ -55,11 +55,14 @@ bool Finish(File file, FileOps::Reach reach) {
   return std::fclose(file.release()) == 0 && written;
 }
 
-// Opens a file for reading. Null also for a pipe, whose opening would wait for a writer, and for a device,
-// whose reading might never end. A folder opens, and can't be read.
+// Opens a file for reading. Null, with errno set, also for a pipe, whose opening would wait for a writer, and
+// for a device, whose reading might never end. A folder opens, and can't be read.
 File OpenSource(const char* path) {
   struct stat status;
-  if (stat(path, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) return nullptr;
+  if (stat(path, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
+    errno = EINVAL;
+    return nullptr;
+  }
   return File(std::fopen(path, "r"));
 }
 
@@ -152,6 +155,8 @@ int FileOps::UpdateKeyValueInFile(const char* path, const char* key, const char*
   const std::string line = std::string(key) + "=" + value + "\n";
 
   File source = OpenSource(path);
+  // A file that is there but can't be opened now, for want of memory say, keeps its lines.
+  if (source == nullptr && errno != ENOENT) return Fail(kFailed, __func__, "cannot read", path);
   if (source == nullptr) {
     return CreateWithLine(path, line, reach) ? kDone : Fail(kFailed, __func__, "cannot create", path);
   }
@@ -209,5 +214,5 @@ int FileOps::GetKeyValueFromFile(const char* path, const char* key, char* value,
     DebugLogLevel(kDebugTrace, "FileOps::%s: %s=%s", __func__, key, value);
     return kFound;
   }
-  return kNotFound;
+  return std::ferror(file.get()) == 0 ? kNotFound : Fail(kNotReadable, __func__, "cannot read", path);
 }

@@ -27,6 +27,7 @@ bool StagedFile::Find(const std::string& key, std::string& value) const {
   std::string buffer(value_size_, '\0');
   const int result =
       FileOps::GetKeyValueFromFile(path_.c_str(), key.c_str(), buffer.data(), buffer.size(), '=');
+  if (result == FileOps::kNotReadable) is_unreadable_ = true;
   if (result != FileOps::kFound) return false;
   value = std::string_view(buffer.data());  // up to the terminator
   return true;
@@ -42,6 +43,10 @@ bool StagedFile::FindNumber(const std::string& key, std::uint32_t& number) const
 StatusCode StagedFile::Create(const CommandRun& run, const StagedValues& values) {
   reach_ = FileOps::kProcesses;
   return Write(run, values);
+}
+
+StatusCode StagedFile::CheckReads(const CommandRun& run) const {
+  return is_unreadable_ ? FileOpsFailed(run) : kSuccess;
 }
 
 StatusCode StagedFile::Write(const CommandRun& run, const StagedValues& values) const {

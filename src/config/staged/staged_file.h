@@ -36,6 +36,10 @@ class StagedFile {
   // Sync: waiting for the disk once per key would take seconds, and nobody relies on the file before.
   StatusCode Create(const CommandRun& run, const StagedValues& values);
 
+  // kFileNotFound, with a line in the log, when a look-up so far could not read the file: its answer, that
+  // the key is not there, then means nothing, and nothing may be done on it.
+  StatusCode CheckReads(const CommandRun& run) const;
+
   // Writes the values, each with a pass of its own over the file. kFileNotFound, with a line in the log, at
   // the first failure; what was written before it stays.
   StatusCode Write(const CommandRun& run, const StagedValues& values) const;
@@ -50,4 +54,5 @@ class StagedFile {
   std::string path_;
   std::size_t value_size_;
   FileOps::Reach reach_ = FileOps::kDisk;
+  mutable bool is_unreadable_ = false;
 };

@@ -63,14 +63,16 @@ template <StagedSettings Settings>
 StatusCode UpdateFile(CommandRun& run, const Settings& settings, const StagedFile& file) {
   const FunctionScope function(run, Settings::kNode.update);
   StagedValues changes;
-  const StatusCode status = settings.TakeOptions(run, file, changes);
+  StatusCode status = settings.TakeOptions(run, file, changes);
+  if (status == kSuccess) status = file.CheckReads(run);
   return status == kSuccess ? file.Write(run, changes) : status;
 }
 
 template <StagedSettings Settings>
 StatusCode ReadFile(CommandRun& run, Settings& settings, const StagedFile& file) {
   const FunctionScope function(run, Settings::kNode.read);
-  return settings.ReadFile(run, file);
+  const StatusCode status = settings.ReadFile(run, file);
+  return status == kSuccess ? file.CheckReads(run) : status;
 }
 
 template <StagedSettings Settings>

@@ -84,6 +84,18 @@ TEST_F(StagedFileTest, FindLeavesTheValueWithoutTheKey) {
   EXPECT_EQ(number, 5u);
 }
 
+TEST_F(StagedFileTest, AnUnreadableFileIsNoFileWithoutTheKey) {
+  std::string value;
+  Stage("B=5\n");
+  EXPECT_FALSE(file_.Find("A", value));
+  EXPECT_EQ(file_.CheckReads(test_.run), kSuccess);
+  const StagedFile folder(path_ + "_folder");  // it opens, but no byte of it can be read
+  ASSERT_EQ(mkdir((path_ + "_folder").c_str(), 0755), 0);
+  EXPECT_FALSE(folder.Find("A", value));
+  EXPECT_EQ(folder.CheckReads(test_.run), kFileNotFound);
+  std::filesystem::remove(path_ + "_folder");
+}
+
 TEST_F(StagedFileTest, ASmallerBufferSeesLess) {
   Stage("A=" + std::string(300, 'a') + "\n");
   std::string value;
