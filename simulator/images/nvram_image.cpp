@@ -74,7 +74,8 @@ bool TakeLine(const ImageText::Line& line, HBAParamsInfo& nvram) {
 }  // namespace
 
 std::string NvramImage(const Family& family, const HBAParamsInfo& nvram) {
-  std::string text = std::string(kNvramFirstLine) + "\nfamilies: " + family.name + '\n';
+  std::string text(kNvramFirstLine);
+  text += "\nfamilies: " + family.name + '\n';
   AddFields(kParameterGroup, ParameterFields(), nvram, text);
   text.append(kVirtualLane).append(": ").append(std::to_string(nvram.enable_virtual_lane)).append("\n");
   AddFields(kBootGroup, BootFields(), nvram, text);

@@ -1,3 +1,5 @@
+import os
+import random
 import sys
 from pathlib import Path
 
@@ -17,6 +19,12 @@ def pytest_sessionstart(session):
     missing = [str(part) for part in parts if not part.exists()]
     if missing:
         pytest.exit(f"not built: {', '.join(missing)}; ZFC_BUILD_DIR names the build folder", returncode=3)
+
+
+def pytest_collection_modifyitems(items):
+    """ZFC_TEST_ORDER is the seed of a random order."""
+    if seed := os.environ.get("ZFC_TEST_ORDER"):
+        random.Random(seed).shuffle(items)
 
 
 @pytest.fixture
