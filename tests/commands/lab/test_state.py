@@ -155,7 +155,7 @@ def in_opt(zfc, script):
     ids=["lock", "state"],
 )
 def test_read_only_folder(zfc, before, reason):
-    stdout, stderr = in_opt(zfc, f"{before}\nmount -o remount,ro /opt\n{EXECUTABLE} {BEACON}\nls /opt/state.yaml 2>&1 || true")
+    stdout, stderr = in_opt(zfc, f"{before}\nmount -o remount,bind,ro /opt\n{EXECUTABLE} {BEACON}\nls /opt/state.yaml 2>&1 || true")
     assert UNSAVED in stdout and stderr == b"/opt/state.yaml: can't be written: " + reason
     assert b"No such file" in stdout
 
