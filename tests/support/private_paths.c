@@ -24,6 +24,7 @@
 #include <sys/statvfs.h>
 #include <sys/syscall.h>
 #include <sys/time.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 #include <utime.h>
 
@@ -214,6 +215,12 @@ READS(int, statfs, (const char* path, struct statfs* status), (THERE, status))
 READS(int, statfs64, (const char* path, struct statfs64* status), (THERE, status))
 READS(int, statvfs, (const char* path, struct statvfs* status), (THERE, status))
 READS(int, statvfs64, (const char* path, struct statvfs64* status), (THERE, status))
+READS(ssize_t, getxattr, (const char* path, const char* name, void* value, size_t size),
+      (THERE, name, value, size))
+READS(ssize_t, lgetxattr, (const char* path, const char* name, void* value, size_t size),
+      (THERE, name, value, size))
+READS(ssize_t, listxattr, (const char* path, char* list, size_t size), (THERE, list, size))
+READS(ssize_t, llistxattr, (const char* path, char* list, size_t size), (THERE, list, size))
 READS(DIR*, opendir, (const char* path), (THERE))
 READS(int, chdir, (const char* path), (THERE))
 READS(int, execve, (const char* path, char* const* words, char* const* variables), (THERE, words, variables))

@@ -115,12 +115,16 @@ static void SetVariable(const char* name, const char* value) {
   if (setenv(name, value, 1) != 0) Die("cannot set", name);
 }
 
-// The library beside this program, by a name that LD_PRELOAD can hold: it ends a name at a blank and a colon.
+// The library beside this program.
 static void NameLibrary(char* name) {
   const ssize_t length = readlink("/proc/self/exe", name, kPathSize - sizeof "private_paths.so");
   if (length <= 0) Die("cannot read", "/proc/self/exe");
   name[length] = '\0';
   snprintf(strrchr(name, '/') + 1, sizeof "private_paths.so", "private_paths.so");
+}
+
+// LD_PRELOAD ends a name at a blank and a colon: a name with one gives way to an open file.
+static void MakePreloadable(char* name) {
   if (!strpbrk(name, " :")) return;
   int library = open(name, O_RDONLY);
   if (library < 0) Die("cannot open", name);
@@ -128,15 +132,15 @@ static void NameLibrary(char* name) {
 }
 
 // Gives the program the private folders by a preloaded library, after those that are to be preloaded anyway.
-static void PreloadPaths(const char* folder, const char** kept, int kept_count, int read_only) {
-  char name[kPathSize];
-  NameLibrary(name);
+static void PreloadPaths(char* library, const char* folder, const char** kept, int kept_count,
+                         int read_only) {
+  MakePreloadable(library);
   const char* others = getenv("LD_PRELOAD");
   char preloaded[2 * kPathSize];
-  snprintf(preloaded, sizeof preloaded, "%s%s%s", others ? others : "", others ? ":" : "", name);
+  snprintf(preloaded, sizeof preloaded, "%s%s%s", others ? others : "", others ? ":" : "", library);
 
   char opt[kPathSize];
-  snprintf(opt, sizeof opt, "%s/opt/ZunaFcEsxcliPlugin", folder);
+  snprintf(opt, sizeof opt, "%s%s", folder, kStaging);
   MakeFolders(opt);
 
   char all_kept[kMaxKept * kPathSize] = "";
@@ -215,8 +219,11 @@ int main(int argc, char** argv) {
   const char* folder = argv[at];
   kept[kept_count++] = folder;
 
+  // Named in the namespace in which this program was started: in another its own path may not be known.
+  char library[kPathSize];
+  NameLibrary(library);
   if (!by_mounts || !MountPaths(folder, kept, kept_count, read_only)) {
-    PreloadPaths(folder, kept, kept_count, read_only);
+    PreloadPaths(library, folder, kept, kept_count, read_only);
   }
   char path[kPathSize];
   snprintf(path, sizeof path, "%s/work", folder);
