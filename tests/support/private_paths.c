@@ -3,11 +3,13 @@
 //
 //   PRIVATE_PATHS_FOLDER     the folder with tmp, var_tmp, staging and opt, for the places of the table below
 //   PRIVATE_PATHS_KEPT       paths that keep their names, each ended by a line end
-//   PRIVATE_PATHS_READ_ONLY  set: /var/tmp can't be written
+//   PRIVATE_PATHS_READ_ONLY  a folder of these in which nothing can be changed
+//   PRIVATE_PATHS_FULL       a folder of these in which files can be made, but not filled
 //
 // A name is compared as it is: `/var/../tmp` is not recognised. Calls of the C library among its own
 // functions are not seen, so each function that opens files by itself is listed here. A program linked
-// statically, and one that enters the kernel without the C library, sees the machine's own folders.
+// statically, and one that enters the kernel without the C library, sees the machine's own folders. Mounts
+// are refused.
 #define _GNU_SOURCE
 #include <dirent.h>
 #include <dlfcn.h>
@@ -19,6 +21,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
 #include <sys/statvfs.h>
@@ -28,6 +31,8 @@
 #include <unistd.h>
 #include <utime.h>
 
+// In the functions below: the path to use, and the room for it.
+#define THERE Rewrite(path, &room)
 #define EXPORT __attribute__((visibility("default")))
 
 // The next definition of a function, found once.
@@ -109,12 +114,14 @@ static void Restore(char* path) {
   }
 }
 
+static int IsBelowVariable(const char* path, const char* variable) {
+  const char* folder = getenv(variable);
+  return folder && path && IsBelow(path, folder, strlen(folder)) && !IsKept(path);
+}
+
 // Whether a change of this path has to fail; sets errno then.
 static int IsReadOnly(const char* path) {
-  static const char kVarTmp[] = "/var/tmp";
-  if (!getenv("PRIVATE_PATHS_READ_ONLY") || !path || !IsBelow(path, kVarTmp, sizeof kVarTmp - 1) ||
-      IsKept(path))
-    return 0;
+  if (!IsBelowVariable(path, "PRIVATE_PATHS_READ_ONLY")) return 0;
   errno = EROFS;
   return 1;
 }
@@ -129,6 +136,22 @@ static int RefusesOpen(const char* path, int flags) {
 
 static int RefusesStream(const char* path, const char* mode) {
   return (mode[0] != 'r' || strchr(mode, '+')) && IsReadOnly(path);
+}
+
+// An open file of a full folder: it is there, and what is written to it fails.
+static int Filled(const char* path, int file) {
+  if (file < 0 || !IsBelowVariable(path, "PRIVATE_PATHS_FULL")) return file;
+  if ((fcntl(file, F_GETFL) & O_ACCMODE) == O_RDONLY) return file;
+  const int closes = fcntl(file, F_GETFD) & FD_CLOEXEC;
+  const long full = syscall(SYS_open, "/dev/full", O_RDWR | O_CLOEXEC, 0);
+  if (full < 0 || dup3((int)full, file, closes ? O_CLOEXEC : 0) < 0) abort();
+  close((int)full);
+  return file;
+}
+
+static FILE* FilledStream(const char* path, FILE* stream) {
+  if (stream) Filled(path, fileno(stream));
+  return stream;
 }
 
 // Whether an opening has a mode after its flags.
@@ -148,7 +171,7 @@ static int HasMode(int flags) {
     }                                                 \
     Room room;                                        \
     if (RefusesOpen(path, flags)) return -1;          \
-    return real(Rewrite(path, &room), flags, mode);   \
+    return Filled(path, real(THERE, flags, mode));    \
   }
 OPEN(open)
 OPEN(open64)
@@ -165,10 +188,20 @@ OPEN(open64)
     }                                                             \
     Room room;                                                    \
     if (RefusesOpen(path, flags)) return -1;                      \
-    return real(folder, Rewrite(path, &room), flags, mode);       \
+    return Filled(path, real(folder, THERE, flags, mode));        \
   }
 OPENAT(openat)
 OPENAT(openat64)
+
+#define FOPEN(name)                                       \
+  EXPORT FILE* name(const char* path, const char* mode) { \
+    REAL(name);                                           \
+    Room room;                                            \
+    if (RefusesStream(path, mode)) return NULL;           \
+    return FilledStream(path, real(THERE, mode));         \
+  }
+FOPEN(fopen)
+FOPEN(fopen64)
 
 // WRAP(result, name, refusal, refuses, (parameters), (arguments)): a function of one path. `refuses` is the
 // condition on which it fails, with `refusal`.
@@ -179,7 +212,6 @@ OPENAT(openat64)
     if (refuses) return refusal;                                    \
     return real arguments;                                          \
   }
-#define THERE Rewrite(path, &room)
 #define READS(result, name, parameters, arguments) WRAP(result, name, (result)0, 0, parameters, arguments)
 #define CHANGES(name, parameters, arguments) WRAP(int, name, -1, IsReadOnly(path), parameters, arguments)
 
@@ -189,8 +221,6 @@ WRAP(int, __openat_2, -1, RefusesOpen(path, flags), (int folder, const char* pat
      (folder, THERE, flags))
 WRAP(int, __openat64_2, -1, RefusesOpen(path, flags), (int folder, const char* path, int flags),
      (folder, THERE, flags))
-WRAP(FILE*, fopen, NULL, RefusesStream(path, mode), (const char* path, const char* mode), (THERE, mode))
-WRAP(FILE*, fopen64, NULL, RefusesStream(path, mode), (const char* path, const char* mode), (THERE, mode))
 WRAP(FILE*, freopen, NULL, RefusesStream(path, mode), (const char* path, const char* mode, FILE* stream),
      (THERE, mode, stream))
 WRAP(FILE*, freopen64, NULL, RefusesStream(path, mode), (const char* path, const char* mode, FILE* stream),
@@ -362,7 +392,7 @@ static void CopyLetters(char* pattern, const char* made) {
     char* there = (char*)(uintptr_t)THERE;                   \
     const int made = real(there __VA_OPT__(, ) __VA_ARGS__); \
     if (made >= 0) CopyLetters(path, there);                 \
-    return made;                                             \
+    return Filled(path, made);                               \
   }
 FROM_TEMPLATE(mkstemp, (char* path))
 FROM_TEMPLATE(mkstemp64, (char* path))
@@ -377,6 +407,25 @@ EXPORT char* mkdtemp(char* path) {
   if (!real(there)) return NULL;
   CopyLetters(path, there);
   return path;
+}
+
+// A mount would be one of the machine's own folders.
+EXPORT int mount(const char* source, const char* target, const char* type, unsigned long flags,
+                 const void* data) {
+  (void)source, (void)target, (void)type, (void)flags, (void)data;
+  errno = EPERM;
+  return -1;
+}
+
+EXPORT int umount(const char* target) {
+  (void)target;
+  errno = EPERM;
+  return -1;
+}
+
+EXPORT int umount2(const char* target, int flags) {
+  (void)flags;
+  return umount(target);
 }
 
 // The program enters the kernel through this for `stat`, which old C libraries lack.

@@ -156,7 +156,7 @@ static void PreloadPaths(char* library, const char* folder, const char** kept, i
 
   SetVariable("PRIVATE_PATHS_FOLDER", folder);
   SetVariable("PRIVATE_PATHS_KEPT", all_kept);
-  if (read_only) SetVariable("PRIVATE_PATHS_READ_ONLY", "1");
+  if (read_only) SetVariable("PRIVATE_PATHS_READ_ONLY", "/var/tmp");
   SetVariable("ASAN_OPTIONS", sanitizer);
   SetVariable("LD_PRELOAD", preloaded);
 }
