@@ -1,5 +1,6 @@
 """zfc-lab run: the program against a lab host, with nothing of the machine in its way."""
 
+import shlex
 import shutil
 import subprocess
 
@@ -32,7 +33,7 @@ def script(zfc):
     """Runs a shell script in which $lab is zfc-lab; returns the same."""
 
     def run(text):
-        text = f"lab={ZFC_LAB}\n{text}"
+        text = f"lab={shlex.quote(str(ZFC_LAB))}\n{text}"
         argv, variables = zfc.command(["-c", text], library="simulated", program="/bin/sh")
         done = subprocess.run(argv, capture_output=True, env=variables, timeout=60)
         return done.returncode, done.stdout, done.stderr
@@ -103,7 +104,7 @@ def test_staged_files_end_with_the_run(lab, zfc):
 def test_machine_without_a_staging_folder(script, before):
     text = f"""{before}
 find /opt >/tmp/before
-$lab run -- {PARAMETERS} setFilecli {ELM} -u 77
+"$lab" run -- {PARAMETERS} setFilecli {ELM} -u 77
 find /opt | diff /tmp/before -"""
     status, stdout, stderr = script(text)
     assert status == 0 and b"Login Retry Count: 77\n" in stdout and stderr == b""
@@ -114,7 +115,7 @@ def test_what_is_beside_a_missing_staging_folder(script):
     host = HOST.decode().strip()
     text = f"""umount /opt/ZunaFcEsxcliPlugin/tmp; rm -r /opt/ZunaFcEsxcliPlugin
 mkdir /opt/hosts; echo '{host}' >/opt/hosts/lab.yaml; cp /opt/hosts/lab.yaml /opt/lab.yaml; ln -s hosts /opt/more
-for file in /opt/lab.yaml /opt/hosts/lab.yaml /opt/more/lab.yaml; do $lab run $file -- -t adapter listcli; done"""
+for file in /opt/lab.yaml /opt/hosts/lab.yaml /opt/more/lab.yaml; do "$lab" run $file -- -t adapter listcli; done"""
     status, stdout, stderr = script(text)
     assert status == 0 and stdout.count(b"Adapters: Adapter_ZX100_ALONE\n") == 3 and stderr == b""
 
@@ -125,7 +126,7 @@ CLOSED = "exec unshare -U -r sh -c 'echo 0 >/proc/sys/user/max_mnt_namespaces; e
 
 @needs_mounts
 def test_machine_without_namespaces(script, zfc):
-    words = f"$lab run -- {PARAMETERS} setFilecli {ELM} -u 77".replace("$lab", str(ZFC_LAB))
+    words = f"{shlex.quote(str(ZFC_LAB))} run -- {PARAMETERS} setFilecli {ELM} -u 77".replace("'", "'\\''")
     reason = b"zfc-lab run: no private staging folder (unshare: No space left on device); "
     status, stdout, stderr = script(CLOSED.format(words, ""))
     assert status == 0 and b"Login Retry Count: 77\n" in stdout
@@ -144,7 +145,7 @@ def test_library_output_of_another_user(script):
     """A run can't do without it; the machine's is left as it is."""
     text = f"""echo kept >/var/tmp/torpi-output.log; chmod 600 /var/tmp/torpi-output.log
 mount -o bind,ro /var/tmp/torpi-output.log /var/tmp/torpi-output.log || mount -o remount,bind,ro /var/tmp/torpi-output.log
-$lab run -- -t port -s beacon getcli {ELM}
+"$lab" run -- -t port -s beacon getcli {ELM}
 cat /var/tmp/torpi-output.log"""
     status, stdout, stderr = script(text)
     assert status == 0 and b"Beacon State: ON\n" in stdout and stdout.endswith(b"\nkept\n") and stderr == b""
@@ -181,7 +182,7 @@ def test_trace(lab):
 
 
 def test_trace_among_other_lines_of_a_file(script, zfc):
-    text = f"echo first >&2; TORPI_LAB_QUIET= $lab run --trace -- -t port -s beacon getcli {ELM}; echo last >&2"
+    text = f"echo first >&2; TORPI_LAB_QUIET= {shlex.quote(str(ZFC_LAB))} run --trace -- -t port -s beacon getcli {ELM}; echo last >&2"
     status, _, _ = script(f"{{ {text}; }} 2>errors")
     notice = "zfcesxcli: simulated host (built-in)"
     assert status == 0

@@ -2,6 +2,7 @@
 
 import fcntl
 import os
+import shlex
 import subprocess
 import time
 
@@ -159,7 +160,7 @@ READ_ONLY = "mount -o remount,bind,ro /opt 2>/dev/null || export PRIVATE_PATHS_R
     ids=["lock", "state"],
 )
 def test_read_only_folder(zfc, before, reason):
-    stdout, stderr = in_opt(zfc, f"{before}\n{READ_ONLY}\n{EXECUTABLE} {BEACON}\nls /opt/state.yaml 2>&1 || true")
+    stdout, stderr = in_opt(zfc, f"{before}\n{READ_ONLY}\n{shlex.quote(str(EXECUTABLE))} {BEACON}\nls /opt/state.yaml 2>&1 || true")
     assert UNSAVED in stdout and stderr == b"/opt/state.yaml: can't be written: " + reason
     assert b"No such file" in stdout
 
@@ -168,7 +169,7 @@ def test_full_disk(zfc):
     script = f"""
 echo 'reboot-required: true' >/opt/state.yaml
 if [ -z "$PRIVATE_PATHS_FOLDER" ]; then dd if=/dev/zero of=/opt/fill bs=4k count=1000 2>/dev/null; else touch /opt/fill; fi
-PRIVATE_PATHS_FULL=/opt {EXECUTABLE} {BEACON}
+PRIVATE_PATHS_FULL=/opt {shlex.quote(str(EXECUTABLE))} {BEACON}
 cat /opt/state.yaml
 ls /opt"""
     stdout, stderr = in_opt(zfc, script)

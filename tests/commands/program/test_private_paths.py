@@ -1,5 +1,6 @@
 """The way of a run without a mount namespace: tests/support/private_paths.c gives it the private folders."""
 
+import shlex
 import subprocess
 
 import pytest
@@ -15,7 +16,7 @@ def run(zfc):
     """Runs a shell script without a namespace; returns status, standard output and standard error."""
 
     def run(script, *options, library="hostile"):
-        argv, env = zfc.command(["-c", f"zfc={EXECUTABLE}\n{script}"], program="/bin/sh", library=library)
+        argv, env = zfc.command(["-c", f"zfc={shlex.quote(str(EXECUTABLE))}\n{script}"], program="/bin/sh", library=library)
         argv[1:1] = ["--no-namespace", *options]
         done = subprocess.run(argv, capture_output=True, env=env, timeout=60)
         return done.returncode, done.stdout.decode(), done.stderr.decode()
@@ -46,12 +47,12 @@ def test_made_up_names(run, zfc):
 def test_paths_that_are_kept(run, tmp_path):
     beside = tmp_path / "beside"
     beside.mkdir()
-    assert run(f"echo one >{beside}/file; ls {ROOT}/README.md", "--keep", str(beside)) == (0, f"{ROOT}/README.md\n", "")
+    assert run(f"echo one >{shlex.quote(str(beside))}/file; cd {shlex.quote(str(ROOT))}; ls README.md", "--keep", str(beside)) == (0, "README.md\n", "")
     assert (beside / "file").read_text() == "one\n"
 
 
 def test_program(run, zfc):
-    status, stdout, stderr = run("ZNFC_DEBUG_LEVEL=1 $zfc -t adapter listcli")
+    status, stdout, stderr = run('ZNFC_DEBUG_LEVEL=1 "$zfc" -t adapter listcli')
     assert (status, stderr) == (0, "") and "AdapterList" in stdout
     assert sorted(path.name for path in zfc.var_tmp.iterdir()) == ["torpi-output.log", "zfcesxcli.log"]
 
@@ -71,7 +72,7 @@ def test_full_folder(run, zfc):
 
 
 def test_mounts_are_refused(run, zfc):
-    status, _, stderr = run(f"mount --bind {zfc.work} {zfc.work} && umount {zfc.work}")
+    status, _, stderr = run("mount --bind \"$PWD\" \"$PWD\" && umount \"$PWD\"")
     assert status != 0 and stderr.startswith(f"mount: {zfc.work}: ")
 
 
