@@ -22,6 +22,6 @@ function(zfc_link_for_old_hosts target)
     # The device library may follow a newer C library than the executable.
     LINKER:--allow-shlib-undefined)
   # The compiler marks a file with inline variables as one for GNU systems only. Nothing in its dynamic part is.
-  add_custom_command(TARGET ${target} POST_BUILD COMMAND ${ELFEDIT} --output-osabi none $<TARGET_FILE:${target}>)
+  add_custom_command(TARGET ${target} POST_BUILD COMMAND ${ELFEDIT} --output-osabi none $<TARGET_FILE:${target}> VERBATIM)
   set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${OLD_C_LIBRARY_DIR}/libc.so)
 endfunction()

@@ -6,6 +6,7 @@ import subprocess
 import pytest
 
 from zfc.runner import BUILD, ROOT
+from zfc.tools import PLAIN
 
 DOCS = ROOT / "docs"
 
@@ -56,7 +57,7 @@ def test_arguments_of_the_setup():
     used = set(re.findall(r'"\$\{1:-\}" = ([\w-]+)', script))
     explained = set(re.findall(r"^#   scripts/setup +([\w-]+) ", script, re.MULTILINE)) - {"what"}
     assert used == explained and len(used) >= 5
-    done = subprocess.run([ROOT / "scripts/setup", "nothing"], capture_output=True, text=True)
+    done = subprocess.run([ROOT / "scripts/setup", "nothing"], capture_output=True, text=True, env=PLAIN)
     assert (done.returncode, done.stdout) == (2, "") and done.stderr.startswith("usage: scripts/setup [")
 
 

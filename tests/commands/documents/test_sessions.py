@@ -2,14 +2,20 @@
 
 import pytest
 
+from zfc.machine import needs_mounts
 from zfc.runner import ROOT
 from zfc.sessions import play, shows, steps
 
 DOCUMENTS = [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]
 WITH_SESSIONS = [document for document in DOCUMENTS if steps(document.read_text())]
+# Shows staged files that `zfc-lab run` keeps in a folder of its own, which it mounts.
+MOUNTS = {"staging.md"}
 
 
-@pytest.mark.parametrize("document", WITH_SESSIONS, ids=lambda document: document.name)
+@pytest.mark.parametrize(
+    "document",
+    [pytest.param(document, marks=needs_mounts if document.name in MOUNTS else (), id=document.name) for document in WITH_SESSIONS],
+)
 def test_sessions(zfc, document):
     for command, expected, output in play(zfc, document):
         assert shows(expected, output), f"$ {command}\n--- the document\n{expected}\n--- the program\n{output}"

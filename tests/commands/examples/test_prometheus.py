@@ -4,6 +4,7 @@ import importlib.util
 import json
 import os
 import re
+import shlex
 import shutil
 import subprocess
 import time
@@ -14,7 +15,7 @@ from zfc.runner import BUILD, ROOT, SANITIZED
 
 FOLDER = ROOT / "examples" / "prometheus"
 COLLECTOR = FOLDER / "zfc_textfile.py"
-ZFC_JSON = f"{BUILD / 'bin/zfc-json'} --"
+ZFC_JSON = f"{shlex.quote(str(BUILD / 'bin/zfc-json'))} --"
 PORT = "FC_21:00:f4:c7:aa:64:00:10"
 
 pytestmark = pytest.mark.skipif(

@@ -4,6 +4,7 @@ import json
 import os
 import resource
 import shutil
+import shlex
 import subprocess
 
 import pytest
@@ -205,19 +206,19 @@ class TestProgramBesideIt:
 
     def test_gets_the_words_as_they_are(self, beside, tmp_path):
         words = ["-t", "port list", "", "--", "a'b\"c\n$d", "*"]
-        beside(f'printf "%s\\0" "$@" > {tmp_path}/words', *words)
+        beside(f'printf "%s\\0" "$@" > {shlex.quote(str(tmp_path))}/words', *words)
         assert (tmp_path / "words").read_bytes() == b"".join(word.encode() + b"\0" for word in words)
 
     @pytest.mark.parametrize(
         "end, message", [("exit 5", "zfcesxcli ended with 5"), ("kill -9 $$", "zfcesxcli was ended by signal 9")]
     )
     def test_ends_badly(self, beside, tmp_path, end, message):
-        result = beside(f"cat {tmp_path}/good.xml; {end}", "x")
+        result = beside(f"cat {shlex.quote(str(tmp_path))}/good.xml; {end}", "x")
         assert (result.status, result.stderr) == (2, f"zfc-json: {message}\n")
         assert result.stdout == convert(GOOD).stdout
 
     def test_is_not_cut_off_by_a_broken_document(self, beside, tmp_path):
-        script = f"cat {tmp_path}/good.xml; echo '{GOOD[:70].decode()}'; head -c 300000 /dev/zero; touch {tmp_path}/finished"
+        script = f"cat {shlex.quote(str(tmp_path))}/good.xml; echo '{GOOD[:70].decode()}'; head -c 300000 /dev/zero; touch {shlex.quote(str(tmp_path))}/finished"
         result = beside(script, "x")
         assert result.status == 2 and result.stderr.startswith("zfc-json: broken document: byte ")
         assert (tmp_path / "finished").exists()
@@ -232,7 +233,7 @@ def test_output_that_fails():
 
 @pytest.mark.parametrize("words", ["", " -- -t port list"])
 def test_output_that_is_closed(words):
-    done = subprocess.run(f"'{ZFC_JSON}'{words} >&-", shell=True, input=GOOD, stderr=subprocess.PIPE, env=environment())
+    done = subprocess.run(f"{shlex.quote(str(ZFC_JSON))}{words} >&-", shell=True, input=GOOD, stderr=subprocess.PIPE, env=environment())
     assert (done.returncode, done.stderr) == (2, b"zfc-json: standard output is closed\n")
 
 

@@ -1,10 +1,12 @@
 """zfc-lab run: the program against a lab host, with nothing of the machine in its way."""
 
+import shlex
 import shutil
 import subprocess
 
 import pytest
 
+from zfc.machine import needs_mounts, without_staging_notice
 from zfc.runner import BUILD, EXECUTABLE
 
 ZFC_LAB = BUILD / "bin" / "zfc-lab"
@@ -21,7 +23,7 @@ def lab(zfc):
         words = ["run", *(words.split() if isinstance(words, str) else words)]
         argv, variables = zfc.command(words, library="simulated", program=program, env=env)
         done = subprocess.run(argv, input=stdin, capture_output=True, env=variables, timeout=60)
-        return done.returncode, done.stdout, done.stderr
+        return done.returncode, done.stdout, without_staging_notice(done.stderr)
 
     return run
 
@@ -31,7 +33,7 @@ def script(zfc):
     """Runs a shell script in which $lab is zfc-lab; returns the same."""
 
     def run(text):
-        text = f"lab={ZFC_LAB}\n{text}"
+        text = f"lab={shlex.quote(str(ZFC_LAB))}\n{text}"
         argv, variables = zfc.command(["-c", text], library="simulated", program="/bin/sh")
         done = subprocess.run(argv, capture_output=True, env=variables, timeout=60)
         return done.returncode, done.stdout, done.stderr
@@ -67,6 +69,7 @@ def test_state_ends_with_the_run(lab, zfc):
     assert sorted(zfc.work.iterdir()) == []
 
 
+@needs_mounts
 def test_state_and_staged_files_that_are_kept(lab, zfc):
     keep = "--state state.yaml --"
     assert b"Login Retry Count: 77\n" in lab(f"{keep} {PARAMETERS} setFilecli {ELM} -u 77")[1]
@@ -79,6 +82,7 @@ def test_state_and_staged_files_that_are_kept(lab, zfc):
     assert [*zfc.staging.iterdir()] == []
 
 
+@needs_mounts
 def test_staged_files_end_with_the_run(lab, zfc):
     assert b"Message: Success\n" in lab(f"-- {PARAMETERS} setFilecli {ELM} -u 77")[1]
     assert b"Message: Success\n" not in lab(f"-- {PARAMETERS} setcli {ELM}")[1]
@@ -88,6 +92,7 @@ def test_staged_files_end_with_the_run(lab, zfc):
 
 
 # The staging folder is not there, and what is beside it stays in reach.
+@needs_mounts
 @pytest.mark.parametrize(
     "before",
     [
@@ -99,17 +104,18 @@ def test_staged_files_end_with_the_run(lab, zfc):
 def test_machine_without_a_staging_folder(script, before):
     text = f"""{before}
 find /opt >/tmp/before
-$lab run -- {PARAMETERS} setFilecli {ELM} -u 77
+"$lab" run -- {PARAMETERS} setFilecli {ELM} -u 77
 find /opt | diff /tmp/before -"""
     status, stdout, stderr = script(text)
     assert status == 0 and b"Login Retry Count: 77\n" in stdout and stderr == b""
 
 
+@needs_mounts
 def test_what_is_beside_a_missing_staging_folder(script):
     host = HOST.decode().strip()
     text = f"""umount /opt/ZunaFcEsxcliPlugin/tmp; rm -r /opt/ZunaFcEsxcliPlugin
 mkdir /opt/hosts; echo '{host}' >/opt/hosts/lab.yaml; cp /opt/hosts/lab.yaml /opt/lab.yaml; ln -s hosts /opt/more
-for file in /opt/lab.yaml /opt/hosts/lab.yaml /opt/more/lab.yaml; do $lab run $file -- -t adapter listcli; done"""
+for file in /opt/lab.yaml /opt/hosts/lab.yaml /opt/more/lab.yaml; do "$lab" run $file -- -t adapter listcli; done"""
     status, stdout, stderr = script(text)
     assert status == 0 and stdout.count(b"Adapters: Adapter_ZX100_ALONE\n") == 3 and stderr == b""
 
@@ -118,8 +124,9 @@ for file in /opt/lab.yaml /opt/hosts/lab.yaml /opt/more/lab.yaml; do $lab run $f
 CLOSED = "exec unshare -U -r sh -c 'echo 0 >/proc/sys/user/max_mnt_namespaces; exec {} {}'"
 
 
+@needs_mounts
 def test_machine_without_namespaces(script, zfc):
-    words = f"$lab run -- {PARAMETERS} setFilecli {ELM} -u 77".replace("$lab", str(ZFC_LAB))
+    words = f"{shlex.quote(str(ZFC_LAB))} run -- {PARAMETERS} setFilecli {ELM} -u 77".replace("'", "'\\''")
     reason = b"zfc-lab run: no private staging folder (unshare: No space left on device); "
     status, stdout, stderr = script(CLOSED.format(words, ""))
     assert status == 0 and b"Login Retry Count: 77\n" in stdout
@@ -133,11 +140,12 @@ def test_machine_without_namespaces(script, zfc):
     assert stderr == reason + advice
 
 
+@needs_mounts
 def test_library_output_of_another_user(script):
     """A run can't do without it; the machine's is left as it is."""
     text = f"""echo kept >/var/tmp/torpi-output.log; chmod 600 /var/tmp/torpi-output.log
 mount -o bind,ro /var/tmp/torpi-output.log /var/tmp/torpi-output.log || mount -o remount,bind,ro /var/tmp/torpi-output.log
-$lab run -- -t port -s beacon getcli {ELM}
+"$lab" run -- -t port -s beacon getcli {ELM}
 cat /var/tmp/torpi-output.log"""
     status, stdout, stderr = script(text)
     assert status == 0 and b"Beacon State: ON\n" in stdout and stdout.endswith(b"\nkept\n") and stderr == b""
@@ -174,11 +182,12 @@ def test_trace(lab):
 
 
 def test_trace_among_other_lines_of_a_file(script, zfc):
-    text = f"echo first >&2; TORPI_LAB_QUIET= $lab run --trace -- -t port -s beacon getcli {ELM}; echo last >&2"
+    text = f"echo first >&2; TORPI_LAB_QUIET= {shlex.quote(str(ZFC_LAB))} run --trace -- -t port -s beacon getcli {ELM}; echo last >&2"
     status, _, _ = script(f"{{ {text}; }} 2>errors")
     notice = "zfcesxcli: simulated host (built-in)"
     assert status == 0
-    assert (zfc.work / "errors").read_text().splitlines() == ["first", *TRACE[:3], notice, *TRACE[3:], "last"]
+    errors = without_staging_notice((zfc.work / "errors").read_bytes()).decode()
+    assert errors.splitlines() == ["first", *TRACE[:3], notice, *TRACE[3:], "last"]
 
 
 @pytest.mark.parametrize(

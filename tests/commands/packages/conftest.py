@@ -1,12 +1,19 @@
 import os
+from pathlib import Path
 
 import pytest
 
 from zfc.packages import RELEASE, Unpacked, packed_once
 from zfc.runner import SANITIZED
 
-# Only an optimised build without sanitizers is packed.
-collect_ignore_glob = [] if RELEASE and not SANITIZED else ["test_*.py"]
+
+def pytest_collection_modifyitems(items):
+    if RELEASE and not SANITIZED:
+        return
+    packed = pytest.mark.skip(reason="only an optimised build without sanitizers is packed")
+    for item in items:
+        if Path(__file__).parent in item.path.parents:
+            item.add_marker(packed)
 
 
 @pytest.fixture(scope="session")

@@ -10,6 +10,7 @@ import pytest
 
 from zfc.packages import LAB_DEB, MADE, PLUGIN, PROGRAM_DEB, VERSION, files, programs
 from zfc.runner import ROOT
+from zfc.tools import said
 
 PROGRAM = {
     f"{PLUGIN}/bin/ZFC_ESXCLI_Readme.txt",
@@ -39,13 +40,13 @@ SHARED = re.compile(rf"usr/share/(man|bash-completion|zsh)/|{PLUGIN}/(lab/)?shar
 
 
 def control(package):
-    text = subprocess.run(["dpkg-deb", "--info", package, "control"], check=True, capture_output=True, text=True).stdout
+    text = said("dpkg-deb", "--info", package, "control")
     return dict(line.split(": ", 1) for line in text.splitlines() if re.match(r"[A-Z]\S*: ", line))
 
 
 def modes(package):
     """The mode of every entry of a package, with its owner, by its name."""
-    listing = subprocess.run(["dpkg-deb", "--contents", package], check=True, capture_output=True, text=True).stdout
+    listing = said("dpkg-deb", "--contents", package)
     rows = [line.split(None, 5) for line in listing.splitlines()]
     return {row[5].split(" -> ")[0].removeprefix("./"): f"{row[0]} {row[1]}" for row in rows if row[5] != "./"}
 
@@ -174,12 +175,12 @@ def test_debug_files_fit_the_programs(packages, unpacked, tmp_path):
         subprocess.run(["dpkg-deb", "-x", packages / f"{name}_{VERSION}_amd64.deb", tmp_path], check=True)
     for path in (tmp_path / "usr/lib/debug/.build-id").rglob("*.debug"):
         found.add(path.parent.name + path.stem)
-        shown = subprocess.run(["readelf", "--debug-dump=info", "--wide", path], capture_output=True)
-        assert b"DW_AT_comp_dir" in shown.stdout and str(ROOT).encode() not in shown.stdout
+        shown = said("readelf", "--debug-dump=info", "--wide", path)
+        assert "DW_AT_comp_dir" in shown and str(ROOT) not in shown
     wanted = set()
     for folder in (unpacked.program, unpacked.lab, unpacked.host):
         for name in programs(folder):
-            notes = subprocess.run(["readelf", "--notes", folder / name], check=True, capture_output=True, text=True).stdout
+            notes = said("readelf", "--notes", folder / name)
             wanted.add(re.search(r"Build ID: ([0-9a-f]+)", notes)[1])
     assert found == wanted and len(wanted) >= 3
 

@@ -6,6 +6,7 @@ import subprocess
 import pytest
 
 from zfc.packages import PLUGIN, programs
+from zfc.tools import said
 
 SERVICES = {"CoreLogMessage", "CoreMalloc", "CoreZMalloc", "CoreFree", "TranslateMessageTypeToString"}
 ARRAYS = {"valueArray", "slopeArray", "offsetArray", "rxPowerArray"}
@@ -20,7 +21,7 @@ FLOOR = (2, 17)  # of the C library, for everything but the lab
 
 
 def shown(path, *words):
-    return subprocess.run([*words, str(path)], check=True, capture_output=True, text=True).stdout
+    return said(*words, str(path))
 
 
 def exports(path):

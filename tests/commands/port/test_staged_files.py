@@ -249,14 +249,25 @@ def test_value_that_is_caught(zfc, content):
     assert staging.read() == content
 
 
-# The staging folder itself. The scripts run inside the private namespace of the run.
+# The staging folder itself. The scripts run inside the private namespace of the run. Where mounts are refused, the run has
+# a preloaded library that can do the same.
 FOLDER = "/opt/ZunaFcEsxcliPlugin/tmp"
-MISSING = f"umount {FOLDER} && rmdir {FOLDER} && exec \"$@\""
-READ_ONLY = f"mount -o remount,bind,ro {FOLDER} && exec \"$@\""
-FULL = (
-    f"cp -a {FOLDER} before && mount -t tmpfs -o size=8k none {FOLDER} && cp -a before/. {FOLDER}"
-    f" && {{ head -c 8192 /dev/zero >{FOLDER}/filler 2>/dev/null; \"$@\"; cp -a {FOLDER}/. after; }}"
+MISSING = f"umount {FOLDER} 2>/dev/null; rmdir {FOLDER} 2>/dev/null; [ ! -e {FOLDER} ] && exec \"$@\""
+READ_ONLY = (
+    f"mount -o remount,bind,ro {FOLDER} 2>/dev/null || export PRIVATE_PATHS_READ_ONLY={FOLDER}\n"
+    f"! touch {FOLDER}/made 2>/dev/null && exec \"$@\""
 )
+FULL = f"""cp -a {FOLDER} before
+if mount -t tmpfs -o size=8k none {FOLDER} 2>/dev/null; then
+  cp -a before/. {FOLDER}
+  head -c 8192 /dev/zero >{FOLDER}/filler 2>/dev/null
+  "$@"
+else
+  : >{FOLDER}/filler
+  PRIVATE_PATHS_FULL={FOLDER} "$@"
+fi
+cp -a {FOLDER}/. after
+"""
 
 
 def run_in(zfc, script, node, command, options=(), **more):

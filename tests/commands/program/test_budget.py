@@ -6,6 +6,7 @@ import subprocess
 import pytest
 
 from zfc.runner import BUILD, EXECUTABLE, SANITIZED
+from zfc.tools import said
 
 RELEASE = "CMAKE_BUILD_TYPE:STRING=Release" in (BUILD / "CMakeCache.txt").read_text()
 
@@ -35,7 +36,7 @@ CONSTRUCTORS = 3
 
 
 def lines(*command):
-    return subprocess.run([*command, str(EXECUTABLE)], check=True, capture_output=True, text=True).stdout.splitlines()
+    return said(*command, str(EXECUTABLE)).splitlines()
 
 
 def section_bytes(name):

@@ -8,6 +8,7 @@ import pytest
 
 from zfc.documents import check
 from zfc.runner import BUILD, EXECUTABLE, LIBRARIES, ROOT, SANITIZED, SESSION_END, SESSION_START
+from zfc.tools import said
 
 SERVICES = {"CoreLogMessage", "CoreMalloc", "CoreZMalloc", "CoreFree", "TranslateMessageTypeToString"}
 # They came with the tables of the SFP report.
@@ -17,8 +18,7 @@ release_only = pytest.mark.skipif(SANITIZED, reason="sanitizers add libraries an
 
 
 def tool_lines(*command):
-    done = subprocess.run([*command, str(EXECUTABLE)], check=True, capture_output=True, text=True)
-    return done.stdout.splitlines()
+    return said(*command, str(EXECUTABLE)).splitlines()
 
 
 def dynamic(tag):

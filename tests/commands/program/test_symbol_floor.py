@@ -6,6 +6,7 @@ import subprocess
 import pytest
 
 from zfc.runner import BUILD, EXECUTABLE, ROOT, SANITIZED, ZFC_JSON
+from zfc.tools import PLAIN, said
 
 pytestmark = pytest.mark.skipif(SANITIZED, reason="the sanitizers' runtime needs the build machine's C library")
 
@@ -20,7 +21,7 @@ WEAK = {"__gmon_start__", "_ITM_registerTMCloneTable", "_ITM_deregisterTMCloneTa
 
 
 def lines(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True).stdout.splitlines()
+    return said(*command).splitlines()
 
 
 def version(name):
@@ -120,7 +121,7 @@ def test_link_fails_on_a_newer_function_and_names_it(tmp_path):
     for function, works in {"getentropy": False, "fmemopen": False, "dlopen": False, "log10f": False, "getppid": True}.items():
         source.write_text(f"void {function}(void);\nint main(void) {{ {function}(); return 0; }}\n")
         command = ["gcc", "-fno-builtin", "-o", tmp_path / "out", source, f"-L{stub}", "-lm", "-ldl"]
-        done = subprocess.run(command, capture_output=True, text=True)
+        done = subprocess.run(command, capture_output=True, text=True, env=PLAIN)
         assert (done.returncode == 0) == works, done.stderr
         assert works or f"undefined reference to `{function}'" in done.stderr
 

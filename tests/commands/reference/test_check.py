@@ -12,9 +12,17 @@ from zfc.runner import BUILD, ROOT
 CHECK = BUILD / "reference" / "reference_check"
 
 
-def check(root, *options):
-    done = subprocess.run([CHECK, *options, root], capture_output=True, text=True, timeout=60)
-    return done.returncode, done.stderr.splitlines()
+@pytest.fixture
+def check(zfc):
+    """Compares the descriptions of a project; returns status and lines. It runs the program's tree, which opens files at
+    the program's fixed paths."""
+
+    def run(root, *options):
+        argv, env = zfc.command([*options, str(root)], library="simulated", program=CHECK, keep=[root])
+        done = subprocess.run(argv, capture_output=True, text=True, env=env, timeout=60)
+        return done.returncode, done.stderr.splitlines()
+
+    return run
 
 
 @pytest.fixture
@@ -25,11 +33,11 @@ def copy(tmp_path):
     return tmp_path
 
 
-def test_descriptions_fit_the_program():
+def test_descriptions_fit_the_program(check):
     assert check(ROOT) == (0, [])
 
 
-def test_copy_has_no_difference(copy):
+def test_copy_has_no_difference(check, copy):
     assert check(copy) == (0, [])
 
 
@@ -53,7 +61,7 @@ def test_copy_has_no_difference(copy):
         pytest.param("messages.yaml", "status: 51", "status: 52", "has the number 51", id="number"),
     ],
 )
-def test_difference_is_found(copy, file, old, new, said):
+def test_difference_is_found(check, copy, file, old, new, said):
     path = copy / "reference" / file
     text = path.read_text()
     assert old in text
@@ -63,7 +71,7 @@ def test_difference_is_found(copy, file, old, new, said):
     assert any(said.lower() in line.lower() and re.match(rf"{file}:\d+: ", line) for line in lines), lines
 
 
-def test_node_without_a_description_is_found(copy):
+def test_node_without_a_description_is_found(check, copy):
     (copy / "reference" / "nodes" / "port-fec.yaml").unlink()
     status, lines = check(copy)
     assert status == 1 and any('"-t port -s fec" is not described' in line for line in lines)

@@ -1,6 +1,7 @@
 """Completion in real shells at a terminal: all that is offered is put into the line, which then shows its words."""
 
 import re
+import shlex
 
 import pytest
 
@@ -49,7 +50,7 @@ def shell(request, zfc):
     def start(**more):
         session = Session(zfc, words, program=program, library="simulated", env=env | more)
         zfc.file("setup", setup.encode())
-        session.send(f". {zfc.work}/setup\n".encode())
+        session.send(f". {shlex.quote(str(zfc.work))}/setup\n".encode())
         session.expect(PROMPT)
         return session
 

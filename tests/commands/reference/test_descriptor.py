@@ -1,6 +1,7 @@
 """The descriptor for the host's shell, used as the shell uses it, over every command of the built-in host."""
 
 import json
+import shlex
 
 import pytest
 
@@ -49,7 +50,7 @@ def run(zfc, path, values, **options):
     """Runs a command as the shell does; what it prints, and the data when it fits."""
     words = path.split(".") + [f"--{name}={value}" for name, value in values.items()]
     command, parsed = SHELL.parse(words)
-    line = command.line(parsed).replace(PROGRAM, str(EXECUTABLE))
+    line = command.line(parsed).replace(PROGRAM, shlex.quote(str(EXECUTABLE)))
     options = {"library": "simulated"} | options
     result = zfc(["sh", "-c", line], program="/usr/bin/busybox", **options)
     return command, result.stdout
@@ -223,7 +224,7 @@ def test_value_reaches_the_program_as_it_is(zfc, value):
     show = zfc.file("show", b'#!/bin/sh\nfor word in "$@"; do printf "<%s>\\n" "$word"; done\n')
     show.chmod(0o755)
     command, parsed = SHELL.parse(["zfcesxcli", "port", "dmi", "get", f"--port={value}", "--refresh=true"])
-    line = command.line(parsed).replace(PROGRAM, str(show))
+    line = command.line(parsed).replace(PROGRAM, shlex.quote(str(show)))
     result = zfc(["sh", "-c", line], program="/usr/bin/busybox")
     shown_words = ["-t", "port", "-s", "dmi", "get", value, "--refresh", "true"]
     assert result.stdout.decode() == "".join(f"<{word}>\n" for word in shown_words)

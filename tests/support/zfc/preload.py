@@ -11,4 +11,4 @@ needs_preload = pytest.mark.skipif(
 
 def preloaded(name, **settings):
     """The environment of a run with the library `name` and its settings."""
-    return {"LD_PRELOAD": str(BUILD / "tests" / f"{name}.so"), **{key: str(value) for key, value in settings.items()}}
+    return {"LD_PRELOAD": f"$ORIGIN/../tests/{name}.so", **{key: str(value) for key, value in settings.items()}}

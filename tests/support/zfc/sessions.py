@@ -5,6 +5,7 @@ import re
 import subprocess
 from pathlib import Path
 
+from .machine import without_staging_notice
 from .runner import BUILD, ROOT
 
 _FENCE = re.compile(r"^ *```console\n(.*?)^ *```$", re.MULTILINE | re.DOTALL)
@@ -52,6 +53,6 @@ def play(zfc, document):
     script = "exec 2>&1\nunset TORPI_LAB_QUIET\n" + separator.join(command for command, _ in typed)
     argv, env = zfc.command(["-c", script], library="simulated", program="/bin/bash")
     done = subprocess.run(argv, capture_output=True, env=env, timeout=120)
-    outputs = done.stdout.decode(errors="replace").split(f"{_NEXT}\n")
+    outputs = without_staging_notice(done.stdout).decode(errors="replace").split(f"{_NEXT}\n")
     assert len(outputs) == len(typed), f"the shell ended early: {outputs[-1]}"
     return [(command, expected, output) for (command, expected), output in zip(typed, outputs)]

@@ -8,6 +8,8 @@ from dataclasses import dataclass
 
 from lxml import etree
 
+from .tools import PLAIN
+
 MEMBERS = ("descriptor.xml", "sig.pkcs7")  # then the payload
 ELEMENTS = (
     "type name version vendor summary description release-date urls relationships software-tags system-requires file-list "
@@ -50,7 +52,7 @@ class Vib:
 
 
 def busybox(*words, data=None, folder=None):
-    return subprocess.run(["busybox", *words], input=data, cwd=folder, check=True, capture_output=True).stdout
+    return subprocess.run(["busybox", *words], input=data, cwd=folder, check=True, capture_output=True, env=PLAIN).stdout
 
 
 def read(path, folder):
