@@ -6,9 +6,10 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <limits>
-#include <string>
 
 #include "device/device_command.h"
 #include "port/sfp/dmi_calculation.h"
@@ -158,14 +159,15 @@ constexpr std::uint32_t kRows[] = {0, 2, 3, 4, 5};
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static std::uint8_t* const image = static_cast<std::uint8_t*>(std::calloc(1, 512));
+  static auto* const image = static_cast<std::uint8_t*>(std::calloc(1, 512));
   Input input(data, size);
   FillRecord(input, image, 512, kRead);
   const std::uint8_t kind = image[0];
   if (kind == 12 || kind == 13 || kind == 17 || kind == 18) {
-    const std::string before(reinterpret_cast<const char*>(valueArray), sizeof valueArray);
+    std::fill(std::begin(valueArray), std::end(valueArray), 2.5F);
     CalculateDetailsDMIData({image, 512});
-    Require(std::memcmp(before.data(), valueArray, sizeof valueArray) == 0);
+    Require(
+        std::all_of(std::begin(valueArray), std::end(valueArray), [](float value) { return value == 2.5F; }));
     return 0;
   }
   std::fill(std::begin(valueArray), std::end(valueArray), std::numeric_limits<float>::quiet_NaN());

@@ -51,6 +51,7 @@ Record* NewRecord() {
 }  // namespace
 
 // What takes time in a run: stacks for each block of memory, and the memory kept after its release.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the sanitizer's.
 extern "C" const char* __asan_default_options() {
   return "malloc_context_size=2:quarantine_size_mb=4:thread_local_quarantine_size_kb=64";
 }

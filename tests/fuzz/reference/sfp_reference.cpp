@@ -351,7 +351,9 @@ void AddTable(std::string& text, const Image& image) {
 std::string SfpReport(const std::uint8_t* bytes, std::size_t limit) {
   const Image image(bytes, limit);
   const std::size_t base = image.Base();
-  std::string text = "Media Information:\n";
+  std::string text;
+  text.reserve(10000);
+  text = "Media Information:\n";
   const auto line = [&text](std::string_view label, const std::string& value) {
     Pad(text, label, 30);
     text += ": ";

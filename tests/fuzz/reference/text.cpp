@@ -116,6 +116,7 @@ void Report::Line(std::string_view label, std::string_view value) {
 
 std::string WithoutConversions(std::string_view text) {
   std::string result;
+  result.reserve(text.size());
   for (std::size_t i = 0; i < text.size();) {
     const std::size_t percent = std::min(text.find('%', i), text.size());
     result += text.substr(i, percent - i);
@@ -134,8 +135,11 @@ std::string WithoutConversions(std::string_view text) {
   return result;
 }
 
-Writer::Writer(bool xml)
-    : xml_(xml), text_(xml ? "<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n" : kStars) {}
+Writer::Writer(bool xml, std::size_t room) : xml_(xml) {
+  constexpr std::size_t kFrame = 600;
+  text_.reserve(room + kFrame);
+  text_ = xml ? "<?xml version=\"1.0\"?><output xmlns:esxcli=\"znfc\">\n" : kStars;
+}
 
 void Writer::BeginStructure(std::string_view name) {
   text_ += xml_ ? "<structure typeName=\"" : "";
@@ -186,7 +190,7 @@ std::string Writer::Text() {
 }
 
 std::string ReportDocument(bool xml, const Frame& frame, std::string_view text) {
-  Writer writer(xml);
+  Writer writer(xml, text.size());
   writer.BeginStructure(frame.structure);
   writer.StringField("Message", "Success");
   writer.BeginField(frame.field);

@@ -75,7 +75,8 @@ std::string ErrorDocument(bool xml, const Frame& frame, std::string_view message
 // The parts of a document.
 class Writer {
  public:
-  explicit Writer(bool xml);
+  // `room`: how much data is to come, for one piece of memory.
+  explicit Writer(bool xml, std::size_t room = 0);
 
   void BeginStructure(std::string_view name);
   void BeginField(std::string_view name);
