@@ -17,6 +17,9 @@ constexpr Region kPortRegions[] = {{0, 16},  {20, 4},   {160, 4},  {462, 2},
                                    {608, 5}, {684, 27}, {776, 24}, {840, 16}};
 constexpr Region kTargetRegions[] = {{0, 19}, {22, 2}, {30, 4}, {36, 20}};
 constexpr Region kElementRegions[] = {{0, 20}, {48, 216}};
+constexpr Region kPortCodes[] = {{612, 1}, {684, 2}, {686, 2}, {692, 2},
+                                 {694, 2}, {702, 1}, {703, 1}, {710, 1}};
+constexpr Region kTargetCodes[] = {{30, 2}, {32, 2}, {40, 2}, {42, 2}, {48, 1}, {50, 1}, {51, 1}};
 constexpr std::size_t kMostElements = 4;
 
 std::uint8_t counters[sizeof(TargetPortStatistics)];
@@ -98,6 +101,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // Most of the time one of the families that have these commands, with a driver that has them.
   if ((choice & 8) == 0) host.fc->pci.device_id = kManaged[family % (sizeof kManaged / sizeof kManaged[0])];
   if ((choice & 16) == 0) host.fc->capabilities |= (choice & 32) != 0 ? 1U << 26 : 1U << 23;
+  ChooseCodes(input, host.fc, kPortCodes, 17);
+  ChooseCodes(input, host.target, kTargetCodes, 17);
   host.Link();
   const std::size_t length = count % (kMostElements + 1);
   list = MakeList(input, length);

@@ -12,6 +12,8 @@ namespace {
 constexpr Region kRecordRegions[] = {{0, 28},  {32, 8},  {44, 16}, {68, 12},
                                      {100, 4}, {208, 8}, {236, 4}, {286, 1}};
 
+constexpr Region kRecordCodes[] = {{0, 4}, {4, 4}, {68, 4}};
+
 std::uint8_t record[sizeof(HBAParamsInfo)];
 
 }  // namespace
@@ -30,6 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   ChoosePciIdentity(*host.fc, input.Byte());
   host.fc->interface_type = choice == 0xFF ? PortInterfaceType::kNpivVirtual : PortInterfaceType::kPhysical;
   FillRecord(input, record, sizeof record, kRecordRegions);
+  ChooseCodes(input, record, kRecordCodes, 9);
   RequireSame(RunCommand(&PhysicalPortHBAParamsCmdsProcessor, "get", {PortIdentifier()}, xml),
               reference::HbaParamsDocument(xml, host.fc, record));
   return 0;

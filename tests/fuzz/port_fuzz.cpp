@@ -22,6 +22,9 @@ constexpr Region kPhysicalPortRegions[] = {{0, 4}};
 constexpr Region kTemperatureRegions[] = {{0, 2}};
 constexpr Region kLockdownRegions[] = {{0, 16}};
 constexpr Region kComponentRegions[] = {{19, 45}};
+constexpr Region kPortCodes[] = {{611, 1}, {652, 4}};
+constexpr Region kAdapterCodes[] = {{32, 4}};
+constexpr Region kLockdownCodes[] = {{4, 4}, {8, 4}, {12, 4}};
 constexpr Region kMemoRegions[] = {{0, 4}, {16, 3}};
 
 std::uint8_t temperature[sizeof(BoardTemperature)];
@@ -73,7 +76,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FillRecord(input, lockdown, sizeof lockdown, kLockdownRegions);
   FillRecord(input, components, sizeof components, kComponentRegions);
   FillRecord(input, memo, sizeof memo, kMemoRegions);
-  if (family % 4 == 0) std::memcpy(memo, "FMBS", 4);
+  ChooseCodes(input, host.fc, kPortCodes, 101);
+  ChooseCodes(input, host.adapter, kAdapterCodes, 10);
+  ChooseCodes(input, lockdown, kLockdownCodes, 0x88);
+  constexpr std::uint8_t kSignature[] = {'F', 'M', 'B', 'S'};
+  if (family % 4 == 0) std::memcpy(memo, kSignature, sizeof kSignature);
   ChoosePciIdentity(*host.fc, family);
   host.Link();
 

@@ -17,6 +17,7 @@ namespace {
 constexpr Region kTargetRegions[] = {{0, 19},  {22, 2},   {48, 4},   {164, 34}, {224, 4},
                                      {248, 4}, {260, 64}, {328, 15}, {400, 16}, {432, 4},
                                      {528, 8}, {542, 2},  {560, 256}};
+constexpr Region kTargetCodes[] = {{50, 1}, {51, 1}, {248, 4}, {340, 1}, {341, 1}, {342, 1}, {432, 4}};
 constexpr Region kPortRegions[] = {{8, 8}, {20, 4}, {160, 4}, {180, 1}, {462, 2}, {664, 1}};
 constexpr std::size_t kMostLuns = 640;
 
@@ -40,7 +41,6 @@ void MakeRemotePort(TargetEntry& target, std::uint8_t choice) {
   if ((choice & 1) != 0) {
     target.remote_port_name = target.port_name;
     target.remote_port_id = id | static_cast<std::uint32_t>(choice) << 24;
-    target.remote_session_state %= 8;
   }
   if ((choice & 2) != 0) {
     target.old_port_name = target.port_name;
@@ -76,6 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FillRecord(input, host.target, sizeof *host.target, kTargetRegions);
   FillRecord(input, host.fc, sizeof *host.fc, kPortRegions);
   ChoosePciIdentity(*host.fc, family);
+  ChooseCodes(input, host.target, kTargetCodes, 15);
   host.Link();
   MakeRemotePort(*host.target, choice >> 4);
   std::vector<std::uint16_t> luns(lun_count == 0xFF ? kMostLuns : lun_count % 8);

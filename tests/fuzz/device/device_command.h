@@ -63,6 +63,20 @@ void FillRecord(Input& input, void* record, std::size_t size, const Region (&reg
   for (const Region& region : regions) input.Fill(bytes + region.offset, region.size);
 }
 
+// Makes numbers of a record codes below `limit`, but for some of them: codes have meanings, and among all the
+// numbers of their width they would be rare.
+template <std::size_t kCount>
+void ChooseCodes(Input& input, void* record, const Region (&codes)[kCount], std::uint8_t limit) {
+  constexpr std::uint8_t kLeave = 0xF0;
+  auto* const bytes = static_cast<std::uint8_t*>(record);
+  for (const Region& code : codes) {
+    const std::uint8_t choice = input.Byte();
+    if (choice >= kLeave) continue;
+    std::memset(bytes + code.offset, 0, code.size);
+    bytes[code.offset] = choice % limit;  // little-endian
+  }
+}
+
 // One adapter with one port, one target and one LUN, each record in a heap block of its own: a read past its
 // end is an error. The lists are linked by Link().
 struct DeviceHost {
