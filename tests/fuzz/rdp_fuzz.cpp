@@ -28,11 +28,12 @@ void MakeDescriptors(Input& input) {
   std::size_t at = 4;
   while (input.Size() > 0 && at < kResponseBytes) {
     const std::uint8_t kind = input.Byte();
-    const std::uint8_t words = input.Byte();
+    const std::uint8_t choice = input.Byte();
+    const std::uint32_t words = choice % 32U;
     const std::size_t taken =
-        std::min<std::size_t>(words % 32 * 4, kResponseBytes - std::min(kResponseBytes, at + 8));
+        std::min<std::size_t>(std::size_t{words} * 4, kResponseBytes - std::min(kResponseBytes, at + 8));
     PutWord(at, kind % 16 == 15 ? 1 : 0x00010000 | kind % 16);
-    PutWord(at + 4, words == 0xFF ? 0xFFFFFFFF : words % 32 * 4U + words / 64);
+    PutWord(at + 4, choice == 0xFF ? 0xFFFFFFFF : words * 4 + choice / 64);
     if (taken > 0) input.Fill(response + at + 8, taken);
     at += 8 + taken;
   }
@@ -43,6 +44,7 @@ void MakeDescriptors(Input& input) {
 LibraryStatus TORPI_DiagnosticsRDPTest(const DeviceHandle*, std::uint8_t* out, std::uint32_t* size) {
   Require(*size == kResponseBytes);
   std::memcpy(out, response, kResponseBytes);
+  *size = response[1];  // bounds nothing
   return kLibrarySuccess;
 }
 

@@ -26,7 +26,7 @@ std::uint32_t speed;
 
 // A chain of LUNs with these numbers, which outlives the run.
 void MakeLuns(const std::vector<std::uint16_t>& numbers) {
-  static LunEntry* const luns = static_cast<LunEntry*>(std::calloc(kMostLuns, sizeof(LunEntry)));
+  static auto* const luns = static_cast<LunEntry*>(std::calloc(kMostLuns, sizeof(LunEntry)));
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     luns[i].number = numbers[i];
     luns[i].next = i + 1 < numbers.size() ? &luns[i + 1] : nullptr;
@@ -80,7 +80,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   host.Link();
   MakeRemotePort(*host.target, choice >> 4);
   std::vector<std::uint16_t> luns(lun_count == 0xFF ? kMostLuns : lun_count % 8);
-  for (std::uint16_t& lun : luns) lun = static_cast<std::uint16_t>(input.Byte() * 257U + luns.size());
+  for (std::uint16_t& lun : luns)
+    lun = static_cast<std::uint16_t>(input.Byte() * std::size_t{257} + luns.size());
   MakeLuns(luns);
 
   const Words words = {TargetIdentifier()};
