@@ -90,7 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   constexpr std::uint16_t kManaged[] = {0x3522, 0x3D62, 0x3150, 0x3850, 0x3640, 0x3748, 0x3E48};
   Input input(data, size);
   const std::uint8_t choice = input.Byte();
-  const std::uint8_t family = input.Byte();
+  const std::uint8_t family = input.SpreadByte();
   const std::uint8_t failures = input.Byte();
   const std::uint8_t count = input.Byte();
   const bool xml = (choice & 1) == 0;

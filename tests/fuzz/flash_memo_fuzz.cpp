@@ -26,7 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   DeviceHost& host = Host();
   std::snprintf(host.adapter->model.bytes, sizeof host.adapter->model.bytes, "%s", "ZX");
   std::snprintf(host.adapter->serial_number.bytes, sizeof host.adapter->serial_number.bytes, "%s", "1");
-  ChoosePciIdentity(*host.fc, input.Byte());
+  ChoosePciIdentity(*host.fc, input.SpreadByte());
   input.Fill(block, sizeof block);
   RequireSame(RunCommand(&AdapterFlashInfoCmdsProcessor, "get", {"Adapter_ZX_1"}, xml),
               reference::FlashMemoDocument(xml, host.fc, block));

@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::uint8_t choice = input.Byte();
   const bool xml = (choice & 1) == 0;
   DeviceHost& host = Host();
-  ChoosePciIdentity(*host.fc, input.Byte());
+  ChoosePciIdentity(*host.fc, input.SpreadByte());
   host.fc->interface_type = choice == 0xFF ? PortInterfaceType::kNpivVirtual : PortInterfaceType::kPhysical;
   FillRecord(input, record, sizeof record, kRecordRegions);
   ChooseCodes(input, record, kRecordCodes, 9);

@@ -65,7 +65,7 @@ LibraryStatus TORPI_GetAdapterFlashMemoBlock(const DeviceHandle*, FlashMemoBlock
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input input(data, size);
   const std::uint8_t choice = input.Byte();
-  const std::uint8_t family = input.Byte();
+  const std::uint8_t family = input.SpreadByte();
   const bool xml = (choice & 1) == 0;
   failing_calls = (choice & 8) != 0 ? choice >> 4 : 0;
   DeviceHost& host = Host();

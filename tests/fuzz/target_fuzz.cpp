@@ -69,7 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   constexpr std::uint32_t kSpeeds[] = {1, 2, 4, 8, 16, 22, 50, 100};
   Input input(data, size);
   const std::uint8_t choice = input.Byte();
-  const std::uint8_t family = input.Byte();
+  const std::uint8_t family = input.SpreadByte();
   const std::uint8_t lun_count = input.Byte();
   const bool xml = (choice & 1) == 0;
   DeviceHost& host = Host();

@@ -33,7 +33,7 @@ LibraryStatus TORPI_GetNVMeBootDeviceEntries(const DeviceHandle*, NVMeBootRecord
 // Takes the family, the library's mode and the boot code of the adapter from the input.
 inline void MakeBootPort(Input& input) {
   FCProtocolEntry& fc = *Host().fc;
-  ChoosePciIdentity(fc, input.Byte());
+  ChoosePciIdentity(fc, input.SpreadByte());
   const std::uint8_t modes = input.Byte();
   constexpr std::uint8_t kModes[] = {1, 2, 4, 0};
   library_mode = kModes[modes & 3];

@@ -21,7 +21,8 @@ inline void Require(bool condition) {
 // What a fuzz input says, from front to back. Past its end every byte is the last one.
 class Input {
  public:
-  Input(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
+  Input(const std::uint8_t* data, std::size_t size)
+      : data_(data), size_(size), length_(static_cast<std::uint8_t>(size)) {}
 
   std::uint8_t Byte() {
     if (size_ > 0) {
@@ -30,6 +31,9 @@ class Input {
     }
     return last_;
   }
+  // A byte that the length of the whole input changes too: of what brings no new edges, as the family often
+  // does, many inputs try many values.
+  std::uint8_t SpreadByte() { return static_cast<std::uint8_t>(Byte() + length_); }
   void Fill(void* to, std::size_t size) {
     const std::size_t taken = size < size_ ? size : size_;
     if (taken > 0) {
@@ -46,6 +50,7 @@ class Input {
  private:
   const std::uint8_t* data_;
   std::size_t size_;
+  std::uint8_t length_;
   std::uint8_t last_ = 0;
 };
 
