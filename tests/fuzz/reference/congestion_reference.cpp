@@ -145,9 +145,9 @@ std::string WithRelease(std::string document, bool xml, const Frame& frame,
 
 }  // namespace
 
-std::string PortCongestionStatistics(bool xml, const void* bytes, const CongestionAnswers& answers) {
+std::string PortCongestionStatistics(bool xml, const void* port_bytes, const CongestionAnswers& answers) {
   constexpr Frame kFrame = {"PortVCLMStatistics", "Port VCLM Stats", "PortVCLMStatsList"};
-  const Record port(bytes);
+  const Record port(port_bytes);
   if (const char* const message = Guard(port, answers, true, kMaintenance); message != nullptr) {
     return ErrorDocument(xml, kFrame, message);
   }
@@ -178,9 +178,9 @@ std::string PortCongestionStatistics(bool xml, const void* bytes, const Congesti
   return ReportDocument(xml, kFrame, report.Text());
 }
 
-std::string PortCongestion(bool xml, const void* bytes, const CongestionAnswers& answers) {
+std::string PortCongestion(bool xml, const void* port_bytes, const CongestionAnswers& answers) {
   constexpr Frame kFrame = {"PortVCLMInformation", "Port VCLM Status", "PortVCLMStatusList"};
-  const Record port(bytes);
+  const Record port(port_bytes);
   if (const char* const message = Guard(port, answers, false, kMaintenance); message != nullptr) {
     return ErrorDocument(xml, kFrame, message);
   }

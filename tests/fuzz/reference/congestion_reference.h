@@ -20,11 +20,11 @@ struct CongestionAnswers {
 
 // The documents of `port scmstats get`, `port scmchk get`, `target scmstats get` and `target scmchk get`. The
 // records are those of the port, 2688 bytes, and of the target, 1496 bytes.
-std::string PortCongestionStatistics(bool xml, const void* port, const CongestionAnswers& answers);
-std::string PortCongestion(bool xml, const void* port, const CongestionAnswers& answers);
-std::string TargetCongestionStatistics(bool xml, const void* port, const void* target,
+std::string PortCongestionStatistics(bool xml, const void* port_bytes, const CongestionAnswers& answers);
+std::string PortCongestion(bool xml, const void* port_bytes, const CongestionAnswers& answers);
+std::string TargetCongestionStatistics(bool xml, const void* port_bytes, const void* target_bytes,
                                        const CongestionAnswers& answers);
-std::string TargetCongestion(bool xml, const void* port, const void* target,
+std::string TargetCongestion(bool xml, const void* port_bytes, const void* target_bytes,
                              const CongestionAnswers& answers);
 
 }  // namespace reference

@@ -7,6 +7,6 @@
 namespace reference {
 
 // The document of `adapter flashinfo get` for a block of 48 bytes of the adapter with this port.
-std::string FlashMemoDocument(bool xml, const void* port, const std::uint8_t* block);
+std::string FlashMemoDocument(bool xml, const void* port, const std::uint8_t* bytes);
 
 }  // namespace reference

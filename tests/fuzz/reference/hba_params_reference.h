@@ -6,6 +6,6 @@
 namespace reference {
 
 // The document of `hbaparams get` for a record of 512 bytes of this port.
-std::string HbaParamsDocument(bool xml, const void* port, const void* record);
+std::string HbaParamsDocument(bool xml, const void* port_bytes, const void* record_bytes);
 
 }  // namespace reference

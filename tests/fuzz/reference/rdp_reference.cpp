@@ -120,10 +120,13 @@ class Decoder {
     constexpr int kOperating[16] = {0, 0, 0, 0, 0, 0, 256, 128, 64, 32, 16, 10, 8, 4, 2, 1};
     std::string capabilities;
     int speed = 0;
-    for (int bit = 15; bit >= 0; --bit) {
+    for (int bit = 0; bit < 16; ++bit) {
       if ((words_[0] >> (16 + bit) & 1) != 0 && bit >= 6) {
-        capabilities = std::to_string(kCapabilities[bit]) + " " + capabilities;
+        capabilities += std::to_string(kCapabilities[bit]);
+        capabilities += ' ';
       }
+    }
+    for (int bit = 15; bit >= 0; --bit) {
       if ((words_[0] >> bit & 1) != 0) speed = kOperating[bit];
     }
     Value("Port Speed Capabilities", capabilities + "Gbps");

@@ -159,7 +159,8 @@ std::vector<int> FcSpeeds(const Image& image) {
   std::vector<int> speeds;
   const auto add = [&speeds](const auto& codes, std::uint8_t byte) {
     for (const Code& code : codes) {
-      if ((byte & code.value) != 0 && !IsBlank(code.text)) speeds.push_back(std::atoi(code.text));
+      if ((byte & code.value) != 0 && !IsBlank(code.text))
+        speeds.push_back(static_cast<int>(std::strtol(code.text, nullptr, 10)));
     }
   };
   const std::uint8_t byte = image[image.Base() + 10];
@@ -240,7 +241,7 @@ float Ieee(std::uint32_t pattern) {
   const std::uint32_t exponent = pattern >> 23 & 0xFF;
   std::uint32_t mantissa = pattern & 0x7FFFFF;
   if (exponent == 255) return sign * 3.4028235e38F;
-  float scale = static_cast<float>(std::ldexp(1.0, static_cast<int>(exponent) - 150));
+  auto scale = static_cast<float>(std::ldexp(1.0, static_cast<int>(exponent) - 150));
   if (exponent == 0) {
     scale *= 2.0F;
   } else {
@@ -272,10 +273,10 @@ float Scaled(int quantity, std::uint16_t n) {
 }
 
 struct Diagnostics {
-  Quantity quantities[5];
-  float coefficients[5];
+  Quantity quantities[5] = {};
+  float coefficients[5] = {};
 
-  explicit Diagnostics(const Image& image) : quantities(), coefficients() {
+  explicit Diagnostics(const Image& image) {
     constexpr std::size_t kThreshold[kRows] = {0, 0, 4, 6, 2};  // from a quantity's first one
     for (int q = 0; q < 5; ++q) {
       Quantity& quantity = quantities[q];

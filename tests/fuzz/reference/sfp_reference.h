@@ -8,7 +8,7 @@
 namespace reference {
 
 // What the report says about the first `limit` bytes of an image.
-std::string SfpReport(const std::uint8_t* image, std::size_t limit);
+std::string SfpReport(const std::uint8_t* bytes, std::size_t limit);
 
 // The documents of `dmi get` and of `dmi getraw` for an image of 512 bytes.
 std::string SfpDocument(bool xml, const std::uint8_t* image);
