@@ -3,7 +3,6 @@
 // and called for all others. For one source of a target: it defines them.
 #pragma once
 
-#include <dlfcn.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -15,6 +14,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "c_library.h"
 
 inline constexpr std::string_view kMemoryFolder = "/in-memory/";
 
@@ -97,12 +98,6 @@ inline std::FILE* MemoryFiles::Open(Content content) {
   ++open_;
   return fopencookie(new Cursor{std::move(content)}, "r+",
                      {.read = &Read, .write = &Write, .seek = nullptr, .close = &Close});
-}
-
-// The C library's own function of this name and type.
-template <class Function>
-Function* CLibrarys(const char* name, Function*) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
 inline int MemoryResult(bool done) {
