@@ -13,6 +13,7 @@
 
 #include "framework/device_library/calls.h"
 #include "framework/device_library/target_records.h"
+#include "host_answers.h"
 #include "host_file/host_keys.h"
 #include "lab.h"
 #include "played_host.h"
@@ -89,7 +90,7 @@ void ReadReports(const DeviceHandle& handle) {
   std::free(dump);
 }
 
-void ReadConfiguration(const DeviceHandle& handle) {
+void ReadConfigurationOf(const DeviceHandle& handle) {
   HBAParamsInfo parameters{};
   HBAParamsExtra extra{};
   NVMeBootRecord nvme{};
@@ -109,7 +110,7 @@ void ReadConfiguration(const DeviceHandle& handle) {
   TORPI_GetNVMeHostNQNStatus(&handle, bytes);
 }
 
-void ReadCongestion(const DeviceHandle& handle) {
+void ReadCongestionOf(const DeviceHandle& handle) {
   std::uint8_t enabled = 0;
   SCMRProfile profile{};
   SCMRStatisticsEntry* head = nullptr;
@@ -147,8 +148,8 @@ void ReadHost() {
       for (const FCProtocolEntry* entry = port->protocols->first; entry != nullptr; entry = entry->next) {
         ReadFlash(entry->handle);
         ReadReports(entry->handle);
-        ReadConfiguration(entry->handle);
-        ReadCongestion(entry->handle);
+        ReadConfigurationOf(entry->handle);
+        ReadCongestionOf(entry->handle);
         ReadTargets(*entry);
       }
     }
@@ -186,10 +187,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Require(list == nullptr || list->count == host.adapters.size());
   lab::Lab::Reset();
   const std::string snapshot = CapturedText();
+  lab::Lab::Reset();
+  Answers of_host;
+  ReadAll(of_host);
   state_file.Forget();
   host_file.Hold(snapshot);
   lab::Lab::Reset();
   Require(CapturedText() == snapshot);
+  lab::Lab::Reset();
+  Answers of_snapshot;
+  ReadAll(of_snapshot);
+  Require(of_snapshot.Text() == of_host.Text());
   lab::Lab::Reset();
   return 0;
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "framework/device_library/calls.h"
+#include "host_answers.h"
 #include "lab.h"
 #include "played_host.h"
 #include "recorded/recorded_file.h"
@@ -84,9 +85,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   host_file.Hold(written);
   lab::Lab::Reset();
   PlayHost();
+  Answers of_snapshot;
+  ReadAll(of_snapshot);
   const std::string captured = CapturedText();
   host_file.Hold(captured);
   lab::Lab::Reset();
+  Answers of_captured;
+  ReadAll(of_captured);
+  Require(of_captured.Text() == of_snapshot.Text());
   Require(CapturedText() == captured);
   lab::Lab::Reset();
   return 0;

@@ -1,4 +1,4 @@
-// Any bytes as the state file of a small host: through every reading call, one change and its saving.
+// Any bytes as the state file of a small host: through every reading call, changes and their saving.
 //
 // Oracle: print(parse(x)) is its own print. A file that is no state stays as it is, byte by byte. Of any
 // other, what the calls answer before a save is what they answer after it to a host that starts with the
@@ -6,14 +6,12 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <array>
 #include <cstdint>
 #include <cstdio>
-#include <memory>
 #include <string>
 
 #include "base/file.h"
-#include "framework/device_library/calls.h"
+#include "host_answers.h"
 #include "lab.h"
 
 namespace {
@@ -74,104 +72,19 @@ std::string Content() {
   return text;
 }
 
-// What the calls answer, all in one text.
-class Answers {
- public:
-  template <class Answer>
-  void Add(const Answer& answer) {
-    Add(&answer, sizeof answer);
-  }
-  void Add(const void* bytes, std::size_t size) { text_.append(static_cast<const char*>(bytes), size); }
-
-  const std::string& Text() const { return text_; }
-
- private:
-  std::string text_;
-};
-
-// Calls with room for an answer, which is zero ahead of the call, and adds its result and the answer.
-template <class Answer, class Call>
-void Ask(Answers& answers, Call call) {
-  auto answer = std::make_unique<Answer>();
-  answers.Add(call(answer.get()));
-  answers.Add(*answer);
-}
-
-struct CreditRecovery {
-  std::uint8_t numbers[4];
-  char reason[64];
-};
-
-void ReadConfiguration(const DeviceHandle* handle, Answers& answers) {
-  Ask<HBAParamsInfo>(answers, [=](auto* info) {
-    HBAParamsExtra extra{};
-    return TORPI_GetHBAParamsInfo(handle, info, &extra);
-  });
-  Ask<HBAParamsInfo>(answers, [=](auto* info) { return TORPI_GetBootDeviceInfo(handle, info, 0); });
-  Ask<NVMeBootRecord>(answers, [=](auto* boot) { return TORPI_GetNVMeBootDeviceEntries(handle, boot); });
-  Ask<CreditRecovery>(answers, [=](auto* state) {
-    std::uint8_t(&numbers)[4] = state->numbers;
-    return TORPI_FCGetBBCSupportInfoEx(handle, &numbers[0], &numbers[1], &numbers[2], &numbers[3],
-                                       state->reason, sizeof state->reason);
-  });
-  Ask<std::uint32_t>(answers, [=](auto* number) { return TORPI_FCGetFECSupportInfo(handle, number); });
-  Ask<std::uint32_t>(answers, [=](auto* number) { return TORPI_GetAdapterBeaconStatus(handle, number); });
-  Ask<std::uint8_t>(answers, [=](auto* flag) { return TORPI_GetNVMeHostNQNStatus(handle, flag); });
-  Ask<std::uint8_t>(answers, [=](auto* flag) { return TORPI_GetPersonalityType(handle, flag); });
-  answers.Add(TORPI_CheckAdapterDPortOption(handle));
-}
-
-void ReadCongestion(const DeviceHandle* handle, Answers& answers) {
-  Ask<std::uint8_t>(answers, [=](auto* flag) { return TORPI_IsVCLMFeatureEnabled(handle, flag); });
-  Ask<SCMRProfile>(answers, [=](auto* profile) { return TORPI_GetSCMRProfile(handle, profile); });
-  SCMRStatisticsEntry* statistics = nullptr;
-  if (TORPI_GetSCMRStatisticsList(handle, &statistics) != 0) return;
-  for (SCMRStatisticsEntry* entry = statistics; entry != nullptr; entry = entry->next) {
-    SCMRStatisticsEntry copy = *entry;
-    copy.next = nullptr;
-    answers.Add(copy);
-  }
-  TORPI_FreeSCMRStatisticsList(statistics);
-}
-
-void ReadImages(const DeviceHandle* handle, Answers& answers) {
-  Ask<FlashComponentVersions>(
-      answers, [=](auto* versions) { return TORPI_GetFlashComponentVersion(handle, versions); });
-  Ask<FlashMemoBlock>(answers, [=](auto* memo) { return TORPI_GetAdapterFlashMemoBlock(handle, memo); });
-  using Image = std::array<std::uint8_t, 1024>;
-  Ask<Image>(answers, [=](auto* image) { return TORPI_GetSFPDataEx(handle, image->data(), 0, 0); });
-  Ask<Image>(answers, [=](auto* image) {
-    std::uint32_t size = image->size();
-    return TORPI_GetVpd(handle, 0, image->data(), &size);
-  });
-  Ask<Image>(answers, [=](auto* image) {
-    std::uint32_t size = 508;
-    return TORPI_DiagnosticsRDPTest(handle, image->data(), &size);
-  });
-}
-
-// Reads everything that a state can change. Returns the first port, or null for a host without adapters,
-// which a mistake in the file gives.
-const DeviceHandle* ReadAll(Answers& answers) {
-  const DeviceHandle* first = nullptr;
-  Ask<std::uint8_t>(answers, &TORPI_IsRebootRequired);
-  for (const AdapterEntry* adapter = TORPI_GetAdapterList()->first; adapter != nullptr;
-       adapter = adapter->next) {
-    for (const PhyPortEntry* port = adapter->ports->first; port != nullptr; port = port->next) {
-      for (const FCProtocolEntry* entry = port->protocols->first; entry != nullptr; entry = entry->next) {
-        const DeviceHandle* const handle = &entry->handle;
-        if (first == nullptr) first = handle;
-        ReadConfiguration(handle, answers);
-        ReadCongestion(handle, answers);
-        ReadImages(handle, answers);
-        for (std::uint16_t target = 0; target < 4; ++target) {
-          Ask<std::uint32_t>(answers,
-                             [=](auto* speed) { return TORPI_GetTargetLinkSpeed(handle, target, speed); });
-        }
-      }
-    }
-  }
-  return first;
+// Changes one setting of each record that a state file keeps.
+void ChangeSettings(const DeviceHandle* port) {
+  HBAParamsInfo parameters{};
+  HBAParamsExtra extra{};
+  Require(TORPI_GetHBAParamsInfo(port, &parameters, &extra) == 0);
+  parameters.frame_size = parameters.frame_size == 512 ? 1024 : 512;
+  parameters.hard_loop_id ^= 1;
+  Require(TORPI_UpdateHBAParameters(port, &parameters) == 0);
+  Require(TORPI_GetBootDeviceInfo(port, &parameters, 0) == 0);
+  parameters.alternate_drive_7.lun ^= 0x101;
+  Require(TORPI_SetBootDeviceInfo(port, &parameters) == 0);
+  Require(TORPI_FCSetBBCSupportInfo(port, 1, 7) == 0);
+  Require(TORPI_FCSetFECSupportInfo(port, 0) == 0);
 }
 
 void Start() {
@@ -201,6 +114,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(Content() == bytes);  // a file that is no state is left as it is
     return 0;
   }
+  ChangeSettings(port);
   Answers before;
   ReadAll(before);
   const std::string saved = Content();
