@@ -1,0 +1,96 @@
+// What the second implementations share: fields of records by their offsets, and the pieces of a document.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace reference {
+
+// Little-endian fields of a record, by their offset in bytes.
+class Record {
+ public:
+  explicit Record(const void* bytes) : bytes_(static_cast<const std::uint8_t*>(bytes)) {}
+
+  std::uint8_t U8(std::size_t at) const { return bytes_[at]; }
+  std::uint16_t U16(std::size_t at) const { return static_cast<std::uint16_t>(Number(at, 2)); }
+  std::uint32_t U32(std::size_t at) const { return static_cast<std::uint32_t>(Number(at, 4)); }
+  std::uint64_t U64(std::size_t at) const { return Number(at, 8); }
+  bool Bit(std::size_t at, int bit) const { return (bytes_[at] >> bit & 1) != 0; }
+  bool AllAre(std::size_t at, std::size_t size, std::uint8_t byte) const;
+  // The text up to its terminator or the end of its field.
+  std::string_view Text(std::size_t at, std::size_t size) const;
+  // Octets in hexadecimal with `separator` between two.
+  std::string Octets(std::size_t at, std::size_t size, std::string_view separator) const;
+  std::string Name(std::size_t at) const { return Octets(at, 8, ":"); }
+  std::string PortId(std::size_t at) const { return Octets(at, 3, ":"); }
+
+ private:
+  std::uint64_t Number(std::size_t at, std::size_t size) const;
+
+  const std::uint8_t* bytes_;
+};
+
+std::string Decimal(std::uint64_t number, std::size_t digits = 1);
+std::string Hex(std::uint64_t number, std::size_t digits = 1);
+std::string UpperHex(std::uint64_t number, std::size_t digits);
+inline const char* TrueFalse(bool value) {
+  return value ? "true" : "false";
+}
+
+// A report of at most `size` - 1 characters; a piece that does not fit is left out whole.
+class Report {
+ public:
+  explicit Report(std::size_t size) : size_(size) {}
+
+  void Add(std::string_view piece);
+  // "label: value", the second form with six blanks in front.
+  void First(std::string_view label, std::string_view value);
+  void Line(std::string_view label, std::string_view value);
+  void Number(std::string_view label, std::uint64_t value) { Line(label, Decimal(value)); }
+
+  const std::string& Text() const { return text_; }
+
+ private:
+  std::size_t size_;
+  std::string text_;
+};
+
+// The names of a document, as the report's frame has them.
+struct Frame {
+  const char* structure;
+  const char* field;
+  const char* list_structure;
+  const char* data_field = "Data";
+};
+
+// What a user reads of a text that counts as a format without arguments.
+std::string WithoutConversions(std::string_view text);
+
+// Whole documents in one of the two forms.
+std::string ReportDocument(bool xml, const Frame& frame, std::string_view text);
+std::string ErrorDocument(bool xml, const Frame& frame, std::string_view message);
+
+// The parts of a document.
+class Writer {
+ public:
+  // `room`: how much data is to come, for one piece of memory.
+  explicit Writer(bool xml, std::size_t room = 0);
+
+  void BeginStructure(std::string_view name);
+  void BeginField(std::string_view name);
+  void BeginList();
+  void End(std::string_view what);  // "structure", "field" or "list"
+  void StringField(std::string_view name, std::string_view value);
+  void IntField(std::string_view name, std::uint32_t value);  // unsigned
+  void Data(std::string_view text);
+  // Ends the document.
+  std::string Text();
+
+ private:
+  bool xml_;
+  std::string text_;
+};
+
+}  // namespace reference
