@@ -12,6 +12,7 @@ struct Limits {
   // Of any file of YAML.
   std::size_t file_bytes = kLargestFile;
   std::size_t nesting = 64;
+  std::size_t open_brackets = 65536;       // of one line, in texts and remarks too; see YamlTree::Read
   std::uint64_t values = 4'000'000;        // with every alias counted as what it names
   std::uint64_t image_bytes = 256u << 20;  // of all files that the file names
   // Of a host file.

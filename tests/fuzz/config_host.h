@@ -1,13 +1,11 @@
 // A host of one port for the fuzz targets of the configuration, and the library calls that reading it takes.
 #pragma once
 
-#include <unistd.h>
-
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "config/bbcr.h"
 #include "config/boot/boot_config.h"
@@ -15,6 +13,7 @@
 #include "config/hba_params/hba_params.h"
 #include "framework/device_library/calls.h"
 #include "framework/device_library/target_records.h"
+#include "memory_files.h"
 #include "support/unit_command_run.h"
 
 inline constexpr const char* kPort = "FC_21:00:00:11:22:33:44:55";
@@ -61,41 +60,25 @@ struct ConfigHost {
 
 inline ConfigHost g_host;
 
-// A file in a folder of its own, gone at the end of the process.
+// A file in memory.
 class ScratchFile {
  public:
-  ScratchFile() {
-    char name[] = "/tmp/config_fuzz_XXXXXX";
-    Require(mkdtemp(name) != nullptr);
-    folder_ = name;
-  }
-  ~ScratchFile() {
-    std::remove(Path().c_str());
-    rmdir(folder_.c_str());
-  }
+  static const char* Path() { return "/in-memory/staged"; }
 
-  std::string Path() const { return folder_ + "/staged"; }
+  static void Write(std::string_view content) { MemoryFiles::Get().Make(Path())->assign(content); }
 
-  void Write(const std::string& content) const {
-    std::FILE* const file = std::fopen(Path().c_str(), "wb");
-    Require(file != nullptr && std::fwrite(content.data(), 1, content.size(), file) == content.size());
-    std::fclose(file);
+  static const std::string& Read() {
+    const MemoryFiles::Content content = MemoryFiles::Get().Find(Path());
+    Require(content != nullptr);
+    return *content;
   }
-
-  std::string Read() const {
-    std::string content;
-    std::FILE* const file = std::fopen(Path().c_str(), "rb");
-    Require(file != nullptr);
-    for (int c = std::getc(file); c != EOF; c = std::getc(file)) content += static_cast<char>(c);
-    std::fclose(file);
-    return content;
-  }
-
- private:
-  std::string folder_;
 };
 
-inline ScratchFile g_file;
+// At the end of a run: nothing is open, and there is no file beside the staged one.
+inline void RequireFilesInOrder() {
+  Require(MemoryFiles::Get().OpenFiles() == 0);
+  Require(MemoryFiles::Get().Count() == 1);
+}
 
 const AdapterList* TORPI_GetAdapterList() {
   return &g_host.list;

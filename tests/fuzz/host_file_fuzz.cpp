@@ -1,8 +1,8 @@
 // Any bytes as host file, and what follows a line of kStateMark as state file, through the whole library: bad
 // ones have a report of plain lines, good ones are served by all calls that read.
-#include <sys/mman.h>
-#include <unistd.h>
-
+//
+// Oracle: capture(play(x)) = x. What is captured of a good host is a snapshot that plays back: captured of
+// that, it is the same text. Beside it, what the report and the lists may hold.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -13,8 +13,10 @@
 
 #include "framework/device_library/calls.h"
 #include "framework/device_library/target_records.h"
+#include "host_answers.h"
 #include "host_file/host_keys.h"
 #include "lab.h"
+#include "played_host.h"
 #include "state/state_check.h"
 
 namespace {
@@ -37,28 +39,6 @@ constexpr lab::Limits kSmall = [] {
 }();
 constexpr std::uint32_t kLargestDump = 65536;
 constexpr std::uint32_t kMostDeparted = 100;
-
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
-
-// A file in memory that an environment variable names.
-class NamedFile {
- public:
-  explicit NamedFile(const char* variable) : variable_(variable), descriptor_(memfd_create(variable, 0)) {
-    Require(descriptor_ >= 0);
-  }
-  void Hold(const std::string& text) const {
-    Require(ftruncate(descriptor_, 0) == 0);
-    Require(pwrite(descriptor_, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()));
-    setenv(variable_, ("/proc/self/fd/" + std::to_string(descriptor_)).c_str(), 1);
-  }
-  void Forget() const { unsetenv(variable_); }
-
- private:
-  const char* variable_;
-  int descriptor_;
-};
 
 // Each mistake is one line with the name of the file and without anything that a terminal obeys.
 void CheckReport(const std::string& report) {
@@ -110,7 +90,7 @@ void ReadReports(const DeviceHandle& handle) {
   std::free(dump);
 }
 
-void ReadConfiguration(const DeviceHandle& handle) {
+void ReadConfigurationOf(const DeviceHandle& handle) {
   HBAParamsInfo parameters{};
   HBAParamsExtra extra{};
   NVMeBootRecord nvme{};
@@ -130,7 +110,7 @@ void ReadConfiguration(const DeviceHandle& handle) {
   TORPI_GetNVMeHostNQNStatus(&handle, bytes);
 }
 
-void ReadCongestion(const DeviceHandle& handle) {
+void ReadCongestionOf(const DeviceHandle& handle) {
   std::uint8_t enabled = 0;
   SCMRProfile profile{};
   SCMRStatisticsEntry* head = nullptr;
@@ -168,8 +148,8 @@ void ReadHost() {
       for (const FCProtocolEntry* entry = port->protocols->first; entry != nullptr; entry = entry->next) {
         ReadFlash(entry->handle);
         ReadReports(entry->handle);
-        ReadConfiguration(entry->handle);
-        ReadCongestion(entry->handle);
+        ReadConfigurationOf(entry->handle);
+        ReadCongestionOf(entry->handle);
         ReadTargets(*entry);
       }
     }
@@ -205,6 +185,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   ReadHost();
   const AdapterList* const list = TORPI_GetAdapterList();
   Require(list == nullptr || list->count == host.adapters.size());
+  lab::Lab::Reset();
+  const std::string snapshot = CapturedText();
+  lab::Lab::Reset();
+  Answers of_host;
+  ReadAll(of_host);
+  state_file.Forget();
+  host_file.Hold(snapshot);
+  lab::Lab::Reset();
+  Require(CapturedText() == snapshot);
+  lab::Lab::Reset();
+  Answers of_snapshot;
+  ReadAll(of_snapshot);
+  Require(of_snapshot.Text() == of_host.Text());
   lab::Lab::Reset();
   return 0;
 }

@@ -1,10 +1,15 @@
-// Documents as JSON. Whatever bytes come in, what goes out is one valid JSON value a line, as many as there
-// were complete documents; a document that can't be followed leaves nothing. In pieces of any size the bytes
-// mean the same.
+// Documents as JSON, of any bytes. What is read back of documents that the program prints is in
+// document_fuzz.cpp.
+//
+// Oracle: a reader of JSON of its own. Whatever bytes come in, what goes out is one valid JSON value a line,
+// as many as there were complete documents; a document that can't be followed leaves nothing. In pieces of
+// any size the bytes mean the same.
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tools/json/conversion.h"
 
@@ -76,11 +81,10 @@ class Validator {
   void Object() {
     Take("{");
     if (TakeIf('}')) return;
-    std::string names = "\n";
+    std::vector<std::string_view> names;
     do {
-      const std::string name = "\n" + std::string(String()) + "\n";
-      Require(names.find(name) == std::string::npos);
-      names += name.substr(1);
+      names.push_back(String());
+      Require(std::count(names.begin(), names.end(), names.back()) == 1);
       Take(":");
       AnyValue();
     } while (TakeIf(','));
@@ -183,9 +187,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Converted pieces = Run(input, piece, all);
   Require(pieces.json == whole.json && pieces.conversion.problem == whole.conversion.problem);
 
-  for (const WriterOptions& options : {WriterOptions{.raw = false}, WriterOptions{.parsed = false}}) {
-    Require(ValidLines(Run(input, size, options).json) == whole.conversion.documents);
-  }
+  const WriterOptions half = piece % 2 == 0 ? WriterOptions{.raw = false} : WriterOptions{.parsed = false};
+  Require(ValidLines(Run(input, size, half).json) == whole.conversion.documents);
   const Converted stream = Run(input, piece, {.stream = true});
   ValidLines(stream.json);
   Require(stream.conversion.documents == whole.conversion.documents);

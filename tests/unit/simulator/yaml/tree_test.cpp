@@ -145,7 +145,18 @@ std::string Nested(std::size_t levels) {
 TEST(YamlLimits, NestingHasALimit) {
   EXPECT_EQ(ReportOf(Nested(64)), "");
   EXPECT_EQ(ReportOf(Nested(65)), "a.yaml:1:65: nested deeper than 64 levels");
-  EXPECT_TRUE(ReportOf(std::string(100000, '[')).ends_with(": nested deeper than 64 levels"));
+  EXPECT_TRUE(ReportOf(std::string(60000, '[')).ends_with(": nested deeper than 64 levels"));
+}
+
+TEST(YamlLimits, OpenBracketsOfALineHaveALimit) {
+  Limits limits;
+  limits.open_brackets = 2;
+  EXPECT_EQ(ReportOf("- [{}]\n- [{a: [1]}, []]\n", limits),
+            "a.yaml:2:8: more than 2 brackets are open in one line");
+  EXPECT_EQ(ReportOf("- [\n{a:\n[1]}, [], [\n{}]]\n- ']]}[{'\n# [[\n", limits), "");
+  EXPECT_EQ(ReportOf("- 'a text [[{'\n", limits), "a.yaml:1:13: more than 2 brackets are open in one line");
+  EXPECT_EQ(ReportOf("a: [[\n" + std::string(5000000, '{')),
+            "a.yaml:2:65537: more than 65536 brackets are open in one line");
 }
 
 TEST(YamlLimits, AliasesCountAsNesting) {
