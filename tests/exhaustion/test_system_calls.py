@@ -77,7 +77,7 @@ def ends_of(leaf, fault, event, streams):
     if is_document_lost:
         return [CUT if fault.onward else HOLED]
     if leaf.plain == "shell":
-        return [SESSION]
+        return [CUT, SESSION] if fault.call == WRITE and fault.onward else [SESSION]  # the mirror comes first
     if fault.error == 0:
         return [SAME]
     if event.what == OPENAT and event.via == "open":
