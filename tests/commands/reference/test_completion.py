@@ -19,7 +19,7 @@ bind 'set enable-bracketed-paste off'
 bind 'set bell-style none'
 bind 'set horizontal-scroll-mode on'
 bind '"\\C-t": insert-completions'
-source {SHARE}/bash-completion/completions/zfcesxcli
+source {shlex.quote(str(SHARE))}/bash-completion/completions/zfcesxcli
 words() {{ echo; printf '<%s>\\n' "$@"; }}
 """
 
@@ -28,7 +28,7 @@ PS1='@prom''pt@'
 unset zle_bracketed_paste
 unsetopt prompt_cr prompt_sp
 zle_highlight=()
-fpath=({SHARE}/zsh/site-functions $fpath)
+fpath=({shlex.quote(str(SHARE))}/zsh/site-functions $fpath)
 autoload -U compinit && compinit -D -u
 all_matches() {{ _main_complete; compstate[insert]=all; compstate[list]=; }}
 zle -C all-matches complete-word all_matches
@@ -50,7 +50,7 @@ def shell(request, zfc):
     def start(**more):
         session = Session(zfc, words, program=program, library="simulated", env=env | more)
         zfc.file("setup", setup.encode())
-        session.send(f". {shlex.quote(str(zfc.work))}/setup\n".encode())
+        session.send(b". ./setup\n")
         session.expect(PROMPT)
         return session
 
