@@ -146,6 +146,17 @@ class Crossing:
                 yield from self._single(first, after=first.choices[0][0])
 
 
+def odd_host(command, situation):
+    """The data of the situation's odd host; none for the ordinary one."""
+    both = {**command.get("hosts", {}), **command.get("odd hosts", {})}
+    return both.get(situation.host) or {}
+
+
+def place(path, identifier):
+    """A path of the data: STAGED is the folder of the staged files, ID the identifier."""
+    return path.replace("STAGED", "/opt/ZunaFcEsxcliPlugin/tmp").replace("ID", identifier)
+
+
 class Maker:
     """Makes cases of situations."""
 
@@ -162,7 +173,7 @@ class Maker:
         now = situation
         walks = steps_of(command) and now.words != USAGE and now.unopened != -1
         expected = Walk(command, self._common, now).run() if walks else Expected()
-        host = command.get("hosts", {}).get(now.host) or command.get("odd hosts", {}).get(now.host) or {}
+        host = odd_host(command, now)
         image, handles = self._host(command, now)
         identifier = host.get("identifier", command.get("identifier", ""))
         odd = {**command.get("odd words", {}), USAGE: USAGE}
@@ -177,14 +188,19 @@ class Maker:
             image=image,
             handles=handles,
             settings={f"HOSTILE_{name}": value for name, value in expected.settings.items()},
-            files={path: content.encode() for path, content in command.get("files", {}).items()},
         )
+        for path, content in {**command.get("files", {}), **host.get("files", {})}.items():
+            if content is not None:
+                case.files[place(path, identifier)] = content.encode()
+        case.folders = [place(path, identifier) for path in host.get("folders", [])]
+        expected.written = {place(path, identifier): pattern for path, pattern in expected.written.items()}
+        expected.cleared = [place(path, identifier) for path in expected.cleared]
         chattering = {*self._common["start"], *(call for _, _, call, bracketed in expected.made if bracketed)}
         case.settings["HOSTILE_CHATTER"] = ",".join(sorted(chattering))
         for call, answer in now.ends:
             case.settings[f"HOSTILE_RESULT_{call}"] = str(answer)
         if now.unopened == -1:
-            case.folders = [OUTPUT_FILE]
+            case.folders.append(OUTPUT_FILE)
         elif now.unopened is not None:
             case.settings["HOSTILE_SPOIL_LOG"] = f"{expected.made[-1][2]}:directory"
         if leaf.form == "text":
@@ -197,7 +213,7 @@ class Maker:
         return case
 
     def _host(self, command, now):
-        shape = command.get("hosts", {}).get(now.host) or command.get("odd hosts", {}).get(now.host) or {}
+        shape = odd_host(command, now)
         entry = {**command.get("entry", {}), **shape.get("entry", {})}
         entry["raw"] = {**command.get("entry", {}).get("raw", {}), **shape.get("entry", {}).get("raw", {})}
         entry.setdefault("device", now.device)

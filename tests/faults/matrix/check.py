@@ -113,7 +113,8 @@ def _check_files(case, ran, common):
     if case.leaf.form == "text":
         yield from _check_debug_log(case, [files.pop(path) for path in logs])
     yield from _check_output_file(case, files.pop(OUTPUT_FILE, None), common)
-    expected = {**case.files, **case.expected.written}
+    expected = {**case.files, **dict.fromkeys(case.folders, b"folder"), **case.expected.written}
+    expected.pop(OUTPUT_FILE, None)
     for path in case.expected.cleared:
         expected.pop(path, None)
     for path in sorted({*files, *expected}):

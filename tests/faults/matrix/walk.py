@@ -1,8 +1,11 @@
 """What a command has to do in a situation, by the steps of its data."""
 
+import re
 from dataclasses import dataclass, field
 
 from .data import listed
+
+_OCTETS = re.compile(r"[0-9a-fA-F]{2}(?: [0-9a-fA-F]{2})*")
 
 
 @dataclass(frozen=True)
@@ -151,9 +154,11 @@ def good_answer(step):
 
 
 def setting(value):
-    """A value of the library's settings. Bytes by their offsets: {size: 48, fill: 255, 0: "464d4253"}."""
+    """A value of the library's settings. Bytes are hexadecimal digits, with blanks between them or without; or they are given
+    by their offsets: {size: 48, fill: 255, 0: "464d4253"}."""
     if not isinstance(value, dict):
-        return str(value)
+        text = str(value)
+        return text.replace(" ", "") if _OCTETS.fullmatch(text) else text
     content = bytearray([value.get("fill", 0)]) * value["size"]
     for offset, digits in value.items():
         if isinstance(offset, int):
