@@ -164,10 +164,13 @@ class Maker:
         self._common = common
         self._image = cache(self._make_image)
 
-    def cases(self, command):
-        for situation in Crossing(command, self._common).situations():
-            for leaf in command.leaves:
-                yield self.case(command, leaf, situation)
+    def plan(self, nodes, wanted=None):
+        """All cases of these nodes, unmade: what `case` takes."""
+        for node in nodes:
+            for command in node.commands if wanted is None or node.name in wanted else ():
+                for situation in Crossing(command, self._common).situations():
+                    for leaf in command.leaves:
+                        yield command, leaf, situation
 
     def case(self, command, leaf, situation):
         now = situation

@@ -7,10 +7,11 @@ import yaml
 from zfc.tree import TREE
 
 FOLDER = Path(__file__).resolve().parents[1]
+_LOADER = getattr(yaml, "CSafeLoader", yaml.SafeLoader)
 
 
 def load(name):
-    return yaml.safe_load((FOLDER / name).read_text())
+    return yaml.load((FOLDER / name).read_text(), _LOADER)
 
 
 def listed(value):
@@ -141,7 +142,7 @@ def _read_commands(node, data, common, statuses):
                 taken.add(word)
                 leaves.append(Leaf(word, form, rows[word][3]))
             elif node.path:
-                missing.append(f"{node.name}: the command tree has no leaf {word}")
+                missing.append(f"tests/faults/{node.name}.yaml: the command tree has no leaf {word}")
             else:
                 leaves.append(Leaf(word, form, ""))
         merged = _merge(lookup, shared, own)
