@@ -9,6 +9,7 @@ from .documents import document, list_document
 from .server import Server
 
 _EXIT_CODE = re.compile(rb"main: Program Exit Code: \((\d+)\)")
+_HANDLE = re.compile(r"^@(\d+)")
 _USAGE_CODES = (4, 5, 6)
 
 
@@ -39,10 +40,19 @@ def _check_calls(case, ran, common):
     expected = expected_calls(case, common)
     if _names(ran.trace) != expected:
         yield f"calls: expected {' '.join(expected)}\n        got      {' '.join(ran.trace)}"
-    for line in ran.trace:
-        handle = re.match(r"\w+\(@(\w+)", line)
-        if handle and case.handles.get(int(handle[1]) if handle[1].isdigit() else None) != "port":
-            yield f"{line}: the handle is not that of the port"
+        return
+    wanted = [None] * len(common["start"]) + [_arguments(case, made) for made in case.expected.made] + [None]
+    for line, arguments in zip(ran.trace, wanted):
+        named = _HANDLE.sub(lambda found: case.handles.get(int(found[1]), "a strange handle"), line.partition("(")[2][:-1])
+        if arguments is not None and named != arguments:
+            yield f"{line.partition('(')[0]}: expected the arguments {arguments!r}, got {named!r}"
+        elif _HANDLE.search(line) and not named.startswith("port"):
+            yield f"{line}: the handle is not that of the port, but of {named!r}"
+
+
+def _arguments(case, made):
+    """What the data says of a call's arguments, if anything."""
+    return case.command.get("steps")[made[0]].get("with")
 
 
 def _shape(case, status):

@@ -171,7 +171,10 @@ def _complete_words(data):
     data["odd words"] = {name: str(text or "").replace("REST", rest) for name, text in odd.items()}
 
 
-STEP_KEYS = {"if", "unless", "status", "set", "call", "answers", "odd", "gives", "bracket", "unopened", "times", "writes", "clears"}
+STEP_KEYS = {
+    "if", "unless", "status", "also success", "set", "call", "with", "answers", "odd", "gives", "bracket", "unopened", "times",
+    "writes", "clears",
+}  # fmt: skip
 COMMAND_KEYS = {
     "look-up", "identifier", "words", "odd words", "hosts", "odd hosts", "entry", "first steps", "steps", "document",
     "unlisted", "silent", "values", "settings", "files", "text form", "prints", "codes",
