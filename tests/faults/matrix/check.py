@@ -100,6 +100,8 @@ def _check_output(case, ran):
     if not re.fullmatch(pattern, output):
         shown = re.sub(r"\\(.)", r"\1", pattern, flags=re.DOTALL)
         yield f"printed: expected {shown!r}\n         got      {output!r}"
+    elif absent := [text for text in case.expected.shown if text not in output and not case.expected.status]:
+        yield f"printed: {absent} are not in {output!r}"
     elif case.leaf.form == "xml" and case.prints is None and output and not _excused(case):
         if output.count("<?xml") != 1 + case.expected.also_success:
             yield f"{output.count('<?xml')} documents"

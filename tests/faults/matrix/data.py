@@ -173,7 +173,7 @@ def _complete_words(data):
 
 STEP_KEYS = {
     "if", "unless", "status", "also success", "set", "call", "with", "answers", "odd", "gives", "bracket", "unopened", "times",
-    "writes", "clears",
+    "writes", "clears", "shows",
 }  # fmt: skip
 COMMAND_KEYS = {
     "look-up", "identifier", "words", "odd words", "hosts", "odd hosts", "entry", "first steps", "steps", "document",

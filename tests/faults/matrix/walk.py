@@ -30,6 +30,7 @@ class Expected:
     also_success: bool = False  # the document of success precedes that of the failure
     made: list = field(default_factory=list)  # (index of the step, turn, call, whether it is in a bracket)
     values: dict = field(default_factory=dict)  # of the fields of the document
+    shown: list = field(default_factory=list)  # texts of the document of success
     settings: dict = field(default_factory=dict)  # of the library
     written: dict = field(default_factory=dict)  # files that are there, and the pattern of their content
     cleared: list = field(default_factory=list)  # files that are gone
@@ -136,6 +137,7 @@ class Walk:
         if isinstance(outcome, str):
             self._end(outcome)
         self.expected.values.update(outcome.get("set", {}))
+        self.expected.shown += listed(outcome.get("shows", []))
         self.expected.written.update(outcome.get("writes", {}))
         self.expected.cleared += listed(outcome.get("clears", []))
         if "status" in outcome:
