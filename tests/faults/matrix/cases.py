@@ -43,7 +43,7 @@ class Case:
             parts.append(f"step {step + 1} {steps[step]['call']}{time}: {what}")
         parts += [f"{call} answers {_number(answer)}" for call, answer in now.ends]
         if now.unopened is not None:
-            parts.append("no output file at the start" if now.unopened < 0 else f"no output file at step {now.unopened + 1}")
+            parts.append(f"no output file at {f'step {now.unopened + 1}' if now.unopened >= 0 else 'the start'}")
         return " | ".join(parts)
 
 
@@ -94,17 +94,16 @@ class Crossing:
             for name in self._command.get("odd words", {}):
                 yield replace(ordinary, words=name)
             return
-        # What only the look-up knows is crossed with no failure of a call; the command's own words and hosts, and a device
-        # of each family, are crossed with all.
+        # What the look-up has is crossed with no failure of a call; the command's own words and hosts, and a device of each
+        # family, with all.
         yield from self._named(self._command.get("odd words", {}), self._command.get("hosts", {}))
         if not self._command.get("hosts"):
             return
         adapters = [replace(ordinary, vendor=vendor, device=device) for vendor, device in devices(self._common)]
         yield from adapters
         yield from (replace(context, virtual=True) for context in [ordinary, *adapters])
-        crossed = {device for _, device in representatives(self._common)}
         contexts = self._named(self._command.own.get("odd words", {}), self._command.get("odd hosts", {}))
-        contexts += [context for context in adapters if context.device in crossed and context.vendor == self._common["vendor"]]
+        contexts += [replace(ordinary, device=device) for _, device in representatives(self._common)]
         yield from contexts
         for context in [ordinary, *contexts]:
             yield from self._single(context)
@@ -273,7 +272,8 @@ def _entry(data, ordinary):
 
 def _port(data, ordinary):
     entries = data.get("entries", [{}])
-    return hosts.Port(data.get("number", 0), None if entries is None else [_entry(entry, ordinary) for entry in entries])
+    made = None if entries is None else [_entry(entry, ordinary) for entry in entries]
+    return hosts.Port(data.get("number", 0), made)
 
 
 def _adapter(data, ordinary):

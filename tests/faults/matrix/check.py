@@ -43,10 +43,11 @@ def _check_calls(case, ran, common):
         return
     wanted = [None] * len(common["start"]) + [_arguments(case, made) for made in case.expected.made] + [None]
     for line, arguments in zip(ran.trace, wanted):
-        named = _HANDLE.sub(lambda found: case.handles.get(int(found[1]), "a strange handle"), line.partition("(")[2][:-1])
+        given = line.partition("(")[2].removesuffix(")")
+        named = _HANDLE.sub(lambda found: case.handles.get(int(found[1]), "a strange handle"), given)
         if arguments is not None and named != arguments:
             yield f"{line.partition('(')[0]}: expected the arguments {arguments!r}, got {named!r}"
-        elif _HANDLE.search(line) and not named.startswith("port"):
+        elif _HANDLE.match(given) and not named.startswith("port"):
             yield f"{line}: the handle is not that of the port, but of {named!r}"
 
 

@@ -64,7 +64,7 @@ class Node:
 
 
 def _merge(*layers):
-    """Later layers go first; mappings of the same key are merged (an entry's with its raw bytes), and null takes a name out."""
+    """Later layers go first; mappings of one key are merged (an entry's with its raw bytes), and null takes a name out."""
     merged = {}
     for layer in layers:
         for key, value in layer.items():
@@ -152,7 +152,8 @@ def _read_commands(node, data, common, statuses):
         _complete_words(merged)
         node.commands.append(Command(node.name, name, node.path, leaves, merged, {**shared, **own}, statuses))
         missing += _mistakes(node.commands[-1])
-    return missing + [f"tests/faults/{node.name}.yaml has no data for the leaf {word}" for word in rows if word not in taken]
+    forgotten = [word for word in rows if word not in taken]
+    return missing + [f"tests/faults/{node.name}.yaml has no data for the leaf {word}" for word in forgotten]
 
 
 def _help_commands(node, statuses):
@@ -160,8 +161,8 @@ def _help_commands(node, statuses):
     after = "" if node.path else "\nFor a complete help. Please refer to ZFC_ESXCLI_Readme.txt in the same folder.\r\n"
     for row in node.tree["leaves"]:
         if row[3] == "help":
-            prints = {"ordinary": node.help + after}
-            yield Command(node.name, row[0], node.path, [Leaf(row[0], "text", node.help)], {"prints": prints}, {}, statuses)
+            data = {"prints": {"ordinary": node.help + after}}
+            yield Command(node.name, row[0], node.path, [Leaf(row[0], "text", node.help)], data, {}, statuses)
 
 
 def _complete_words(data):
@@ -172,8 +173,8 @@ def _complete_words(data):
 
 
 STEP_KEYS = {
-    "if", "unless", "status", "also success", "set", "call", "with", "answers", "odd", "gives", "bracket", "unopened", "times",
-    "writes", "clears", "shows",
+    "if", "unless", "status", "also success", "set", "call", "with", "answers", "odd", "gives", "bracket", "unopened",
+    "times", "writes", "clears", "shows",
 }  # fmt: skip
 COMMAND_KEYS = {
     "look-up", "identifier", "words", "odd words", "hosts", "odd hosts", "entry", "first steps", "steps", "document",
