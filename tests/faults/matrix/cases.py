@@ -6,7 +6,7 @@ from functools import cache
 from zfc import host as hosts
 
 from .data import Command, Leaf
-from .walk import Expected, Situation, Walk, steps_of
+from .walk import Expected, Situation, Walk, setting, steps_of
 
 USAGE = "?"  # asks any leaf for its usage
 OUTPUT_FILE = "/var/tmp/torpi-output.log"
@@ -255,7 +255,7 @@ def _text(value):
 
 
 def _raw(raw):
-    return {offset: bytes.fromhex(digits.replace(":", "").replace(" ", "")) for offset, digits in raw.items()}
+    return {offset: bytes.fromhex(setting(value)) for offset, value in raw.items()}
 
 
 def _fields(data, **made):

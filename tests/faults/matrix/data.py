@@ -173,8 +173,8 @@ def _complete_words(data):
 
 
 STEP_KEYS = {
-    "if", "unless", "status", "also success", "set", "call", "with", "answers", "odd", "gives", "bracket", "unopened",
-    "times", "writes", "clears", "shows",
+    "if", "unless", "status", "status at the end", "also success", "set", "call", "with", "answers", "odd", "gives", "bracket",
+    "unopened", "times", "writes", "clears", "shows",
 }  # fmt: skip
 COMMAND_KEYS = {
     "look-up", "identifier", "words", "odd words", "hosts", "odd hosts", "entry", "first steps", "steps", "document",

@@ -58,6 +58,7 @@ class Walk:
         self._common = common
         self._situation = situation
         self._choices = {(step, turn): choice for step, turn, choice in situation.choices}
+        self._at_end = ""  # the status that the end of the steps has
         self._odd = set()  # the names of the odd results that were given
         self._scripts = {}
         self._results = {}
@@ -69,6 +70,7 @@ class Walk:
                 if self._holds(step):
                     self.expected.reached.add(index)
                     self._step(index, step)
+            self.expected.status = self._at_end
         except _End:
             pass
         for call, results in self._results.items():
@@ -142,6 +144,8 @@ class Walk:
         self.expected.shown += listed(outcome.get("shows", []))
         self.expected.written.update(outcome.get("writes", {}))
         self.expected.cleared += listed(outcome.get("clears", []))
+        if "status at the end" in outcome:
+            self._at_end = outcome["status at the end"].replace("success", "")
         if "status" in outcome:
             self.expected.also_success = outcome.get("also success", False)
             self._end(outcome["status"])
@@ -159,7 +163,9 @@ def good_answer(step):
 
 def setting(value):
     """A value of the library's settings. Bytes are hexadecimal digits, with blanks between them or without; or they are given
-    by their offsets: {size: 48, fill: 255, 0: "464d4253"}."""
+    by their offsets: {size: 48, fill: 255, 0: "464d4253"}. The parts of a list are joined."""
+    if isinstance(value, list):
+        return "".join(setting(part) for part in value)
     if not isinstance(value, dict):
         text = str(value)
         return text.replace(" ", "") if _OCTETS.fullmatch(text) else text
