@@ -195,7 +195,7 @@ def _mistakes(command):
             yield f"{where}: unknown {name} in a condition"
         for outcome in [step, *step.get("answers", {}).values(), *step.get("odd", {}).values()]:
             name = outcome.get("status") if isinstance(outcome, dict) else outcome
-            if name not in (None, "go on") and name not in command.statuses:
+            if name not in (None, "go on", "success") and name not in command.statuses:
                 yield f"{where}: unknown status {name}"
 
 

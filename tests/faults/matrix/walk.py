@@ -148,7 +148,7 @@ class Walk:
             self._at_end = outcome["status at the end"].replace("success", "")
         if "status" in outcome:
             self.expected.also_success = outcome.get("also success", False)
-            self._end(outcome["status"])
+            self._end(outcome["status"].replace("success", ""))
 
     def _end(self, status):
         self.expected.status = status
