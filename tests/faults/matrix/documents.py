@@ -84,8 +84,8 @@ def _write_field(out, item, values):
 def _write_structure(out, structure, values):
     for name, fields in structure.items():
         out.begin_structure(name)
-        if fields == "report":
-            out.begin_field("Data")
+        if isinstance(fields, str):
+            out.begin_field(fields.removeprefix("report").strip() or "Data")
             out.value("string", ANY, "")
             out.end_field()
         else:
@@ -98,7 +98,8 @@ def document(form, shape, values):
     """The pattern of a document: a structure with its fields, those in `values` with these values.
 
     A field is its name alone (any text), or has a text, true or false (a bool), a number or "#" (an int), or a list of
-    structures; a structure is its fields, or "report" for the field that has a report's text.
+    structures; a structure is its fields, or "report" for the field "Data" that has a report's text, "report X" for one
+    of another name.
     """
     out = _Form(form)
     out.open()
