@@ -213,6 +213,8 @@ def _taken_names(where, lookup, own):
 def _unknown_conditions(command, step):
     """Names of words, hosts and odd results that a step asks for and that the command does not have."""
     odd = {name for other in command.get("steps") for name in other.get("odd", {})}
+    answers = [answer for other in command.get("steps") for answer in other.get("answers", {}).values()]
+    odd |= {name for answer in answers if isinstance(answer, dict) for name in listed(answer.get("as", []))}
     known = {
         "words": {*command.get("odd words", {}), "ordinary"},
         "host": {*command.get("hosts", {}), *command.get("odd hosts", {}), "ordinary"},

@@ -140,6 +140,7 @@ class Walk:
             return
         if isinstance(outcome, str):
             self._end(outcome)
+        self._odd.update(listed(outcome.get("as", [])))
         self.expected.values.update(outcome.get("set", {}))
         self.expected.shown += listed(outcome.get("shows", []))
         self.expected.written.update(outcome.get("writes", {}))
