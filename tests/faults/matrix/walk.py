@@ -109,7 +109,7 @@ class Walk:
         call = step["call"]
         bracketed = call not in self._common["outside brackets"] and step.get("bracket") != "none"
         if bracketed and self._situation.unopened == index:
-            self._end(step.get("unopened") or "file not found")
+            self._outcome(step.get("unopened") or "file not found")
         self.expected.made.append((index, turn, call, bracketed))
         choice = self._choices.get((index, turn))
         answers = step.get("answers", {})
@@ -157,7 +157,9 @@ def good_answer(step):
 
 def setting(value):
     """A value of the library's settings. Bytes are hexadecimal digits, with blanks between them or without; or they are given
-    by their offsets: {size: 48, fill: 255, 0: "464d4253"}."""
+    by their offsets: {size: 48, fill: 255, 0: "464d4253"}. The values of a list have a semicolon between them."""
+    if isinstance(value, list):
+        return ";".join(setting(one) for one in value)
     if not isinstance(value, dict):
         text = str(value)
         return text.replace(" ", "") if _OCTETS.fullmatch(text) else text
