@@ -64,8 +64,7 @@ def devices(common):
 
 def representatives(common):
     """A device of each rule of each family."""
-    found = dict.fromkeys(rule["is"][0] for rules in common["families"].values() for rule in rules)
-    return [(common["vendor"], device) for device in found]
+    return list(dict.fromkeys(rule["is"][0] for rules in common["families"].values() for rule in rules))
 
 
 class Crossing:
@@ -102,8 +101,12 @@ class Crossing:
         adapters = [replace(ordinary, vendor=vendor, device=device) for vendor, device in devices(self._common)]
         yield from adapters
         yield from (replace(context, virtual=True) for context in [ordinary, *adapters])
-        contexts = self._named(self._command.own.get("odd words", {}), self._command.get("odd hosts", {}))
-        contexts += [replace(ordinary, device=device) for _, device in representatives(self._common)]
+        known = self._command.get("odd words", {})
+        own_words = [name for name in self._command.own.get("odd words", {}) if name in known]
+        named = self._named(own_words, self._command.get("odd hosts", {}))
+        families = representatives(self._common)
+        yield from (replace(context, device=device) for context in named for device in families)
+        contexts = named + [replace(ordinary, device=device) for device in families]
         yield from contexts
         for context in [ordinary, *contexts]:
             yield from self._single(context)

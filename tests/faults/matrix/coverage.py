@@ -25,3 +25,12 @@ def uncrossed_calls(nodes, common):
     missing = [f"the library's call {call} is never crossed" for call in sorted(known - crossed - excused.keys())]
     missing += [f"the library has no call {call}" for call in sorted((crossed | excused.keys()) - known)]
     return missing + [f"{call} is made, and common.yaml says never" for call in sorted(excused.keys() & crossed)]
+
+
+def unreached_steps(nodes, wanted, reached):
+    """Steps that hold in no case: their data says nothing. `reached` has the steps that did, by node and command."""
+    for node in nodes:
+        for command in node.commands if wanted is None or node.name in wanted else ():
+            for index, step in enumerate(steps_of(command) or []):
+                if index not in reached.get((node.name, command.name), ()):
+                    yield f"tests/faults/{node.name}.yaml: no case of {command.name} reaches step {index + 1}, {step}"

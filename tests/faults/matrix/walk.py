@@ -28,6 +28,7 @@ class Expected:
 
     status: str = ""  # name; "" is success
     also_success: bool = False  # the document of success precedes that of the failure
+    reached: set = field(default_factory=set)  # the steps that held
     made: list = field(default_factory=list)  # (index of the step, turn, call, whether it is in a bracket)
     values: dict = field(default_factory=dict)  # of the fields of the document
     shown: list = field(default_factory=list)  # texts of the document of success
@@ -66,6 +67,7 @@ class Walk:
         try:
             for index, step in enumerate(steps_of(self._command)):
                 if self._holds(step):
+                    self.expected.reached.add(index)
                     self._step(index, step)
         except _End:
             pass
