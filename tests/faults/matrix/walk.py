@@ -124,7 +124,7 @@ class Walk:
         if answers:
             self._results.setdefault(call, []).append(answer)
         for name, value in given.items():
-            text = setting(value).replace("{answer}", str(answer))
+            text = (script(value) if name.startswith("SCRIPT_") else setting(value)).replace("{answer}", str(answer))
             if name.startswith("SCRIPT_"):
                 self._scripts.setdefault(name, []).append(text)
             else:
@@ -155,6 +155,13 @@ def good_answer(step):
     """The answer with which the command goes on: the first one of the data that says so."""
     answers = step.get("answers", {})
     return next((answer for answer, outcome in answers.items() if outcome == "go on" and answer != "else"), 0)
+
+
+def script(value):
+    """A step of a script: given as the library reads it, or by the bytes of its record or of the records of a list."""
+    if isinstance(value, dict | list):
+        return "{answer}/" + ",".join(setting(record) for record in listed(value))
+    return setting(value)
 
 
 def setting(value):
