@@ -6,7 +6,7 @@ from functools import cache
 from zfc import host as hosts
 
 from .data import Command, Leaf
-from .walk import Expected, Situation, Walk, steps_of
+from .walk import Expected, Situation, Walk, setting, steps_of
 
 USAGE = "?"  # asks any leaf for its usage
 OUTPUT_FILE = "/var/tmp/torpi-output.log"
@@ -119,12 +119,13 @@ class Crossing:
     def _walk(self, situation):
         return Walk(self._command, self._common, situation).run()
 
-    def _choices(self, step):
+    def _choices(self, step, context):
         """What a call of a step may do beside what is ordinary."""
         answers = step.get("answers", {})
         if answers:
             named = [answer for answer in answers if answer != "else"]
-            yield from dict.fromkeys([*named, *self._common["answers"]])
+            ordinary = replace(context, choices=()) == self._ordinary
+            yield from dict.fromkeys([*named, *self._common["answers" if ordinary else "answers elsewhere"]])
         yield from step.get("odd", {})
 
     def _single(self, context, after=-1):
@@ -135,7 +136,7 @@ class Crossing:
             step = steps_of(self._command)[index]
             if index <= after:
                 continue
-            for choice in self._choices(step):
+            for choice in self._choices(step, context):
                 yield replace(context, choices=(*context.choices, (index, turn, choice)))
             opens = bracketed and step.get("bracket") != "same" and turn == 0
             if opens and at > 0 and calls.count(calls[at - 1]) == 1 and not context.choices:
@@ -255,7 +256,7 @@ def _text(value):
 
 
 def _raw(raw):
-    return {offset: bytes.fromhex(digits.replace(":", "").replace(" ", "")) for offset, digits in raw.items()}
+    return {offset: bytes.fromhex(setting(value)) for offset, value in raw.items()}
 
 
 def _fields(data, **made):

@@ -7,6 +7,7 @@ from lxml import etree
 from .cases import OUTPUT_FILE
 from .documents import document, list_document
 from .server import Server
+from .walk import setting
 
 _EXIT_CODE = re.compile(rb"main: Program Exit Code: \((\d+)\)")
 _HANDLE = re.compile(r"^@(\d+)")
@@ -53,7 +54,8 @@ def _check_calls(case, ran, common):
 
 def _arguments(case, made):
     """What the data says of a call's arguments, if anything."""
-    return case.command.get("steps")[made[0]].get("with")
+    arguments = case.command.get("steps")[made[0]].get("with")
+    return None if arguments is None else setting(arguments)
 
 
 def _shape(case, status):

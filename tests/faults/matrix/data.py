@@ -173,8 +173,8 @@ def _complete_words(data):
 
 
 STEP_KEYS = {
-    "if", "unless", "status", "also success", "set", "call", "with", "answers", "odd", "gives", "bracket", "unopened",
-    "times", "writes", "clears", "shows",
+    "if", "unless", "status", "status at the end", "also success", "set", "call", "with", "answers", "odd", "gives", "bracket",
+    "unopened", "times", "writes", "clears", "shows",
 }  # fmt: skip
 COMMAND_KEYS = {
     "look-up", "identifier", "words", "odd words", "hosts", "odd hosts", "entry", "first steps", "steps", "document",
@@ -195,7 +195,7 @@ def _mistakes(command):
             yield f"{where}: unknown {name} in a condition"
         for outcome in [step, *step.get("answers", {}).values(), *step.get("odd", {}).values()]:
             name = outcome.get("status") if isinstance(outcome, dict) else outcome
-            if name not in (None, "go on") and name not in command.statuses:
+            if name not in (None, "go on", "success") and name not in command.statuses:
                 yield f"{where}: unknown status {name}"
 
 

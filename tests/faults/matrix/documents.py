@@ -4,6 +4,7 @@ import re
 
 RULER = "*" * 52 + "\n"
 ANY = re.compile(r"(?s:.*)")
+ANY_NUMBER = re.compile(r"-?\d+")
 
 
 class _Form:
@@ -67,8 +68,8 @@ def _write_field(out, item, values):
         given = values.get(name, shape)
         if isinstance(given, bool):
             out.field("bool", name, "true" if given else "false")
-        elif isinstance(given, int):
-            out.field("int", name, str(given))
+        elif isinstance(given, int) or given == "#":
+            out.field("int", name, ANY_NUMBER if given == "#" else str(given))
         elif isinstance(given, list):
             out.begin_field(name)
             out.begin_list()
@@ -96,7 +97,7 @@ def _write_structure(out, structure, values):
 def document(form, shape, values):
     """The pattern of a document: a structure with its fields, those in `values` with these values.
 
-    A field is its name alone (any text), or has a text, true or false (a bool), a number (an int), or a list of
+    A field is its name alone (any text), or has a text, true or false (a bool), a number or "#" (an int), or a list of
     structures; a structure is its fields, or "report" for the field that has a report's text.
     """
     out = _Form(form)

@@ -58,6 +58,7 @@ class Walk:
         self._common = common
         self._situation = situation
         self._choices = {(step, turn): choice for step, turn, choice in situation.choices}
+        self._at_end = ""  # the status that the end of the steps has
         self._odd = set()  # the names of the odd results that were given
         self._scripts = {}
         self._results = {}
@@ -69,6 +70,7 @@ class Walk:
                 if self._holds(step):
                     self.expected.reached.add(index)
                     self._step(index, step)
+            self.expected.status = self._at_end
         except _End:
             pass
         for call, results in self._results.items():
@@ -124,7 +126,7 @@ class Walk:
         if answers:
             self._results.setdefault(call, []).append(answer)
         for name, value in given.items():
-            text = (script(value) if name.startswith("SCRIPT_") else setting(value)).replace("{answer}", str(answer))
+            text = setting(value).replace("{answer}", str(answer))
             if name.startswith("SCRIPT_"):
                 self._scripts.setdefault(name, []).append(text)
             else:
@@ -142,9 +144,11 @@ class Walk:
         self.expected.shown += listed(outcome.get("shows", []))
         self.expected.written.update(outcome.get("writes", {}))
         self.expected.cleared += listed(outcome.get("clears", []))
+        if "status at the end" in outcome:
+            self._at_end = outcome["status at the end"].replace("success", "")
         if "status" in outcome:
             self.expected.also_success = outcome.get("also success", False)
-            self._end(outcome["status"])
+            self._end(outcome["status"].replace("success", ""))
 
     def _end(self, status):
         self.expected.status = status
@@ -157,18 +161,11 @@ def good_answer(step):
     return next((answer for answer, outcome in answers.items() if outcome == "go on" and answer != "else"), 0)
 
 
-def script(value):
-    """A step of a script: given as the library reads it, or by the bytes of its record or of the records of a list."""
-    if isinstance(value, dict | list):
-        return "{answer}/" + ",".join(setting(record) for record in listed(value))
-    return setting(value)
-
-
 def setting(value):
     """A value of the library's settings. Bytes are hexadecimal digits, with blanks between them or without; or they are given
-    by their offsets: {size: 48, fill: 255, 0: "464d4253"}. The values of a list have a semicolon between them."""
+    by their offsets: {size: 48, fill: 255, 0: "464d4253"}. The parts of a list are joined."""
     if isinstance(value, list):
-        return ";".join(setting(one) for one in value)
+        return "".join(setting(part) for part in value)
     if not isinstance(value, dict):
         text = str(value)
         return text.replace(" ", "") if _OCTETS.fullmatch(text) else text
