@@ -113,7 +113,7 @@ class Walk:
         call = step["call"]
         bracketed = call not in self._common["outside brackets"] and step.get("bracket") != "none"
         if bracketed and self._situation.unopened == index:
-            self._end(step.get("unopened") or "file not found")
+            self._outcome(step.get("unopened") or "file not found")
         self.expected.made.append((index, turn, call, bracketed))
         choice = self._choices.get((index, turn))
         answers = step.get("answers", {})
