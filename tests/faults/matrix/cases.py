@@ -93,8 +93,8 @@ class Crossing:
             for name in self._command.get("odd words", {}):
                 yield replace(ordinary, words=name)
             return
-        # What the look-up has is crossed with no failure of a call; the command's own words and hosts, and a device of each
-        # family, with all.
+        # What the look-up has is crossed with no failure of a call; the command's own words and hosts, and a device of
+        # each family, with all.
         yield from self._named(self._command.get("odd words", {}), self._command.get("hosts", {}))
         if not self._command.get("hosts"):
             return

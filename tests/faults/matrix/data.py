@@ -64,7 +64,7 @@ class Node:
 
 
 def _merge(*layers):
-    """Later layers go first; mappings of one key are merged (an entry's with its raw bytes), and null takes a name out."""
+    """Later layers go first; mappings of one key are merged (an entry's with its raw bytes); null takes a name out."""
     merged = {}
     for layer in layers:
         for key, value in layer.items():
@@ -172,9 +172,9 @@ def _complete_words(data):
     data["odd words"] = {name: str(text or "").replace("REST", rest) for name, text in odd.items()}
 
 
-STEP_KEYS = {
-    "if", "unless", "status", "status at the end", "also success", "set", "call", "with", "answers", "odd", "gives", "bracket",
-    "unopened", "times", "writes", "clears", "shows",
+OUTCOME_KEYS = {"status", "status at the end", "also success", "set", "shows", "writes", "clears", "as", "answer"}
+STEP_KEYS = OUTCOME_KEYS | {
+    "if", "unless", "call", "with", "answers", "odd", "gives", "bracket", "unopened", "times",
 }  # fmt: skip
 COMMAND_KEYS = {
     "look-up", "identifier", "words", "odd words", "hosts", "odd hosts", "entry", "first steps", "steps", "document",
@@ -194,7 +194,13 @@ def _mistakes(command):
         for name in _unknown_conditions(command, step):
             yield f"{where}: unknown {name} in a condition"
         for outcome in [step, *step.get("answers", {}).values(), *step.get("odd", {}).values()]:
-            name = outcome.get("status") if isinstance(outcome, dict) else outcome
+            outcome = {} if outcome is None else outcome
+            named = isinstance(outcome, dict)
+            # Settings of the library have capital letters.
+            for key in outcome.keys() - STEP_KEYS if named else ():
+                if key == key.lower():
+                    yield f"{where}: unknown key {key} of an outcome"
+            name = outcome.get("status") if named else outcome
             if name not in (None, "go on", "success") and name not in command.statuses:
                 yield f"{where}: unknown status {name}"
 

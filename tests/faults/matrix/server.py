@@ -32,7 +32,8 @@ def make_folders(folder):
 
 def private(folder, program, *words):
     """The argument vector of a program in private folders."""
-    return [str(BUILD / "tests/private_run"), "--keep", str(ROOT), "--keep", str(BUILD), str(folder), str(program), *words]
+    keep = ["--keep", str(ROOT), "--keep", str(BUILD)]
+    return [str(BUILD / "tests/private_run"), *keep, str(folder), str(program), *words]
 
 
 def environment(settings):
@@ -148,7 +149,8 @@ def run_really(folder, image, words, settings, folders, files):
         place(path).mkdir()
     for path, content in files.items():
         place(path).write_bytes(content)
-    variables = {"LD_LIBRARY_PATH": str(LIBRARIES["hostile"]), "HOSTILE_HOST": str(host), "HOSTILE_TRACE": str(trace), **settings}
+    library = {"LD_LIBRARY_PATH": str(LIBRARIES["hostile"]), "HOSTILE_HOST": str(host), "HOSTILE_TRACE": str(trace)}
+    variables = {**library, **settings}
     done = subprocess.run(
         private(folder, EXECUTABLE, *words),
         stdin=subprocess.DEVNULL,

@@ -163,8 +163,8 @@ def good_answer(step):
 
 
 def setting(value):
-    """A value of the library's settings. Bytes are hexadecimal digits, with blanks between them or without; or they are given
-    by their offsets: {size: 48, fill: 255, 0: "464d4253"}. The parts of a list are joined."""
+    """A value of the library's settings. Bytes are hexadecimal digits, with blanks between them or without; or they are
+    given by their offsets: {size: 48, fill: 255, 0: "464d4253"}. The parts of a list are joined."""
     if isinstance(value, list):
         return "".join(setting(part) for part in value)
     if not isinstance(value, dict):
