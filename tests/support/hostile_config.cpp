@@ -10,9 +10,6 @@
 //                     the numbers in force at the start
 //   HOSTILE_FW_STATS  the firmware's statistics block, as hexadecimal digits; "null" for a success without
 //                     a block
-//   HOSTILE_TURNS_<CALL>
-//                     results separated by ",", one for each time the call is made; the last one holds for
-//                     all further times. It goes before HOSTILE_RESULT_<CALL>
 //
 // A read that fails leaves noise in its buffer.
 #include <cstdlib>
@@ -34,20 +31,6 @@ namespace {
 
 constexpr unsigned char kNoise = 0xA5;
 
-LibraryStatus AnswerInTurn(const char* call, const std::string& arguments) {
-  static std::map<std::string, unsigned> made;
-  const LibraryStatus result = Answer(call, arguments);
-  const std::string turns = Setting(std::string("HOSTILE_TURNS_") + call);
-  if (turns.empty()) return result;
-  std::size_t at = 0;
-  for (unsigned turn = made[call]++; turn > 0; --turn) {
-    const std::size_t comma = turns.find(',', at);
-    if (comma == std::string::npos) break;
-    at = comma + 1;
-  }
-  return static_cast<LibraryStatus>(std::strtoul(turns.c_str() + at, nullptr, 0));
-}
-
 // A record that the device keeps: that of its setting, or the one written last.
 template <typename Record>
 Record& Kept(const char* setting) {
@@ -67,7 +50,7 @@ template <typename Record>
 LibraryStatus Read(const char* call, const char* setting, const DeviceHandle* handle, Record* out,
                    const std::string& more = "") {
   const std::string arguments = NameOf(handle) + ", " + BufferText(out, sizeof *out) + more;
-  const LibraryStatus result = AnswerInTurn(call, arguments);
+  const LibraryStatus result = Answer(call, arguments);
   if (result == 0) {
     *out = Kept<Record>(setting);
   } else {
@@ -78,7 +61,7 @@ LibraryStatus Read(const char* call, const char* setting, const DeviceHandle* ha
 
 template <typename Record>
 LibraryStatus Write(const char* call, const char* setting, const DeviceHandle* handle, const Record* record) {
-  const LibraryStatus result = AnswerInTurn(call, NameOf(handle) + ", " + Hex(record, sizeof *record));
+  const LibraryStatus result = Answer(call, NameOf(handle) + ", " + Hex(record, sizeof *record));
   if (result != 0) return result;
   Kept<Record>(setting) = *record;
   const std::string after = std::string(setting) + "_AFTER";
@@ -104,14 +87,14 @@ std::uint32_t& Number(const char* setting) {
 
 LibraryStatus ReadNumber(const char* call, const char* setting, const DeviceHandle* handle,
                          std::uint32_t* out) {
-  const LibraryStatus result = AnswerInTurn(call, NameOf(handle));
+  const LibraryStatus result = Answer(call, NameOf(handle));
   *out = result == 0 ? Number(setting) : 0xA5A5A5A5;
   return result;
 }
 
 LibraryStatus WriteNumber(const char* call, const char* setting, const DeviceHandle* handle,
                           std::uint32_t number) {
-  const LibraryStatus result = AnswerInTurn(call, NameOf(handle) + Format(", %u", number));
+  const LibraryStatus result = Answer(call, NameOf(handle) + Format(", %u", number));
   if (result == 0) Number(setting) = number;
   return result;
 }
@@ -133,11 +116,11 @@ LibraryStatus TORPI_UpdateHBAParameters(const DeviceHandle* handle, const HBAPar
 }
 
 LibraryStatus TORPI_RestoreDefaultNVRAM(const DeviceHandle* handle) {
-  return AnswerInTurn("TORPI_RestoreDefaultNVRAM", NameOf(handle));
+  return Answer("TORPI_RestoreDefaultNVRAM", NameOf(handle));
 }
 
 LibraryStatus TORPI_SaveSingleAdapterNVRAMToFile(const DeviceHandle* handle, const char* file) {
-  return AnswerInTurn("TORPI_SaveSingleAdapterNVRAMToFile", NameOf(handle) + ", " + Quoted(file));
+  return Answer("TORPI_SaveSingleAdapterNVRAMToFile", NameOf(handle) + ", " + Quoted(file));
 }
 
 LibraryStatus TORPI_FCGetBBCSupportInfoEx(const DeviceHandle* handle, std::uint8_t* out_status,
@@ -146,7 +129,7 @@ LibraryStatus TORPI_FCGetBBCSupportInfoEx(const DeviceHandle* handle, std::uint8
                                           std::uint32_t reason_size) {
   const std::string arguments =
       NameOf(handle) + ", " + BufferText(out_reason, reason_size) + Format(", %u", reason_size);
-  const LibraryStatus result = AnswerInTurn("TORPI_FCGetBBCSupportInfoEx", arguments);
+  const LibraryStatus result = Answer("TORPI_FCGetBBCSupportInfoEx", arguments);
   if (result != 0) return result;
   const BbcrRecord& record = Kept<BbcrRecord>("HOSTILE_BBCR");
   *out_status = record.status;
@@ -161,7 +144,7 @@ LibraryStatus TORPI_FCGetBBCSupportInfoEx(const DeviceHandle* handle, std::uint8
 LibraryStatus TORPI_FCSetBBCSupportInfo(const DeviceHandle* handle, std::uint8_t status,
                                         std::uint8_t configured) {
   const LibraryStatus result =
-      AnswerInTurn("TORPI_FCSetBBCSupportInfo", NameOf(handle) + Format(", %u, %u", status, configured));
+      Answer("TORPI_FCSetBBCSupportInfo", NameOf(handle) + Format(", %u, %u", status, configured));
   if (result != 0) return result;
   auto& record = Kept<BbcrRecord>("HOSTILE_BBCR");
   record.status = status;
@@ -181,7 +164,7 @@ LibraryStatus TORPI_GetFWPrivateStats(const DeviceHandle* handle, FWPrivateStats
                                       std::uint32_t* out_size) {
   const std::string arguments =
       NameOf(handle) + (*out == nullptr ? ", null" : ", no null") + Format(", %u", *out_size);
-  const LibraryStatus result = AnswerInTurn("TORPI_GetFWPrivateStats", arguments);
+  const LibraryStatus result = Answer("TORPI_GetFWPrivateStats", arguments);
   const std::string bytes = Setting("HOSTILE_FW_STATS");
   if (result != 0 || bytes == "null") return result;
   const std::size_t size = bytes.size() / 2;
@@ -194,7 +177,7 @@ LibraryStatus TORPI_GetFWPrivateStats(const DeviceHandle* handle, FWPrivateStats
 }
 
 LibraryStatus TORPI_ResetFECCounters(const DeviceHandle* handle) {
-  return AnswerInTurn("TORPI_ResetFECCounters", NameOf(handle));
+  return Answer("TORPI_ResetFECCounters", NameOf(handle));
 }
 
 std::uint32_t TORPI_GetBfsConfigMode() {
@@ -202,7 +185,7 @@ std::uint32_t TORPI_GetBfsConfigMode() {
 }
 
 LibraryStatus TORPI_SetBfsConfigMode(std::uint32_t mode) {
-  return AnswerInTurn("TORPI_SetBfsConfigMode", Format("%u", mode));
+  return Answer("TORPI_SetBfsConfigMode", Format("%u", mode));
 }
 
 LibraryStatus TORPI_GetBootDeviceInfo(const DeviceHandle* handle, HBAParamsInfo* out, std::uint32_t zero) {

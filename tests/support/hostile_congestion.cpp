@@ -2,9 +2,9 @@
 //
 //   HOSTILE_VCLM_ENABLED      the feature flag; 1 without it
 //   HOSTILE_SCMR_LIST         file with the elements of the statistics list, one after the other, whose
-//   pointers are
-//                             set here; without it the list is null. A caller that writes to an element, or
-//                             looks at one that it has handed back, dies
+//                             pointers are set here; without it the list is null. A caller that writes to an
+//                             element, or reads one that it has handed back, dies
+//   HOSTILE_SCMR_ELEMENTS     the elements themselves, as hexadecimal digits, with semicolons between them
 //   HOSTILE_SCMR_PROFILE      bytes, as hexadecimal digits, of the profile in force at the start
 //   HOSTILE_SCMR_READ_AGAIN   the result of the second read of the profile and of those after it
 #include <sys/mman.h>
@@ -40,10 +40,19 @@ std::string Content(const std::string& path) {
   return content;
 }
 
+// The bytes of digits; what lies between the elements is passed over.
+std::string Bytes(const std::string& digits) {
+  std::string bytes;
+  for (std::size_t at = 0; at + 1 < digits.size(); at += digits[at] == ';' ? 1 : 2) {
+    if (digits[at] != ';')
+      bytes += static_cast<char>(std::strtoul(digits.substr(at, 2).c_str(), nullptr, 16));
+  }
+  return bytes;
+}
+
 StatisticsList LoadList() {
   const std::string path = Setting("HOSTILE_SCMR_LIST");
-  if (path.empty()) return {};
-  const std::string content = Content(path);
+  const std::string content = path.empty() ? Bytes(Setting("HOSTILE_SCMR_ELEMENTS")) : Content(path);
   const std::size_t count = content.size() / sizeof(SCMRStatisticsEntry);
   if (count == 0) return {};
   void* const memory =

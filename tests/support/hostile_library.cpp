@@ -9,6 +9,9 @@
 //   HOSTILE_TRACE         file that receives one line per call, with all arguments. A handle is written "@N":
 //                         the handle block is N bytes after the start of the image
 //   HOSTILE_RESULT_<CALL> the call's result; 0 without it (1 for the personality check)
+//   HOSTILE_TURNS_<CALL>  results separated by ",", one for each time the call is made; the last one holds
+//   for
+//                         all further times. It goes before HOSTILE_RESULT_<CALL>
 //   HOSTILE_COMPONENTS    bytes, as hexadecimal digits, that the read of the component versions gives
 //   HOSTILE_MEMO          the same for the flash memo block; neither is written when the call fails
 //   HOSTILE_FILL_FAILED   when set, a call that reads a record fills it on a failure too
@@ -32,6 +35,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -136,6 +140,17 @@ void Chatter(const char* call) {
   std::printf("<%s> chatters & is 100%% sure\n", call);
 }
 
+LibraryStatus ResultInTurn(const char* call, const std::string& turns) {
+  static std::map<std::string, unsigned> made;
+  std::size_t at = 0;
+  for (unsigned turn = made[call]++; turn > 0; --turn) {
+    const std::size_t comma = turns.find(',', at);
+    if (comma == std::string::npos) break;
+    at = comma + 1;
+  }
+  return static_cast<LibraryStatus>(std::strtoul(turns.c_str() + at, nullptr, 0));
+}
+
 std::uint8_t& Personality() {
   static auto value =
       static_cast<std::uint8_t>(std::strtoul(Setting("HOSTILE_PERSONALITY").c_str(), nullptr, 0));
@@ -237,6 +252,8 @@ LibraryStatus Answer(const char* call, const std::string& arguments, LibraryStat
   Chatter(call);
   Pause(call);
   SpoilLog(call);
+  const std::string turns = Setting(std::string("HOSTILE_TURNS_") + call);
+  if (!turns.empty()) return ResultInTurn(call, turns);
   const std::string result = Setting(std::string("HOSTILE_RESULT_") + call);
   return result.empty() ? without_setting
                         : static_cast<LibraryStatus>(std::strtoul(result.c_str(), nullptr, 0));
