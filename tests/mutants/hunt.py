@@ -32,6 +32,7 @@ class Hunt:
         self.tree = tree.Tree(root, self.work, options.jobs)
         self.equivalent = sample.Equivalent(root / "tests/mutants/equivalent.yaml")
         self.state_file = self.work / "state.json"
+        self.unfit_file = self.work / "unfit.json"  # what was found not to compile
         self.lock = threading.Lock()
 
     def run(self):
@@ -42,8 +43,10 @@ class Hunt:
         if not (self.load() or self.options.again):
             self.plant()
         self.tests_reach()
-        self.hunt_choices()
-        self.hunt_edits()
+        if self.options.only != "edits":
+            self.hunt_choices()
+        if self.options.only != "choices":
+            self.hunt_edits()
         return report.write(self, say)
 
     # State
@@ -101,7 +104,9 @@ class Hunt:
         self.bodies = dict(enumerate(bodies, first_body))
         self.results = {}
         self.stillborn = 0
-        self.every_point = len(found)
+        unfit = set(map(tuple, json.loads(self.unfit_file.read_text()))) if self.unfit_file.exists() else set()
+        while known := [number for number, point in self.numbered.items() if point.key in unfit]:
+            self.replace(known, chosen)
         say(f"{len(found)} points, {len(bodies)} functions; planted: {len(self.numbered)}")
         for _ in range(12):
             self.write()
@@ -141,14 +146,19 @@ class Hunt:
         (self.work / "build.log").write_text(output)
         if not bad and not marked:
             raise SystemExit(f"mutants: the build fails, see {self.work / 'build.log'}")
-        for number in bad:
+        unfit = json.loads(self.unfit_file.read_text()) if self.unfit_file.exists() else []
+        self.unfit_file.write_text(json.dumps([*unfit, *(self.numbered[number].key for number in bad)]))
+        self.replace(sorted(bad), chosen)
+        for number in marked:
+            self.bodies[number]["offset"] = None
+        say(f"{len(bad)} do not compile{', functions without a mark: ' + str(len(marked)) if marked else ''}")
+
+    def replace(self, numbers, chosen):
+        for number in numbers:
             point = self.numbered.pop(number)
             self.stillborn += 1
             if other := chosen.more(point):
                 self.numbered[max(self.numbered) + 1] = other
-        for number in marked:
-            self.bodies[number]["offset"] = None
-        say(f"{len(bad)} do not compile{', functions without a mark: ' + str(len(marked)) if marked else ''}")
 
     def make_all(self):
         self.write()
@@ -175,9 +185,10 @@ class Hunt:
         ]
         keys = self.test_keys()
         for test, key in keys.items():
-            if test in kept and kept[test]["key"] == key:
+            if test in kept and kept[test]["key"] == key and not kept[test]["failed"]:
                 self.reach[test] = kept[test]
-        missing = [test for test in keys if test not in self.reach]
+        self.all_tests = list(keys)
+        missing = [test for test in self.few_of_each(keys) if test not in self.reach]
         say(f"{len(keys)} tests; what {len(missing)} of them come by")
         random.Random(1).shuffle(missing)
         parts = [missing[at : at + 40] for at in range(0, len(missing), 40)]
@@ -193,6 +204,26 @@ class Hunt:
                     self.by_number.setdefault(number, []).append(test)
         self.kills = {}
 
+    def few_of_each(self, tests):
+        """Unit cases, and of each command test some of its rows: the others come by much the same."""
+        counts = {}
+        few = []
+        for test in sorted(tests, key=lambda test: schemata.digest([test.encode()])):
+            counts[base(test)] = counts.get(base(test), 0) + 1
+            if "::" not in test or counts[base(test)] <= self.options.few:
+                few.append(test)
+        return few
+
+    def others(self, point, number):
+        """The tests that were not watched, of which others with other rows come by the function of the point."""
+        inside = [
+            (body["offset"], mark) for mark, body in self.marks().items()
+            if body["file"] == point.file and body["offset"] <= point.start
+        ]  # fmt: skip
+        near = set(self.by_number.get(number, ())) | set(self.by_number.get(max(inside)[1], ()) if inside else ())
+        bases = {base(test) for test in near if "::" in test}
+        return [test for test in self.all_tests if "::" in test and test not in self.reach and base(test) in bases]
+
     def test_keys(self):
         """Unit cases change with their program, command tests with their file and the support."""
         support = schemata.digest(path.read_bytes() for path in sorted((self.root / "tests/support/zfc").glob("*.py")))
@@ -205,7 +236,7 @@ class Hunt:
         for test in self.servers[0].tests:
             file = test.partition("::")[0]
             if file not in texts:
-                texts[file] = schemata.digest([(self.root / file).read_bytes()])
+                texts[file] = schemata.digest([(self.root / "tests/commands" / file).read_bytes()])
             keys[test] = f"{self.build_key} {support} {texts[file]}"
         return keys
 
@@ -270,7 +301,8 @@ class Hunt:
 
         def place(test):
             kills = self.kills.get((point.file, test.partition("::")[0]), 0)
-            return (word not in test, -min(kills, 3), len(self.reach[test]["seen"]), self.reach[test]["took"])
+            reach = self.reach.get(test, {"seen": (), "took": 0})
+            return (word not in test, -min(kills, 3), len(reach["seen"]), reach["took"])
 
         return sorted(tests, key=place)
 
@@ -286,31 +318,50 @@ class Hunt:
     def hunt_one(self, worker, number):
         point = self.numbered[number]
         tests = self.order(self.by_number.get(number, ()), point)
-        self.finish(number, self.first_failure(worker, point, tests, {"ZFC_MUTANT": str(number)}, number), tests)
+        env = {"ZFC_MUTANT": str(number)}
+        killer = self.first_failure(worker, point, tests, env)
+        if not killer:
+            others = self.order(self.others(point, number), point)
+            tests += others
+            killer = self.first_failure(worker, point, others, env)
+        self.finish(number, killer, tests)
 
-    def first_failure(self, worker, point, tests, env, number):
-        """What finds the defect: (test, how), or None."""
+    def first_failure(self, worker, point, tests, env):
+        """The test that finds the defect, or None."""
         by_program = {}
         for test in tests:
             if "::" not in test:
                 by_program.setdefault(test.partition(":")[0], []).append(test)
         for name, cases in by_program.items():
             limit = SHORT + 10 * sum(self.reach[case]["took"] for case in cases)
-            if failed := self.units.run(name, cases, env, limit):
+            if (failed := self.units.run(name, cases, env, limit)) and self.units.run(name, cases, env, limit):
                 return f"{name}:{failed}"
         commands = [test for test in tests if "::" in test]
-        durations = {test: self.reach[test]["took"] for test in commands}
+        durations = {test: self.took(test) for test in commands}
         if self.options.limit:
             commands = list(within(commands, durations, self.options.limit))
         if not commands:
             return None
-        for answer in self.servers[worker].run(commands, env, durations, limit=SHORT):
-            if answer["failed"]:
-                self.kills[(point.file, answer["test"].partition("::")[0])] = (
-                    self.kills.get((point.file, answer["test"].partition("::")[0]), 0) + 1
-                )
-                return answer["test"]
+        while commands:
+            answers = self.servers[worker].run(commands, env, durations, limit=SHORT)
+            failed = [answer["test"] for answer in answers if answer["failed"]]
+            if not failed:
+                return None
+            # Twice, and only with the defect: not because the machine was busy.
+            again = self.servers[worker].run(failed, env, durations, limit=SHORT)
+            if env:
+                without = self.servers[worker].run(failed, {}, durations, limit=SHORT)[0]["failed"]
+            else:
+                without = ""  # an edit is always on
+            if again[0]["failed"] and not without:
+                near = (point.file, failed[0].partition("::")[0])
+                self.kills[near] = self.kills.get(near, 0) + 1
+                return failed[0]
+            commands = commands[commands.index(failed[0]) + 1 :]
         return None
+
+    def took(self, test):
+        return self.reach[test]["took"] if test in self.reach else 0.1
 
     def finish(self, number, killer, tests):
         with self.lock:
@@ -319,6 +370,8 @@ class Hunt:
                 self.results[number] = {"end": "killed", "by": killer}
             else:
                 self.results[number] = {"end": "survived" if tests else "unreached", "tests": tests[:12], "count": len(tests)}
+                took = sum(self.took(test) for test in tests if "::" in test)
+                self.results[number]["all"] = not self.options.limit or took < self.options.limit
                 say(f"{self.results[number]['end']} {number} {point.file}:{point.line} {point.was} -> {point.becomes}")
             done = len(self.results)
             if done % 25 == 0 or not killer:
@@ -369,9 +422,19 @@ class Hunt:
             tests = {test for mark in self.users_of(point) for test in self.by_number.get(mark, ())}
             tests |= {test for test in self.reach if "::" not in test and test.partition(":")[0] in built}
             tests = self.order([test for test in tests if not self.reach[test]["failed"]], point)
-            self.finish(number, self.first_failure(0, point, tests, {}, number), tests)
+            killer = self.first_failure(0, point, tests, {})
+            if not killer:
+                others = self.order({test for mark in self.users_of(point) for test in self.others(point, mark)}, point)
+                killer = self.first_failure(0, point, others, {})
+                tests += others
+            self.finish(number, killer, tests)
         finally:
             path.write_bytes(before)
+
+
+def base(test):
+    """A command test without its row."""
+    return test.partition("[")[0]
 
 
 def within(tests, durations, limit):

@@ -34,5 +34,6 @@ def survivor(number, point, result):
     lines = ["", f"{number}: {point.file}:{point.line} {point.function} ({point.operator}): {result['end']}"]
     lines += [f"  - {point.was}", f"  + {point.becomes}"]
     if result.get("tests"):
-        lines.append(f"  {result['count']} tests come by it: " + ", ".join(result["tests"][:4]))
+        tried = "" if result["all"] else " (not all of them were run: --limit)"
+        lines.append(f"  {result['count']} tests come by it{tried}: " + ", ".join(result["tests"][:4]))
     return lines

@@ -12,7 +12,7 @@ import points
 import schemata
 
 FOLDERS = ("src", "simulator", "recording", "tools")
-PROGRAMS = ("zfcesxcli", "torpifconly", "zfc-lab", "zfc-snapshot", "zfc-json", "private_run", "tree_listing", "reference")
+PROGRAMS = ("zfcesxcli", "torpifconly", "zfc-lab", "zfc-snapshot", "zfc-json", "private_run", "tree_listing", "reference", "reference_check")
 ERROR = re.compile(r"^(\S+?):(\d+):\d+: (?:fatal )?error: (.*)", re.M)
 
 # Defects need neither warnings nor an optimised build; and what a choice makes of a constant would not fit into braces.
@@ -127,7 +127,7 @@ class Tree:
     def make(self, targets, keep_going=True):
         """Builds; gives nothing, or what the compiler said."""
         done = subprocess.run(
-            ["nice", "-n", "19", "ninja", "-C", self.build, f"-j{self.jobs}", *(["-k", "0"] if keep_going else []), *targets],
+            ["nice", "ninja", "-C", self.build, f"-j{self.jobs}", *(["-k", "0"] if keep_going else []), *targets],
             capture_output=True, text=True, errors="replace",
         )  # fmt: skip
         return "" if done.returncode == 0 else done.stdout + done.stderr

@@ -8,7 +8,6 @@
 #include <stdlib.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <type_traits>
@@ -38,12 +37,13 @@ inline void Start() {
   if (name == nullptr) return;
   const int fd = open(name, O_RDWR | O_CLOEXEC);
   if (fd < 0) return;
-  struct stat info;
-  if (fstat(fd, &info) == 0 && info.st_size > 0) {
-    void* const map = mmap(nullptr, static_cast<unsigned long>(info.st_size), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+  const off_t size = lseek(fd, 0, SEEK_END);  // no fstat: the oldest C library that programs are linked for lacks it
+  if (size > 0) {
+    const auto bytes = static_cast<unsigned long>(size);
+    void* const map = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
     if (map != MAP_FAILED) {
       seen = static_cast<unsigned char*>(map);
-      seen_size = static_cast<unsigned long>(info.st_size);
+      seen_size = bytes;
     }
   }
   close(fd);
