@@ -307,7 +307,7 @@ class Hunt:
         return sorted(tests, key=place)
 
     def hunt_choices(self):
-        waiting = [n for n, point in self.numbered.items() if point.form != "edit" and n not in self.results]
+        waiting = [n for n, point in self.numbered.items() if n not in self.results and not self.needs_edit(n, point)]
         say(f"{len(waiting)} defects to hunt in one build")
         self.costly_last(waiting)
         self.side_by_side(waiting, self.hunt_one)
@@ -347,13 +347,9 @@ class Hunt:
             failed = [answer["test"] for answer in answers if answer["failed"]]
             if not failed:
                 return None
-            # Twice, and only with the defect: not because the machine was busy.
-            again = self.servers[worker].run(failed, env, durations, limit=SHORT)
-            if env:
-                without = self.servers[worker].run(failed, {}, durations, limit=SHORT)[0]["failed"]
-            else:
-                without = ""  # an edit is always on
-            if again[0]["failed"] and not without:
+            # Not because the machine was busy: it passes without the defect; an edit, which is always on, fails again.
+            again = self.servers[worker].run(failed, {}, durations, limit=SHORT)[0]["failed"]
+            if bool(again) != bool(env):
                 near = (point.file, failed[0].partition("::")[0])
                 self.kills[near] = self.kills.get(near, 0) + 1
                 return failed[0]
@@ -404,14 +400,15 @@ class Hunt:
 
     def needs_edit(self, number, point):
         """Also what only the compiler has come by: a constexpr function that makes a table."""
-        return point.form == "edit"
+        return point.form == "edit" or (point.constant and not self.by_number.get(number))
 
     def hunt_edit(self, number):
         point = self.numbered[number]
         path = self.tree.sources / point.file
         before = path.read_bytes()
         whole = (self.root / point.file).read_bytes().decode("latin-1")
-        edited = whole[: point.start] + point.mutated + whole[point.end :]
+        mutated = {"statement": "", "jump": ";"}.get(point.form, f"({point.mutated})" if point.form != "edit" else point.mutated)
+        edited = whole[: point.start] + mutated + whole[point.end :]
         path.write_bytes(edited.encode("latin-1"))
         times = {name: (self.tree.build / "tests" / name).stat().st_mtime_ns for name in self.unit_names}
         try:

@@ -5,6 +5,7 @@ ZFC_MUTANTS_ANSWERS. A request names tests, the variables of their programs, how
 the first failure, and a file that gets a line for each test.
 """
 
+import gc
 import json
 import os
 import shutil
@@ -22,6 +23,8 @@ def pytest_runtestloop(session):
     items = {item.nodeid: item for item in session.items}
     answers = os.fdopen(int(os.environ["ZFC_MUTANTS_ANSWERS"]), "w", buffering=1)
     requests = os.fdopen(int(os.environ["ZFC_MUTANTS_REQUESTS"]))
+    gc.collect()
+    gc.freeze()  # else every child would copy all that is collected
     print(json.dumps(list(items)), file=answers)
     for line in requests:
         request = json.loads(line)

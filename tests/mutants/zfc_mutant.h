@@ -1,7 +1,9 @@
-// Part of a build with planted defects (see README.md here): which defect is on, and which ones a run has come by.
+// Part of a build with planted defects (see README.md here): which defect is on, and which ones a run has
+// come by.
 //
-// ZFC_MUTANT is the number of the defect that is on; without it the program is what its sources say. ZFC_MUTANT_SEEN is a
-// file with a byte for each number: a run sets the bytes of the numbers that it comes by.
+// ZFC_MUTANT is the number of the defect that is on; without it the program is what its sources say.
+// ZFC_MUTANT_SEEN is a file with a byte for each number: a run sets the bytes of the numbers that it comes
+// by.
 #pragma once
 
 #include <fcntl.h>
@@ -37,7 +39,8 @@ inline void Start() {
   if (name == nullptr) return;
   const int fd = open(name, O_RDWR | O_CLOEXEC);
   if (fd < 0) return;
-  const off_t size = lseek(fd, 0, SEEK_END);  // no fstat: the oldest C library that programs are linked for lacks it
+  const off_t size =
+      lseek(fd, 0, SEEK_END);  // no fstat: the oldest C library that programs are linked for lacks it
   if (size > 0) {
     const auto bytes = static_cast<unsigned long>(size);
     void* const map = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
