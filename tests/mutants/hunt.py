@@ -39,7 +39,6 @@ class Hunt:
         self.tree.copy()
         self.tree.configure()
         self.unit_names, self.targets = self.tree.targets()
-        self.unit_names = [name for name in self.unit_names if name.endswith("_tests")]
         if not (self.load() or self.options.again):
             self.plant()
         self.tests_reach()

@@ -12,7 +12,10 @@ import points
 import schemata
 
 FOLDERS = ("src", "simulator", "recording", "tools")
-PROGRAMS = ("zfcesxcli", "torpifconly", "zfc-lab", "zfc-snapshot", "zfc-json", "private_run", "tree_listing", "reference", "reference_check")
+# Targets that no test of a defect needs.
+NEEDLESS = re.compile(
+    r".*fuzz.*|(un)?install.*|packages?|test|all|(edit|rebuild)_cache|list_install_components|reference_docs|cmake_object_.*"
+)
 ERROR = re.compile(r"^(\S+?):(\d+):\d+: (?:fatal )?error: (.*)", re.M)
 
 # Defects need neither warnings nor an optimised build; and what a choice makes of a constant would not fit into braces.
@@ -117,12 +120,11 @@ class Tree:
             schemata.write_if_other(path, done.encode("latin-1"))
 
     def targets(self):
+        """The programs of unit tests, and all that is built."""
         listed = subprocess.run(["ninja", "-C", self.build, "-t", "targets", "all"], capture_output=True, text=True, check=True)
         names = re.findall(r"^([\w-]+): phony$", listed.stdout, re.M)
-        tests = [name for name in names if name.endswith(("_tests", "_library")) and name != "old_c_library"]
-        tests = [name for name in tests if not name.startswith(("bare", "luns", "cmake_object"))]
-        others = [name for name in names if name in (*PROGRAMS, "exit_at", "refuse_memory", "start_probe")]
-        return tests, [*tests, *others]
+        names = [name for name in names if not NEEDLESS.fullmatch(name)]
+        return [name for name in names if name.endswith("_tests")], names
 
     def make(self, targets, keep_going=True):
         """Builds; gives nothing, or what the compiler said."""

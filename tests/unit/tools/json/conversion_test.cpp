@@ -153,6 +153,16 @@ TEST(Conversion, NamesTheFieldsThatAreNotUtf8) {
   EXPECT_NE(report.find(R"("latin1":["Data"])"), std::string::npos) << report;
 }
 
+TEST(Conversion, MessageGoesBeforeTheVerdictAndOtherTextsAreNeither) {
+  const std::string verdict = StringField("Test Result", "Success");
+  EXPECT_NE(
+      Json(Simple("Failed, link down", verdict)).find(R"("message":"Failed, link down","success":false)"),
+      std::string::npos);
+  EXPECT_NE(Json(DocumentText(StructureText("CTDiagResult", StringField("Diagnostic Test", "CT"))))
+                .find(R"("message":null,"success":false)"),
+            std::string::npos);
+}
+
 TEST(Conversion, TakesTheVerdictOfTests) {
   EXPECT_EQ(Json(DocumentText(StructureText("CTDiagResult", StringField("Diagnostic Test", "CT") +
                                                                 StringField("Test Result", "Success")))),
