@@ -214,14 +214,16 @@ class Hunt:
         return few
 
     def others(self, point, number):
-        """The tests that were not watched, of which others with other rows come by the function of the point."""
+        """The tests that were not watched, and have its file's word, or other rows that come by the function of the point."""
         inside = [
             (body["offset"], mark) for mark, body in self.marks().items()
             if body["file"] == point.file and body["offset"] <= point.start
         ]  # fmt: skip
         near = set(self.by_number.get(number, ())) | set(self.by_number.get(max(inside)[1], ()) if inside else ())
         bases = {base(test) for test in near if "::" in test}
-        return [test for test in self.all_tests if "::" in test and test not in self.reach and base(test) in bases]
+        word = word_of(point)
+        unwatched = (test for test in self.all_tests if "::" in test and test not in self.reach)
+        return [test for test in unwatched if base(test) in bases or word in test]
 
     def test_keys(self):
         """Unit cases change with their program, command tests with their file and the support."""
@@ -295,8 +297,7 @@ class Hunt:
 
     def order(self, tests, point):
         """The quickest way to a failure first: tests of files that found defects near by, then those that do least else."""
-        stem = point.file.rpartition("/")[2].partition(".")[0]
-        word = stem.removeprefix("physical_port_").removeprefix("adapter_").partition("_cmds")[0]
+        word = word_of(point)
 
         def place(test):
             kills = self.kills.get((point.file, test.partition("::")[0]), 0)
@@ -332,8 +333,9 @@ class Hunt:
             if "::" not in test:
                 by_program.setdefault(test.partition(":")[0], []).append(test)
         for name, cases in by_program.items():
-            limit = SHORT + 10 * sum(self.reach[case]["took"] for case in cases)
-            if (failed := self.units.run(name, cases, env, limit)) and self.units.run(name, cases, env, limit):
+            limit = SHORT + 2 * sum(self.reach[case]["took"] for case in cases)  # each took a process of its own
+            failed = self.units.run(name, cases, env, limit)
+            if failed and (failed == "time" or self.units.run(name, cases, env, limit)):
                 return f"{name}:{failed}"
         commands = [test for test in tests if "::" in test]
         durations = {test: self.took(test) for test in commands}
@@ -426,6 +428,12 @@ class Hunt:
             self.finish(number, killer, tests)
         finally:
             path.write_bytes(before)
+
+
+def word_of(point):
+    """What a test of the file most likely has in its name: "fec" of physical_port_fec_cmds_processor.cpp."""
+    stem = point.file.rpartition("/")[2].partition(".")[0]
+    return stem.removeprefix("physical_port_").removeprefix("adapter_").partition("_cmds")[0]
 
 
 def base(test):

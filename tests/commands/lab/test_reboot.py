@@ -70,6 +70,17 @@ def test_link_speed(show, reboot):
     assert show(f"-t port -s hbaparams getcli {ELM}")["Data Rate"] == "8_Gbps"
 
 
+def test_error_correction(show, reboot):
+    """Off at a link that stays at 16 Gbps: the restart takes it out of use, and on puts it back."""
+    info = f"-t port -s info getcli {ELM}"
+    start = show(info)
+    assert (start["Port Speed"], start["Port State"]) == ("16 Gbps", "Online (FEC)")
+    for setting, state in (("false", "Online"), ("true", "Online (FEC)")):
+        assert show(f"-t port -s fec setcli {ELM} -f {setting}")["Message"] == "Success"
+        assert reboot("state.yaml") == (0, "")
+        assert show(info) == {**start, "Port State": state}
+
+
 @pytest.mark.parametrize(
     "word, mode",
     [
