@@ -34,6 +34,7 @@ class Hunt:
         self.state_file = self.work / "state.json"
         self.unfit_file = self.work / "unfit.json"  # what was found not to compile
         self.lock = threading.Lock()
+        self.objects = {}
 
     def run(self):
         self.tree.copy()
@@ -394,10 +395,20 @@ class Hunt:
     def hunt_edits(self):
         waiting = [n for n, point in self.numbered.items() if n not in self.results and self.needs_edit(n, point)]
         say(f"{len(waiting)} defects to hunt by a build each")
+        waiting.sort(key=lambda number: self.builds_of(self.numbered[number].file))
         for number in waiting:
             self.hunt_edit(number)
         if waiting:
             self.make_all()
+
+    def builds_of(self, file):
+        """How many objects a change of the file makes anew."""
+        if not self.objects:
+            listed = self.tree.dependencies()
+            for inside in listed:
+                for name in inside:
+                    self.objects[name] = self.objects.get(name, 0) + 1
+        return self.objects.get(file, 0)
 
     def needs_edit(self, number, point):
         """Also what only the compiler has come by: a constexpr function that makes a table."""

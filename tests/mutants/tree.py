@@ -126,6 +126,13 @@ class Tree:
         names = [name for name in names if not NEEDLESS.fullmatch(name)]
         return [name for name in names if name.endswith("_tests")], names
 
+    def dependencies(self):
+        """For each object the sources that it was made of."""
+        listed = subprocess.run(["ninja", "-C", self.build, "-t", "deps"], capture_output=True, text=True, check=True).stdout
+        for part in listed.split("\n\n"):
+            paths = [os.path.normpath(os.path.join(self.build, line.strip())) for line in part.splitlines()[1:]]
+            yield [os.path.relpath(path, self.sources) for path in paths if path.startswith(f"{self.sources}/")]
+
     def make(self, targets, keep_going=True):
         """Builds; gives nothing, or what the compiler said."""
         done = subprocess.run(
