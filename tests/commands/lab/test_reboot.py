@@ -70,6 +70,35 @@ def test_link_speed(show, reboot):
     assert show(f"-t port -s hbaparams getcli {ELM}")["Data Rate"] == "8_Gbps"
 
 
+def test_error_correction(show, reboot):
+    """Off at a link that stays at 16 Gbps: the restart takes it out of use, and on puts it back."""
+    info = f"-t port -s info getcli {ELM}"
+    start = show(info)
+    assert (start["Port Speed"], start["Port State"]) == ("16 Gbps", "Online (FEC)")
+    for setting, state in (("false", "Online"), ("true", "Online (FEC)")):
+        assert show(f"-t port -s fec setcli {ELM} -f {setting}")["Message"] == "Success"
+        assert reboot("state.yaml") == (0, "")
+        assert show(info) == {**start, "Port State": state}
+
+
+@pytest.mark.parametrize(
+    "word, mode",
+    [
+        ("Loop_Only", "Loop"),
+        ("Point_To_Point_Only", "Point to Point"),
+        ("Loop_Preferred_Otherwise_Point_To_Point", "Point to Point"),  # no connection of its own: the host file's
+    ],
+)
+def test_connection(show, reboot, word, mode):
+    info = f"-t port -s info getcli {ELM}"
+    for option in ("-d 8_Gbps", f"-c {word}"):  # a loop needs the slower rate in the file
+        assert show(f"-t port -s hbaparams setFilecli {ELM} {option}")["Message"] == "Success"
+    assert show(f"-t port -s hbaparams setcli {ELM}")["Message"] == "Success"
+    assert show(info)["Port Connection Mode"] == "Point to Point"
+    assert reboot("state.yaml") == (0, "")
+    assert show(info)["Port Connection Mode"] == mode
+
+
 def test_reboot_required_is_answered_anew(show, reboot):
     def flag():
         """As a command that needs none itself shows it."""

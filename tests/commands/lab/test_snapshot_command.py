@@ -1,6 +1,7 @@
 """zfc-snapshot and `zfc-lab snapshot` as commands: their words, files, messages and exit statuses."""
 
 import os
+import shutil
 import subprocess
 
 import pytest
@@ -149,6 +150,20 @@ def test_lab_command_runs_it(zfc, snapshot):
     done = snapshot("snapshot", "--nonsense", program=LAB)
     assert done.returncode == 2 and b"unknown option '--nonsense'" in done.stderr
     assert b"Usage: zfc-lab snapshot" in snapshot("snapshot", "--help", program=LAB).stdout
+
+
+def test_lab_command_gives_the_library_beside_it(snapshot, zfc):
+    """As installed: the program is a link to another folder, from where no library is found."""
+    lab, elsewhere = zfc.work / "lab", zfc.work / "elsewhere"
+    for folder in (lab / "bin", lab / "lib", elsewhere / "bin"):
+        folder.mkdir(parents=True)
+    shutil.copy(LAB, lab / "bin")
+    shutil.copy(BUILD / "lib/libtorpifconly.so", lab / "lib")
+    shutil.copy(SNAPSHOT, elsewhere / "bin")
+    (lab / "bin/zfc-snapshot").symlink_to(elsewhere / "bin/zfc-snapshot")
+    assert snapshot(program=elsewhere / "bin/zfc-snapshot").returncode == 127
+    done = snapshot("snapshot", program=lab / "bin/zfc-lab")
+    assert done.returncode == 0 and done.stdout == snapshot().stdout
 
 
 def test_host_without_a_list(snapshot):

@@ -118,6 +118,9 @@ def test_nvme_entry_lasts(lab):
     assert_shown(lab("bootconfigext setcli", HAZEL), "Message: Success", "NamespaceID: 100")
     shown = lab("bootconfigext getcli", HAZEL, "-b", "NVME")
     assert shown[shown.index("Storage 6:") + 6] == "NamespaceID: 100"
+    # The built-in host has the first entry on, and the command puts the seventh on; the state holds all eight.
+    on = [line == "Enable: true" for line in shown if line.startswith("Enable: ")]
+    assert on == [True, False, False, False, False, False, True, False]
 
 
 def test_mode_ends_with_the_run(lab, zfc):

@@ -5,6 +5,7 @@ import pytest
 from zfc.documents import check, check_both
 from zfc.flash import components, memo
 from zfc.host import IDENTIFIER, one
+from zfc.preload import needs_preload, preloaded
 from zfc.runner import SESSION_END, SESSION_START, chatter
 
 HEAD = b"FC ESXCLI Debug level = 0\nTORPI Debug level = 0\n"
@@ -151,6 +152,14 @@ class TestUnopenableAtTheStart:
         assert result.library_log is None
         elsewhere = zfc.var_tmp / "elsewhere"
         assert not elsewhere.exists() or elsewhere.read_bytes() == b""
+
+
+@needs_preload
+@pytest.mark.parametrize("words", ["help", "version", "-t adapter list", INFO])
+def test_nothing_is_printed_where_not_even_dev_null_can_be_opened(zfc, words):
+    result = zfc(words, chatter="all", env=preloaded("refuse_dev_null"), **block_with_folder(zfc))
+    assert result.stdout == b""
+    assert result.calls == SESSION_END
 
 
 # The file can be opened at the start and no more when a command needs it.

@@ -192,6 +192,24 @@ TEST(DisplaySfpDiagnosticsTable, LinesUp) {
   EXPECT_EQ(shown.substr(begin + 1), table);
 }
 
+// One quantity after the other out of its limits: 127 degrees, and no voltage, bias or power at all.
+TEST(DisplaySfpDiagnosticsTable, EachQuantityHasItsOwnStatus) {
+  const char* const lines[] = {
+      "\n       Status      Fault       Normal      Normal      Normal      Normal\n",
+      "\n       Status     Normal        Fault      Normal      Normal      Normal\n",
+      "\n       Status     Normal       Normal       Fault      Normal      Normal\n",
+      "\n       Status     Normal       Normal      Normal       Fault      Normal\n",
+      "\n       Status     Normal       Normal      Normal      Normal       Fault\n",
+  };
+  std::size_t place = 352;
+  for (const char* line : lines) {
+    TestImage image = InternallyCalibrated();
+    image.Set(place, {static_cast<std::uint8_t>(place == 352 ? 0x7f : 0), 0});
+    EXPECT_NE(Shown(image).find(line), std::string::npos) << place;
+    place += 2;
+  }
+}
+
 TEST(DisplaySfpDiagnosticsTable, IsShownOnlyForModulesWithDiagnostics) {
   TestImage image = InternallyCalibrated();
   image.Set(92, {0xbf});

@@ -205,6 +205,31 @@ TEST(WaitForObjectsTest, GivesBackWhatItHadWhenNotAllCame) {
   EXPECT_FALSE(second.Unlock());
 }
 
+// Can't be had, and counts how often it is tried.
+class NeverHad : public CSyncObject {
+ public:
+  bool Lock(std::int32_t timeout) override {
+    EXPECT_EQ(timeout, 0);
+    ++tries_;
+    return false;
+  }
+  bool Unlock() override { return false; }
+  void Dump(const char*) const override {}
+  int Tries() const { return tries_; }
+
+ private:
+  int tries_ = 0;
+};
+
+TEST(WaitForObjectsTest, WithoutTimeTriesEachOnce) {
+  NeverHad first;
+  NeverHad second;
+  CSyncObject* objects[] = {&first, &second};
+  EXPECT_EQ(WaitForObjects(objects, 2, false, 0), 258U);
+  EXPECT_EQ(first.Tries(), 1);
+  EXPECT_EQ(second.Tries(), 1);
+}
+
 using EventDump = DebugLogTest;
 
 TEST_F(EventDump, NamesEveryMember) {
@@ -214,6 +239,23 @@ TEST_F(EventDump, NamesEveryMember) {
   for (const char* member : {"m_mutex", "m_cond", "m_ownerThread", "m_bSignalled", "m_bManualReset"}) {
     EXPECT_NE(content.find(std::string("Here::CEvent.") + member + "("), std::string::npos) << member;
   }
+}
+
+// A line says " - 0x1]" of a member that is true.
+TEST_F(EventDump, SaysWhetherItIsSignalledAndOfWhichKind) {
+  SetMask("1");
+  CEvent(true, false).Dump("Signalled");
+  CEvent(false, true).Dump("Manual");
+  const std::string content = Content();
+  const auto value = [&content](const char* member) {
+    const std::size_t line = content.find(std::string(member) + "(1) at address[");
+    const std::size_t begin = content.find(" - ", line) + 3;
+    return line == std::string::npos ? "no line" : content.substr(begin, content.find(']', line) - begin);
+  };
+  EXPECT_EQ(value("Signalled::CEvent.m_bSignalled"), "0x1");
+  EXPECT_EQ(value("Signalled::CEvent.m_bManualReset"), "0x0");
+  EXPECT_EQ(value("Manual::CEvent.m_bSignalled"), "0x0");
+  EXPECT_EQ(value("Manual::CEvent.m_bManualReset"), "0x1");
 }
 
 }  // namespace

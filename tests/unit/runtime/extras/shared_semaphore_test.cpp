@@ -75,6 +75,14 @@ TEST_F(SharedSemaphoreTest, OpenOfAShorterFileReturnsNull) {
   EXPECT_EQ(semaphore_open(path_.c_str()), nullptr);
 }
 
+// No page of its mapping can be read.
+TEST_F(SharedSemaphoreTest, OpenOfAnEmptyFileReturnsNull) {
+  const int file = open(path_.c_str(), O_WRONLY | O_CREAT, 0600);
+  ASSERT_GE(file, 0);
+  close(file);
+  EXPECT_EQ(semaphore_open(path_.c_str()), nullptr);
+}
+
 TEST_F(SharedSemaphoreTest, OpenOfAFileThatNobodyFinishedReturnsNull) {
   const int file = open(path_.c_str(), O_WRONLY | O_CREAT, 0600);
   ASSERT_GE(file, 0);
@@ -92,6 +100,27 @@ TEST_F(SharedSemaphoreTest, PostRaisesAndWaitLowersTheCount) {
   EXPECT_TRUE(semaphore_wait(semaphore));
   EXPECT_EQ(semaphore->count, 0U);
   EXPECT_TRUE(semaphore_close(semaphore, nullptr));
+}
+
+// One that is not shared would leave the other process asleep for good.
+TEST_F(SharedSemaphoreTest, ItsMutexWakesAnotherProcess) {
+  SharedSemaphore* semaphore = Create(path_);
+  ASSERT_NE(semaphore, nullptr);
+  ASSERT_EQ(pthread_mutex_lock(&semaphore->mutex), 0);
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    alarm(20);
+    SharedSemaphore* own = semaphore_open(path_.c_str());
+    _exit(own != nullptr && semaphore_post(own) ? 0 : 1);
+  }
+  usleep(100000);  // the child comes to the mutex
+  ASSERT_EQ(pthread_mutex_unlock(&semaphore->mutex), 0);
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(semaphore->count, 2U);
+  EXPECT_TRUE(semaphore_close(semaphore, path_.c_str()));
 }
 
 TEST_F(SharedSemaphoreTest, WaitBlocksUntilAnotherProcessPosts) {

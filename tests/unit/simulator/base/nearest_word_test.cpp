@@ -47,6 +47,13 @@ TEST(NearestWords, TheClosestOneIsTaken) {
   EXPECT_EQ(NearestWord("tx-pover", kKeys), "tx-power");
 }
 
+TEST(NearestWords, LongestWordHas48Letters) {
+  const std::string longest(48, 'a');
+  const std::string_view known[] = {longest};
+  EXPECT_EQ(NearestWord(std::string(47, 'a'), known), longest);
+  EXPECT_EQ(NearestWord(longest + "a", known), "");
+}
+
 TEST(NearestWords, MessageEndsWithIt) {
   EXPECT_EQ(lab::DidYouMean("dahla", kFamilies), "; did you mean 'dahlia'?");
   EXPECT_EQ(lab::DidYouMean("oak", kFamilies), "");

@@ -146,6 +146,18 @@ TEST_F(Records, EveryKeyReachesItsField) {
   EXPECT_EQ(entry.firmware_counters[0], 7u);
 }
 
+// The firmware has three numbers in a port's record, the boot code two.
+TEST_F(Records, VersionsOfBootCodeHaveTwoNumbersInARecord) {
+  UseHost(
+      "adapters:\n"
+      "  - family: hazel\n"
+      "    versions: {firmware: 4.5.6, efi: 9.10.11, fcode: 11.12.13}\n"
+      "    ports: [{}]\n");
+  EXPECT_EQ(lab::OctetText({EntryAt(0)->flash_firmware_version, 4}), "04:05:06:00");
+  EXPECT_EQ(lab::OctetText({EntryAt(0)->flash_efi_version, 4}), "09:0a:00:00");
+  EXPECT_EQ(lab::OctetText({EntryAt(0)->flash_fcode_version, 4}), "0b:0c:00:00");
+}
+
 TEST_F(Records, FlashCallsGiveTheHostFilesVersions) {
   UseHost(
       "adapters:\n"

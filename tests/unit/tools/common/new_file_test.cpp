@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -76,6 +77,19 @@ TEST_F(NewFile, AFileSystemWithoutSyncsIsNoFailure) {
   EXPECT_EQ(WriteOutput(Path("new"), "x", false), "");
   EXPECT_EQ(SyncCalls(), 2);
   EXPECT_EQ(ContentOf(Path("new")), "x");
+}
+
+// A mounted file is written as a new one, and can't be replaced.
+TEST_F(NewFile, FailedReplacementLeavesTheOldFile) {
+  WriteContent(Path("there"), "old");
+  if (mount(Path("there").c_str(), Path("there").c_str(), nullptr, MS_BIND, nullptr) != 0) {
+    GTEST_SKIP() << "no right to mount";
+  }
+  EXPECT_EQ(WriteOutput(Path("there"), "new", true),
+            Path("there") + ": can't be written: Device or resource busy");
+  EXPECT_EQ(umount(Path("there").c_str()), 0);
+  EXPECT_EQ(ContentOf(Path("there")), "old");
+  EXPECT_EQ(Files(), 1u);
 }
 
 TEST_F(NewFile, LinkWithoutTargetIsThereToo) {

@@ -153,6 +153,26 @@ TEST(Conversion, NamesTheFieldsThatAreNotUtf8) {
   EXPECT_NE(report.find(R"("latin1":["Data"])"), std::string::npos) << report;
 }
 
+TEST(Conversion, StructureHas256FieldsAtMost) {
+  const auto with_fields = [](int count) {
+    std::string fields;
+    for (int i = 0; i < count; ++i) fields += StringField("Field " + std::to_string(i), "x");
+    return Problem(DocumentText(StructureText("T", fields)));
+  };
+  EXPECT_EQ(with_fields(256), "");
+  EXPECT_NE(with_fields(257).find("fewer fields"), std::string::npos);
+}
+
+TEST(Conversion, MessageGoesBeforeTheVerdictAndOtherTextsAreNeither) {
+  const std::string verdict = StringField("Test Result", "Success");
+  EXPECT_NE(
+      Json(Simple("Failed, link down", verdict)).find(R"("message":"Failed, link down","success":false)"),
+      std::string::npos);
+  EXPECT_NE(Json(DocumentText(StructureText("CTDiagResult", StringField("Diagnostic Test", "CT"))))
+                .find(R"("message":null,"success":false)"),
+            std::string::npos);
+}
+
 TEST(Conversion, TakesTheVerdictOfTests) {
   EXPECT_EQ(Json(DocumentText(StructureText("CTDiagResult", StringField("Diagnostic Test", "CT") +
                                                                 StringField("Test Result", "Success")))),

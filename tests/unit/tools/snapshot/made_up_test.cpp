@@ -115,6 +115,19 @@ TEST(MadeUpNqn, OtherTextsAreTexts) {
   EXPECT_EQ(FormOf(made), FormOf("nqn.20x6-01.com.example"));
 }
 
+// Each character of "nqn.0000-00." counts: of any other beginning all letters and digits are made up.
+TEST(MadeUpNqn, BeginningThatIsWrongInOnePlaceIsMadeUpWhole) {
+  const std::string good = "nqn.2026-01.com.example";
+  for (std::size_t place = 0; place < 12; ++place) {
+    MadeUp made_up;
+    std::string name = good;
+    name[place] = '_';
+    const std::string made = Nqn(made_up, name);
+    EXPECT_NE(made.substr(0, 12), name.substr(0, 12)) << name;
+    EXPECT_EQ(FormOf(made), FormOf(name));
+  }
+}
+
 TEST(MadeUpOctets, AllButTheZerosAtTheEnd) {
   MadeUp made_up;
   const std::string made = Octets(made_up, std::string("\x01\x00\x02\x00\x00", 5));

@@ -67,6 +67,10 @@ const ChangeCase kChanges[] = {
      [](HostRecording& host) { FirstPort(host).beacon.asked = recording::Asked::kMissing; },
      "Adapter ZX320 HZ00001\n  Port 0, 21:00:00:0e:1e:00:00:00\n"
      "    The call for the beacon answered before and is missing from the library now.\n"},
+    {"no block of statistics any more",
+     [](HostRecording& host) { FirstPort(host).firmware_statistics.record.is_null = true; },
+     "Adapter ZX320 HZ00001\n  Port 0, 21:00:00:0e:1e:00:00:00\n"
+     "    Firmware statistics changed from a block to no block.\n"},
     {"lockdown", [](HostRecording& host) { FirstPort(host).lockdown.record.config_flag = 1; },
      "Adapter ZX320 HZ00001\n  Port 0, 21:00:00:0e:1e:00:00:00\n    Config lockdown changed from off to "
      "on.\n"},

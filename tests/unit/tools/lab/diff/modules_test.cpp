@@ -51,6 +51,12 @@ const ModuleCase kCases[] = {
        image.bytes[63] = 1;
      },
      "Module revision changed from A1 to A2.\n"},
+    {"another date",
+     [](SfpImage& image) {
+       PutText(image, 84, 8, "260401");
+       image.bytes[95] = 1;
+     },
+     "Module date changed from 260114 to 260401.\n"},
     {"another threshold", [](SfpImage& image) { PutWord(image, kA2, 76 * 256); },
      "Other bytes of the module's memory differ.\n"},
     {"a vendor's own byte", [](SfpImage& image) { image.bytes[100] = 1; },

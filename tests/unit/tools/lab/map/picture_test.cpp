@@ -48,6 +48,12 @@ TEST(Picture, CutsLongTextsAndKeepsThemWhole) {
   EXPECT_TRUE(Holds(PictureOf(host), "<title>WWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWW</title>WWWW"));
 }
 
+TEST(Picture, SaysThatAModelIsMissing) {
+  recording::HostRecording host = SmallHost();
+  SetText(host.adapters[0].record.model, "");
+  EXPECT_TRUE(Holds(PictureOf(host), ">No model</text>"));
+}
+
 TEST(Picture, OfNoAdaptersIsAPicture) {
   EXPECT_TRUE(Holds(PictureOf(recording::HostRecording{}), ">No adapters</text>"));
 }
