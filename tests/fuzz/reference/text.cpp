@@ -121,9 +121,8 @@ std::string WithoutConversions(std::string_view text) {
     const std::size_t percent = std::min(text.find('%', i), text.size());
     result += text.substr(i, percent - i);
     i = percent;
-    if (i == text.size()) {
-      break;
-    } else if (text.substr(i, 2) == "%%") {
+    if (i == text.size()) break;
+    if (text.substr(i, 2) == "%%") {
       result += '%';
       i += 2;
     } else if (const std::size_t length = ConversionLength(text.substr(i)); length > 0) {

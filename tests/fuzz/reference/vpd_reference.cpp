@@ -33,7 +33,7 @@ std::string VpdDocument(bool xml, const std::uint8_t* image, std::size_t size) {
       at += 3;
       continue;
     }
-    const std::size_t length =
+    const auto length =
         static_cast<std::size_t>(tag == 0x82 ? byte(at + 1) + byte(at + 2) * 256 : byte(at + 2));
     std::string value;
     for (std::size_t i = at + 3; i < at + 3 + length && byte(i) != 0; ++i)
