@@ -75,7 +75,7 @@ bool TakeLine(const ImageText::Line& line, HBAParamsInfo& nvram) {
 
 std::string NvramImage(const Family& family, const HBAParamsInfo& nvram) {
   std::string text(kNvramFirstLine);
-  text += "\nfamilies: " + family.name + '\n';
+  text.append("\nfamilies: ").append(family.name).append("\n");
   AddFields(kParameterGroup, ParameterFields(), nvram, text);
   text.append(kVirtualLane).append(": ").append(std::to_string(nvram.enable_virtual_lane)).append("\n");
   AddFields(kBootGroup, BootFields(), nvram, text);
