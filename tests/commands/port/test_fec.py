@@ -284,6 +284,12 @@ def test_question_mark_prints_the_usage_of_the_leaf(zfc, command):
     assert zfc(f"-t port -s fec {command}cli ?").stdout == f"Usage: {command}\r\n".encode()
 
 
+@pytest.mark.parametrize("words", [["get", IDENTIFIER], ["set", IDENTIFIER, "-f", "true"]], ids=["get", "set"])
+def test_code_of_a_success_is_0(zfc, words):
+    env = {"HOSTILE_FW_STATS": statistics(7, 3).hex()}
+    assert zfc(["-t", "port", "-s", "fec", *words], host=one_port(state=DOWN), env=env, debug=65535).code == 0
+
+
 CLASS = "PhysicalPortFECCmdsProcessor::"
 COMMON = {"get": f"{CLASS}CmdGetCommon: ", "set": f"{CLASS}CmdSetCommon: "}
 
