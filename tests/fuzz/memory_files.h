@@ -4,6 +4,7 @@
 #pragma once
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -110,6 +111,10 @@ extern "C" {
 std::FILE* fopen(const char* path, const char* mode) {
   if (!MemoryFiles::Has(path)) return CLibrarys("fopen", &fopen)(path, mode);
   MemoryFiles& files = MemoryFiles::Get();
+  if (std::strchr(mode, 'x') != nullptr && files.Find(path) != nullptr) {
+    errno = EEXIST;
+    return nullptr;
+  }
   MemoryFiles::Content content = mode[0] == 'w' ? files.Make(path) : files.Find(path);
   if (content != nullptr) return files.Open(std::move(content));
   errno = ENOENT;
@@ -118,6 +123,11 @@ std::FILE* fopen(const char* path, const char* mode) {
 
 int remove(const char* path) noexcept {
   if (!MemoryFiles::Has(path)) return CLibrarys("remove", &remove)(path);
+  return MemoryResult(MemoryFiles::Get().Remove(path));
+}
+
+int unlink(const char* path) noexcept {
+  if (!MemoryFiles::Has(path)) return CLibrarys("unlink", &unlink)(path);
   return MemoryResult(MemoryFiles::Get().Remove(path));
 }
 
@@ -130,6 +140,16 @@ int stat(const char* __restrict path, struct stat* __restrict status) noexcept {
   if (!MemoryFiles::Has(path)) return CLibrarys("stat", &stat)(path, status);
   *status = {};
   status->st_mode = S_IFREG | 0600;
+  status->st_nlink = 1;
   return MemoryResult(MemoryFiles::Get().Find(path) != nullptr);
+}
+
+int lstat(const char* __restrict path, struct stat* __restrict status) noexcept {
+  return MemoryFiles::Has(path) ? stat(path, status) : CLibrarys("lstat", &lstat)(path, status);
+}
+
+// A file in memory has no descriptor.
+int fsync(int descriptor) {
+  return descriptor < 0 ? 0 : CLibrarys("fsync", &fsync)(descriptor);
 }
 }

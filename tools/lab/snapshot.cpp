@@ -15,12 +15,10 @@ constexpr const char* kHelp =
     "names, or the built-in one, and writes a file that plays it back. LD_LIBRARY_PATH may name another\n"
     "library. 'zfc-snapshot --help' says more.\n";
 
-constexpr const char* kLibraryPath = "LD_LIBRARY_PATH";
-
 tools::ExitStatus RunSnapshot(const tools::Words& words) {
   const std::string folder = OwnFolder();
   // In an installation the program is a link out of the lab, and would look for the library there.
-  if (std::getenv(kLibraryPath) == nullptr) SetVariable(kLibraryPath, folder + "../lib/");
+  if (std::getenv("LD_LIBRARY_PATH") == nullptr) SetVariable("LD_LIBRARY_PATH", folder + "../lib/");
   return Execute("zfc-lab snapshot", folder + "zfc-snapshot", words);
 }
 

@@ -171,7 +171,7 @@ def run(zfc, row):
     for family, content in row.get("staged", {}).items():
         (zfc.staging / f"{family}_{PORT}").write_text(content)
     for name, path in row.get("staging_links", {}).items():
-        (zfc.staging / named(name)).symlink_to(path)
+        (zfc.staging / named(name)).symlink_to(named(path))
     module = sfp.NO_MODULE if row.get("no_module") else sfp.REAL_SFP
     options = {
         "buffers": {"params": params(), "bbcr": bbcr(), "boot": boot(), "nvme": nvme(), "sfp": module},
