@@ -248,6 +248,8 @@ TEST_F(FileOpsLogTest, EveryFailureHasALine) {
   FileOps::GetKeyValueFromFile(nullptr, "A", value, sizeof value, '=');
   FileOps::GetKeyValueFromFile(gone.c_str(), "A", nullptr, sizeof value, '=');
   FileOps::GetKeyValueFromFile(gone.c_str(), "A", value, sizeof value, '=');
+  FileOps::GetKeyValueFromFile("/", "A", value, sizeof value,
+                               '=');  // it opens, but no byte of it can be read
   FileOps::UpdateKeyValueInFile(gone.c_str(), "A", "1");
   FileOps::RemoveFile(gone.c_str());
   const std::string head = Head("DEBUG      ") + "FileOps::";
@@ -255,6 +257,7 @@ TEST_F(FileOpsLogTest, EveryFailureHasALine) {
                          head + "GetKeyValueFromFile: no path, key or buffer: (none)",
                          head + "GetKeyValueFromFile: no path, key or buffer: /no/such/file",
                          head + "GetKeyValueFromFile: cannot read /no/such/file",
+                         head + "GetKeyValueFromFile: cannot read /",
                          head + "UpdateKeyValueInFile: cannot create /no/such/file",
                          head + "RemoveFile: cannot remove /no/such/file",
                      }));
