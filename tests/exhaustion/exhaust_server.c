@@ -66,7 +66,7 @@ struct Event {
   uint32_t owner;
   uint32_t via;     // function of another library that the program was in, an index of the names; 0: none
   uint32_t number;  // among those that count
-  int64_t size;     // bytes; of a system call its first argument
+  int64_t size;     // bytes; of a system call its first argument, of an opening its flags
 };
 
 struct Shared {
@@ -396,7 +396,7 @@ static void OnSystemCall(int signal, siginfo_t* info, void* context) {
   long argument[6] = {registers[REG_RDI], registers[REG_RSI], registers[REG_RDX],
                       registers[REG_R10], registers[REG_R8],  registers[REG_R9]};
   const int counts = request.only < 0 || request.only == number;
-  const int fails = counts && Happens((uint32_t)number, argument[0]);
+  const int fails = counts && Happens((uint32_t)number, argument[number == SYS_openat ? 2 : 0]);
   if (fails && request.fault == kFails) {
     // A descriptor is gone, even where its closing fails.
     if (number == SYS_close) exhaust_call(SYS_close, argument[0], 0, 0, 0, 0, 0);

@@ -1,6 +1,7 @@
 """Every system call of every leaf that can fail for want of something fails, or does less than it was asked for."""
 
 import errno
+import os
 from collections import Counter
 from dataclasses import dataclass
 
@@ -48,6 +49,7 @@ OF_PROGRAM = [
     Fault(CLOSE, errno.EIO),
     Fault(FSTATAT, errno.EIO),
     Fault(IOCTL, errno.EIO),
+    Fault(FSYNC, errno.EIO),
     Fault(RENAME, errno.EIO),
     Fault(UNLINK, errno.EIO),
 ]
@@ -71,6 +73,11 @@ def is_quiet_loss(leaf, fault):
     return leaf.name == "port-fwdump get" and fault.call in (WRITE, CLOSE)
 
 
+def is_for_sync(event):
+    """Whether a file or a folder is opened only to be waited for; streams are opened for writing, or by fopen."""
+    return event.via == "open" and event.size & os.O_ACCMODE == os.O_RDONLY
+
+
 def ends_of(leaf, fault, event, streams):
     """How the run may end. Where the text of the document itself is lost, nobody is left to say so."""
     is_document_lost = event.what == WRITE and event.size == STANDARD_OUTPUT and fault.error != 0
@@ -80,10 +87,14 @@ def ends_of(leaf, fault, event, streams):
         return [CUT, SESSION] if fault.call == WRITE and fault.onward else [SESSION]  # the mirror comes first
     if fault.error == 0:
         return [SAME]
+    if event.what == OPENAT and is_for_sync(event):
+        return [SAME]  # what can't be opened is not waited for
     if event.what == OPENAT and event.via == "open":
         number = streams.index(event.number) + 1
         end = no_stream(leaf, number, len(streams))
         return [end, SILENT] if fault.onward and number > 1 else [end]
+    if event.what == FSYNC:
+        return [no_file(leaf) if leaf.plain == "setFile" else SAME]  # a removal and a dump are done all the same
     if event.what in (OPENAT, READ, RENAME, UNLINK):
         ends = [no_file(leaf)]
         # The removal of a staged file after its commit, whose failure is logged.
@@ -111,7 +122,7 @@ def test_of_the_program(bench, leaf, record_property):
             numbers = range(1, len(counted) + 1)
             for number, event in zip(numbers, counted):
                 event.number = number
-            streams = [event.number for event in counted if event.via == "open"]
+            streams = [event.number for event in counted if event.via == "open" and not is_for_sync(event)]
             for number, event in zip(numbers, counted):
                 run = runs.run(at=number, **fault.options)
                 made += 1
