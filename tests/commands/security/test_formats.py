@@ -14,6 +14,7 @@ from zfc.tree import TREE
 
 TEXT = "%n%s%1$n%999999999d"
 PROMPT = b"$>"
+STATISTICS_SIZE = 1024  # of the firmware's block, which holds all that is read of it: up to byte 528
 
 
 def leaves(node, words=()):
@@ -45,7 +46,7 @@ def test_words_of_every_command(zfc):
 
 def test_words_after_an_identifier_of_every_command(zfc):
     lines = [f"{command} {IDENTIFIER} {TEXT} {TEXT}" for command in COMMANDS if command.startswith("-t port")]
-    typed(zfc, lines, host=one_port(), buffers={"bbcr": bbcr()})
+    typed(zfc, lines, host=one_port(), buffers={"bbcr": bbcr(), "fw_stats": bytes(STATISTICS_SIZE)})
 
 
 @pytest.mark.parametrize("command", ["-t adapter -s info getcli", "-t port -s dmi savecli", "log", "no-such", "-t", "-s"])
@@ -67,7 +68,8 @@ def test_every_text_of_a_device(zfc):
     entry = Fc(raw={8: bytes.fromhex("2100001122334455"), **raw}, targets=[target])
     texts = {key: TEXT for key in ("serial", "model", "manufacturer", "bios", "fcode", "efi", "firmware", "multiboot")}
     host = Host([Adapter(**texts, ports=[Port(0, [entry])])])
-    buffers = {name: filled(512) for name in ("vpd", "sfp", "params", "boot", "nvme", "dump", "fw_stats")}
+    buffers = {name: filled(512) for name in ("vpd", "sfp", "params", "boot", "nvme", "dump")}
+    buffers["fw_stats"] = filled(STATISTICS_SIZE)
     identifiers = {
         "adapter": f"Adapter_{TEXT}_{TEXT}",
         "port": IDENTIFIER,
