@@ -159,16 +159,19 @@ static int HasMode(int flags) {
   return (flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE;
 }
 
+#define MODE_AFTER(flags)        \
+  mode_t mode = 0;               \
+  if (HasMode(flags)) {          \
+    va_list more;                \
+    va_start(more, flags);       \
+    mode = va_arg(more, mode_t); \
+    va_end(more);                \
+  }
+
 #define OPEN(name)                                    \
   EXPORT int name(const char* path, int flags, ...) { \
     REAL(name);                                       \
-    mode_t mode = 0;                                  \
-    if (HasMode(flags)) {                             \
-      va_list more;                                   \
-      va_start(more, flags);                          \
-      mode = va_arg(more, mode_t);                    \
-      va_end(more);                                   \
-    }                                                 \
+    MODE_AFTER(flags)                                 \
     Room room;                                        \
     if (RefusesOpen(path, flags)) return -1;          \
     return Filled(path, real(THERE, flags, mode));    \
@@ -179,13 +182,7 @@ OPEN(open64)
 #define OPENAT(name)                                              \
   EXPORT int name(int folder, const char* path, int flags, ...) { \
     REAL(name);                                                   \
-    mode_t mode = 0;                                              \
-    if (HasMode(flags)) {                                         \
-      va_list more;                                               \
-      va_start(more, flags);                                      \
-      mode = va_arg(more, mode_t);                                \
-      va_end(more);                                               \
-    }                                                             \
+    MODE_AFTER(flags)                                             \
     Room room;                                                    \
     if (RefusesOpen(path, flags)) return -1;                      \
     return Filled(path, real(folder, THERE, flags, mode));        \

@@ -31,6 +31,7 @@ from zfc.config import (
     with_params,
 )
 from zfc.host import CEDAR, DAHLIA, FERN, NO_LIST, every_device
+from zfc.staged import PARAMS_FILE as FILE
 
 READ_CALL = "TORPI_GetHBAParamsInfo(port, zeroed buffer, zeroed buffer)"
 RESTORE_CALL = "TORPI_RestoreDefaultNVRAM(port)"
@@ -72,35 +73,6 @@ SHOWN = {
     "enable_vclm": "false",
     "virtual_lane": "NA",
 }
-
-# The file that a first `setFile` creates from the default record.
-FILE = lines(
-    {
-        "Connection_Options": 1,
-        "Data_Rate": 2,
-        "Disable_BIOS": 1,
-        "Disable_SCM": 1,
-        "Enable_Fabric_Assign_WWN": 1,
-        "Enable_Fibre_Channel_Tape_Support": 1,
-        "Enable_Hard_Loop_Id": 0,
-        "Enable_LR": 0,
-        "Enable_Lip_Full_Login": 1,
-        "Enable_Receive_Out_Of_Order_Frames": 1,
-        "Enable_Target_Reset": 0,
-        "Enable_Virtual_Lane": 0,
-        "Execution_Throttle": 65535,
-        "Frame_Size": 2048,
-        "Hard_Loop_ID": 17,
-        "Interrupt_Delay_Timer": 100,
-        "Link_Down_Timeout": 29,
-        "Login_Retry_Count": 8,
-        "Loop_Reset_Delay": 5,
-        "Luns_Per_Target": 128,
-        "Operation_Mode": 6,
-        "Port_Down_Retry_Count": 30,
-    }
-)
-
 
 def run(zfc, command, name, options=(), *, words=None, record=None, reboot_flag=None, **more):
     words = (IDENTIFIER, *options) if words is None else words

@@ -26,6 +26,7 @@ class Node:
         return self.word
 
 
+# The file that a first `setFile` of hbaparams creates from the default record.
 PARAMS_FILE = lines(
     {
         "Connection_Options": 1,
