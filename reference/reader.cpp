@@ -3,11 +3,10 @@
 #include <yaml-cpp/yaml.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <optional>
 
+#include "reference/whole_file.h"
 #include "reference/yaml_map.h"
 
 namespace reference {
@@ -26,7 +25,6 @@ class Reader {
 
  private:
   YAML::Node Load(const std::string& file);
-  std::string ReadWhole(const std::string& file) const;
 
   void ReadKinds();
   void ReadStatuses();
@@ -61,17 +59,6 @@ YAML::Node Reader::Load(const std::string& file) {
     mistakes_.Add({file, error.mark.line + 1}, error.msg);
   }
   return YAML::Node(YAML::NodeType::Map);
-}
-
-std::string Reader::ReadWhole(const std::string& file) const {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(
-      std::fopen((folder_ + "/" + file).c_str(), "rb"), &std::fclose);
-  std::string content;
-  if (stream == nullptr) return content;
-  char buffer[4096];
-  std::size_t count = 0;
-  while ((count = std::fread(buffer, 1, sizeof buffer, stream.get())) > 0) content.append(buffer, count);
-  return content;
 }
 
 std::vector<std::string> ReadFamilies(YamlMap& map) {
@@ -329,7 +316,7 @@ NodeStatus Reader::ReadStatus(const Node& node, const std::string& file, const Y
 void Reader::ReadExample(const Node& node, Command& command) {
   if (command.example.empty()) return;
   const std::string file = "examples/" + node.id + "-" + command.word + ".txt";
-  command.example_text = ReadWhole(file);
+  command.example_text = ReadWholeFile(folder_ + "/" + file);
   if (command.example_text.empty()) {
     mistakes_.Add(command.place, "no file " + file + ": reference/renew-examples " + node.id + " makes it");
   }
