@@ -1,6 +1,7 @@
 import itertools
 import os
 import random
+import shutil
 import sys
 from pathlib import Path
 
@@ -12,6 +13,10 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
 pytest.register_assert_rewrite("zfc.documents", "zfc.runner", "zfc.terminal")
 
 from zfc.runner import BUILD, EXECUTABLE, ZFC_JSON, Zfc  # noqa: E402
+
+
+_folders = itertools.count()
+_PASSED = pytest.StashKey[bool]()
 
 
 def pytest_sessionstart(session):
@@ -28,16 +33,22 @@ def pytest_collection_modifyitems(items):
         random.Random(seed).shuffle(items)
 
 
-_folders = itertools.count()
+@pytest.hookimpl(hookwrapper=True)
+def pytest_runtest_makereport(item, call):
+    outcome = yield
+    if call.when == "call":
+        item.stash[_PASSED] = outcome.get_result().passed
 
 
 @pytest.fixture
-def tmp_path(tmp_path_factory):
-    """A new folder. pytest's own fixture lists all earlier ones to find a free number, which costs thousands of tests more
-    than their commands do."""
+def tmp_path(tmp_path_factory, request):
+    """A new folder, which only a failed test leaves. pytest's own fixture lists all earlier ones to find a free number:
+    that costs thousands of tests more than their commands do."""
     folder = tmp_path_factory.getbasetemp() / str(next(_folders))
     folder.mkdir()
-    return folder
+    yield folder
+    if request.node.stash.get(_PASSED, False):
+        shutil.rmtree(folder, ignore_errors=True)
 
 
 @pytest.fixture
