@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <regex>
 #include <set>
 #include <string>
@@ -20,6 +21,28 @@ TEST(CallTable, NamesTheCallsOfTheInterface) {
   std::set<std::string> known;
   for (const lab::CallInfo& call : lab::kCalls) known.insert(call.name);
   EXPECT_EQ(known, declared);
+}
+
+// What a faked answer of a call may be.
+TEST(CallTable, KnowsWhatEachCallAnswers) {
+  using lab::CallKind;
+  const std::map<std::string, CallKind> others = {
+      {"TORPI_GetAdapterList", CallKind::kPointer},
+      {"TORPI_DiagnosticsReadWriteBufferTest", CallKind::kPointer},
+      {"TORPI_doOptionROMUpdate", CallKind::kFlashUpdate},
+      {"TORPI_UpdateSpecificFlashRegionFromFile", CallKind::kFlashUpdate},
+      {"TORPI_UpdateAdapterFirmwareTableFromFile", CallKind::kFlashUpdate},
+      {"TORPI_UpdateAdapterPEPCfgFromFile", CallKind::kFlashUpdate},
+      {"TORPI_CheckOrindaPersonalityChangeOption", CallKind::kValue},
+      {"TORPI_GetBfsConfigMode", CallKind::kValue},
+      {"TORPI_CheckAdapterDPortOption", CallKind::kValue},
+      {"TORPI_DiagnosticDPortTest", CallKind::kRecord},
+      {"TORPI_DiagnosticsLoopBackTest", CallKind::kRecord},
+  };
+  for (const lab::CallInfo& call : lab::kCalls) {
+    const auto other = others.find(call.name);
+    EXPECT_EQ(call.kind, other != others.end() ? other->second : CallKind::kStatus) << call.name;
+  }
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 
 #include "framework/device_library/families.h"
@@ -40,6 +41,20 @@ TEST(Families, DefaultDeviceIdentifiersPassOnlyTheTestsOfTheirFamily) {
     pci.vendor_id = lab::kSorvexVendorId;
     pci.device_id = family->device_id;
     EXPECT_EQ(Passed(pci), row.passes) << row.name;
+  }
+}
+
+TEST(Families, VersionsAreNumbersWithPointsBetween) {
+  const std::regex two("[0-9]{1,2}[.][0-9]{2}");
+  const std::regex three("[0-9]{1,2}[.][0-9]{2}[.][0-9]{2}");
+  const std::regex four("[0-9]{1,2}([.][0-9]{1,2}){3}");
+  for (const lab::Family& family : lab::Families()) {
+    EXPECT_TRUE(std::regex_match(family.multiboot_version, three)) << family.multiboot_version;
+    EXPECT_TRUE(std::regex_match(family.firmware_version, three)) << family.firmware_version;
+    EXPECT_TRUE(std::regex_match(family.bios_version, two)) << family.bios_version;
+    EXPECT_TRUE(std::regex_match(family.efi_version, two)) << family.efi_version;
+    EXPECT_TRUE(std::regex_match(family.fcode_version, two)) << family.fcode_version;
+    EXPECT_TRUE(std::regex_match(family.driver_version, four)) << family.driver_version;
   }
 }
 

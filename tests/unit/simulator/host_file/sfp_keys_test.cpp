@@ -1,5 +1,7 @@
 // The key `sfp` of a port: files of real modules, and mistakes.
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "unit/simulator/marked_text.h"
 #include "unit/simulator/sfp_fixture.h"
@@ -21,6 +23,67 @@ TEST_F(SfpKeys, PathOfAnImageBeginsAtTheHostFile) {
   const Memory memory = Composed("{serial: SAVED}");
   EXPECT_EQ(TORPI_SaveSFPDataToFile(HandleAt(0), Path("saved.bin").c_str()), 0u);
   EXPECT_EQ(Composed("{image: saved.bin}"), memory);
+}
+
+// Bytes and codes of SFF-8472 and SFF-8024, and the program's own for copper without passive or active parts.
+TEST_F(SfpKeys, EachNameIsItsCode) {
+  const struct {
+    std::string key;
+    std::size_t byte;
+    std::vector<std::pair<const char*, int>> names;
+  } rows[] = {
+      {"connector",
+       2,
+       {{"sc", 0x01},
+        {"lc", 0x07},
+        {"mpo", 0x0c},
+        {"copper-pigtail", 0x21},
+        {"rj45", 0x22},
+        {"none", 0x23},
+        {"11", 11}}},
+      {"distance",
+       7,
+       {{"[medium]", 0x08},
+        {"[long]", 0x10},
+        {"[intermediate]", 0x20},
+        {"[short]", 0x40},
+        {"[very-long]", 0x80}}},
+      {"transmitter",
+       8,
+       {{"[copper-base-t]", 0x02},
+        {"[copper-passive]", 0x04},
+        {"[copper-active]", 0x08},
+        {"[longwave]", 0x10},
+        {"[shortwave-ofc]", 0x20},
+        {"[shortwave]", 0x40}}},
+      {"media",
+       9,
+       {{"[single-mode]", 0x01},
+        {"[multi-mode-50]", 0x04},
+        {"[multi-mode-62.5]", 0x08},
+        {"[video-coax]", 0x10},
+        {"[coax]", 0x20},
+        {"[twisted-pair]", 0x40},
+        {"[twin-axial]", 0x80}}},
+      {"speeds",
+       10,
+       {{"[1]", 0x01},
+        {"[2]", 0x04},
+        {"[32]", 0x08},
+        {"[4]", 0x10},
+        {"[16]", 0x20},
+        {"[8]", 0x40},
+        {"[10]", 0x80},
+        {"[64]", 0x02},
+        {"[128]", 0x02}}},
+      {"speeds", 62, {{"[10]", 0}, {"[64]", 0x01}, {"[128]", 0x02}}},
+      {"ethernet", 3, {{"[10]", 0x10}}},
+  };
+  for (const auto& row : rows) {
+    for (const auto& [name, code] : row.names) {
+      EXPECT_EQ(Composed("{" + row.key + ": " + name + "}")[row.byte], code) << row.key << ": " << name;
+    }
+  }
 }
 
 struct BadModule {
@@ -52,9 +115,16 @@ constexpr BadModule kBadModules[] = {
     {"Temperature", "{measured: {temperature: ^200}}",
      "temperature: expected a number from -128 to 127.99, got '200'"},
     {"Power", "{measured: {rx-power: ^lots}}", "rx-power: expected a number from 0 to 6.5535, got 'lots'"},
+    {"Quantity", "{measured: {^power: 1}}",
+     "power: expected one of the keys temperature, voltage, bias, tx-power, rx-power"},
     {"Exponent", "{measured: {bias: ^1e1}}", "bias: expected a number from 0 to 131.07, got '1e1'"},
     {"Threshold", "{thresholds: {voltage: {^high: 3}}}",
      "high: expected one of the keys high-alarm, low-alarm, high-warning, low-warning"},
+    {"ThresholdsOf", "{thresholds: {^power: {}}}",
+     "power: expected one of the keys temperature, voltage, bias, tx-power, rx-power"},
+    {"ConstantsOf", "{calibration: {^power: {}}}",
+     "power: expected one of the keys temperature, voltage, bias, tx-power, rx-power"},
+    {"Constant", "{calibration: {bias: {^gain: 1}}}", "gain: expected one of the keys slope, offset"},
     {"Calibration", "{calibration: ^external}",
      "calibration: expected internal, or a map of the constants of external calibration, got 'external'"},
     {"Offset", "{calibration: {bias: {offset: ^0.5}}}",
