@@ -120,7 +120,6 @@ class Server:
         while len(content) < size:
             piece = self._process.stdout.read(size - len(content))
             if not piece:
-                # No SystemExit, which would end a worker of the pool and leave the pool waiting.
                 raise RuntimeError(f"the fault server has ended with status {self._process.wait()}")
             content += piece
         return content
