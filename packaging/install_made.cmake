@@ -1,6 +1,6 @@
 # Run by an installation: installs what the build made below the folder `made` and belongs to `component`. The lab has the
 # files that are named after its command.
-file(GLOB_RECURSE names RELATIVE ${made} ${made}/*)
+file(GLOB_RECURSE names RELATIVE "${made}" "${made}/*")
 foreach(name IN LISTS names)
   set(owner program)
   set(destination share)
@@ -10,6 +10,6 @@ foreach(name IN LISTS names)
   endif()
   if(owner STREQUAL component)
     cmake_path(GET name PARENT_PATH folder)
-    file(INSTALL ${made}/${name} DESTINATION "${CMAKE_INSTALL_PREFIX}/${destination}/${folder}" TYPE FILE)
+    file(INSTALL "${made}/${name}" DESTINATION "${CMAKE_INSTALL_PREFIX}/${destination}/${folder}" TYPE FILE)
   endif()
 endforeach()

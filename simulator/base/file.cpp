@@ -12,19 +12,10 @@
 #include <string_view>
 
 #include "base/results.h"
+#include "recording/disk.h"
 
 namespace lab {
 namespace {
-
-bool WriteAll(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = write(descriptor, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
 
 std::string Failed(const std::string& path) {
   return path + ": can't be written: " + std::strerror(errno);
@@ -38,18 +29,14 @@ std::string FolderOf(const std::string& path) {
   return path.substr(0, path.rfind('/') + 1);
 }
 
-// A file system that knows no sync has nothing to wait for.
-bool Sync(int descriptor) {
-  return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS;
-}
-
 // Writes a new file beside `place`, with this mode, and renames it over it. False, with errno, leaves what is
 // there, and nothing else.
 bool Replace(const std::string& place, const std::string& content, mode_t mode) {
   std::string temporary = place + ".XXXXXX";
   const int descriptor = mkostemp(temporary.data(), O_CLOEXEC);
   if (descriptor < 0) return false;
-  bool good = WriteAll(descriptor, content) && fchmod(descriptor, mode) == 0 && Sync(descriptor);
+  bool good = recording::WriteAll(descriptor, content) && fchmod(descriptor, mode) == 0 &&
+              recording::Sync(descriptor);
   int error = errno;
   if (close(descriptor) != 0 && good) {
     error = errno;
@@ -61,7 +48,7 @@ bool Replace(const std::string& place, const std::string& content, mode_t mode) 
   }
   if (!good) unlink(temporary.c_str());
   errno = error;
-  return good && SyncFolderOf(place);
+  return good && recording::SyncFolderOf(place);
 }
 
 bool IsDiskFailure(int error) {
@@ -83,17 +70,6 @@ mode_t ModeOfNewFile() {
 }
 
 }  // namespace
-
-bool SyncFolderOf(const std::string& path) {
-  const std::string folder = FolderOf(path);
-  const int descriptor = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return errno == EACCES;  // a folder that may be written to but not read
-  const bool good = Sync(descriptor);
-  const int error = errno;
-  close(descriptor);
-  errno = error;
-  return good;
-}
 
 bool IsNoRegularFile(const std::string& path) {
   struct stat info {};

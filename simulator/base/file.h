@@ -20,10 +20,6 @@ bool IsNoRegularFile(const std::string& path);
 // Appends the content of a file to `out`; errno says why it could not be opened or read.
 FileResult ReadFile(const char* path, std::string& out);
 
-// Waits until the names in the folder of the path are on the disk, so that a new one outlasts a loss of
-// power. True also where the file system knows no such wait; false with errno.
-bool SyncFolderOf(const std::string& path);
-
 // Writes a file. One that is there is replaced at once, as by ReplaceFile, where that can be done. Returns 0,
 // kFileNotFound when its folder does not exist, or kFileOpenError.
 std::uint32_t WriteFile(const char* path, const std::string& content);

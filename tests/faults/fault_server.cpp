@@ -158,6 +158,8 @@ std::string ContentOf(const std::string& path) {
   if (lstat(path.c_str(), &status) != 0) Die(path);
   if (S_ISDIR(status.st_mode)) return "folder";
   if (!S_ISREG(status.st_mode)) return "neither a file nor a folder";
+  // The mirror of the shell's output is made for writing alone, which keeps an ordinary user from reading it.
+  if (chmod(path.c_str(), S_IRUSR | S_IWUSR) != 0) Die(path);
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (file < 0) Die(path);
   std::string content = Content(file);

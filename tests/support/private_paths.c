@@ -114,6 +114,11 @@ static void Restore(char* path) {
   }
 }
 
+// For a program that reads the names of another one, which are private where the kernel sees them.
+EXPORT void PrivatePathsRestore(char* path) {
+  Restore(path);
+}
+
 static int IsBelowVariable(const char* path, const char* variable) {
   const char* folder = getenv(variable);
   return folder && path && IsBelow(path, folder, strlen(folder)) && !IsKept(path);

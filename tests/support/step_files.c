@@ -14,6 +14,7 @@
 // `rmdir`, `symlink`, `chmod`, `close` (of what was open for writing) and `exit`. A call that could change a
 // file and is not known here ends the run with status 125.
 #define _GNU_SOURCE
+#include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <limits.h>
@@ -46,6 +47,9 @@ typedef struct {
 } Tracee;
 
 enum { kNoDescriptor = -1, kFromResult = -2 };
+
+// Of private_paths.c, where that is preloaded: turns a private path back into the fixed one.
+static void (*restore_path)(char* path);
 
 static const char* folders[kMaxFolders];
 static int folder_count;
@@ -111,6 +115,7 @@ static void ReadPath(pid_t process, uint64_t address, int folder, char* path) {
     Die("long path");
   size_t length = strlen(path);
   while (length > 1 && path[length - 1] == '/') path[--length] = '\0';
+  if (restore_path) restore_path(path);
 }
 
 static int WritesTo(pid_t process, int descriptor) {
@@ -388,6 +393,7 @@ static pid_t Start(char** words) {
 
 int main(int argc, char** argv) {
   int at = 1;
+  *(void**)&restore_path = dlsym(RTLD_DEFAULT, "PrivatePathsRestore");
   for (; at < argc && strcmp(argv[at], "--") != 0; ++at) {
     if (strcmp(argv[at], "--log") == 0 && at + 1 < argc) {
       steps_log = fopen(argv[++at], "we");

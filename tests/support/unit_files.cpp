@@ -7,8 +7,16 @@
 
 #include "framework/output_bracket.h"
 
+// Also of a file for writing alone, such as the mirror of the shell's output, which root alone can read.
 std::string ContentOf(const std::filesystem::path& path) {
+  using std::filesystem::perms;
+  std::error_code not_there;
+  const std::filesystem::file_status status = std::filesystem::status(path, not_there);
+  const bool lacks_reading =
+      is_regular_file(status) && (status.permissions() & perms::owner_read) == perms::none;
+  if (lacks_reading) std::filesystem::permissions(path, status.permissions() | perms::owner_read);
   std::ifstream file(path, std::ios::binary);
+  if (lacks_reading) std::filesystem::permissions(path, status.permissions());
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 

@@ -9,39 +9,17 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "recording/disk.h"
+
 namespace tools {
 namespace {
 
-bool WriteAll(int descriptor, std::string_view content) {
-  while (!content.empty()) {
-    const ssize_t written = write(descriptor, content.data(), content.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    content.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
+using recording::Sync;
+using recording::SyncFolderOf;
+using recording::WriteAll;
 
 std::string Failure(const std::string& path) {
   return path + ": can't be written: " + std::strerror(errno);
-}
-
-// A file system that knows no sync has nothing to wait for.
-bool Sync(int descriptor) {
-  return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS;
-}
-
-// Waits until the name of the file is on the disk: until then a loss of power takes it away again.
-bool SyncFolderOf(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-  const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return errno == EACCES;  // a folder that may be written to but not read
-  const bool synced = Sync(descriptor);
-  const int error = errno;
-  close(descriptor);
-  errno = error;
-  return synced;
 }
 
 // Also for a link that leads nowhere. An old C library has no lstat() to link against.

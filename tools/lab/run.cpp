@@ -11,6 +11,7 @@
 #include "base/faults.h"
 #include "base/file.h"
 #include "framework/device_library/harmless_text.h"
+#include "recording/disk.h"
 #include "tools/lab/command.h"
 #include "tools/lab/memory.h"
 #include "tools/lab/private_staging.h"
@@ -113,7 +114,8 @@ tools::ExitStatus Run(const Words& words) {
   SetOrRemove("TORPI_LAB_TRACE", arguments.Has("--trace") ? "/dev/stderr" : "");
   const std::string staged = state == nullptr ? "" : *state + ".staged";
   // A new folder's name is on the disk before what is staged in it.
-  if (!staged.empty() && (mkdir(staged.c_str(), 0775) == 0 ? !lab::SyncFolderOf(staged) : errno != EEXIST)) {
+  if (!staged.empty() &&
+      (mkdir(staged.c_str(), 0775) == 0 ? !recording::SyncFolderOf(staged) : errno != EEXIST)) {
     Report(staged + ": can't be made: " + std::strerror(errno));
     return tools::kMistake;
   }

@@ -47,8 +47,8 @@ def changes(before, after):
 def test_update_of_the_flash(show, reboot):
     info = f"-t port -s info getcli {ELM}"
     start = show(info)
-    image = ROOT / "examples/flash/elm-mbi.img"
-    assert show(f"-t adapter updatecli {ADAPTER} {image} MBI")["Reboot Required"] == "true"
+    image = str(ROOT / "examples/flash/elm-mbi.img")
+    assert show(["-t", "adapter", "updatecli", ADAPTER, image, "MBI"])["Reboot Required"] == "true"
     updated = show(info)
     assert updated["Flash Firmware Version"] == "9.14.02"
     assert updated["Running Firmware Version"] == start["Running Firmware Version"] == "9.12.01"

@@ -120,6 +120,20 @@ for file in /opt/lab.yaml /opt/hosts/lab.yaml /opt/more/lab.yaml; do "$lab" run 
     assert status == 0 and stdout.count(b"Adapters: Adapter_ZX100_ALONE\n") == 3 and stderr == b""
 
 
+@needs_mounts
+@pytest.mark.parametrize("file", ["/opt/ZunaFcEsxcliPlugin/tmp", "/opt/ZunaFcEsxcliPlugin"])
+def test_file_in_place_of_a_folder(script, file):
+    """Nothing can be mounted on it, and nothing made in its place."""
+    text = f"""umount /opt/ZunaFcEsxcliPlugin/tmp; rm -r {file}; echo kept >{file}
+"$lab" run -- {PARAMETERS} setFilecli {ELM} -u 77
+cat {file}"""
+    status, stdout, stderr = script(text)
+    assert status == 0 and b"Message: Success\n" not in stdout and stdout.endswith(b"\nkept\n")
+    reason = f"zfc-lab run: no private staging folder ({file}: File exists); "
+    advice = "commands with staged files fail until someone does: sudo mkdir -p -m 777 /opt/ZunaFcEsxcliPlugin/tmp\n"
+    assert stderr.decode() == reason + advice
+
+
 # A user namespace in which nobody may make another namespace for mounts.
 CLOSED = "exec unshare -U -r sh -c 'echo 0 >/proc/sys/user/max_mnt_namespaces; exec {} {}'"
 

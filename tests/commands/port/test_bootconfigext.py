@@ -18,6 +18,7 @@ from zfc.boot import (
     READ_CALL,
     READ_FAILED,
     REBOOT,
+    TARGETS,
     THREE,
     UPDATE_FAILED,
     WRITE,
@@ -67,6 +68,7 @@ NO_NVME = "Failed, NVMe Boot Config not present"
 FCP_SET = "Failed, Tgt Num, Tgt WWPN, Disk Num required for FCP targets"
 NVME_SET = "Failed, Tgt Num, Tgt WWPN, Disk Num, Tgt Enable required for NVMe targets"
 
+ODD_FLASH = "50:06:01:60:3b:20:41:77"
 ENTRY = NvmeEntry(FLASH, FLASH_NODE, namespace=3, controller=0x1234, enable=1, nqn=b"nqn.2014-08.org:flash")
 # Two entries of the device; noise follows the second one's text.
 OWN = {
@@ -637,11 +639,17 @@ def test_the_record_and_the_mode_have_their_own_names_in_the_log(zfc, word, mode
         (["-p", "50:06"], "--boot-target-wwpn=50:06: not a complete value"),
         (["-l", "maybe"], "--boot-target-enable=maybe: neither true nor false"),
         (["-n", "1"], "boot entry=: the boot entry is not complete"),
+        (["-b", "NVME", "-n", "1", "-p", FLASH, "-o", "1"], "boot entry=: the boot entry is not complete"),
         (["-n", "1", "-p", FLASH, "-o", "1"], "boot entry=1: a target of the other protocol"),
+        (
+            ["-b", "NVME", "-n", "1", "-p", ODD_FLASH, "-o", "1", "-l", "true"],
+            "boot entry=1: the target's NQN cannot be staged",
+        ),
         (["-n", "1", "-p", DISK, "-o", "9"], "boot entry=1: the target has no such LUN or namespace"),
     ],
 )
 def test_a_refused_option_is_a_step(zfc, options, line):
-    result = logged(zfc, ["bootconfigext", "setFile", IDENTIFIER, *options], host=port())
+    targets = [*TARGETS, target(ODD_FLASH, [1], nvme=True, nqn=b"nqn with blank")]
+    result = logged(zfc, ["bootconfigext", "setFile", IDENTIFIER, *options], host=port(targets=targets))
     assert result.steps_in(f"{CLASS}UpdateBootConfigInFile: ") == ["Entered", line, "Exiting"]
     assert result.failures == []

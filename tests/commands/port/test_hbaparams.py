@@ -666,6 +666,13 @@ def test_each_failure_document_has_its_function(zfc, words, function, message):
         (["-d", "Auto"], {"device": 0x7102}, "--data-rate=Auto: the data rate is fixed"),
         (["-d", "fast"], {}, "--data-rate=fast: no value of this option"),
         (["-z", "2112"], {}, "--frame-size=2112: out of range"),
+        (["-c", "Loop_Only"], {"supported": 0x80}, "--connection-options=Loop_Only: loop and a data rate of 16 Gbps or more"),
+        (
+            ["-c", "Loop_Only"],
+            {"device": 0x3432, "subsystem": (0x1D4A, 0x0A12)},
+            "--connection-options=Loop_Only: this model has no loop",
+        ),
+        (["-m", EVERY_COMPLETION, "-e", "1"], {}, "--interrupt-delay-timer=1: the operation mode has no delay"),
     ],
 )
 def test_a_refused_option_is_a_step(zfc, options, fields, line):

@@ -33,7 +33,7 @@ ROOMS = ["calls", TOP, "state", "recorded", "host_file", "yaml", "images", "devi
 # What a tool's folder may include besides itself, common/ and the record headers. The simulator's own names begin at
 # simulator/.
 TOOL_USES = {
-    "common": [],
+    "common": ["recording/disk.h"],
     "snapshot": ["recording/", "runtime/out_of_memory.h"],
     "json": ["runtime/out_of_memory.h"],
     "lab": ["recording/", "tools/snapshot/", "simulator"],

@@ -7,6 +7,7 @@ the stand-in of the host's shell.
 
 import os
 import re
+import shlex
 
 import pytest
 
@@ -57,7 +58,7 @@ def in_own_shell(zfc, lines, **options):
 
 def through_the_stand_in(zfc, path, kind, name, **options):
     command, values = SHELL.parse([*path.split("."), f"--{kind}={name.decode(errors='surrogateescape')}"])
-    line = command.line(values).replace(PROGRAM, str(EXECUTABLE))
+    line = command.line(values).replace(PROGRAM, shlex.quote(str(EXECUTABLE)))
     return zfc(["sh", "-c", line], program="/usr/bin/busybox", **options).stdout
 
 

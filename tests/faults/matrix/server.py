@@ -120,7 +120,7 @@ class Server:
         while len(content) < size:
             piece = self._process.stdout.read(size - len(content))
             if not piece:
-                raise SystemExit(f"the fault server has ended with status {self._process.wait()}")
+                raise RuntimeError(f"the fault server has ended with status {self._process.wait()}")
             content += piece
         return content
 
@@ -129,6 +129,12 @@ class Server:
 
     def _text(self):
         return self._read(self._number())
+
+
+def _content(path):
+    """The mirror of the shell's output is made for writing alone, which keeps an ordinary user from reading it."""
+    path.chmod(0o600)
+    return path.read_bytes()
 
 
 def run_really(folder, image, words, settings, folders, files):
@@ -164,7 +170,7 @@ def run_really(folder, image, words, settings, folders, files):
         for path in (folder / outside).iterdir():
             name = f"{inside}/{path.name}"
             if not any(place.startswith(f"{name}/") for place in kept):
-                found[name] = path.read_bytes() if path.is_file() else b"folder"
+                found[name] = _content(path) if path.is_file() else b"folder"
     end = f"signal {-done.returncode}" if done.returncode < 0 else f"exit status {done.returncode}"
     return Ran(
         end=end if done.returncode else "",

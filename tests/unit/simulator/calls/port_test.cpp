@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <iterator>
 #include <string>
 
 #include "unit/simulator/lab_fixture.h"
@@ -68,11 +69,11 @@ std::uint32_t WordAt(const std::string& bytes, std::size_t offset) {
   return word;
 }
 
-// The payload of the first descriptor with this tag.
-std::string Payload(const std::string& response, std::uint32_t tag) {
+// The payload of the descriptor with this tag that follows `skipped` others with it.
+std::string Payload(const std::string& response, std::uint32_t tag, std::size_t skipped = 0) {
   for (std::size_t at = 4; at + 8 <= response.size();) {
     const std::size_t length = WordAt(response, at + 4);
-    if (WordAt(response, at) == tag) return response.substr(at + 8, length);
+    if (WordAt(response, at) == tag && skipped-- == 0) return response.substr(at + 8, length);
     at += 8 + length;
   }
   return "none";
@@ -234,6 +235,30 @@ TEST_F(PortReports, RdpResponseHoldsEveryDescriptorOnce) {
   EXPECT_EQ(WordAt(Payload(rdp.bytes, 0x00010006), 8), 250u);
   EXPECT_EQ(WordAt(Payload(rdp.bytes, 0x00010007), 8), 0x10000000u);
   EXPECT_EQ(Payload(rdp.bytes, 0x00010008).size(), 60u);
+}
+
+// A switch port's limits: whole degrees Celsius, then units of 0.1 mV, 2 uA, 0.1 uW and 0.1 uW.
+TEST_F(PortReports, RdpResponseHoldsTheLimitsOfEachQuantity) {
+  struct Limits {
+    std::uint32_t alarms, warnings;  // high in the upper half, low in the lower
+  };
+  constexpr Limits kLimits[] = {
+      {75 << 16 | 0xfb, 70 << 16 | 0},               // 75, -5 and 70, 0 degrees
+      {36300u << 16 | 29700, 34650u << 16 | 31350},  // 3.63, 2.97 and 3.465, 3.135 V
+      {6250 << 16 | 1000, 5750 << 16 | 1500},        // 12.5, 2 and 11.5, 3 mA
+      {16000 << 16 | 2000, 12600 << 16 | 2500},      // transmitted: 1.6, 0.2 and 1.26, 0.25 mW
+      {18000 << 16 | 500, 14000 << 16 | 800},        // received: 1.8, 0.05 and 1.4, 0.08 mW
+  };
+  UsePort("speed: 16");
+  const std::string rdp = Rdp().bytes;
+  for (std::uint32_t place = 0; place < std::size(kLimits); ++place) {
+    const std::string element = Payload(rdp, 0x00010007, place);
+    ASSERT_EQ(element.size(), 12u);
+    EXPECT_EQ(WordAt(element, 0), kLimits[place].alarms) << place;
+    EXPECT_EQ(WordAt(element, 4), kLimits[place].warnings) << place;
+    EXPECT_EQ(WordAt(element, 8), (place + 1) << 28);
+  }
+  EXPECT_EQ(Payload(rdp, 0x00010007, std::size(kLimits)), "none");
 }
 
 TEST_F(PortReports, RdpResponseTakesTheKeysOfTheHostFile) {

@@ -83,7 +83,7 @@ TEST_F(NewFile, AFileSystemWithoutSyncsIsNoFailure) {
 TEST_F(NewFile, FailedReplacementLeavesTheOldFile) {
   WriteContent(Path("there"), "old");
   if (mount(Path("there").c_str(), Path("there").c_str(), nullptr, MS_BIND, nullptr) != 0) {
-    GTEST_SKIP() << "no right to mount";
+    GTEST_SKIP() << "mounts are refused on this machine";
   }
   EXPECT_EQ(WriteOutput(Path("there"), "new", true),
             Path("there") + ": can't be written: Device or resource busy");

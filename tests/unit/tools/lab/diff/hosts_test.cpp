@@ -92,6 +92,25 @@ const ChangeCase kChanges[] = {
      [](HostRecording& host) { FirstPort(host).boot.record.frame_size = 2048; },
      "Adapter ZX320 HZ00001\n  Port 0, 21:00:00:0e:1e:00:00:00\n    Other bytes of the boot settings "
      "differ.\n"},
+    {"a parameter in both answers, but the parameters are refused",
+     [](HostRecording& host) {
+       FirstPort(host).hba_params.result = 150;
+       FirstPort(host).hba_params.record.info.frame_size = 2048;
+       FirstPort(host).boot.record.frame_size = 2048;
+     },
+     "Adapter ZX320 HZ00001\n  Port 0, 21:00:00:0e:1e:00:00:00\n"
+     "    The call for the HBA parameters answered before and is refused with 150 (maintenance mode) now.\n"
+     "    Other bytes of the boot settings differ.\n"},
+    {"a boot drive in both answers, but the boot settings are refused",
+     [](HostRecording& host) {
+       const BootDrive drive = {{{0x50, 0, 0, 0, 0, 0, 0, 1}}, 2};
+       FirstPort(host).hba_params.record.info.primary_drive = drive;
+       FirstPort(host).boot.result = 150;
+       FirstPort(host).boot.record.primary_drive = drive;
+     },
+     "Adapter ZX320 HZ00001\n  Port 0, 21:00:00:0e:1e:00:00:00\n"
+     "    Other bytes of the HBA parameters differ.\n"
+     "    The call for the boot settings answered before and is refused with 150 (maintenance mode) now.\n"},
     {"an NVMe boot entry",
      [](HostRecording& host) { FirstPort(host).nvme_boot.record.entries[1].namespace_id = 3; },
      "Adapter ZX320 HZ00001\n  Port 0, 21:00:00:0e:1e:00:00:00\n"
