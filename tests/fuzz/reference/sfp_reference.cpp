@@ -21,6 +21,17 @@ void Pad(Pieces& text, std::string_view value, std::size_t width) {
   text += value;
 }
 
+void Pad(Pieces& text, const char* value, std::size_t width) {
+  std::size_t length = 0;
+  while (value[length] != '\0') ++length;
+  Pad(text, std::string_view(value, length), width);
+}
+
+bool IsBlank(const char* text) {
+  while (*text == ' ') ++text;
+  return *text == '\0';
+}
+
 bool IsBlank(std::string_view text) {
   return text.find_first_not_of(' ') == std::string_view::npos;
 }
@@ -354,7 +365,7 @@ std::string SfpReport(const std::uint8_t* bytes, std::size_t limit) {
   const std::size_t base = image.Base();
   Pieces text;
   text += "Media Information:\n";
-  const auto line = [&text](std::string_view label, const std::string& value) {
+  const auto line = [&text](const char* label, const std::string& value) {
     Pad(text, label, 30);
     text += ": ";
     text += value;

@@ -57,6 +57,9 @@ class Pieces {
     for (const char c : piece) text_[at++] = c;
     size_ = at;
   }
+  void operator+=(const char* piece) {
+    while (*piece != '\0') *this += *piece++;
+  }
   void Add(std::size_t count, char c) {
     for (; count > 0; --count) *this += c;
   }
