@@ -39,6 +39,7 @@ void PutTexts(const char* format, va_list arguments, Put put) {
 }  // namespace
 
 extern "C" {
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): those of the C library are reserved.
 
 int vfprintf(std::FILE* stream, const char* format, va_list arguments) {
   if (!HasOnlyTexts(format)) return __interceptor_vfprintf(stream, format, arguments);
@@ -61,4 +62,5 @@ int vsnprintf(char* buffer, std::size_t size, const char* format, va_list argume
   if (size > 0) buffer[std::min(length, size - 1)] = '\0';
   return static_cast<int>(length);
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 }
