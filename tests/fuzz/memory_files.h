@@ -3,6 +3,7 @@
 // and called for all others. For one source of a target: it defines them.
 #pragma once
 
+#include <stdio_ext.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -97,8 +98,10 @@ class MemoryFiles {
 
 inline std::FILE* MemoryFiles::Open(Content content) {
   ++open_;
-  return fopencookie(new Cursor{std::move(content)}, "r+",
-                     {.read = &Read, .write = &Write, .seek = nullptr, .close = &Close});
+  std::FILE* const stream = fopencookie(new Cursor{std::move(content)}, "r+",
+                                        {.read = &Read, .write = &Write, .seek = nullptr, .close = &Close});
+  if (stream != nullptr) __fsetlocking(stream, FSETLOCKING_BYCALLER);  // of one thread
+  return stream;
 }
 
 inline int MemoryResult(bool done) {
@@ -146,6 +149,14 @@ int stat(const char* __restrict path, struct stat* __restrict status) noexcept {
 
 int lstat(const char* __restrict path, struct stat* __restrict status) noexcept {
   return MemoryFiles::Has(path) ? stat(path, status) : CLibrarys("lstat", &lstat)(path, status);
+}
+
+// A lock for each byte is a quarter of a run, and only one thread reads files.
+int getc(std::FILE* stream) {
+  return getc_unlocked(stream);
+}
+int fgetc(std::FILE* stream) {
+  return getc_unlocked(stream);
 }
 
 // A file in memory has no descriptor.

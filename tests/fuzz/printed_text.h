@@ -1,6 +1,8 @@
 // Catches in memory what a target's code prints on the stream `stdout`.
 #pragma once
 
+#include <stdio_ext.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -24,6 +26,7 @@ class PrintedText {
  private:
   PrintedText() : stream_(fopencookie(this, "w", {nullptr, &Write, nullptr, nullptr})) {
     if (stream_ == nullptr) std::abort();
+    __fsetlocking(stream_, FSETLOCKING_BYCALLER);  // one thread prints
   }
 
   static ssize_t Write(void* self, const char* bytes, std::size_t size) {

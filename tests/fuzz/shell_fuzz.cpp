@@ -5,11 +5,12 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -80,47 +81,52 @@ class Node : public MultipleCmdsProcessor {
   using MultipleCmdsProcessor::AddNode;
 };
 
-// The pieces in which the shell reads: up to a line's end, at most 2047 bytes. What comes after a null byte
-// in a piece is not seen.
-std::vector<std::string> Pieces(std::string_view input) {
+// Takes the next piece in which the shell reads: up to a line's end, at most 2047 bytes. What comes after a
+// null byte in a piece is not seen.
+std::string_view TakePiece(std::string_view& input) {
   constexpr std::size_t kMost = 2047;
-  std::vector<std::string> pieces;
-  while (!input.empty()) {
-    const std::size_t line = input.find('\n');
-    const std::size_t length =
-        std::min(std::min(kMost, input.size()), line == std::string_view::npos ? kMost : line + 1);
-    std::string piece(input.substr(0, length));
-    input.remove_prefix(length);
-    piece.resize(std::min(piece.find('\0'), piece.size()));
-    if (piece.ends_with('\n')) piece.pop_back();
-    pieces.push_back(std::move(piece));
-  }
-  return pieces;
+  const std::size_t line = input.find('\n');
+  const std::size_t length =
+      std::min(std::min(kMost, input.size()), line == std::string_view::npos ? kMost : line + 1);
+  std::string_view piece = input.substr(0, length);
+  input.remove_prefix(length);
+  piece = piece.substr(0, piece.find('\0'));
+  if (piece.ends_with('\n')) piece.remove_suffix(1);
+  return piece;
 }
 
-// The words of a piece; nothing when its quotes do not close. Between quotes every byte is part of the word.
-std::optional<std::vector<std::string>> Split(const std::string& piece) {
-  std::vector<std::string> words;
-  bool in_quotes = false;
-  bool in_word = false;
-  for (const char c : piece) {
-    const bool separates = !in_quotes && (c == ' ' || c == '\t' || c == '\r' || c == '\n');
-    if (separates) {
-      in_word = false;
-      continue;
+// The words of a piece, in memory that all pieces share.
+class Splitter {
+ public:
+  // False when the piece's quotes do not close. Between quotes every byte is part of the word.
+  bool Split(std::string_view piece) {
+    words_.clear();
+    bytes_.clear();
+    bytes_.reserve(piece.size());  // where the words are, none of which may move
+    bool in_quotes = false;
+    bool in_word = false;
+    for (const char c : piece) {
+      const bool separates = !in_quotes && (c == ' ' || c == '\t' || c == '\r' || c == '\n');
+      if (!separates && !in_word) words_.emplace_back(bytes_.data() + bytes_.size(), 0);
+      in_word = !separates;
+      if (separates) continue;
+      if (c == '"') {
+        in_quotes = !in_quotes;
+      } else {
+        bytes_ += c;
+        words_.back() = {words_.back().data(), words_.back().size() + 1};
+      }
     }
-    if (!in_word) words.emplace_back();
-    in_word = true;
-    if (c == '"') {
-      in_quotes = !in_quotes;
-    } else {
-      words.back() += c;
-    }
+    return !in_quotes;
   }
-  return in_quotes ? std::nullopt : std::optional(words);
-}
+  std::vector<std::string_view>& Words() { return words_; }
 
-bool Is(const std::string& word, std::string_view name) {
+ private:
+  std::string bytes_;
+  std::vector<std::string_view> words_;
+};
+
+bool Is(std::string_view word, std::string_view name) {
   if (word.size() != name.size()) return false;
   for (std::size_t i = 0; i < name.size(); ++i) {
     const char c = word[i] >= 'A' && word[i] <= 'Z' ? static_cast<char>(word[i] + 32) : word[i];
@@ -129,36 +135,45 @@ bool Is(const std::string& word, std::string_view name) {
   return true;
 }
 
-std::string Echoed(const std::vector<std::string>& words) {
-  if (!words.empty() && words[0] == "?") return "";  // its usage, of which it has none
-  std::string text;
-  for (const std::string& word : words) text += std::to_string(word.size()) + ":" + word + ",";
-  return text + "\n";
-}
-
-struct Outcome {
+struct Session {
   std::string printed;
-  bool leaves = false;
+  StatusCode status = kWrongWordCount;
 };
 
-Outcome Run(std::vector<std::string> words) {
-  if (Is(words[0], "echo") || Is(words[0], "q")) {
-    const bool is_quit = Is(words[0], "q");
-    words.erase(words.begin());
-    const bool shows_usage = !words.empty() && words[0] == "?";
-    return {is_quit ? "" : Echoed(words), is_quit && !shows_usage};
+void AddEcho(std::span<const std::string_view> words, std::string& printed) {
+  if (!words.empty() && words[0] == "?") return;  // its usage, of which it has none
+  for (const std::string_view word : words) {
+    printed += std::to_string(word.size());
+    printed += ':';
+    printed += word;
+    printed += ',';
+  }
+  printed += '\n';
+}
+
+// What the command of these words prints. True when it leaves the shell.
+bool Run(std::vector<std::string_view>& words, std::string& printed) {
+  const auto echo = [&] { AddEcho(std::span<const std::string_view>(words).subspan(1), printed); };
+  if (Is(words[0], "q")) return words.size() == 1 || words[1] != "?";
+  if (Is(words[0], "echo")) {
+    echo();
+    return false;
   }
   // A single word names a node by its name; such a node does nothing.
-  if (words.size() == 1) return {Is(words[0], "port") ? "" : kUnknown};
+  if (words.size() == 1) {
+    if (!Is(words[0], "port")) printed += kUnknown;
+    return false;
+  }
   for (std::size_t i = 0; i + 1 < words.size(); ++i) {
     if (!Is(words[i], "-t") || !Is(words[i + 1], "port")) continue;
     words.erase(words.begin() + static_cast<std::ptrdiff_t>(i),
                 words.begin() + static_cast<std::ptrdiff_t>(i) + 2);
-    if (words.empty() || !Is(words[0], "echo")) return {kUnknown};
-    words.erase(words.begin());
-    return {Echoed(words)};
+    if (words.empty() || !Is(words[0], "echo")) break;
+    echo();
+    return false;
   }
-  return {kUnknown};
+  printed += kUnknown;
+  return false;
 }
 
 ssize_t ReadInput(void* input, char* buffer, std::size_t size) {
@@ -168,25 +183,20 @@ ssize_t ReadInput(void* input, char* buffer, std::size_t size) {
   return static_cast<ssize_t>(length);
 }
 
-struct Session {
-  std::string printed;
-  StatusCode status = kWrongWordCount;
-};
-
 Session Model(std::string_view input) {
+  static Splitter splitter;
   Session session;
-  for (const std::string& piece : Pieces(input)) {
+  session.printed.reserve(2 * input.size() + 1024);
+  while (!input.empty()) {
     session.printed += "$>";
-    const auto words = Split(piece);
-    if (!words.has_value()) session.printed += kNotSplit;
-    if (!words.has_value() || words->empty()) continue;
-    const Outcome outcome = Run(*words);
-    session.printed += outcome.printed;
-    if (!outcome.leaves) continue;
+    const bool is_split = splitter.Split(TakePiece(input));
+    if (!is_split) session.printed += kNotSplit;
+    if (!is_split || splitter.Words().empty() || !Run(splitter.Words(), session.printed)) continue;
     session.status = kSuccess;
     return session;
   }
-  session.printed += std::string("$>") + kInputEnds;
+  session.printed += "$>";
+  session.printed += kInputEnds;
   return session;
 }
 

@@ -133,10 +133,10 @@ bool Store(const Row& row, const std::string& value, char* record) {
 }
 
 // Puts the file's values over the record's, up to the first that its rule forbids. False for that one.
-bool Overlay(std::string_view file, std::span<const Row> rows, const std::string& key_begin,
+bool Overlay(const model::Lines& file, std::span<const Row> rows, const std::string& key_begin,
              std::size_t value_size, char* record) {
   for (const Row& row : rows) {
-    const auto value = model::ValueIn(file, key_begin + row.key, value_size);
+    const auto value = file.Value(key_begin + row.key, value_size);
     if (value.has_value() && !Store(row, *value, record)) return false;
   }
   return true;
@@ -153,7 +153,8 @@ void RequireStatus(StatusCode status, bool allowed) {
   Require(status == (allowed ? kSuccess : kInvalidParameter));
 }
 
-void ReadParams(std::string_view file) {
+void ReadParams(std::string_view bytes) {
+  const model::Lines file(bytes);
   HbaParams params(g_host.fc);
   const StatusCode status = ReadBy(params, {kPort});
   Bytes expected(512);
@@ -161,7 +162,8 @@ void ReadParams(std::string_view file) {
   Require(expected.Are(params.Record()));
 }
 
-void ReadBbcr(std::string_view file) {
+void ReadBbcr(std::string_view bytes) {
+  const model::Lines file(bytes);
   Bbcr bbcr(g_host.fc);
   const StatusCode status = ReadBy(bbcr, {kPort});
   Bytes expected(2);
@@ -169,18 +171,19 @@ void ReadBbcr(std::string_view file) {
   Require(expected.Are(bbcr.Record()));
 }
 
-void ReadBoot(std::string_view file) {
+void ReadBoot(std::string_view bytes) {
+  const model::Lines file(bytes);
   BootConfig boot(g_host.fc);
   const StatusCode status = ReadBy(boot, {kPort});
   Bytes expected(512);
   RequireStatus(status, Overlay(file, kBoot, "", 512, expected.bytes.data()));
   Require(expected.Are(boot.Record()));
-  const auto mode = model::ValueIn(file, "Boot_Mode", 512);
+  const auto mode = file.Value("Boot_Mode", 512);
   const bool is_uefi = mode.has_value() && model::NumberOf(*mode) == 1;
   Require(boot.Mode() == (is_uefi ? BootMode::kUefi : BootMode::kBios));
 }
 
-bool OverlayNvme(std::string_view file, char* record) {
+bool OverlayNvme(const model::Lines& file, char* record) {
   for (std::size_t i = 0; i < kNvmeEntries; ++i) {
     const std::string begin = "NVME_" + std::to_string(i) + "_";
     if (!Overlay(file, kNvme, begin, 256, record + kNvmeFirst + i * kNvmeWidth)) return false;
@@ -188,13 +191,14 @@ bool OverlayNvme(std::string_view file, char* record) {
   return true;
 }
 
-void ReadBootExt(std::string_view file) {
+void ReadBootExt(std::string_view bytes) {
+  const model::Lines file(bytes);
   BootConfigExt boot(g_host.fc);
   const StatusCode status = ReadBy(boot, {kPort, "-b", "NVME"});
   Bytes record(512);
   Bytes nvme(2560);
   constexpr Row kNvmeEnable = {"NVMe_Enable", 0, 4, 1};
-  const auto mode = model::ValueIn(file, "Boot_Mode", 256);
+  const auto mode = file.Value("Boot_Mode", 256);
   const std::uint32_t number = mode.has_value() ? model::NumberOf(*mode) : 4;
   char enable[4] = {};
   const bool allowed =
@@ -210,7 +214,7 @@ void ReadAndWrite(std::string_view file) {
   const char* const path = ScratchFile::Path();
   char value[16] = "nothing";
   const int result = FileOps::GetKeyValueFromFile(path, "Data_Rate", value, sizeof value, '=');
-  const auto expected = model::ValueIn(file, "Data_Rate", sizeof value);
+  const auto expected = model::Lines(file).Value("Data_Rate", sizeof value);
   Require(result == (expected.has_value() ? FileOps::kFound : FileOps::kNotFound));
   Require(value == expected.value_or("nothing"));
   Require(FileOps::UpdateKeyValueInFile(path, "Data_Rate", "7") == FileOps::kDone);

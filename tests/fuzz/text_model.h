@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace model {
 
@@ -93,26 +95,41 @@ inline std::string_view TakePiece(std::string_view& text, std::size_t limit) {
   return piece;
 }
 
-// The value of the first line with this key, as a buffer of `size` bytes holds it.
-inline std::optional<std::string> ValueIn(std::string_view file, std::string_view key, std::size_t size) {
-  while (!file.empty()) {
-    const std::string_view line = TakePiece(file, 1022);
-    std::size_t at = 0;
-    while (at < line.size() && IsSpace(line[at])) ++at;
-    std::string found;
-    for (; at < line.size() && line[at] != '=' && !IsSpace(line[at]); ++at) found += line[at];
-    while (at < line.size() && line[at] != '=') ++at;
-    if (at == line.size() || found.starts_with('#') || !SameWord(found, key)) continue;
-    ++at;
-    while (at < line.size() && IsSpace(line[at])) ++at;
-    std::string value;
-    for (; at < line.size() && !IsSpace(line[at]) && line[at] != '#' && line[at] != '\0'; ++at) {
-      if (value.size() + 1 < size) value += line[at];
+// The lines of a file that have a key and a value, read once for all look-ups.
+class Lines {
+ public:
+  explicit Lines(std::string_view file) {
+    while (!file.empty()) {
+      std::string_view line = TakePiece(file, 1022);
+      SkipSpaces(line);
+      std::size_t end = 0;
+      while (end < line.size() && line[end] != '=' && !IsSpace(line[end])) ++end;
+      const std::string_view key = line.substr(0, end);
+      const std::size_t equals = line.find('=', end);
+      if (equals == std::string_view::npos || key.starts_with('#')) continue;
+      line.remove_prefix(equals + 1);
+      SkipSpaces(line);
+      end = 0;
+      while (end < line.size() && !IsSpace(line[end]) && line[end] != '#' && line[end] != '\0') ++end;
+      lines_.emplace_back(key, line.substr(0, end));
     }
-    return value;
   }
-  return std::nullopt;
-}
+
+  // The value of the first line with this key, as a buffer of `size` bytes holds it.
+  std::optional<std::string> Value(std::string_view key, std::size_t size) const {
+    for (const auto& [name, value] : lines_) {
+      if (SameWord(name, key)) return std::string(value.substr(0, size - 1));
+    }
+    return std::nullopt;
+  }
+
+ private:
+  static void SkipSpaces(std::string_view& text) {
+    while (!text.empty() && IsSpace(text.front())) text.remove_prefix(1);
+  }
+
+  std::vector<std::pair<std::string_view, std::string_view>> lines_;
+};
 
 // The file with "key=value" in it.
 inline std::string Updated(std::string_view file, std::string_view key, std::string_view value) {

@@ -1,5 +1,7 @@
 #include "device/device_command.h"
 
+#include <stdio_ext.h>
+
 #include <cstdio>
 #include <string>
 
@@ -29,6 +31,7 @@ std::FILE* Stream(cookie_write_function_t* write) {
   static std::size_t used = 0;
   std::FILE* const stream = fopencookie(nullptr, "w", {nullptr, write, nullptr, nullptr});
   Require(stream != nullptr && std::setvbuf(stream, buffers[used], _IOFBF, sizeof buffers[used]) == 0);
+  __fsetlocking(stream, FSETLOCKING_BYCALLER);  // one thread prints
   ++used;
   return stream;
 }
@@ -49,12 +52,6 @@ Record* NewRecord() {
 }
 
 }  // namespace
-
-// What takes time in a run: stacks for each block of memory, and the memory kept after its release.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the sanitizer's.
-extern "C" const char* __asan_default_options() {
-  return "malloc_context_size=2:quarantine_size_mb=4:thread_local_quarantine_size_kb=64";
-}
 
 // The bracket without its file.
 OutputBracket::OutputBracket(const FunctionName&, const char*)

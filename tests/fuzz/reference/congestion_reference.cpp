@@ -1,5 +1,9 @@
 #include "reference/congestion_reference.h"
 
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
 #include "reference/families.h"
 #include "reference/text.h"
 
@@ -143,6 +147,76 @@ std::string WithRelease(std::string document, bool xml, const Frame& frame,
   return document;
 }
 
+// The rest is of the profile.
+
+constexpr Frame kProfile = {"PortVCLMProfile", "Congestion Profile", "CongestionProfileList"};
+constexpr const char* kInvalid = "Failed, Invalid parameter";
+constexpr const char* kUnknown = "Failed, Unknown";
+constexpr const char* kProfileRead = "Failed, NVRAM read failed";
+constexpr std::string_view kActivations[] = {"Monitor_Only", "Conservative", "Moderate", "Aggressive",
+                                             "Defensive"};
+
+bool SameWord(std::string_view one, std::string_view other) {
+  const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; };
+  return std::ranges::equal(one, other, {}, upper, upper);
+}
+
+// The message of what keeps a port from being asked; null when nothing does.
+const char* ProfileGuard(const Record& port, std::string_view identifier,
+                         std::span<const std::string> words) {
+  if (words.empty()) return kInvalid;
+  for (const char* const help : {"help", "/h", "/help", "-h", "-help", "/?", "?"}) {
+    if (SameWord(words[0], help)) return kUnknown;
+  }
+  if (words[0] != identifier) return kInvalid;
+  if (!Families(port).Managed()) return kFamily;
+  if (port.U16(462) == 3) return kVirtual;
+  return IsSecondGeneration(port) ? nullptr : kUnknown;
+}
+
+// The message of a call that failed; null of one that did not.
+const char* Failure(std::uint32_t result, const char* message) {
+  if (result == 0) return nullptr;
+  return result == 150 ? kMaintenance : message;
+}
+
+std::string ProfileReport(bool xml, const Record& port, const std::uint8_t* profile) {
+  Report report(1024);
+  AddPort(report, port);
+  report.Line("VCLM Configuration Status", TrueFalse(profile[0] == 0));
+  report.Line("VCLM Profile Management", profile[1] == 0 ? "Driver_Settings" : "NVRAM");
+  report.Line("VCLM Profile Activation",
+              profile[2] < std::size(kActivations) ? kActivations[profile[2]] : "Unknown");
+  return ReportDocument(xml, kProfile, report.Text());
+}
+
+// The word after the first one that is either name; nothing when that one is the last.
+std::optional<std::string_view> ValueOf(std::span<const std::string> words, std::string_view long_name,
+                                        std::string_view short_name) {
+  std::size_t at = 0;
+  while (at < words.size() && !SameWord(words[at], long_name) && !SameWord(words[at], short_name)) ++at;
+  if (at + 1 >= words.size()) return std::nullopt;
+  return words[at + 1];
+}
+
+// Puts what the options say into the record. The message of words that are refused; null for others.
+const char* TakeWords(std::span<const std::string> words, std::array<std::uint8_t, 16>& profile) {
+  const std::optional<std::string_view> restore = ValueOf(words, "--restore", "-r");
+  const std::optional<std::string_view> activation = ValueOf(words, "--activation", "-a");
+  if (restore.has_value() && !SameWord(*restore, "Driver_Settings")) return kInvalid;
+  if (restore.has_value()) profile[1] = 0;
+  if (!activation.has_value()) return nullptr;
+  std::uint8_t number = 0;
+  while (number < std::size(kActivations) && !SameWord(*activation, kActivations[number])) ++number;
+  if (number == std::size(kActivations)) return kInvalid;
+  if (restore.has_value()) {
+    return "Failed, Restore and Activation command-line options are mutually exclusive";
+  }
+  profile[1] = 1;
+  profile[2] = number;
+  return nullptr;
+}
+
 }  // namespace
 
 std::string PortCongestionStatistics(bool xml, const void* port_bytes, const CongestionAnswers& answers) {
@@ -280,6 +354,41 @@ std::string TargetCongestion(bool xml, const void* port_bytes, const void* targe
                                 : port.Bit(163, 7) ? "Disabled"
                                                    : "None");
   return ReportDocument(xml, kFrame, report.Text());
+}
+
+ProfileOutcome ShowProfile(bool xml, const void* port_bytes, std::string_view identifier,
+                           std::span<const std::string> words, const ProfileAnswers& answers) {
+  const Record port(port_bytes);
+  if (const char* const message = ProfileGuard(port, identifier, words); message != nullptr) {
+    return {ErrorDocument(xml, kProfile, message), ""};
+  }
+  if (const char* const message = Failure(answers.results[0], kProfileRead); message != nullptr) {
+    return {ErrorDocument(xml, kProfile, message), "r"};
+  }
+  return {ProfileReport(xml, port, answers.first), "r"};
+}
+
+ProfileOutcome ChangeProfile(bool xml, const void* port_bytes, std::string_view identifier,
+                             std::span<const std::string> words, const ProfileAnswers& answers) {
+  const Record port(port_bytes);
+  const char* message = ProfileGuard(port, identifier, words);
+  if (message != nullptr) return {ErrorDocument(xml, kProfile, message), ""};
+  ProfileOutcome outcome;
+  std::copy_n(answers.first, outcome.written.size(), outcome.written.begin());
+  outcome.calls = "r";
+  message = Failure(answers.results[0], kProfileRead);
+  if (message == nullptr) message = TakeWords(words, outcome.written);
+  if (message == nullptr) {
+    outcome.calls = "rw";
+    message = Failure(answers.results[1], "Failed, NVRAM update failed");
+  }
+  if (message == nullptr) {
+    outcome.calls = "rwr";
+    message = Failure(answers.results[2], kProfileRead);
+  }
+  outcome.document =
+      message != nullptr ? ErrorDocument(xml, kProfile, message) : ProfileReport(xml, port, answers.second);
+  return outcome;
 }
 
 }  // namespace reference

@@ -1,9 +1,11 @@
 // The reports of congestion management, a second time.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace reference {
 
@@ -26,5 +28,27 @@ std::string TargetCongestionStatistics(bool xml, const void* port_bytes, const v
                                        const CongestionAnswers& answers);
 std::string TargetCongestion(bool xml, const void* port_bytes, const void* target_bytes,
                              const CongestionAnswers& answers);
+
+// What the library answers to `port scmprofile`: the results and the records, 16 bytes, of both reads, and
+// the result of the write between them.
+struct ProfileAnswers {
+  std::uint32_t results[3];  // read, write, read
+  const std::uint8_t* first;
+  const std::uint8_t* second;
+};
+
+// A document, and the calls that it takes: "r" is a read and "w" the write, which has this record.
+struct ProfileOutcome {
+  std::string document;
+  std::string calls;
+  std::array<std::uint8_t, 16> written = {};
+};
+
+// `port scmprofile get` and `set` with these words, the first of which names a port: the one of the record,
+// or none when it is not `identifier`.
+ProfileOutcome ShowProfile(bool xml, const void* port_bytes, std::string_view identifier,
+                           std::span<const std::string> words, const ProfileAnswers& answers);
+ProfileOutcome ChangeProfile(bool xml, const void* port_bytes, std::string_view identifier,
+                             std::span<const std::string> words, const ProfileAnswers& answers);
 
 }  // namespace reference

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string_view>
 #include <vector>
 
 #include "reference/text.h"
@@ -12,12 +13,15 @@ namespace {
 
 constexpr std::size_t kResponseBytes = 508;
 constexpr std::size_t kReportBytes = 16384;
+constexpr const char* kRuler = "---------------------------------\n";
 
 using Words = std::vector<std::uint32_t>;
 
 class Decoder {
  public:
   explicit Decoder(const std::uint8_t* response) : report_(kReportBytes) {
+    all_.reserve(kResponseBytes / 4);
+    words_.reserve(kResponseBytes / 4);
     for (std::size_t i = 0; i < kResponseBytes; i += 4) {
       std::uint32_t word = 0;
       for (std::size_t byte = 0; byte < 4; ++byte) word = word * 256 + response[i + byte];
@@ -38,9 +42,9 @@ class Decoder {
       words_.clear();
       for (std::size_t i = 0; i < length_ / 4 && at + 2 + i < all_.size(); ++i)
         words_.push_back(all_[at + 2 + i]);
-      Add((tag == 1 ? "\n" : "") + std::string(33, '-') + "\n");
-      Add(std::string(Heading(tag)) + "\n");
-      Add(std::string(33, '-') + "\n");
+      report_.Add({tag == 1 ? "\n" : "", kRuler});
+      report_.Add({Heading(tag), "\n"});
+      report_.Add(kRuler);
       DecodeOne(tag);
       at += 2 + words_.size();
     }
@@ -96,16 +100,18 @@ class Decoder {
     }
   }
 
-  void Add(const std::string& line) { report_.Add(line); }
-  void Value(const std::string& label, const std::string& value) { Add(label + ": " + value + "\n"); }
-  void Signed(const std::string& label, std::uint32_t value, const std::string& unit = "") {
-    Value(label, std::to_string(static_cast<std::int32_t>(value)) + unit);
+  void Add(std::string_view line) { report_.Add(line); }
+  void Value(std::string_view label, std::string_view value, std::string_view unit = "") {
+    report_.Add({label, ": ", value, unit, "\n"});
   }
-  void Word(const std::string& label, std::uint32_t value) { Value(label, "0x" + UpperHex(value, 8)); }
-  void Real(const std::string& label, int digits, double value, const std::string& unit = "") {
+  void Signed(std::string_view label, std::uint32_t value, std::string_view unit = "") {
+    Value(label, std::to_string(static_cast<std::int32_t>(value)), unit);
+  }
+  void Word(std::string_view label, std::uint32_t value) { Value(label, "0x" + UpperHex(value, 8)); }
+  void Real(std::string_view label, int digits, double value, std::string_view unit = "") {
     char text[64];
     std::snprintf(text, sizeof text, "%.*f", digits, value);
-    Value(label, text + unit);
+    Value(label, text, unit);
   }
 
   void Parameters() {
@@ -172,7 +178,7 @@ class Decoder {
       const std::uint32_t high = words_[i] >> 16;
       const std::uint32_t low = words_[i] & 0xFFFF;
       if (i == 0) {
-        Value("Temperature", Decimal(high >> 8) + " (C)");
+        Value("Temperature", Decimal(high >> 8), " (C)");
         Real("Vcc", 9, low * 100.0 * 0.000001, " V");
       } else if (i == 1) {
         Real("Tx Bias", 9, low_bias(high), " mA");

@@ -16,9 +16,20 @@ namespace {
 
 constexpr Frame kFrame = {"DMIInformation", "Dmi Info", "DMIInfoList", "Dmi Data"};
 
-void Pad(std::string& text, std::string_view value, std::size_t width) {
-  if (value.size() < width) text.append(width - value.size(), ' ');
+void Pad(Pieces& text, std::string_view value, std::size_t width) {
+  if (value.size() < width) text.Add(width - value.size(), ' ');
   text += value;
+}
+
+void Pad(Pieces& text, const char* value, std::size_t width) {
+  std::size_t length = 0;
+  while (value[length] != '\0') ++length;
+  Pad(text, std::string_view(value, length), width);
+}
+
+bool IsBlank(const char* text) {
+  while (*text == ' ') ++text;
+  return *text == '\0';
 }
 
 bool IsBlank(std::string_view text) {
@@ -67,7 +78,7 @@ class Image {
   std::size_t limit_;
 };
 
-void AddField(std::string& text, const Image& image, const Field& field) {
+void AddField(Pieces& text, const Image& image, const Field& field) {
   const std::uint8_t byte = image[field.offset];
   if (field.show == Show::kHeading) {
     text += field.label;
@@ -99,23 +110,23 @@ void AddField(std::string& text, const Image& image, const Field& field) {
       }
       break;
     case Show::kBits: {
-      const std::size_t before = text.size();
+      const std::size_t before = text.Size();
       for (std::size_t i = 0; i < field.code_count; ++i) {
         if ((byte & field.codes[i].value) == 0 || IsBlank(field.codes[i].text)) continue;
-        if (text.size() > before) text += ", ";
+        if (text.Size() > before) text += ", ";
         text += field.codes[i].text;
       }
-      if (text.size() == before) text += "0x" + Hex(byte);
+      if (text.Size() == before) text += "0x" + Hex(byte);
       break;
     }
     case Show::kHex:
       text += "0x";
-      for (std::size_t i = 0; i < field.size; ++i) text += Hex(image[field.offset + i], 2);
+      for (std::size_t i = 0; i < field.size; ++i) text.AddHexByte(image[field.offset + i]);
       break;
     case Show::kDump:
       for (std::size_t i = 0; i < field.size; ++i) {
         text += "0x";
-        text += Hex(image[field.offset + i], 2);
+        text.AddHexByte(image[field.offset + i]);
         text += ' ';
         if (i % 8 == 7 && i + 1 < field.size) text += "\n                                ";
       }
@@ -324,7 +335,7 @@ struct Diagnostics {
   }
 };
 
-void AddTable(std::string& text, const Image& image) {
+void AddTable(Pieces& text, const Image& image) {
   const Diagnostics d(image);
   text +=
       "\n                 Temperature   Voltage     Tx Bias    Tx Power    Rx Power\n"
@@ -352,10 +363,9 @@ void AddTable(std::string& text, const Image& image) {
 std::string SfpReport(const std::uint8_t* bytes, std::size_t limit) {
   const Image image(bytes, limit);
   const std::size_t base = image.Base();
-  std::string text;
-  text.reserve(10000);
-  text = "Media Information:\n";
-  const auto line = [&text](std::string_view label, const std::string& value) {
+  Pieces text;
+  text += "Media Information:\n";
+  const auto line = [&text](const char* label, const std::string& value) {
     Pad(text, label, 30);
     text += ": ";
     text += value;
@@ -374,7 +384,7 @@ std::string SfpReport(const std::uint8_t* bytes, std::size_t limit) {
   } else {
     for (const Field& field : kSfpFields) AddField(text, image, field);
   }
-  return text;
+  return text.Text();
 }
 
 std::string SfpDocument(bool xml, const std::uint8_t* image) {

@@ -93,25 +93,11 @@ std::string UpperHex(std::uint64_t number, std::size_t digits) {
   return Digits(number, 16, kUpper, digits);
 }
 
-void Report::Add(std::string_view piece) {
-  if (text_.size() + piece.size() < size_) text_ += piece;
-}
-
-void Report::First(std::string_view label, std::string_view value) {
-  std::string line(label);
-  line += ": ";
-  line += value;
-  line += '\n';
-  Add(line);
-}
-
-void Report::Line(std::string_view label, std::string_view value) {
-  std::string line = "      ";
-  line += label;
-  line += ": ";
-  line += value;
-  line += '\n';
-  Add(line);
+void Report::Add(std::initializer_list<std::string_view> pieces) {
+  std::size_t size = text_.Size();
+  for (const std::string_view piece : pieces) size += piece.size();
+  if (size >= size_) return;
+  for (const std::string_view piece : pieces) text_ += piece;
 }
 
 std::string WithoutConversions(std::string_view text) {

@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -39,22 +41,58 @@ inline const char* TrueFalse(bool value) {
   return value ? "true" : "false";
 }
 
-// A report of at most `size` - 1 characters; a piece that does not fit is left out whole.
+// A long text made of many short pieces, at most kMost characters. It copies them by itself: the program's
+// std::string, which its objects share, has sanitizers.
+class Pieces {
+ public:
+  static constexpr std::size_t kMost = 32768;
+
+  void operator+=(char c) {
+    if (size_ == kMost) std::abort();
+    text_[size_++] = c;
+  }
+  void operator+=(std::string_view piece) {
+    std::size_t at = size_;
+    if (piece.size() > kMost - at) std::abort();
+    for (const char c : piece) text_[at++] = c;
+    size_ = at;
+  }
+  void operator+=(const char* piece) {
+    while (*piece != '\0') *this += *piece++;
+  }
+  void Add(std::size_t count, char c) {
+    for (; count > 0; --count) *this += c;
+  }
+  void AddHexByte(std::uint8_t byte) {
+    *this += "0123456789abcdef"[byte >> 4];
+    *this += "0123456789abcdef"[byte & 15];
+  }
+  std::size_t Size() const { return size_; }
+  std::string Text() const { return {text_, size_}; }
+
+ private:
+  std::size_t size_ = 0;
+  char text_[kMost];
+};
+
+// A report of at most `size` - 1 characters; what does not fit is left out whole.
 class Report {
  public:
   explicit Report(std::size_t size) : size_(size) {}
 
-  void Add(std::string_view piece);
+  // Pieces that fit together or not at all.
+  void Add(std::initializer_list<std::string_view> pieces);
+  void Add(std::string_view piece) { Add({piece}); }
   // "label: value", the second form with six blanks in front.
-  void First(std::string_view label, std::string_view value);
-  void Line(std::string_view label, std::string_view value);
+  void First(std::string_view label, std::string_view value) { Add({label, ": ", value, "\n"}); }
+  void Line(std::string_view label, std::string_view value) { Add({"      ", label, ": ", value, "\n"}); }
   void Number(std::string_view label, std::uint64_t value) { Line(label, Decimal(value)); }
 
-  const std::string& Text() const { return text_; }
+  std::string Text() const { return text_.Text(); }
 
  private:
   std::size_t size_;
-  std::string text_;
+  Pieces text_;
 };
 
 // The names of a document, as the report's frame has them.
