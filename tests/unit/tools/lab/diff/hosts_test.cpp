@@ -154,6 +154,18 @@ const ChangeCase kChanges[] = {
      },
      "Adapter ZX320 HZ00001\n  Port 0, 21:00:00:0e:1e:00:00:00\n    Target 50:06:0b:00:00:00:00:01\n"
      "      LUN 3: Size changed from 0 MB to 1,024 MB.\n"},
+    {"credit recovery",
+     [](HostRecording& host) {
+       FirstPort(host).credit_recovery.record.configured = 7;
+       FirstPort(host).credit_recovery.record.state = 1;
+     },
+     "Adapter ZX320 HZ00001\n  Port 0, 21:00:00:0e:1e:00:00:00\n"
+     "    Credit recovery count changed from 0 to 7.\n"
+     "    Credit recovery state changed from offline to online.\n"},
+    {"the activation of the congestion profile",
+     [](HostRecording& host) { FirstPort(host).congestion_profile.record.activation = 2; },
+     "Adapter ZX320 HZ00001\n  Port 0, 21:00:00:0e:1e:00:00:00\n"
+     "    Congestion profile activation changed from monitor only to moderate.\n"},
     {"a target's counter",
      [](HostRecording& host) { FirstPort(host).targets[0].statistics.record.loss_of_sync = 2; },
      "Adapter ZX320 HZ00001\n  Port 0, 21:00:00:0e:1e:00:00:00\n    Target 50:06:0b:00:00:00:00:01\n"

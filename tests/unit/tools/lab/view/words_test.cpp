@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <utility>
+
 namespace {
 
 TEST(Words, NameSpeeds) {
@@ -17,15 +20,17 @@ TEST(Words, NameCodes) {
 }
 
 TEST(Words, NameFamilies) {
+  const std::pair<std::uint16_t, const char*> families[] = {
+      {0x3A02, "aster"}, {0x3B41, "birch"}, {0x7102, "cedar"}, {0x7122, "ginkgo"}, {0x3432, "elm"},
+      {0x7132, "fern"},  {0x3522, "hazel"}, {0x3150, "iris"},  {0x3640, "dahlia"}, {0xFFFF, ""}};
   PciIdentity pci{};
   pci.vendor_id = 0x1C9E;
-  pci.device_id = 0x7132;
-  EXPECT_STREQ(view::FamilyName(pci), "fern");
-  pci.device_id = 0x7122;
-  EXPECT_STREQ(view::FamilyName(pci), "ginkgo");
-  pci.device_id = 0x3640;
-  EXPECT_STREQ(view::FamilyName(pci), "dahlia");
+  for (const auto& [device, name] : families) {
+    pci.device_id = device;
+    EXPECT_STREQ(view::FamilyName(pci), name) << device;
+  }
   pci.vendor_id = 0x1234;
+  pci.device_id = 0x3640;
   EXPECT_STREQ(view::FamilyName(pci), "");
 }
 
