@@ -96,6 +96,31 @@ def test_check_sums_of_images_are_right(zfc, options):
     assert seen >= 2
 
 
+def vpd_items(image):
+    """The values of the items by keyword, of both lists of a VPD image."""
+    items = {}
+    at = 0
+    while image[at] in (0x82, 0x90, 0x91):
+        end = at + 3 + int.from_bytes(image[at + 1 : at + 3], "little")
+        item = at + 3
+        while image[at] != 0x82 and item < end:
+            items[image[item : item + 2].decode()] = image[item + 3 : item + 3 + image[item + 2]]
+            item += 3 + image[item + 2]
+        at = end
+    return items
+
+
+def test_items_of_vital_product_data_that_name_nobody_stay(zfc):
+    file, _ = take(zfc, "hidden.yaml", ["--anonymise"], library="simulated")
+    plain, _ = take(zfc, "plain.yaml", library="simulated")
+    for entry, before in zip(ports_of(file), ports_of(plain)):
+        items, original = (vpd_items(decoded(port["vpd"]["bytes"], 1024)) for port in (entry, before))
+        assert items.keys() == original.keys()
+        for keyword in ("PN", "EC", "MN", "V0", "V1", "V3", "V4", "V5", "V9"):
+            assert items[keyword] == original[keyword] != b"", keyword
+        assert items["SN"] != original["SN"]
+
+
 def test_equal_to_equal(zfc):
     """The same file every time, and the same replacements in a host that has only some of it."""
     whole, _ = take(zfc, "whole.yaml", ["--anonymise"], library="simulated")
