@@ -5,6 +5,7 @@ the compiler evaluates (a table, an enumerator, a consteval function) needs an e
 """
 
 import hashlib
+import locale
 import re
 import shlex
 from dataclasses import asdict, dataclass
@@ -490,6 +491,8 @@ def arguments_of(command):
 def find(root, path, command, wanted, done):
     """The finder that has read one translation unit; `done` are files that need no reading."""
     finder = Finder(root, wanted)
+    # In Turkish, where I has another small letter, clang does not find its option -I.
+    locale.setlocale(locale.LC_CTYPE, "C.UTF-8")
     unit = cindex.Index.create().parse(str(path), args=arguments_of(command))
     errors = [str(found) for found in unit.diagnostics if found.severity >= cindex.Diagnostic.Error]
     if errors:

@@ -1,11 +1,11 @@
 """How the programs and the simulated library are hardened, read off the files: the table in docs/security.md."""
 
 import re
-import subprocess
 
 import pytest
 
 from zfc.runner import BUILD, ROOT, SANITIZED
+from zfc.tools import said
 
 pytestmark = pytest.mark.skipif(SANITIZED, reason="a build with sanitizers is not shipped")
 
@@ -20,23 +20,19 @@ files = pytest.mark.parametrize("name", FILES)
 IS_RELEASE = "CMAKE_BUILD_TYPE:STRING=Release" in (BUILD / "CMakeCache.txt").read_text()
 
 
-def output(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
-
-
 def read(name, *options):
-    return output("readelf", "--wide", *options, str(BUILD / FILES[name]))
+    return said("readelf", "--wide", *options, str(BUILD / FILES[name]))
 
 
 def probes(name):
     """A frame of more than a page touches each of its pages, so that none skips the guard below the stack."""
-    code = output("objdump", "--disassemble", "--no-show-raw-insn", str(BUILD / FILES[name]))
+    code = said("objdump", "--disassemble", "--no-show-raw-insn", str(BUILD / FILES[name]))
     return len(re.findall(r"\bor[lq] +\$0x0,(?:0x[0-9a-f]+)?\(%rsp\)", code))
 
 
 def properties(name):
     dynamic = read(name, "--dynamic")
-    symbols = output("nm", "-D", "--undefined-only", str(BUILD / FILES[name]))
+    symbols = said("nm", "-D", "--undefined-only", str(BUILD / FILES[name]))
     flags = re.search(r"\(FLAGS_1\).*", dynamic)
     pie = flags is not None and "PIE" in flags[0]
     return {
