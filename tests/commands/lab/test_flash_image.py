@@ -92,7 +92,7 @@ def test_wrong_usage_and_help(seal):
 
 
 def test_edited_image_is_taken(zfc, seal):
-    update = f"-t adapter updatecli Adapter_ZX100_AB12345 {zfc.work}/image MBI"
+    update = ["-t", "adapter", "updatecli", "Adapter_ZX100_AB12345", f"{zfc.work}/image", "MBI"]
     zfc.file("image", FLASH + b"checksum: 00000000\n")
     assert b"Message: Success\n" not in zfc(update, library="simulated").stdout
     assert seal("image")[0] == 0
