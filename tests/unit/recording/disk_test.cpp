@@ -89,6 +89,23 @@ TEST(Disk, HasAFolderForAnyPath) {
   EXPECT_EQ(errno, ENOENT);
 }
 
+// The folder gets the descriptor 0.
+TEST(Disk, IsWaitedForWithoutAStandardInput) {
+  const int input = dup(STDIN_FILENO);
+  ASSERT_GT(input, STDIN_FILENO);
+  close(STDIN_FILENO);
+  bool synced = false;
+  {
+    const FailedSync counted(0);
+    errno = 0;
+    synced = SyncFolderOf("./name");
+    EXPECT_EQ(SyncCalls(), 1);
+  }
+  EXPECT_EQ(dup2(input, STDIN_FILENO), STDIN_FILENO);
+  close(input);
+  EXPECT_TRUE(synced);
+}
+
 TEST(Disk, ThatKnowsNoWaitIsNoFailure) {
   for (const int error : {EINVAL, ENOTSUP, ENOSYS}) {
     const FailedSync unknown(error);

@@ -1,5 +1,6 @@
 #include "config/staged/file_ops.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
@@ -32,6 +33,24 @@ class LargestFile {
   ~LargestFile() { setrlimit(RLIMIT_FSIZE, &usual_); }
   LargestFile(const LargestFile&) = delete;
   LargestFile& operator=(const LargestFile&) = delete;
+
+ private:
+  rlimit usual_{};
+};
+
+// While an object lives, the process can open one more file and no second one.
+class OneMoreFile {
+ public:
+  OneMoreFile() {
+    getrlimit(RLIMIT_NOFILE, &usual_);
+    const int next = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    close(next);
+    const rlimit limit = {static_cast<rlim_t>(next) + 1, usual_.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &limit);
+  }
+  ~OneMoreFile() { setrlimit(RLIMIT_NOFILE, &usual_); }
+  OneMoreFile(const OneMoreFile&) = delete;
+  OneMoreFile& operator=(const OneMoreFile&) = delete;
 
  private:
   rlimit usual_{};
@@ -157,6 +176,17 @@ TEST_F(FileOpsTest, AStaleTemporaryFileIsTruncatedAndReused) {
   WriteContent(temporary_, std::string(10000, 'z'));
   EXPECT_EQ(Updated("A=1\n"), "A=1\nData_Rate=7\n");
   EXPECT_FALSE(TemporaryExists());
+}
+
+TEST_F(FileOpsTest, AStaleTemporaryFileStaysWhereNoFileCanBeOpened) {
+  WriteContent(path_, "A=1\n");
+  WriteContent(temporary_, "stale");
+  {
+    const OneMoreFile source_alone;
+    EXPECT_EQ(Update("A", "2"), 19);
+  }
+  EXPECT_EQ(ContentOf(path_), "A=1\n");
+  EXPECT_EQ(ContentOf(temporary_), "stale");
 }
 
 TEST_F(FileOpsTest, AMissingFolderIsAFailure) {

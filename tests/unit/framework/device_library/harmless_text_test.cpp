@@ -12,6 +12,7 @@ TEST(HarmlessText, KeepsTextsOfAnyLanguage) {
   const std::string text = "plain ~ \\ \"quoted\" Prüfstand 試験 😀";
   EXPECT_EQ(Harmless(text), text);
   EXPECT_EQ(Harmless(""), "");
+  EXPECT_EQ(HarmlessLength(""), 0u);
 }
 
 TEST(HarmlessText, ShowsEveryControlCodeAsANumber) {
