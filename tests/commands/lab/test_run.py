@@ -155,6 +155,30 @@ def test_machine_without_namespaces(script, zfc):
 
 
 @needs_mounts
+def test_namespace_that_gets_no_users(script, zfc):
+    """Without the right to mount, and with a map of users that nobody can write."""
+    text = f"""map=/proc/$$/uid_map; mount -o bind $map $map && mount -o remount,bind,ro,nosuid,nodev,noexec $map
+exec setpriv --bounding-set -sys_admin "$lab" run -- {PARAMETERS} setFilecli {ELM} -u 77"""
+    status, stdout, stderr = script(text)
+    assert status == 0 and b"Login Retry Count: 77\n" in stdout
+    reason = b"zfc-lab run: no private staging folder (/proc/self/uid_map: Read-only file system); "
+    assert stderr == reason + b"staged files go to /opt/ZunaFcEsxcliPlugin/tmp\n"
+    assert [path.name for path in zfc.staging.iterdir()] == [f"HBAParams_{ELM}"]
+
+
+@needs_mounts
+def test_folder_in_place_of_the_library_output(script):
+    """No file can be mounted on it."""
+    text = f"""output=/var/tmp/torpi-output.log; rm -f $output; mkdir $output
+mount -o bind,ro $output $output || mount -o remount,bind,ro $output
+"$lab" run -- {PARAMETERS} setFilecli {ELM} -u 77"""
+    stderr = script(text)[2]
+    assert stderr.startswith(
+        b"zfc-lab run: no private staging folder (mount /var/tmp/torpi-output.log: Not a directory); "
+    )
+
+
+@needs_mounts
 def test_library_output_of_another_user(script):
     """A run can't do without it; the machine's is left as it is."""
     text = f"""echo kept >/var/tmp/torpi-output.log; chmod 600 /var/tmp/torpi-output.log

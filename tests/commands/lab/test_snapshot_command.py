@@ -178,6 +178,11 @@ def test_check_reads_a_snapshot(zfc, snapshot):
     named = {kind: len(items) for kind, items in identifiers(zfc, **SIMULATED).items()}
     counted = f"{named['port']} protocol entries, {named['target']} targets, {named['lun']} LUNs\n"
     assert done.stdout.startswith(b"it.yaml: good: snapshot of 6 adapters, ") and done.stdout.endswith(counted.encode())
+    host = zfc.file("lab.yaml", b"adapters: [{family: elm, ports: [{}, {targets: {luns: 0-2}}, {}]}, {family: hazel}]\n")
+    take(zfc, "small.yaml", env={"TORPI_LAB_HOST": host}, **SIMULATED)
+    done = snapshot("check", "small.yaml", program=LAB)
+    summary = b"snapshot of 2 adapters, 3 ports, 3 protocol entries, 1 target, 3 LUNs\n"
+    assert done.returncode == 0 and done.stdout == b"small.yaml: good: " + summary
     bad = zfc.file("bad.yaml", b"snapshot: 1\nlist: |\n  0: zz\nboot-mode: -1\n")
     done = snapshot("check", bad, program=LAB)
     assert done.returncode == 1 and done.stdout.count(b"\n") == 2

@@ -4,6 +4,8 @@
 
 #include <cstring>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -147,6 +149,47 @@ TEST(RecordingText, AnswersThatAreNot) {
             "beacon:\n"
             "  result: 9\n"
             "  value: 7\n");
+}
+
+using Names = std::vector<std::pair<std::string, std::string>>;
+
+template <class Answered>
+Names NamesOfAnswers(Answered& answered) {
+  Names names;
+  VisitAnswers(answered,
+               [&names](const char* key, const char* call, auto&) { names.emplace_back(key, call); });
+  return names;
+}
+
+// The keys are those of docs/snapshots.md, the calls those of the library.
+TEST(RecordingText, AnswersHaveTheirKeysAndCalls) {
+  recording::ProtocolRecording port;
+  EXPECT_EQ(NamesOfAnswers(port), (Names{{"flash-versions", "TORPI_GetFlashComponentVersion"},
+                                         {"memo-block", "TORPI_GetAdapterFlashMemoBlock"},
+                                         {"personality-change", "TORPI_CheckOrindaPersonalityChangeOption"},
+                                         {"personality", "TORPI_GetPersonalityType"},
+                                         {"temperature", "TORPI_GetAdapterAsicBoardTemperature"},
+                                         {"lockdown", "TORPI_GetLockdownStatus"},
+                                         {"vpd", "TORPI_GetVpd"},
+                                         {"rdp", "TORPI_DiagnosticsRDPTest"},
+                                         {"sfp", "TORPI_GetSFPDataEx"},
+                                         {"sfp-straight", "TORPI_GetSFPDataEx"},
+                                         {"hba-params", "TORPI_GetHBAParamsInfo"},
+                                         {"credit-recovery", "TORPI_FCGetBBCSupportInfoEx"},
+                                         {"error-correction", "TORPI_FCGetFECSupportInfo"},
+                                         {"firmware-statistics", "TORPI_GetFWPrivateStats"},
+                                         {"mezzanine", "TORPI_IsMezzAdapter"},
+                                         {"boot", "TORPI_GetBootDeviceInfo"},
+                                         {"nvme-boot", "TORPI_GetNVMeBootDeviceEntries"},
+                                         {"beacon", "TORPI_GetAdapterBeaconStatus"},
+                                         {"diagnostic-port", "TORPI_CheckAdapterDPortOption"},
+                                         {"host-nqn-registered", "TORPI_GetNVMeHostNQNStatus"},
+                                         {"congestion-enabled", "TORPI_IsVCLMFeatureEnabled"},
+                                         {"congestion-statistics", "TORPI_GetSCMRStatisticsList"},
+                                         {"congestion-profile", "TORPI_GetSCMRProfile"}}));
+  recording::TargetRecording target;
+  EXPECT_EQ(NamesOfAnswers(target),
+            (Names{{"statistics", "TORPI_GetPortStatisticsFC"}, {"link-speed", "TORPI_GetTargetLinkSpeed"}}));
 }
 
 TEST(RecordingText, TextsOfAModuleAreNamed) {

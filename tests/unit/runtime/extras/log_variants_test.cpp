@@ -54,6 +54,13 @@ TEST_F(LogVariantsTest, WideMessageLongerThanItsBufferIsCut) {
   EXPECT_EQ(WithoutTime(Content()), Head() + std::string(1024 - Head().size(), 'x'));
 }
 
+TEST_F(LogVariantsTest, WideMessageIsCutWhateverHasFailedBefore) {
+  SetMask("1");
+  errno = EILSEQ;
+  DebugLogWide(L"%ls", std::wstring(600000, L'x').c_str());
+  EXPECT_EQ(WithoutTime(Content()), Head() + std::string(1024 - Head().size(), 'x'));
+}
+
 TEST_F(LogVariantsTest, CharacterThatTheLocaleCannotShowBecomesAQuestionMark) {
   SetMask("1");
   DebugLogWide(L"a%lcb", static_cast<wint_t>(0x20ac));

@@ -139,6 +139,17 @@ TEST(ReportReader, ReadsTheTableOfMeasurements) {
                 "Media Information|Rx Power|Low Alarm|0.2000|0.2000|mW", "Address A0||Connector|LC||"}));
 }
 
+TEST(ReportReader, KeepsWhatOnlyResemblesTheUnitsOfATable) {
+  const auto below_the_head = [](const std::string& line) {
+    std::string report = " Temperature   Voltage     Tx Bias    Tx Power    Rx Power\n  ";
+    return Lines(report.append(line).append("\n"));
+  };
+  EXPECT_EQ(below_the_head("(C)  (V)  (mA)  (mW)  (mW)"), Expected());
+  for (const std::string line : {"(C)", "(V)", "no units", "(C)  (V)  (mA)  (mW)  (mW)  (dBm)"}) {
+    EXPECT_EQ(below_the_head(line), Expected{"|||" + line + "||"}) << line;
+  }
+}
+
 TEST(ReportReader, KeepsATableRowThatRunsTogether) {
   EXPECT_EQ(Lines(" Temperature   Voltage     Tx Bias    Tx Power    Rx Power\n"
                   "        Value 1234567.50         3.30        7.00      0.6000      2.0000\n"),

@@ -5,6 +5,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "unit/tools/lab/recorded_host.h"
@@ -15,6 +16,15 @@ using recording::HostRecording;
 
 std::string TextOf(const HostRecording& before, const HostRecording& after) {
   return diff::CompareHosts(before, after).Text();
+}
+
+// The first change of this name; an empty one when there is none.
+diff::Change ChangeNamed(std::string_view what, const HostRecording& before, const HostRecording& after) {
+  const diff::Report report = diff::CompareHosts(before, after);
+  for (const diff::Change& change : report.Changes()) {
+    if (change.what == what) return change;
+  }
+  return {};
 }
 
 struct ChangeCase {
@@ -229,6 +239,20 @@ TEST(Hosts, SayWhenAnyCallOfAPortIsRefused) {
               std::string::npos)
         << name;
   }
+}
+
+TEST(Hosts, SayWhetherAPortHasProtocols) {
+  const HostRecording with = SmallHost();
+  HostRecording without = SmallHost();
+  without.adapters[0].ports[1].protocols.clear();
+  const diff::Change gone = ChangeNamed("Protocols", with, without);
+  EXPECT_EQ(gone.before, "link up, 16 Gbps");
+  EXPECT_EQ(gone.after, "without protocols");
+  EXPECT_EQ(gone.sentence, "The port has no protocols any more.");
+  const diff::Change come = ChangeNamed("Protocols", without, with);
+  EXPECT_EQ(come.before, "without protocols");
+  EXPECT_EQ(come.after, "link up, 16 Gbps");
+  EXPECT_EQ(come.sentence, "The port has protocols now.");
 }
 
 // Flips each byte of a record in turn and returns the offsets at which nobody notices.

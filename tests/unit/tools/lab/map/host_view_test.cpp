@@ -183,6 +183,16 @@ TEST(View, CopesWithGaps) {
   EXPECT_EQ(map::BuildView(HostRecording{}).totals, "0 adapters, 0 ports, 0 targets, 0 LUNs");
 }
 
+TEST(Tree, HasItsTargetsInColumns) {
+  HostRecording host = HostWithTargets(256);
+  FirstPort(host).targets[3].record.state_flags[2] = 0;
+  const std::string tree = map::TextTree(map::BuildView(host));
+  const std::string columns =
+      "      1 target     64 LUNs      LABSTOR VA-2000, disk, offline\n"
+      "      255 targets  16,320 LUNs  LABSTOR VA-2000, disk, online\n";
+  EXPECT_NE(tree.find(columns), std::string::npos) << tree;
+}
+
 TEST(Tree, IsIndented) {
   HostRecording host = SmallHost();
   host.adapters[0].ports[1].protocols[0].record.port_state = PortState::kOffline;

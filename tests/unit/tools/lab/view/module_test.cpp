@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "unit/tools/lab/recorded_host.h"
 
@@ -161,6 +163,24 @@ TEST(Module, OfTheQsfpKindIsJudgedByItsFlags) {
             "rx power is 0.0100 mW, below its alarm limit");
   EXPECT_EQ(module.measured[view::kVoltage].limit, Limit::kWithin);
   EXPECT_EQ(WorstLimit(module), Limit::kAlarm);
+}
+
+// SFF-8636, byte 6: bits 7 to 4 are high alarm, low alarm, high warning and low warning of the temperature.
+TEST(Module, OfTheQsfpKindHasAFlagForEachLimit) {
+  const std::pair<std::uint8_t, const char*> flags[] = {
+      {0x80, "temperature is 40.0 C, above its alarm limit"},
+      {0x40, "temperature is 40.0 C, below its alarm limit"},
+      {0x20, "temperature is 40.0 C, above its warning limit"},
+      {0x10, "temperature is 40.0 C, below its warning limit"},
+      {0x50, "temperature is 40.0 C, below its alarm limit"},
+  };
+  recording::SfpImage image{};
+  image.bytes[0] = 0x11;
+  PutWord(image, 22, 40 * 256);
+  for (const auto& [byte, text] : flags) {
+    image.bytes[6] = byte;
+    EXPECT_EQ(view::LimitText(view::kTemperature, ReadModule(image).measured[view::kTemperature]), text);
+  }
 }
 
 struct MoveCase {
