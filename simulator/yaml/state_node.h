@@ -18,6 +18,7 @@ class StateNode {
 
   StateNode() = default;
   explicit StateNode(Kind kind) : kind_(kind) {}
+  // NOLINTBEGIN(google-explicit-constructor): what is kept is assigned as it is
   StateNode(std::string text) : kind_(Kind::kText), text_(std::move(text)) {}
   StateNode(const char* text) : StateNode(std::string(text)) {}
   // A flag is true or false, a number is decimal.
@@ -31,6 +32,7 @@ class StateNode {
       text_ = std::to_string(number);
     }
   }
+  // NOLINTEND(google-explicit-constructor)
 
   Kind GetKind() const { return kind_; }
   bool IsMap() const { return kind_ == Kind::kMap; }
