@@ -103,7 +103,7 @@ constexpr KeyRow<ConfigSetup> kKeys[] = {
 };
 
 // Writes a number by its name, where it has one, and a flag as true or false.
-void AddField(YAML::Node& node, const ConfigField& row, const HBAParamsInfo& nvram) {
+void AddField(StateNode& node, const ConfigField& row, const HBAParamsInfo& nvram) {
   const std::uint32_t number = nvram.*row.field;
   if (row.kind != ConfigField::kNumber) {
     node[row.key] = (number != 0) == (row.kind == ConfigField::kFlag);
@@ -117,30 +117,30 @@ void AddField(YAML::Node& node, const ConfigField& row, const HBAParamsInfo& nvr
   node[row.key] = number;
 }
 
-YAML::Node BootState(const HBAParamsInfo& nvram) {
-  YAML::Node node;
+StateNode BootState(const HBAParamsInfo& nvram) {
+  StateNode node;
   for (const ConfigField& row : BootFields()) AddField(node, row, nvram);
   for (BootDrive HBAParamsInfo::*place : kBootDrives) {
     const BootDrive& drive = nvram.*place;
-    YAML::Node item;
+    StateNode item;
     item["wwpn"] = OctetText(drive.port_name.octets);
     item["lun"] = unsigned{drive.lun};
-    node["drives"].push_back(item);
+    node["drives"].Add(std::move(item));
   }
   return node;
 }
 
-YAML::Node NvmeState(const NVMeBootRecord& record) {
-  YAML::Node node;
+StateNode NvmeState(const NVMeBootRecord& record) {
+  StateNode node;
   for (const NVMeBootEntry& entry : record.entries) {
-    YAML::Node item;
+    StateNode item;
     item["enabled"] = entry.enable != 0;
     item["wwpn"] = OctetText(entry.port_name.octets);
     item["wwnn"] = OctetText(entry.node_name.octets);
     item["nqn"] = std::string(entry.nqn.View());
     item["controller"] = unsigned{entry.controller_id};
     item["namespace"] = entry.namespace_id;
-    node.push_back(item);
+    node.Add(std::move(item));
   }
   return node;
 }
@@ -151,9 +151,9 @@ void ReadConfiguration(const Value& map, ConfigSetup& setup) {
   ReadMap(map, kKeys, setup);
 }
 
-YAML::Node ConfigurationState(const ConfigSetup& setup) {
-  YAML::Node node;
-  YAML::Node parameters = node["parameters"];
+StateNode ConfigurationState(const ConfigSetup& setup) {
+  StateNode node;
+  StateNode& parameters = node["parameters"];
   for (const ConfigField& row : ParameterFields()) AddField(parameters, row, setup.nvram);
   parameters["virtual-lane"] = setup.nvram.enable_virtual_lane != 0;
   node["boot"] = BootState(setup.nvram);

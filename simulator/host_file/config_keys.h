@@ -1,10 +1,9 @@
 // The configuration of a port in host files, and what calls change of it in state files.
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
 #include "device/config_setup.h"
 #include "host_file/yaml_value.h"
+#include "yaml/state_node.h"
 
 namespace lab {
 
@@ -12,6 +11,6 @@ namespace lab {
 void ReadConfiguration(const Value& map, ConfigSetup& setup);
 
 // All of it in the same form, for the state file.
-YAML::Node ConfigurationState(const ConfigSetup& setup);
+StateNode ConfigurationState(const ConfigSetup& setup);
 
 }  // namespace lab

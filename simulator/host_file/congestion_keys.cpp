@@ -155,10 +155,10 @@ void ReadCongestionState(const Value& map, Entry& entry) {
   ReadMap(map, kStateKeys, entry);
 }
 
-YAML::Node CongestionState(const CongestionSetup& setup) {
-  YAML::Node node;
+StateNode CongestionState(const CongestionSetup& setup) {
+  StateNode node;
   node["cleared"] = setup.cleared;
-  YAML::Node profile = node["profile"];
+  StateNode& profile = node["profile"];
   profile["configured"] = setup.profile.configuration_status == 0;
   profile["management"] = static_cast<unsigned>(setup.profile.management);
   profile["activation"] = unsigned{setup.profile.activation};

@@ -1,10 +1,9 @@
 // The congestion management of a port in host files, and what calls change of it in state files.
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
 #include "device/host.h"
 #include "host_file/yaml_value.h"
+#include "yaml/state_node.h"
 
 namespace lab {
 
@@ -18,6 +17,6 @@ void ReadCongestion(const Value& map, Entry& entry);
 // What calls can change, in the state file: a map with the profile, and whether the statistics have been
 // cleared.
 void ReadCongestionState(const Value& map, Entry& entry);
-YAML::Node CongestionState(const CongestionSetup& setup);
+StateNode CongestionState(const CongestionSetup& setup);
 
 }  // namespace lab

@@ -164,8 +164,8 @@ void ReadDiagnostics(const Value& map, DiagSetup& setup) {
   ReadMap(map, kDiagKeys, setup);
 }
 
-YAML::Node DiagnosticsState(const DiagSetup& setup) {
-  YAML::Node node;
+StateNode DiagnosticsState(const DiagSetup& setup) {
+  StateNode node;
   node["diagnostic-port"] = setup.diagnostic_port;
   node["nqn-registered"] = setup.nqn_registered;
   return node;

@@ -1,10 +1,9 @@
 // The diagnostics of a port in host files, and what calls change of them in state files.
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
 #include "device/diag_setup.h"
 #include "host_file/yaml_value.h"
+#include "yaml/state_node.h"
 
 namespace lab {
 
@@ -12,6 +11,6 @@ namespace lab {
 void ReadDiagnostics(const Value& map, DiagSetup& setup);
 
 // The part of it that calls can change, in the same form.
-YAML::Node DiagnosticsState(const DiagSetup& setup);
+StateNode DiagnosticsState(const DiagSetup& setup);
 
 }  // namespace lab

@@ -150,8 +150,8 @@ void ReadReportState(const Value& map, Entry& entry) {
   ReadMap(map, kStateKeys, entry);
 }
 
-YAML::Node ReportState(const Entry& entry) {
-  YAML::Node node(YAML::NodeType::Map);
+StateNode ReportState(const Entry& entry) {
+  StateNode node(StateNode::Kind::kMap);
   if (entry.reports.counters_reset) node["counters-reset"] = true;
   return node;
 }

@@ -1,10 +1,9 @@
 // The reports of a port in host files, and what calls change of them in state files.
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
 #include "device/host.h"
 #include "host_file/yaml_value.h"
+#include "yaml/state_node.h"
 
 namespace lab {
 
@@ -17,6 +16,6 @@ void ReadFirmwareDump(const Value& value, PortReportSetup& setup);
 
 // What calls have changed, in the state file.
 void ReadReportState(const Value& map, Entry& entry);
-YAML::Node ReportState(const Entry& entry);
+StateNode ReportState(const Entry& entry);
 
 }  // namespace lab

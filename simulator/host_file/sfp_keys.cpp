@@ -269,8 +269,8 @@ void ReadSfpState(const Value& map, SfpModule* module) {
   ReadMap(map, kStateKeys, reading);
 }
 
-YAML::Node SfpState(const SfpModule& module) {
-  YAML::Node node(YAML::NodeType::Map);
+StateNode SfpState(const SfpModule& module) {
+  StateNode node(StateNode::Kind::kMap);
   if (module.refreshed) node["refreshed"] = true;
   if (module.updated) node["firmware"] = SfpVersionText(module.now);
   return node;

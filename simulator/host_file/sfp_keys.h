@@ -1,12 +1,11 @@
 // The pluggable module of a port in host files, and what calls change of it in state files.
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
 #include <memory>
 
 #include "device/sfp_module.h"
 #include "host_file/yaml_value.h"
+#include "yaml/state_node.h"
 
 namespace lab {
 
@@ -15,6 +14,6 @@ std::shared_ptr<SfpModule> ReadSfp(const Value& value, const SfpValues& defaults
 
 // What calls have changed, in the state file. For an empty cage it is skipped.
 void ReadSfpState(const Value& map, SfpModule* module);
-YAML::Node SfpState(const SfpModule& module);
+StateNode SfpState(const SfpModule& module);
 
 }  // namespace lab

@@ -258,8 +258,8 @@ void ReadTargetSpeeds(const Value& map, TargetSet& targets) {
   });
 }
 
-YAML::Node TargetSpeeds(const TargetSet& targets) {
-  YAML::Node speeds;
+StateNode TargetSpeeds(const TargetSet& targets) {
+  StateNode speeds;
   targets.Each([&](const TargetEntry& target, const TargetState& state) {
     if (!state.changed) return;
     for (const NamedNumber& speed : kSpeedCodes) {

@@ -1,11 +1,10 @@
 // The targets of a port in host files, and what calls change of them in state files.
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
 #include "device/host.h"
 #include "host_file/host_reading.h"
 #include "host_file/yaml_value.h"
+#include "yaml/state_node.h"
 
 namespace lab {
 
@@ -23,6 +22,6 @@ void ReadTargets(const Value& value, const TargetDefaults& defaults, Entry& entr
 // The link speeds that calls have set, in the state file: a map of target names. Skips targets that the port
 // does not have.
 void ReadTargetSpeeds(const Value& map, TargetSet& targets);
-YAML::Node TargetSpeeds(const TargetSet& targets);
+StateNode TargetSpeeds(const TargetSet& targets);
 
 }  // namespace lab

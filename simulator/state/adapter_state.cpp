@@ -30,15 +30,15 @@ constexpr KeyRow<Entry> kPortStateKeys[] = {
     {"target-speeds", [](const Value& value, Entry& into) { ReadTargetSpeeds(value, into.targets); }},
 };
 
-YAML::Node PortState(const Entry& entry) {
-  YAML::Node node;
+StateNode PortState(const Entry& entry) {
+  StateNode node;
   node["diagnostics"] = DiagnosticsState(entry.diag);
   node["configuration"] = ConfigurationState(entry.config);
   node["congestion"] = CongestionState(entry.congestion);
-  if (const YAML::Node reports = ReportState(entry); reports.size() > 0) node["reports"] = reports;
+  if (StateNode reports = ReportState(entry); !reports.Items().empty()) node["reports"] = std::move(reports);
   node["running"] = RunningState(entry);
-  if (const YAML::Node speeds = TargetSpeeds(entry.targets); speeds.size() > 0)
-    node["target-speeds"] = speeds;
+  if (StateNode speeds = TargetSpeeds(entry.targets); !speeds.Items().empty())
+    node["target-speeds"] = std::move(speeds);
   return node;
 }
 
@@ -58,13 +58,13 @@ void ReadRestarted(const Value& value, Adapter& adapter) {
 }
 
 // The module that virtual ports share with their port is the port's alone here.
-YAML::Node PortStates(const Adapter& adapter) {
-  YAML::Node node(YAML::NodeType::Map);
+StateNode PortStates(const Adapter& adapter) {
+  StateNode node(StateNode::Kind::kMap);
   for (const Port& port : adapter.ports) {
     for (const Entry& entry : port.entries) {
-      YAML::Node state = PortState(entry);
+      StateNode state = PortState(entry);
       if (&entry == &port.entries.front() && entry.sfp) state["sfp"] = SfpState(*entry.sfp);
-      node[NameOf(entry)] = state;
+      node[NameOf(entry)] = std::move(state);
     }
   }
   return node;
@@ -79,8 +79,8 @@ std::string Characters(const char* field, std::size_t size) {
   return std::string(field, strnlen(field, size));
 }
 
-YAML::Node MemoNode(const FlashMemoBlock& memo) {
-  YAML::Node node;
+StateNode MemoNode(const FlashMemoBlock& memo) {
+  StateNode node;
   node["signature"] = Characters(memo.signature, sizeof memo.signature);
   node["family-firmware"] = Shown(memo.family_firmware);
   node["mbi-version"] = Shown(memo.mbi_version);
@@ -105,16 +105,16 @@ void ReadAdapterState(const Value& map, Adapter& adapter) {
   ReadMap<Adapter>(map, keys, adapter);
 }
 
-YAML::Node AdapterState(const Adapter& adapter) {
-  YAML::Node node;
+StateNode AdapterState(const Adapter& adapter) {
+  StateNode node;
   node["personality"] = unsigned{adapter.personality};
-  YAML::Node versions = node["versions"];
+  StateNode& versions = node["versions"];
   versions["multiboot"] = std::string(adapter.record.multiboot_version.View());
   versions["firmware"] = std::string(adapter.record.flash_firmware_version.View());
   versions["bios"] = std::string(adapter.record.flash_bios_version.View());
   versions["efi"] = std::string(adapter.record.flash_efi_version.View());
   versions["fcode"] = std::string(adapter.record.flash_fcode_version.View());
-  YAML::Node flash = node["flash"];
+  StateNode& flash = node["flash"];
   for (const FlashComponent& component : kFlashComponents) {
     flash[component.name] = Shown(adapter.flash.*component.field);
   }

@@ -1,10 +1,9 @@
 // What calls can change of an adapter and its ports, in the form that the state file keeps.
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
 #include "device/host.h"
 #include "host_file/yaml_value.h"
+#include "yaml/state_node.h"
 
 namespace lab {
 
@@ -12,6 +11,6 @@ namespace lab {
 void ReadAdapterState(const Value& map, Adapter& adapter);
 
 // The same map, with all that calls can change, changed or not.
-YAML::Node AdapterState(const Adapter& adapter);
+StateNode AdapterState(const Adapter& adapter);
 
 }  // namespace lab

@@ -53,9 +53,9 @@ void ReadRunning(const Value& map, Entry& entry) {
   ReadMap(map, kRunningKeys, entry);
 }
 
-YAML::Node RunningState(const Entry& entry) {
+StateNode RunningState(const Entry& entry) {
   const FCProtocolEntry& record = entry.record;
-  YAML::Node node;
+  StateNode node;
   node["firmware"] = std::string(record.running_firmware_version.View());
   node["mpi"] = Shown(record.running_mpi_version);
   node["pep"] = Shown(record.running_pep_version);

@@ -1,7 +1,6 @@
 #include "state/state_file.h"
 
 #include <sys/stat.h>
-#include <yaml-cpp/yaml.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -46,28 +45,27 @@ std::string ReadText(const std::string& path, std::string& text) {
 }
 
 // A copy of the value that can be changed.
-YAML::Node NodeOf(const Value& value) {
+StateNode NodeOf(const Value& value) {
   if (value.IsMap()) {
-    YAML::Node map(YAML::NodeType::Map);
-    value.EachKey([&map](const Value& item) { map.force_insert(item.Key(), NodeOf(item)); });
+    StateNode map(StateNode::Kind::kMap);
+    value.EachKey([&map](const Value& item) { map.AddNew(item.Key(), NodeOf(item)); });
     return map;
   }
   if (value.IsList()) {
-    YAML::Node list(YAML::NodeType::Sequence);
-    value.EachItem([&list](const Value& item) { list.push_back(NodeOf(item)); });
+    StateNode list(StateNode::Kind::kList);
+    value.EachItem([&list](const Value& item) { list.Add(NodeOf(item)); });
     return list;
   }
-  return value.IsText() ? YAML::Node(value.Text(kLargestFile)) : YAML::Node(YAML::NodeType::Null);
+  return value.IsText() ? StateNode(value.Text(kLargestFile)) : StateNode();
 }
 
 struct Document {
-  YAML::Node reboot_required;
-  YAML::Node adapters{YAML::NodeType::Map};
+  bool reboot_required = false;
+  StateNode adapters{StateNode::Kind::kMap};
 };
 
 constexpr KeyRow<Document> kDocumentKeys[] = {
-    {kRebootRequired,
-     [](const Value& value, Document& into) { into.reboot_required = YAML::Node(value.Bool()); }},
+    {kRebootRequired, [](const Value& value, Document& into) { into.reboot_required = value.Bool(); }},
     {kAdapters,
      [](const Value& value, Document& into) {
        value.EachKey([](const Value& adapter) {
@@ -77,44 +75,35 @@ constexpr KeyRow<Document> kDocumentKeys[] = {
      }},
 };
 
-// Whether both would be written alike, their maps in the same order.
-bool Same(const YAML::Node& one, const YAML::Node& other) {
-  if (!one.IsDefined() || !other.IsDefined() || one.Type() != other.Type()) return false;
-  if (one.IsScalar()) return one.Scalar() == other.Scalar();
-  if (one.size() != other.size()) return false;
-  const auto same_items = [](const auto& mine, const auto& its) {
-    return mine.IsDefined() ? Same(mine, its) : Same(mine.first, its.first) && Same(mine.second, its.second);
-  };
-  return std::equal(one.begin(), one.end(), other.begin(), same_items);
-}
-
 // Items of a list that both sides have in full are settings of their own: boot drives, NVMe entries.
-void MergeList(const YAML::Node& before, const YAML::Node& mine, YAML::Node now) {
-  for (std::size_t item = 0; item < mine.size(); ++item) {
-    if (!Same(before[item], mine[item])) now[item] = YAML::Clone(mine[item]);
+void MergeList(const StateNode& before, const StateNode& mine, StateNode& now) {
+  for (std::size_t i = 0; i < mine.Items().size(); ++i) {
+    if (before.Items()[i] != mine.Items()[i]) now.Item(i) = mine.Items()[i];
   }
 }
 
-bool AreListsOfOneLength(const YAML::Node& one, const YAML::Node& other) {
-  return one.IsDefined() && one.IsSequence() && other.IsDefined() && other.IsSequence() &&
-         one.size() == other.size();
+// The other one may be null.
+bool AreListsOfOneLength(const StateNode& one, const StateNode* other) {
+  return one.IsList() && other != nullptr && other->IsList() && one.Items().size() == other->Items().size();
 }
 
 // Sets in the map `now` what differs between the maps `before` and `mine`, down to single settings. `place`
 // names the map in mistakes, which `document` takes.
-void Merge(const YAML::Node& before, const YAML::Node& mine, YAML::Node now, const std::string& place,
+void Merge(const StateNode& before, const StateNode& mine, StateNode& now, const std::string& place,
            const Value& document) {
-  for (const auto& pair : mine) {
-    const std::string key = pair.first.Scalar();
-    const YAML::Node& value = pair.second;
-    const YAML::Node old = before.IsMap() && before[key].IsDefined() ? before[key] : YAML::Node();
-    if (Same(old, value)) continue;
-    if (AreListsOfOneLength(old, value) && AreListsOfOneLength(value, now[key])) {
+  const StateNode nothing;
+  for (std::size_t i = 0; i < mine.Items().size(); ++i) {
+    const std::string& key = mine.Keys()[i];
+    const StateNode& value = mine.Items()[i];
+    const StateNode* const found = before.Find(key);
+    const StateNode& old = found != nullptr ? *found : nothing;
+    if (old == value) continue;
+    if (AreListsOfOneLength(old, &value) && AreListsOfOneLength(value, now.Find(key))) {
       MergeList(old, value, now[key]);
     } else if (!value.IsMap()) {
-      now[key] = YAML::Clone(value);
+      now[key] = value;
     } else {
-      if (!now[key].IsDefined()) now[key] = YAML::Node(YAML::NodeType::Map);
+      if (now.Find(key) == nullptr) now[key] = StateNode(StateNode::Kind::kMap);
       if (!now[key].IsMap()) return document.Wrong(place + key + ": expected a map");
       Merge(old, value, now[key], place + key + ": ", document);
     }
@@ -122,17 +111,17 @@ void Merge(const YAML::Node& before, const YAML::Node& mine, YAML::Node now, con
 }
 
 // The states of the adapters by their keys.
-YAML::Node StatesOf(std::span<const Adapter> adapters) {
-  YAML::Node states(YAML::NodeType::Map);
-  for (const Adapter& adapter : adapters) states.force_insert(adapter.state_key, AdapterState(adapter));
+StateNode StatesOf(std::span<const Adapter> adapters) {
+  StateNode states(StateNode::Kind::kMap);
+  for (const Adapter& adapter : adapters) states[adapter.state_key] = AdapterState(adapter);
   return states;
 }
 
-std::string TextOf(const Document& document) {
-  YAML::Node node(YAML::NodeType::Map);
+std::string TextOf(Document& document) {
+  StateNode node;
   node[kRebootRequired] = document.reboot_required;
-  node[kAdapters] = document.adapters;
-  return kHead + YAML::Dump(node) + '\n';
+  node[kAdapters] = std::move(document.adapters);
+  return kHead + YamlOf(node) + '\n';
 }
 
 }  // namespace
@@ -157,10 +146,10 @@ std::string StateFile::Lock(FileLock& lock) {
 }
 
 std::string StateFile::Save(const Host& host, const Adapter& adapter) {
-  const YAML::Node states = StatesOf({&adapter, 1});  // ahead of the lock, which others may wait for
+  StateNode states = StatesOf({&adapter, 1});  // ahead of the lock, which others may wait for
   FileLock lock;
   if (std::string wrong = Lock(lock); !wrong.empty()) return wrong;
-  return SaveLocked(host, states);
+  return SaveLocked(host, std::move(states));
 }
 
 std::string StateFile::Change(Host& host, const std::function<void(Host&)>& change) {
@@ -171,23 +160,23 @@ std::string StateFile::Change(Host& host, const std::function<void(Host&)>& chan
   return SaveLocked(host, StatesOf(host.adapters));
 }
 
-std::string StateFile::SaveLocked(const Host& host, const YAML::Node& states) {
+std::string StateFile::SaveLocked(const Host& host, StateNode states) {
   std::string text;
   std::string wrong = ReadText(path_, text);
   if (!wrong.empty()) return wrong;
   Document document;
-  document.reboot_required = YAML::Node(reboot_required_);
+  document.reboot_required = reboot_required_;
   wrong = ReadDocument(path_, text.empty() ? "{}" : text, [&](const Value& value) {
     ReadMap(value, kDocumentKeys, document);
     if (host.reboot_required != reboot_required_) document.reboot_required = host.reboot_required;
-    YAML::Node before(YAML::NodeType::Map);
-    for (const auto& state : states) before.force_insert(state.first, adapters_[state.first.Scalar()]);
-    Merge(before, states, document.adapters, "adapters: ", value);
+    Merge(adapters_, states, document.adapters, "adapters: ", value);
   });
   if (wrong.empty()) wrong = ReplaceFile(path_, TextOf(document));
   if (!wrong.empty()) return wrong;
   reboot_required_ = host.reboot_required;
-  for (const auto& state : states) adapters_[state.first.Scalar()] = state.second;
+  for (std::size_t i = 0; i < states.Items().size(); ++i) {
+    adapters_[states.Keys()[i]] = std::move(states.Item(i));
+  }
   return {};
 }
 

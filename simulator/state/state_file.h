@@ -1,16 +1,14 @@
 // What calls have changed, kept from run to run.
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
 #include <chrono>
 #include <functional>
-#include <map>
 #include <span>
 #include <string>
 
 #include "base/file_lock.h"
 #include "device/host.h"
+#include "yaml/state_node.h"
 
 namespace lab {
 
@@ -37,12 +35,12 @@ class StateFile {
 
  private:
   std::string Lock(FileLock& lock);
-  std::string SaveLocked(const Host& host, const YAML::Node& states);
+  std::string SaveLocked(const Host& host, StateNode states);
 
   std::string path_;
   std::chrono::milliseconds patience_;
   // What this run has last read or written.
-  std::map<std::string, YAML::Node> adapters_;  // by state key
+  StateNode adapters_{StateNode::Kind::kMap};  // by state key
   bool reboot_required_ = false;
 };
 

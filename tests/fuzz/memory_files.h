@@ -20,6 +20,7 @@
 #include "c_library.h"
 
 inline constexpr std::string_view kMemoryFolder = "/in-memory/";
+inline constexpr int kFirstMemoryDescriptor = 1 << 20;  // of those of memory_descriptors.h
 
 // A program that leaves a file open, or one file too many, is a finding of its own: see OpenFiles() and
 // Count().
@@ -159,8 +160,8 @@ int fgetc(std::FILE* stream) {
   return getc_unlocked(stream);
 }
 
-// A file in memory has no descriptor.
+// A file in memory that is open as a stream has no descriptor.
 int fsync(int descriptor) {
-  return descriptor < 0 ? 0 : CLibrarys("fsync", &fsync)(descriptor);
+  return descriptor < 0 || descriptor >= kFirstMemoryDescriptor ? 0 : CLibrarys("fsync", &fsync)(descriptor);
 }
 }

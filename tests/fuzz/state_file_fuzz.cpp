@@ -4,15 +4,14 @@
 // other, what the calls answer before a save is what they answer after it to a host that starts with the
 // saved file, and one that saves the same again writes the same file.
 #include <stdlib.h>
-#include <unistd.h>
 
 #include <cstdint>
 #include <cstdio>
 #include <string>
 
-#include "base/file.h"
 #include "host_answers.h"
 #include "lab.h"
+#include "memory_descriptors.h"
 
 namespace {
 
@@ -43,33 +42,21 @@ void Require(bool condition) {
   if (!condition) std::abort();
 }
 
-// A file of this process, in memory where the machine has such a place: it is synchronised to the disk each
-// time.
-const std::string& Path() {
-  static const std::string path = [] {
-    std::string folder = access("/dev/shm", W_OK) == 0 ? "/dev/shm/" : "/tmp/";
-    folder += "state_fuzz.XXXXXX";
-    Require(mkdtemp(folder.data()) != nullptr);
-    return folder + "/state.yaml";
-  }();
-  return path;
+constexpr const char* kHostPath = "/in-memory/host.yaml";
+constexpr const char* kStatePath = "/in-memory/state.yaml";
+constexpr const char* kLockPath = "/in-memory/state.yaml.lock";
+
+const std::string& Content() {
+  const MemoryFiles::Content content = MemoryFiles::Get().Find(kStatePath);
+  Require(content != nullptr);
+  return *content;
 }
 
-std::string HostPath() {
-  return Path().substr(0, Path().rfind('/')) + "/host.yaml";
-}
-
-void RemoveFiles() {
-  unlink(HostPath().c_str());
-  unlink(Path().c_str());
-  unlink((Path() + ".lock").c_str());
-  rmdir(Path().substr(0, Path().rfind('/')).c_str());
-}
-
-std::string Content() {
-  std::string text;
-  Require(lab::ReadFile(Path().c_str(), text) == lab::FileResult::kRead);
-  return text;
+// Only what belongs there is left, and nothing is open.
+void CheckFiles() {
+  MemoryFiles& files = MemoryFiles::Get();
+  Require(files.OpenFiles() == 0 && MemoryDescriptors::Get().Count() == 0);
+  Require(files.Count() == (files.Find(kLockPath) != nullptr ? 3 : 2));
 }
 
 // Changes one setting of each record that a state file keeps.
@@ -93,26 +80,13 @@ void Start() {
   stderr = nowhere;  // the mistakes, of which there are many
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  Require(lab::WriteFile(HostPath().c_str(), kHost) == 0);
-  setenv("TORPI_LAB_HOST", HostPath().c_str(), 1);
-  setenv("TORPI_LAB_QUIET", "1", 1);
-  setenv("TORPI_LAB_STATE", Path().c_str(), 1);
-  for (const char* name : {"TORPI_LAB_FAULTS", "TORPI_LAB_TRACE", "TORPI_LAB_CHATTER"}) unsetenv(name);
-  return std::atexit(RemoveFiles);
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string bytes(reinterpret_cast<const char*>(data), size);
-  Require(lab::WriteFile(Path().c_str(), bytes) == 0);
+void Check(const std::string& bytes) {
   Start();
   Answers ignored;
   const DeviceHandle* port = ReadAll(ignored);
   if (port == nullptr || TORPI_UpdateAdapterBeaconStatus(port, 1) != 0) {
     Require(Content() == bytes);  // a file that is no state is left as it is
-    return 0;
+    return CheckFiles();
   }
   ChangeSettings(port);
   Answers before;
@@ -125,5 +99,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::uint32_t beacon = 9;
   Require(TORPI_GetAdapterBeaconStatus(port, &beacon) == 0 && beacon == 1);
   Require(TORPI_UpdateAdapterBeaconStatus(port, 1) == 0 && Content() == saved);
+  CheckFiles();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  *MemoryFiles::Get().Make(kHostPath) = kHost;
+  setenv("TORPI_LAB_HOST", kHostPath, 1);
+  setenv("TORPI_LAB_QUIET", "1", 1);
+  setenv("TORPI_LAB_STATE", kStatePath, 1);
+  for (const char* name : {"TORPI_LAB_FAULTS", "TORPI_LAB_TRACE", "TORPI_LAB_CHATTER"}) unsetenv(name);
+  return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string bytes(reinterpret_cast<const char*>(data), size);
+  *MemoryFiles::Get().Make(kStatePath) = bytes;
+  Check(bytes);
+  // What is kept until the next input looks like a leak, and has the input run again.
+  lab::Lab::Reset();
+  MemoryFiles::Get().Remove(kStatePath);
   return 0;
 }

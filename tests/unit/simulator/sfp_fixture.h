@@ -11,6 +11,7 @@
 
 #include "images/image_text.h"
 #include "unit/simulator/lab_fixture.h"
+#include "unit/simulator/source_path.h"
 
 using Memory = std::array<std::uint8_t, 512>;
 
@@ -41,7 +42,7 @@ class SfpTest : public LabTest {
   }
 
   std::string RealModule(const std::string& name) const {
-    return ZFC_SOURCE_DIR "/examples/modules/" + name + ".hex";
+    return SourcePath("examples/modules/" + name + ".hex");
   }
 
   // A firmware file of these lines, with the checksum that belongs to them.

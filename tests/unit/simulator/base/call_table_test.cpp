@@ -8,11 +8,12 @@
 #include <string>
 
 #include "support/unit_files.h"
+#include "unit/simulator/source_path.h"
 
 namespace {
 
 TEST(CallTable, NamesTheCallsOfTheInterface) {
-  const std::string header = ContentOf(ZFC_SOURCE_DIR "/src/framework/device_library/calls.h");
+  const std::string header = ContentOf(SourcePath("src/framework/device_library/calls.h"));
   const std::regex declaration("(TORPI_\\w+)\\(");
   std::set<std::string> declared;
   for (std::sregex_iterator it(header.begin(), header.end(), declaration), end; it != end; ++it) {

@@ -1,6 +1,7 @@
 #include <string>
 
 #include "unit/simulator/lab_fixture.h"
+#include "unit/simulator/source_path.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ TEST_F(Faults, FailureHasNoEffect) {
 TEST_F(Faults, SuccessPerformsTheCallAndReplacesItsAnswer) {
   SetFaults("TORPI_doOptionROMUpdate=205");
   const DeviceHandle* handle = HandleAt(0);
-  EXPECT_EQ(TORPI_doOptionROMUpdate(handle, ZFC_SOURCE_DIR "/examples/flash/elm-mbi.img", 0), 205u);
+  EXPECT_EQ(TORPI_doOptionROMUpdate(handle, SourcePath("examples/flash/elm-mbi.img").c_str(), 0), 205u);
   EXPECT_EQ(AdapterAt(0)->multiboot_version.View(), "2.02.10");
 }
 

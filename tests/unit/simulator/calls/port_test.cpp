@@ -3,6 +3,7 @@
 #include <string>
 
 #include "unit/simulator/lab_fixture.h"
+#include "unit/simulator/source_path.h"
 
 namespace {
 
@@ -189,7 +190,7 @@ TEST_F(PortReports, VpdItemsOfTheHostFileReplaceAndAdd) {
 TEST_F(PortReports, VpdFollowsAFlashUpdate) {
   UsePort("", "elm");
   EXPECT_EQ(Item(Vpd().bytes, "V9"), "2.01.63");
-  EXPECT_EQ(TORPI_doOptionROMUpdate(HandleAt(0), ZFC_SOURCE_DIR "/examples/flash/elm-mbi.img", 0), 201u);
+  EXPECT_EQ(TORPI_doOptionROMUpdate(HandleAt(0), SourcePath("examples/flash/elm-mbi.img").c_str(), 0), 201u);
   EXPECT_NE(Item(Vpd().bytes, "V9"), "2.01.63");
 }
 

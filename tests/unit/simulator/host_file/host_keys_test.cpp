@@ -3,6 +3,7 @@
 
 #include "unit/simulator/lab_fixture.h"
 #include "unit/simulator/marked_text.h"
+#include "unit/simulator/source_path.h"
 
 namespace {
 
@@ -249,7 +250,7 @@ TEST_F(HostFile, MissingPortsAndMissingProtocolsAreNullPointers) {
 TEST_F(HostFile, ReadyExamplesAreAccepted) {
   for (const char* name : {"small", "all-families", "failing", "odd", "diagnostics", "modules"}) {
     NextRun();
-    setenv("TORPI_LAB_HOST", (std::string(ZFC_SOURCE_DIR "/examples/") + name + ".yaml").c_str(), 1);
+    setenv("TORPI_LAB_HOST", SourcePath(std::string("examples/") + name + ".yaml").c_str(), 1);
     testing::internal::CaptureStderr();
     EXPECT_NE(TORPI_GetAdapterList()->first, nullptr) << name;
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << name;
@@ -257,7 +258,7 @@ TEST_F(HostFile, ReadyExamplesAreAccepted) {
 }
 
 TEST_F(HostFile, DocumentedHostsAreAccepted) {
-  const std::string text = ContentOf(ZFC_SOURCE_DIR "/docs/lab-host.md");
+  const std::string text = ContentOf(SourcePath("docs/lab-host.md"));
   constexpr std::string_view kOpen = "```yaml\n";
   std::size_t hosts = 0;
   for (std::size_t at = text.find(kOpen); at != text.npos; at = text.find(kOpen, at)) {

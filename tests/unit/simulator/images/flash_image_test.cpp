@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "unit/simulator/lab_fixture.h"
+#include "unit/simulator/source_path.h"
 
 namespace {
 
@@ -240,7 +241,7 @@ TEST_F(FlashImage, OtherKindsCarryNoOtherVersions) {
 TEST_F(FlashImage, ReadyImagesAreAcceptedOnTheBuiltinHost) {
   unsetenv("TORPI_LAB_HOST");
   NextRun();
-  const std::string folder = ZFC_SOURCE_DIR "/examples/flash/";
+  const std::string folder = SourcePath("examples/flash/");
   EXPECT_EQ(Mbi(0, folder + "elm-mbi.img"), 201u);
   EXPECT_EQ(Mbi(1, folder + "hazel-mbi.img"), 0u);
   EXPECT_EQ(Mbi(3, folder + "dahlia-mbi.img"), 205u);

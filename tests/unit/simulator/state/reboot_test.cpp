@@ -6,6 +6,7 @@
 #include "host_file/host_keys.h"
 #include "state/state_file.h"
 #include "unit/simulator/lab_fixture.h"
+#include "unit/simulator/source_path.h"
 
 namespace {
 
@@ -227,7 +228,7 @@ TEST_F(Reboot, EffectsComeBackFromTheStateFile) {
 }
 
 TEST(RebootEffects, AreThoseOfTheDocument) {
-  const std::string document = ContentOf(ZFC_SOURCE_DIR "/docs/lab-host.md");
+  const std::string document = ContentOf(SourcePath("docs/lab-host.md"));
   const std::size_t start = document.find("### Playing a reboot");
   ASSERT_NE(start, std::string::npos);
   const std::string section = document.substr(start);

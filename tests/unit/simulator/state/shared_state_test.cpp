@@ -186,6 +186,8 @@ constexpr Foreign kForeign[] = {
     {"NoYaml", "\x7f\x45LF \x01", ": "},
     {"OtherKeys", "hello: world\n", "hello: "},
     {"HostFile", "adapters:\n  - family: elm\n", "adapters: "},
+    {"AdaptersThatAreAText", "adapters: 7\n", "adapters: expected a map, got '7'"},
+    {"AdaptersThatAreNothing", "adapters:\n", "adapters: expected a map, got nothing"},
     {"AdapterThatIsNoMap", "adapters: {X/1: 7}\n", "X/1: "},
     {"PortsThatAreNoMap", "adapters: {ZX640/D: {ports: 7}}\n", "ports: "},
 };
