@@ -8,7 +8,7 @@ import subprocess
 from dataclasses import dataclass
 from pathlib import Path
 
-from zfc.runner import BUILD, EXECUTABLE, LIBRARIES, ROOT
+from zfc.runner import BUILD, EXECUTABLE, LIBRARIES, ROOT, SANITIZED, SHALLOW_STACKS
 
 FOLDERS = {"/tmp": "tmp", "/var/tmp": "var_tmp", "/opt/ZunaFcEsxcliPlugin/tmp": "staging", ".": "work"}
 
@@ -39,7 +39,8 @@ def private(folder, program, *words):
 def environment(settings):
     """The environment of a run: the settings, and what every run has."""
     kept = {name: os.environ[name] for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS") if name in os.environ}
-    return {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C", "TZ": "UTC", **kept, **settings}
+    shallow = {"ASAN_OPTIONS": SHALLOW_STACKS} if SANITIZED else {}
+    return {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C", "TZ": "UTC", **shallow, **kept, **settings}
 
 
 def _end(status):
@@ -74,7 +75,7 @@ class Server:
             private(folder, BUILD / "tests/fault_server"),
             stdin=subprocess.PIPE,
             stdout=subprocess.PIPE,
-            env=environment({}),
+            env=environment({"LD_BIND_NOW": "1"}),  # once, not in each fork
             bufsize=0,
         )
 

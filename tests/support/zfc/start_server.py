@@ -1,0 +1,118 @@
+"""Runs by a program that waits ahead of its main(), and forks for each: see start_server.c. They are given by the words
+and the environment of private_run, and come out as from there, at a third of the cost."""
+
+import atexit
+import os
+import re
+import socket
+import struct
+import subprocess
+from pathlib import Path
+
+# What the loader, the sanitizers and the C library read before main(): a server serves runs that have it alike.
+_READ_AT_START = re.compile(r"LD_.*|.*SAN_OPTIONS|GLIBC_TUNABLES|MALLOC_.*")
+_MOST_INPUT = 60000  # what a pipe holds, and some room
+_REQUEST = struct.Struct("<5q")
+_REPLY = struct.Struct("<3q")
+
+_servers = {}  # by process, program and what is read at the start; None: this machine refuses private mounts
+
+
+def serves(argv, env, stdin=b""):
+    """Whether a server can make this run. Mutants have variables of their own in each process that starts."""
+    return (
+        "LD_PRELOAD" not in env
+        and "ZFC_MUTANTS_REQUESTS" not in os.environ
+        and len(stdin) <= _MOST_INPUT
+        and _server(argv, env) is not None
+    )
+
+
+def run(argv, env, stdin=b"", timeout=None):
+    """Makes the run and returns a CompletedProcess."""
+    try:
+        return _server(argv, env).run(argv, env, stdin, timeout)
+    except BaseException:
+        _servers.pop(_key(argv, env)).end()
+        raise
+
+
+def _program(argv):
+    at = 1
+    while argv[at].startswith("--"):
+        at += 2 if argv[at] == "--keep" else 1
+    return argv[at + 1]
+
+
+def _key(argv, env):
+    at_start = sorted((name, value) for name, value in env.items() if _READ_AT_START.fullmatch(name))
+    return os.getpid(), _program(argv), tuple(at_start)
+
+
+def _server(argv, env):
+    key = _key(argv, env)
+    if key not in _servers:
+        server = _Server(key[1], dict(key[2])) if _is_of_build(argv) else None
+        if server and not server.allowed:
+            server.end()
+            server = None
+        _servers[key] = server
+    return _servers[key]
+
+
+def _is_of_build(argv):
+    """Whether the server's library can be named from the program's folder: its path may have a blank or a colon."""
+    return Path(_program(argv)).parent == Path(argv[0]).parents[1] / "bin"
+
+
+@atexit.register
+def _end_all():
+    for (process, *_), server in _servers.items():
+        if server and process == os.getpid():
+            server.end()
+
+
+class _Server:
+    def __init__(self, program, variables):
+        self._program = program
+        self._socket, theirs = socket.socketpair()
+        env = {
+            **variables,
+            "ASAN_OPTIONS": ":".join(filter(None, [variables.get("ASAN_OPTIONS"), "verify_asan_link_order=0"])),
+            "LD_BIND_NOW": "1",  # once, not in each fork
+            "LD_PRELOAD": "$ORIGIN/../tests/start_server.so",
+            "START_SERVER": str(theirs.fileno()),
+        }
+        with theirs:
+            self._process = subprocess.Popen(
+                [program], env=env, pass_fds=[theirs.fileno()], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL
+            )
+        self.allowed = self._read(1) == b"\1"
+
+    def end(self):
+        self._socket.close()
+        self._process.kill()
+        self._process.wait()
+
+    def run(self, argv, env, stdin, timeout):
+        lists = [argv[1:], [f"{name}={value}" for name, value in env.items()]]
+        texts = b"".join(os.fsencode(text) + b"\0" for texts in lists for text in texts)
+        mask = os.umask(0o022)
+        os.umask(mask)
+        self._socket.settimeout(timeout)
+        try:
+            head = _REQUEST.pack(len(stdin) + len(texts), len(stdin), len(lists[0]), len(lists[1]), mask)
+            self._socket.sendall(head + stdin + texts)
+            status, output, errors = _REPLY.unpack(self._read(_REPLY.size))
+            stdout, stderr = self._read(output), self._read(errors)
+        except TimeoutError:
+            raise subprocess.TimeoutExpired(argv, timeout) from None
+        return subprocess.CompletedProcess(argv, os.waitstatus_to_exitcode(status), stdout, stderr)
+
+    def _read(self, size):
+        content = b""
+        while len(content) < size:
+            piece = self._socket.recv(size - len(content))
+            assert piece, f"the start server of {self._program} has ended"
+            content += piece
+        return content
