@@ -79,7 +79,6 @@ class _Server:
         env = {
             **variables,
             "ASAN_OPTIONS": ":".join(filter(None, [variables.get("ASAN_OPTIONS"), "verify_asan_link_order=0"])),
-            "LD_BIND_NOW": "1",  # once, not in each fork
             "LD_PRELOAD": "$ORIGIN/../tests/start_server.so",
             "START_SERVER": str(theirs.fileno()),
         }
