@@ -2,6 +2,7 @@
 //
 //   private_run [--read-only-var-tmp] [--no-namespace] [--keep PATH]... FOLDER PROGRAM [WORD]...
 //   private_run --has-namespace    prints nothing; ends with 1 and the reason where this machine refuses one
+//   private_run --serve SOCKET     makes the runs that come over a descriptor: see run_server.h
 //
 // FOLDER/tmp, FOLDER/var_tmp and FOLDER/staging stand for /tmp, /var/tmp and /opt/ZunaFcEsxcliPlugin/tmp;
 // FOLDER/work becomes the working folder. FOLDER itself and every PATH stay reachable under their own names,
@@ -18,6 +19,7 @@
 #include <unistd.h>
 
 #include "private_mounts.h"
+#include "run_server.h"
 
 static void SetVariable(const char* name, const char* value) {
   if (setenv(name, value, 1) != 0) Die("cannot set", name);
@@ -74,7 +76,14 @@ static int HasNamespace(void) {
   return refused == NULL;
 }
 
+static int Execute(int argc, char** argv, char** variables) {
+  (void)argc, (void)variables;
+  execvp(argv[0], argv);
+  Die("cannot run", argv[0]);
+}
+
 int main(int argc, char** argv) {
+  if (argc == 3 && strcmp(argv[1], "--serve") == 0) return ServeRuns(atoi(argv[2]), &Execute);
   if (argc == 2 && strcmp(argv[1], "--has-namespace") == 0) return HasNamespace() ? 0 : 1;
   struct PrivateRun run;
   if (!ReadPrivateRun(argv + 1, &run)) {
@@ -89,6 +98,5 @@ int main(int argc, char** argv) {
   if (!run.by_mounts || !MountPaths(&run)) PreloadPaths(library, &run);
   EnterWork(&run);
 
-  execvp(run.command[0], run.command);
-  Die("cannot run", run.command[0]);
+  return Execute(0, run.command, environ);
 }

@@ -169,10 +169,13 @@ class Zfc:
 
     def __call__(self, words="", *, stdin=b"", status=0, timeout=120, **options):
         """Runs one command to its end. `words` is a text split at blanks, or a list. The other arguments are those
-        of `command`. The process must end with `status` and leave standard error empty."""
+        of `command`. The process must end with `status` and leave standard error empty.
+
+        Without sanitizers the first run of a test starts the program anew; others are a fork of one that waits."""
         argv, env = self.command(words, **options)
-        if self._is_served(argv, env, stdin):
-            done = start_server.run(argv, env, stdin, timeout)
+        anew = not SANITIZED and self._runs == 1 or not start_server.serves(argv, env, stdin, anew=False)
+        if start_server.serves(argv, env, stdin, anew=anew):
+            done = start_server.run(argv, env, stdin, timeout, anew=anew)
         else:
             done = subprocess.run(argv, input=stdin, capture_output=True, env=env, timeout=timeout)
         result = self.result(done.stdout, done.stderr, done.returncode)
@@ -264,10 +267,6 @@ class Zfc:
         argv += [str(self.folder), str(program)]
         argv += words.split() if isinstance(words, str) else words
         return argv, variables
-
-    def _is_served(self, argv, env, stdin):
-        """Whether a start server makes this run. Without sanitizers the first run of a test starts the program anew."""
-        return (self._runs > 1 or SANITIZED) and start_server.serves(argv, env, stdin)
 
     def _sanitizer_options(self, given):
         """A search for leaks costs twice what a run does: the first run of a test has to do."""

@@ -1,5 +1,6 @@
-"""Runs by a program that waits ahead of its main(), and forks for each: see start_server.c. They are given by the words
-and the environment of private_run, and come out as from there, at a third of the cost."""
+"""Runs by a server that forks for each, at a third of the cost of private_run: they are given by its words and environment,
+and come out as from there. The server is private_run itself, whose forks start the program anew; or the program, which
+waits ahead of its main(). See run_server.h and start_server.c."""
 
 import atexit
 import os
@@ -18,22 +19,22 @@ _REPLY = struct.Struct("<3q")
 _servers = {}  # by process, program and what is read at the start; None: this machine refuses private mounts
 
 
-def serves(argv, env, stdin=b""):
+def serves(argv, env, stdin=b"", *, anew):
     """Whether a server can make this run. Mutants have variables of their own in each process that starts."""
     return (
-        "LD_PRELOAD" not in env
-        and "ZFC_MUTANTS_REQUESTS" not in os.environ
+        "ZFC_MUTANTS_REQUESTS" not in os.environ
         and len(stdin) <= _MOST_INPUT
-        and _server(argv, env) is not None
+        and (anew or _can_wait(argv, env))
+        and _server(argv, env, anew) is not None
     )
 
 
-def run(argv, env, stdin=b"", timeout=None):
-    """Makes the run and returns a CompletedProcess."""
+def run(argv, env, stdin=b"", timeout=None, *, anew):
+    """Makes the run and returns a CompletedProcess. anew: the program is started anew."""
     try:
-        return _server(argv, env).run(argv, env, stdin, timeout)
+        return _server(argv, env, anew).run(argv, env, stdin, timeout)
     except BaseException:
-        _servers.pop(_key(argv, env)).end()
+        _servers.pop(_key(argv, env, anew)).end()
         raise
 
 
@@ -44,25 +45,28 @@ def _program(argv):
     return argv[at + 1]
 
 
-def _key(argv, env):
+def _can_wait(argv, env):
+    """Whether the program can wait ahead of its main(). The library that makes it wait is named from its folder: a path
+    may have a blank or a colon."""
+    return "LD_PRELOAD" not in env and Path(_program(argv)).parent == Path(argv[0]).parents[1] / "bin"
+
+
+def _key(argv, env, anew):
+    if anew:
+        return os.getpid(), argv[0], None
     at_start = sorted((name, value) for name, value in env.items() if _READ_AT_START.fullmatch(name))
     return os.getpid(), _program(argv), tuple(at_start)
 
 
-def _server(argv, env):
-    key = _key(argv, env)
+def _server(argv, env, anew):
+    key = _key(argv, env, anew)
     if key not in _servers:
-        server = _Server(key[1], dict(key[2])) if _is_of_build(argv) else None
-        if server and not server.allowed:
+        server = _Server(key[1], key[2])
+        if not server.allowed:
             server.end()
             server = None
         _servers[key] = server
     return _servers[key]
-
-
-def _is_of_build(argv):
-    """Whether the server's library can be named from the program's folder: its path may have a blank or a colon."""
-    return Path(_program(argv)).parent == Path(argv[0]).parents[1] / "bin"
 
 
 @atexit.register
@@ -72,20 +76,28 @@ def _end_all():
             server.end()
 
 
+def _waiting(variables, socket_number):
+    options = filter(None, [variables.get("ASAN_OPTIONS"), "verify_asan_link_order=0"])
+    return {
+        **variables,
+        "ASAN_OPTIONS": ":".join(options),
+        "LD_PRELOAD": "$ORIGIN/../tests/start_server.so",
+        "START_SERVER": str(socket_number),
+    }
+
+
 class _Server:
     def __init__(self, program, variables):
         self._program = program
         self._socket, theirs = socket.socketpair()
-        env = {
-            **variables,
-            "ASAN_OPTIONS": ":".join(filter(None, [variables.get("ASAN_OPTIONS"), "verify_asan_link_order=0"])),
-            "LD_PRELOAD": "$ORIGIN/../tests/start_server.so",
-            "START_SERVER": str(theirs.fileno()),
-        }
+        argv, env = [program], {}
+        if variables is None:
+            argv += ["--serve", str(theirs.fileno())]
+        else:
+            env = _waiting(dict(variables), theirs.fileno())
         with theirs:
-            self._process = subprocess.Popen(
-                [program], env=env, pass_fds=[theirs.fileno()], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL
-            )
+            files = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "pass_fds": [theirs.fileno()]}
+            self._process = subprocess.Popen(argv, env=env, **files)
         self.allowed = self._read(1) == b"\1"
 
     def end(self):
