@@ -169,20 +169,22 @@ class Zfc:
 
     def __call__(self, words="", *, stdin=b"", status=0, timeout=120, **options):
         """Runs one command to its end. `words` is a text split at blanks, or a list. The other arguments are those
-        of `command`. The process must end with `status` and leave standard error empty.
-
-        Without sanitizers the first run of a test starts the program anew; others are a fork of one that waits."""
+        of `command`. The process must end with `status` and leave standard error empty."""
         argv, env = self.command(words, **options)
-        anew = not SANITIZED and self._runs == 1 or not start_server.serves(argv, env, stdin, anew=False)
-        if start_server.serves(argv, env, stdin, anew=anew):
-            done = start_server.run(argv, env, stdin, timeout, anew=anew)
-        else:
-            done = subprocess.run(argv, input=stdin, capture_output=True, env=env, timeout=timeout)
+        done = self.run(argv, env, stdin, timeout)
         result = self.result(done.stdout, done.stderr, done.returncode)
         assert result.stderr == b"" and result.status == status, (
             f"status {result.status}, standard error: {result.stderr.decode(errors='replace')}"
         )
         return result
+
+    def run(self, argv, env, stdin=b"", timeout=120):
+        """Makes the run that `command` has described and returns a CompletedProcess. Without sanitizers the first run of a
+        test starts the program anew; others are a fork of one that waits."""
+        anew = not SANITIZED and self._runs == 1 or not start_server.serves(argv, env, stdin, anew=False)
+        if start_server.serves(argv, env, stdin, anew=anew):
+            return start_server.run(argv, env, stdin, timeout, anew=anew)
+        return subprocess.run(argv, input=stdin, capture_output=True, env=env, timeout=timeout)
 
     def command(
         self,
