@@ -8,7 +8,7 @@ import subprocess
 from dataclasses import dataclass
 from pathlib import Path
 
-from zfc.runner import BUILD, EXECUTABLE, LIBRARIES, ROOT, SANITIZED, SHALLOW_STACKS
+from zfc.runner import BUILD, EXECUTABLE, LIBRARIES, ROOT
 
 FOLDERS = {"/tmp": "tmp", "/var/tmp": "var_tmp", "/opt/ZunaFcEsxcliPlugin/tmp": "staging", ".": "work"}
 
@@ -39,8 +39,7 @@ def private(folder, program, *words):
 def environment(settings):
     """The environment of a run: the settings, and what every run has."""
     kept = {name: os.environ[name] for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS") if name in os.environ}
-    shallow = {"ASAN_OPTIONS": SHALLOW_STACKS} if SANITIZED else {}
-    return {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C", "TZ": "UTC", **shallow, **kept, **settings}
+    return {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C", "TZ": "UTC", **kept, **settings}
 
 
 def _end(status):

@@ -14,9 +14,8 @@ BUILD = Path(os.environ.get("ZFC_BUILD_DIR", ROOT / "build" / "release")).resolv
 EXECUTABLE = BUILD / "bin" / "zfcesxcli"
 ZFC_JSON = BUILD / "bin" / "zfc-json"
 SANITIZED = os.environ.get("ZFC_SANITIZE") == "1"
-# Of each allocation the function alone that made it: whole stacks cost a quarter of a run. ASAN_OPTIONS from outside
-# goes ahead of it, so a finding that is run again with malloc_context_size=30 has them.
-SHALLOW_STACKS = "malloc_context_size=2"
+if SANITIZED:  # of each allocation the function alone that made it: whole stacks cost a quarter of a run
+    os.environ.setdefault("ASAN_OPTIONS", "malloc_context_size=2")
 LIBRARIES = {
     "hostile": BUILD / "tests" / "hostile",
     "sparse": BUILD / "tests" / "sparse",
@@ -232,8 +231,8 @@ class Zfc:
         for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"):
             if name in os.environ:
                 variables[name] = os.environ[name]
-        if SANITIZED:
-            variables["ASAN_OPTIONS"] = ":".join(self._sanitizer_options(variables.get("ASAN_OPTIONS")))
+        if SANITIZED and self._runs > 0:  # half of the time of a run: the first one of a test has to do
+            variables["ASAN_OPTIONS"] = ":".join([*filter(None, [variables.get("ASAN_OPTIONS")]), "detect_leaks=0"])
         self._runs += 1
         if LIBRARIES[library]:
             variables["LD_LIBRARY_PATH"] = str(LIBRARIES[library])
@@ -269,14 +268,6 @@ class Zfc:
         argv += [str(self.folder), str(program)]
         argv += words.split() if isinstance(words, str) else words
         return argv, variables
-
-    def _sanitizer_options(self, given):
-        """A search for leaks costs twice what a run does: the first run of a test has to do."""
-        yield SHALLOW_STACKS
-        if given:
-            yield given
-        if self._runs > 0:
-            yield "detect_leaks=0"
 
     def mend_log(self):
         """Takes away what a spoiled run left in place of the library output file."""
