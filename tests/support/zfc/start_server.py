@@ -16,6 +16,8 @@ _MOST_INPUT = 60000  # what a pipe holds, and some room
 _REQUEST = struct.Struct("<5q")
 _REPLY = struct.Struct("<3q")
 
+_MOST_SERVERS = 8
+
 _servers = {}  # by process, program and what is read at the start; None: this machine refuses private mounts
 
 
@@ -34,7 +36,7 @@ def run(argv, env, stdin=b"", timeout=None, *, anew):
     try:
         return _server(argv, env, anew).run(argv, env, stdin, timeout)
     except BaseException:
-        _servers.pop(_key(argv, env, anew)).end()
+        _end(_key(argv, env, anew))
         raise
 
 
@@ -61,6 +63,8 @@ def _key(argv, env, anew):
 def _server(argv, env, anew):
     key = _key(argv, env, anew)
     if key not in _servers:
+        if len(_servers) == _MOST_SERVERS:
+            _end(next(iter(_servers)))
         server = _Server(key[1], key[2])
         if not server.allowed:
             server.end()
@@ -69,11 +73,16 @@ def _server(argv, env, anew):
     return _servers[key]
 
 
+def _end(key):
+    server = _servers.pop(key)
+    if server and key[0] == os.getpid():
+        server.end()
+
+
 @atexit.register
 def _end_all():
-    for (process, *_), server in _servers.items():
-        if server and process == os.getpid():
-            server.end()
+    for key in [*_servers]:
+        _end(key)
 
 
 def _waiting(variables, socket_number):
