@@ -570,13 +570,19 @@ struct Ending {
   void* argument;
 };
 
-static void End(void* ending) {
-  const struct Ending* end = ending;
-  if (!is_child || !request.warm) end->function(end->argument);
+// Whether something that the device library asks for may give out.
+static int TouchesLibrary(void) {
+  return (request.owners & kLibrary) || request.files >= 0 || request.space >= 0 || request.stack >= 0 ||
+         request.file_size >= 0;
 }
 
-// The warm device library would take its host down at the end of each run, a fifth of it: each page that is
-// written to is copied for the run. What is registered before the fork is done in the cold runs alone.
+static void End(void* ending) {
+  const struct Ending* end = ending;
+  if (!is_child || !request.warm || TouchesLibrary()) end->function(end->argument);
+}
+
+// The warm device library would take its host down at the end of each run, which is half of it: each page
+// that is written to is copied for the run. Where nothing of the library's gives out, that is left away.
 int __cxa_atexit(void (*function)(void*), void* argument, void* module) {
   typedef int AtExit(void (*)(void*), void*, void*);
   static AtExit* real;
