@@ -20,7 +20,7 @@ _PASSED = pytest.StashKey[bool]()
 
 
 def pytest_sessionstart(session):
-    made = [BUILD / "tests" / name for name in ("private_run", "step_files", "hostile", "sparse")]
+    made = [BUILD / "tests" / name for name in ("private_run", "start_server.so", "step_files", "hostile", "sparse")]
     parts = [EXECUTABLE, ZFC_JSON, *made]
     missing = [str(part) for part in parts if not part.exists()]
     if missing:

@@ -14,15 +14,18 @@
 // After each case everything that it left in the folders is removed again.
 #include <dirent.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
@@ -198,12 +201,14 @@ void MakeFiles(const Case& now) {
   }
 }
 
+// By one call for all: asking for each would take a tenth of a case.
 int CountDescriptors() {
-  int count = 0;
-  for (int file = 0; file < kDescriptors; ++file) {
-    if (fcntl(file, F_GETFD) >= 0) ++count;
-  }
-  return count;
+  struct pollfd files[kDescriptors] = {};
+  for (int file = 0; file < kDescriptors; ++file) files[file].fd = file;
+  if (poll(files, kDescriptors, 0) < 0) Die("cannot ask for the descriptors");
+  return static_cast<int>(std::count_if(std::begin(files), std::end(files), [](const struct pollfd& file) {
+    return (file.revents & POLLNVAL) == 0;
+  }));
 }
 
 std::uint32_t WhatIsLeft(std::FILE* stream, const struct stat& file, int descriptors) {

@@ -191,7 +191,7 @@ def test_library_shows_the_same_lines(check, tmp_path, zfc):
     path = zfc.file("lab.yaml", content)
     _, shown, _ = check(path)
     argv, env = zfc.command("-t adapter listcli", library="simulated", env={"TORPI_LAB_HOST": str(path)})
-    done = subprocess.run(argv, capture_output=True, env={**env, "TORPI_LAB_QUIET": "1"}, timeout=60)
+    done = zfc.run(argv, {**env, "TORPI_LAB_QUIET": "1"})
     assert done.stderr.decode() == shown and shown.count("\n") == 2
 
 

@@ -1,6 +1,5 @@
 """zfc-lab flash-image: the checksum line of images, and that the library takes what it writes."""
 
-import subprocess
 import zlib
 
 import pytest
@@ -18,7 +17,7 @@ def seal(zfc):
 
     def run(*files):
         argv, env = zfc.command(["flash-image", *files], program=ZFC_LAB)
-        done = subprocess.run(argv, capture_output=True, env=env, timeout=60)
+        done = zfc.run(argv, env)
         return done.returncode, done.stdout.decode(), done.stderr.decode()
 
     return run

@@ -27,7 +27,7 @@ def test_every_example_of_an_image_is_in_the_table():
 def test_result_of_an_image(zfc, image, words, result):
     words = [word.replace("examples/", f"{ROOT}/examples/") for word in words.split()]
     argv, env = zfc.command(["run", "--trace", "--", "-t", "adapter", *words], program=ZFC_LAB)
-    done = subprocess.run(argv, capture_output=True, env=env, timeout=60)
+    done = zfc.run(argv, env)
     calls = [line for line in done.stderr.decode().splitlines() if image in line]
     assert [line.rsplit(" -> ", 1)[1] for line in calls] == [result]
 

@@ -1,6 +1,5 @@
 """The simulated library's notice on standard error: once in a process, at the first list, and nowhere else."""
 
-import subprocess
 
 import pytest
 
@@ -16,7 +15,7 @@ def errors(zfc, words, stdin=b"", **env):
 def both(zfc, words, stdin=b"", **env):
     library = env.pop("library", "simulated")
     argv, variables = zfc.command(words, library=library, env={**LOUD, **env})
-    done = subprocess.run(argv, input=stdin, capture_output=True, env=variables, timeout=60)
+    done = zfc.run(argv, variables, stdin)
     assert done.returncode == 0
     return done.stdout, done.stderr
 

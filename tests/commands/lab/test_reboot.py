@@ -33,7 +33,7 @@ def reboot(zfc):
 
     def run(*words):
         argv, env = zfc.command(["reboot", *words], library="simulated", program=ZFC_LAB)
-        done = subprocess.run(argv, capture_output=True, env=env, timeout=60)
+        done = zfc.run(argv, env)
         assert done.stdout == b"" or "--help" in words
         return done.returncode, done.stderr.decode()
 

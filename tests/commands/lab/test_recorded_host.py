@@ -1,7 +1,6 @@
 """A recorded host: what it refuses, how faults and the trace go with it, and mistakes in its file."""
 
 import re
-import subprocess
 
 import pytest
 
@@ -91,7 +90,7 @@ def test_edited_file_plays_what_it_says(zfc, recorded):
 def mistake(zfc, text):
     file = zfc.file("bad.yaml", text.encode())
     argv, env = zfc.command("-t adapter list", **played(file))
-    done = subprocess.run(argv, capture_output=True, env=env, timeout=60)
+    done = zfc.run(argv, env)
     assert done.returncode == 0
     return done.stderr.decode()
 

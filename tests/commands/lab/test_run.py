@@ -2,7 +2,6 @@
 
 import shlex
 import shutil
-import subprocess
 
 import pytest
 
@@ -22,7 +21,7 @@ def lab(zfc):
     def run(words, *, stdin=b"", env=None, program=ZFC_LAB):
         words = ["run", *(words.split() if isinstance(words, str) else words)]
         argv, variables = zfc.command(words, library="simulated", program=program, env=env)
-        done = subprocess.run(argv, input=stdin, capture_output=True, env=variables, timeout=60)
+        done = zfc.run(argv, variables, stdin)
         return done.returncode, done.stdout, without_staging_notice(done.stderr)
 
     return run
@@ -35,7 +34,7 @@ def script(zfc):
     def run(text):
         text = f"lab={shlex.quote(str(ZFC_LAB))}\n{text}"
         argv, variables = zfc.command(["-c", text], library="simulated", program="/bin/sh")
-        done = subprocess.run(argv, capture_output=True, env=variables, timeout=60)
+        done = zfc.run(argv, variables)
         return done.returncode, done.stdout, done.stderr
 
     return run

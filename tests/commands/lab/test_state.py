@@ -20,7 +20,7 @@ GOOD = b"Beacon State: ON\n"
 def run(zfc, words, env, **options):
     """One command; standard output and error."""
     argv, variables = zfc.command(words, library="simulated", env=env, **options)
-    done = subprocess.run(argv, capture_output=True, env=variables, timeout=60)
+    done = zfc.run(argv, variables)
     assert done.returncode == 0
     return done.stdout, done.stderr
 

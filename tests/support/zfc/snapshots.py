@@ -1,7 +1,6 @@
 """Snapshots made and played back in the tests' private folders."""
 
 import re
-import subprocess
 
 import yaml
 
@@ -44,7 +43,7 @@ def shell(zfc, commands, **options):
     """The output of all commands, run in one process."""
     lines = [command if isinstance(command, bytes) else command.encode() for command in commands]
     argv, env = zfc.command([], chatter=(), **options)
-    done = subprocess.run(argv, input=b"\n".join([*lines, b"q\n"]), capture_output=True, env=env, timeout=120)
+    done = zfc.run(argv, env, b"\n".join([*lines, b"q\n"]))
     reject_sanitizer_report(done.stderr)
     assert done.returncode == 0, done.stderr.decode(errors="replace")
     return done.stdout
@@ -78,7 +77,7 @@ def all_reports(named, most=12, rdp=False, without=()):
 def take(zfc, file, words=(), status=0, **options):
     """Makes a snapshot in the run's working folder and returns its path and what standard error has."""
     argv, env = zfc.command(["-o", file, "--force", *words], program=SNAPSHOT, **options)
-    done = subprocess.run(argv, capture_output=True, env=env, timeout=120)
+    done = zfc.run(argv, env)
     reject_sanitizer_report(done.stderr)
     assert done.returncode == status, done.stderr.decode(errors="replace")
     assert done.stdout == b""
