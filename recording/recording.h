@@ -160,36 +160,36 @@ struct HostRecording {
   Answer<std::uint32_t> boot_mode;  // the value is the answer
 };
 
-// Calls visit(key, answer) for every answer of a port, in the order of the file; `key` names the answer
-// there.
+// Calls visit(key, call, answer) for every answer of a port, in the order of the file. `key` names the answer
+// in the file, `call` is the library's.
 template <class Protocol, class Visit>
 requires requires(Protocol port) {
   port.targets;
 }
 void VisitAnswers(Protocol& port, Visit visit) {
-  visit("flash-versions", port.flash_versions);
-  visit("memo-block", port.memo_block);
-  visit("personality-change", port.personality_change);
-  visit("personality", port.personality);
-  visit("temperature", port.temperature);
-  visit("lockdown", port.lockdown);
-  visit("vpd", port.vpd);
-  visit("rdp", port.rdp);
-  visit("sfp", port.sfp);
-  visit("sfp-straight", port.sfp_straight);
-  visit("hba-params", port.hba_params);
-  visit("credit-recovery", port.credit_recovery);
-  visit("error-correction", port.error_correction);
-  visit("firmware-statistics", port.firmware_statistics);
-  visit("mezzanine", port.mezzanine);
-  visit("boot", port.boot);
-  visit("nvme-boot", port.nvme_boot);
-  visit("beacon", port.beacon);
-  visit("diagnostic-port", port.diagnostic_port);
-  visit("host-nqn-registered", port.host_nqn_registered);
-  visit("congestion-enabled", port.congestion_enabled);
-  visit("congestion-statistics", port.congestion_statistics);
-  visit("congestion-profile", port.congestion_profile);
+  visit("flash-versions", "TORPI_GetFlashComponentVersion", port.flash_versions);
+  visit("memo-block", "TORPI_GetAdapterFlashMemoBlock", port.memo_block);
+  visit("personality-change", "TORPI_CheckOrindaPersonalityChangeOption", port.personality_change);
+  visit("personality", "TORPI_GetPersonalityType", port.personality);
+  visit("temperature", "TORPI_GetAdapterAsicBoardTemperature", port.temperature);
+  visit("lockdown", "TORPI_GetLockdownStatus", port.lockdown);
+  visit("vpd", "TORPI_GetVpd", port.vpd);
+  visit("rdp", "TORPI_DiagnosticsRDPTest", port.rdp);
+  visit("sfp", "TORPI_GetSFPDataEx", port.sfp);
+  visit("sfp-straight", "TORPI_GetSFPDataEx", port.sfp_straight);
+  visit("hba-params", "TORPI_GetHBAParamsInfo", port.hba_params);
+  visit("credit-recovery", "TORPI_FCGetBBCSupportInfoEx", port.credit_recovery);
+  visit("error-correction", "TORPI_FCGetFECSupportInfo", port.error_correction);
+  visit("firmware-statistics", "TORPI_GetFWPrivateStats", port.firmware_statistics);
+  visit("mezzanine", "TORPI_IsMezzAdapter", port.mezzanine);
+  visit("boot", "TORPI_GetBootDeviceInfo", port.boot);
+  visit("nvme-boot", "TORPI_GetNVMeBootDeviceEntries", port.nvme_boot);
+  visit("beacon", "TORPI_GetAdapterBeaconStatus", port.beacon);
+  visit("diagnostic-port", "TORPI_CheckAdapterDPortOption", port.diagnostic_port);
+  visit("host-nqn-registered", "TORPI_GetNVMeHostNQNStatus", port.host_nqn_registered);
+  visit("congestion-enabled", "TORPI_IsVCLMFeatureEnabled", port.congestion_enabled);
+  visit("congestion-statistics", "TORPI_GetSCMRStatisticsList", port.congestion_statistics);
+  visit("congestion-profile", "TORPI_GetSCMRProfile", port.congestion_profile);
 }
 
 // The same for the answers about a target.
@@ -198,8 +198,8 @@ requires requires(Target target) {
   target.luns;
 }
 void VisitAnswers(Target& target, Visit visit) {
-  visit("statistics", target.statistics);
-  visit("link-speed", target.link_speed);
+  visit("statistics", "TORPI_GetPortStatisticsFC", target.statistics);
+  visit("link-speed", "TORPI_GetTargetLinkSpeed", target.link_speed);
 }
 
 }  // namespace recording

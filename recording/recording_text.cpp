@@ -191,14 +191,14 @@ void Writer::Write(const PhyPortRecording& port) {
 void Writer::Write(const ProtocolRecording& protocol) {
   Comment("FC_" + NameText(protocol.record.port_name));
   RecordOf("record", protocol.record);
-  VisitAnswers(protocol, [&](const char* key, const auto& answer) { AnswerOf(key, answer); });
+  VisitAnswers(protocol, [&](const char* key, const char*, const auto& answer) { AnswerOf(key, answer); });
   List("targets", protocol.targets, [&](const TargetRecording& target) { Write(protocol, target); });
 }
 
 void Writer::Write(const ProtocolRecording& protocol, const TargetRecording& target) {
   Comment("FC_" + NameText(protocol.record.port_name) + "_Target_" + NameText(target.record.port_name));
   RecordOf("record", target.record);
-  VisitAnswers(target, [&](const char* key, const auto& answer) { AnswerOf(key, answer); });
+  VisitAnswers(target, [&](const char* key, const char*, const auto& answer) { AnswerOf(key, answer); });
   WriteLuns(target.luns);
 }
 

@@ -229,7 +229,7 @@ void ReadAnswer(const Value& value, Answer<Record>& answer, Room& room) {
 template <class Recorded>
 bool TakeAnswer(const Key& key, Recorded& recorded, Room& room) {
   bool taken = false;
-  VisitAnswers(recorded, [&](const char* name, auto& answer) {
+  VisitAnswers(recorded, [&](const char* name, const char*, auto& answer) {
     if (!key.Is(name)) return;
     ReadAnswer(key.value, answer, room);
     taken = true;

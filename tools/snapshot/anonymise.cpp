@@ -66,7 +66,7 @@ class Hider {
 
   template <class Recorded>
   void HideAnswers(Recorded& recorded) {
-    VisitAnswers(recorded, [this](const char*, auto& answer) { this->Hide(answer.record); });
+    VisitAnswers(recorded, [this](const char*, const char*, auto& answer) { this->Hide(answer.record); });
   }
 
   void Protocol(recording::ProtocolRecording& protocol);

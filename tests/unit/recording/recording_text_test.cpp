@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -150,41 +151,45 @@ TEST(RecordingText, AnswersThatAreNot) {
             "  value: 7\n");
 }
 
+using Names = std::vector<std::pair<std::string, std::string>>;
+
 template <class Answered>
-std::vector<std::string> KeysOfAnswers(Answered& answered) {
-  std::vector<std::string> keys;
-  VisitAnswers(answered, [&keys](const char* key, auto&) { keys.emplace_back(key); });
-  return keys;
+Names NamesOfAnswers(Answered& answered) {
+  Names names;
+  VisitAnswers(answered,
+               [&names](const char* key, const char* call, auto&) { names.emplace_back(key, call); });
+  return names;
 }
 
-// In the order of docs/snapshots.md.
-TEST(RecordingText, AnswersHaveTheirKeys) {
+// The keys are those of docs/snapshots.md, the calls those of the library.
+TEST(RecordingText, AnswersHaveTheirKeysAndCalls) {
   recording::ProtocolRecording port;
-  EXPECT_EQ(KeysOfAnswers(port), (std::vector<std::string>{"flash-versions",
-                                                           "memo-block",
-                                                           "personality-change",
-                                                           "personality",
-                                                           "temperature",
-                                                           "lockdown",
-                                                           "vpd",
-                                                           "rdp",
-                                                           "sfp",
-                                                           "sfp-straight",
-                                                           "hba-params",
-                                                           "credit-recovery",
-                                                           "error-correction",
-                                                           "firmware-statistics",
-                                                           "mezzanine",
-                                                           "boot",
-                                                           "nvme-boot",
-                                                           "beacon",
-                                                           "diagnostic-port",
-                                                           "host-nqn-registered",
-                                                           "congestion-enabled",
-                                                           "congestion-statistics",
-                                                           "congestion-profile"}));
+  EXPECT_EQ(NamesOfAnswers(port), (Names{{"flash-versions", "TORPI_GetFlashComponentVersion"},
+                                         {"memo-block", "TORPI_GetAdapterFlashMemoBlock"},
+                                         {"personality-change", "TORPI_CheckOrindaPersonalityChangeOption"},
+                                         {"personality", "TORPI_GetPersonalityType"},
+                                         {"temperature", "TORPI_GetAdapterAsicBoardTemperature"},
+                                         {"lockdown", "TORPI_GetLockdownStatus"},
+                                         {"vpd", "TORPI_GetVpd"},
+                                         {"rdp", "TORPI_DiagnosticsRDPTest"},
+                                         {"sfp", "TORPI_GetSFPDataEx"},
+                                         {"sfp-straight", "TORPI_GetSFPDataEx"},
+                                         {"hba-params", "TORPI_GetHBAParamsInfo"},
+                                         {"credit-recovery", "TORPI_FCGetBBCSupportInfoEx"},
+                                         {"error-correction", "TORPI_FCGetFECSupportInfo"},
+                                         {"firmware-statistics", "TORPI_GetFWPrivateStats"},
+                                         {"mezzanine", "TORPI_IsMezzAdapter"},
+                                         {"boot", "TORPI_GetBootDeviceInfo"},
+                                         {"nvme-boot", "TORPI_GetNVMeBootDeviceEntries"},
+                                         {"beacon", "TORPI_GetAdapterBeaconStatus"},
+                                         {"diagnostic-port", "TORPI_CheckAdapterDPortOption"},
+                                         {"host-nqn-registered", "TORPI_GetNVMeHostNQNStatus"},
+                                         {"congestion-enabled", "TORPI_IsVCLMFeatureEnabled"},
+                                         {"congestion-statistics", "TORPI_GetSCMRStatisticsList"},
+                                         {"congestion-profile", "TORPI_GetSCMRProfile"}}));
   recording::TargetRecording target;
-  EXPECT_EQ(KeysOfAnswers(target), (std::vector<std::string>{"statistics", "link-speed"}));
+  EXPECT_EQ(NamesOfAnswers(target),
+            (Names{{"statistics", "TORPI_GetPortStatisticsFC"}, {"link-speed", "TORPI_GetTargetLinkSpeed"}}));
 }
 
 TEST(RecordingText, TextsOfAModuleAreNamed) {

@@ -59,7 +59,8 @@ inline recording::SfpImage GoodModule() {
 
 // Every call was made and answered.
 inline void AnswerAll(recording::ProtocolRecording& port) {
-  recording::VisitAnswers(port, [](const char*, auto& answer) { answer.asked = recording::Asked::kYes; });
+  recording::VisitAnswers(
+      port, [](const char*, const char*, auto& answer) { answer.asked = recording::Asked::kYes; });
 }
 
 inline recording::TargetRecording TargetNumbered(std::uint8_t number, std::size_t luns) {

@@ -93,8 +93,9 @@ TEST(Capture, MissingCallsAreNotedAndTheOthersMade) {
   const HostRecording host = Capture();
   const recording::ProtocolRecording& port = host.adapters.at(0).ports.at(0).protocols.at(0);
   int missing = 0;
-  VisitAnswers(port,
-               [&](const char*, const auto& answer) { missing += answer.asked == Asked::kMissing ? 1 : 0; });
+  VisitAnswers(port, [&](const char*, const char*, const auto& answer) {
+    missing += answer.asked == Asked::kMissing ? 1 : 0;
+  });
   EXPECT_EQ(missing, 22);
   EXPECT_EQ(port.personality.asked, Asked::kYes);
   EXPECT_EQ(host.boot_mode.asked, Asked::kMissing);

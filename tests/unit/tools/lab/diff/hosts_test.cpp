@@ -224,13 +224,13 @@ TEST(Hosts, SayWhatChangedBackToo) {
 TEST(Hosts, SayWhenAnyCallOfAPortIsRefused) {
   int calls = 0;
   recording::VisitAnswers(FirstPort(*std::make_unique<HostRecording>(SmallHost())),
-                          [&calls](const char*, auto&) { ++calls; });
+                          [&calls](const char*, const char*, auto&) { ++calls; });
   ASSERT_GT(calls, 20);
   for (int call = 0; call < calls; ++call) {
     HostRecording after = SmallHost();
     int at = 0;
     const char* name = "";
-    recording::VisitAnswers(FirstPort(after), [&](const char* key, auto& answer) {
+    recording::VisitAnswers(FirstPort(after), [&](const char* key, const char*, auto& answer) {
       if (at++ != call) return;
       answer.result = 121;
       name = key;
