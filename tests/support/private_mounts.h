@@ -17,8 +17,8 @@ extern const char kStaging[];
 // What the words of private_run ask for.
 struct PrivateRun {
   const char* folder;
-  const char*
-      kept[kMaxKept];  // paths that stay reachable under their own names; the folder is the last of them
+  // Paths that stay reachable under their own names; the folder is the last of them.
+  const char* kept[kMaxKept];
   int kept_count;
   int read_only;  // /var/tmp
   int by_mounts;
